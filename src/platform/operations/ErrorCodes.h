@@ -1,0 +1,62 @@
+#pragma once
+
+#include "platform/operations/Types.h"
+
+// The published error codes. The published names are macros of the platform's headers, so ours are
+// spelled as constants: ERROR_ACCESS_DENIED is kErrorAccessDenied.
+namespace veldmark {
+
+inline constexpr DWORD kErrorSuccess = 0;
+inline constexpr DWORD kErrorInvalidFunction = 1;
+inline constexpr DWORD kErrorFileNotFound = 2;
+inline constexpr DWORD kErrorPathNotFound = 3;
+inline constexpr DWORD kErrorAccessDenied = 5;
+inline constexpr DWORD kErrorInvalidHandle = 6;
+inline constexpr DWORD kErrorNotEnoughMemory = 8;
+inline constexpr DWORD kErrorInvalidAccess = 12;
+inline constexpr DWORD kErrorInvalidData = 13;
+inline constexpr DWORD kErrorInvalidDrive = 15;
+inline constexpr DWORD kErrorCurrentDirectory = 16;
+inline constexpr DWORD kErrorNoMoreFiles = 18;
+inline constexpr DWORD kErrorWriteProtect = 19;
+inline constexpr DWORD kErrorSharingViolation = 32;
+inline constexpr DWORD kErrorHandleEof = 38;
+inline constexpr DWORD kErrorNotSupported = 50;
+inline constexpr DWORD kErrorBadNetPath = 53;
+inline constexpr DWORD kErrorNetworkBusy = 54;
+inline constexpr DWORD kErrorNetworkAccessDenied = 65;
+inline constexpr DWORD kErrorBadNetName = 67;
+inline constexpr DWORD kErrorFileExists = 80;
+inline constexpr DWORD kErrorInvalidParameter = 87;
+inline constexpr DWORD kErrorDiskFull = 112;
+inline constexpr DWORD kErrorInsufficientBuffer = 122;
+inline constexpr DWORD kErrorInvalidName = 123;
+inline constexpr DWORD kErrorInvalidLevel = 124;
+inline constexpr DWORD kErrorModNotFound = 126;
+inline constexpr DWORD kErrorNegativeSeek = 131;
+inline constexpr DWORD kErrorDirNotEmpty = 145;
+inline constexpr DWORD kErrorBadPathname = 161;
+inline constexpr DWORD kErrorAlreadyExists = 183;
+inline constexpr DWORD kErrorEnvvarNotFound = 203;
+inline constexpr DWORD kErrorFilenameExcedRange = 206;
+inline constexpr DWORD kErrorMoreData = 234;
+inline constexpr DWORD kErrorNoMoreItems = 259;
+inline constexpr DWORD kErrorDirectory = 267;
+inline constexpr DWORD kErrorNoUnicodeTranslation = 1113;
+inline constexpr DWORD kErrorMrMidNotFound = 317;
+inline constexpr DWORD kErrorInvalidAddress = 487;
+inline constexpr DWORD kErrorUserMappedFile = 1224;
+inline constexpr DWORD kErrorBadKey = 1010;
+inline constexpr DWORD kErrorKeyDeleted = 1018;
+inline constexpr DWORD kErrorKeyHasChildren = 1020;
+inline constexpr DWORD kErrorBadDevice = 1200;
+inline constexpr DWORD kErrorExtendedError = 1208;
+inline constexpr DWORD kErrorNoNetwork = 1222;
+inline constexpr DWORD kErrorConnectionUnavail = 1201;
+inline constexpr DWORD kErrorInvalidFlags = 1004;
+inline constexpr DWORD kErrorResourceDataNotFound = 1812;
+inline constexpr DWORD kErrorResourceTypeNotFound = 1813;
+inline constexpr DWORD kErrorResourceLangNotFound = 1815;
+inline constexpr DWORD kErrorNotConnected = 2250;
+
+}  // namespace veldmark

@@ -1,0 +1,124 @@
+#pragma once
+
+#include <utility>
+
+#include "platform/operations/FileSystem.h"
+#include "platform/operations/LastError.h"
+#include "platform/operations/Messages.h"
+#include "platform/operations/Registry.h"
+#include "platform/operations/System.h"
+
+namespace veldmark {
+
+// Sole owner of one handle or block, closed by the family that gave it. `Traits` names the kind's
+// `Value` and `Family`, the value that means none (`Empty`), which values own nothing (`IsEmpty`),
+// and how to close. Closing leaves the last platform error as it was, so that a failure can still
+// be read after its clean-up.
+template <typename Traits>
+class UniqueHandle {
+ public:
+  using Value = typename Traits::Value;
+  using Family = typename Traits::Family;
+
+  explicit UniqueHandle(Family& family, Value value = Traits::Empty()) noexcept
+      : family_(&family), value_(value) {}
+  UniqueHandle(UniqueHandle&& other) noexcept : family_(other.family_), value_(other.Release()) {}
+  UniqueHandle& operator=(UniqueHandle&& other) noexcept {
+    if (this != &other) {
+      Reset();
+      family_ = other.family_;
+      value_ = other.Release();
+    }
+    return *this;
+  }
+  UniqueHandle(const UniqueHandle&) = delete;
+  UniqueHandle& operator=(const UniqueHandle&) = delete;
+  ~UniqueHandle() { Reset(); }
+
+  explicit operator bool() const noexcept { return !Traits::IsEmpty(value_); }
+  Value Get() const noexcept { return value_; }
+
+  // The place for an operation to store what it hands out; what was held is closed first.
+  Value* Receive() noexcept {
+    Reset();
+    return &value_;
+  }
+
+  // Hands the value to the caller, who closes it from then on.
+  Value Release() noexcept { return std::exchange(value_, Traits::Empty()); }
+
+  void Reset(Value value = Traits::Empty()) noexcept {
+    const Value old = std::exchange(value_, value);
+    if (Traits::IsEmpty(old)) return;
+    const DWORD error = LastPlatformError();
+    Traits::Close(*family_, old);
+    SetLastPlatformError(error);
+  }
+
+ private:
+  Family* family_;
+  Value value_;
+};
+
+struct FindHandleTraits {
+  using Value = HANDLE;
+  using Family = FileSystem;
+  static Value Empty() noexcept { return kInvalidHandleValue; }
+  static bool IsEmpty(Value value) noexcept { return value == kInvalidHandleValue; }
+  static void Close(Family& family, Value value) { family.FindClose(value); }
+};
+
+struct FileHandleTraits {
+  using Value = HANDLE;
+  using Family = FileSystem;
+  static Value Empty() noexcept { return kInvalidHandleValue; }
+  static bool IsEmpty(Value value) noexcept {
+    return value == kInvalidHandleValue || value == nullptr;
+  }
+  static void Close(Family& family, Value value) { family.CloseHandle(value); }
+};
+
+struct RegistryKeyTraits {
+  using Value = HKEY;
+  using Family = Registry;
+  static Value Empty() noexcept { return HKEY{0}; }
+  static bool IsEmpty(Value value) noexcept { return value == HKEY{0}; }
+  static void Close(Family& family, Value value) { family.RegCloseKey(value); }
+};
+
+struct ModuleTraits {
+  using Value = HMODULE;
+  using Family = Messages;
+  static Value Empty() noexcept { return HMODULE{0}; }
+  static bool IsEmpty(Value value) noexcept { return value == HMODULE{0}; }
+  static void Close(Family& family, Value value) { family.FreeLibrary(value); }
+};
+
+template <typename T>
+struct LocalMemoryTraits {
+  using Value = T*;
+  using Family = Messages;
+  static Value Empty() noexcept { return nullptr; }
+  static bool IsEmpty(Value value) noexcept { return value == nullptr; }
+  static void Close(Family& family, Value value) { family.LocalFree(value); }
+};
+
+template <typename T>
+struct TaskMemoryTraits {
+  using Value = T*;
+  using Family = System;
+  static Value Empty() noexcept { return nullptr; }
+  static bool IsEmpty(Value value) noexcept { return value == nullptr; }
+  static void Close(Family& family, Value value) { family.CoTaskMemFree(value); }
+};
+
+using FindHandle = UniqueHandle<FindHandleTraits>;
+using FileHandle = UniqueHandle<FileHandleTraits>;
+using RegistryKey = UniqueHandle<RegistryKeyTraits>;
+using Module = UniqueHandle<ModuleTraits>;
+template <typename T>
+using LocalMemory = UniqueHandle<LocalMemoryTraits<T>>;
+template <typename T>
+using TaskMemory = UniqueHandle<TaskMemoryTraits<T>>;
+
+}  // namespace veldmark

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/operations/FileSystem.h"
+#include "platform/operations/Messages.h"
+#include "platform/operations/NetworkProvider.h"
+#include "platform/operations/Registry.h"
+#include "platform/operations/System.h"
+#include "platform/operations/Timers.h"
+
+namespace veldmark {
+
+// One family of each kind, from wherever: a platform with a single family replaced is this record
+// with one member exchanged. It owns nothing; the families must outlive it.
+struct Platform {
+  FileSystem& files;
+  NetworkProvider& network_provider;
+  Messages& messages;
+  Registry& registry;
+  System& system;
+  Timers& timers;
+};
+
+}  // namespace veldmark

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <string>
+
+#include "platform/operations/FileSystem.h"
+#include "platform/operations/Types.h"
+
+namespace veldmark {
+
+inline constexpr DWORD kTimeZoneIdUnknown = 0;
+inline constexpr DWORD kTimeZoneIdStandard = 1;
+inline constexpr DWORD kTimeZoneIdDaylight = 2;
+inline constexpr DWORD kTimeZoneIdInvalid = 0xFFFFFFFF;
+
+inline constexpr UINT kCodePageAnsi = 0;
+inline constexpr UINT kCodePageUtf8 = 65001;
+inline constexpr DWORD kMultiBytePrecomposed = 0x1;
+inline constexpr DWORD kMultiByteErrInvalidChars = 0x8;
+
+struct SYSTEMTIME {
+  WORD wYear;  // 1601 to 30827
+  WORD wMonth;
+  WORD wDayOfWeek;  // Sunday is 0; results only
+  WORD wDay;
+  WORD wHour;
+  WORD wMinute;
+  WORD wSecond;
+  WORD wMilliseconds;
+};
+
+// Biases are minutes: UTC = local time + bias.
+struct TIME_ZONE_INFORMATION {
+  LONG Bias;
+  WCHAR StandardName[32];
+  SYSTEMTIME StandardDate;
+  LONG StandardBias;
+  WCHAR DaylightName[32];
+  SYSTEMTIME DaylightDate;
+  LONG DaylightBias;
+};
+
+// Names, times and memory of this computer.
+class System {
+ public:
+  virtual ~System() = default;
+
+  // Writes the NUL-terminated name of the calling thread's user. `*size` goes in as the buffer's
+  // size in characters and comes back as the length with the NUL. Non-zero on success; 0 with 122
+  // if the buffer is too small (`*size` then tells the size needed).
+  virtual BOOL GetUserNameW(LPWSTR buffer, DWORD* size) = 0;
+
+  // Writes this computer's NetBIOS name. `*size` goes in as the buffer's size in characters and
+  // comes back as the length without the NUL. Non-zero on success; 0 with 111 if the buffer is too
+  // small (`*size` then tells the size needed with the NUL).
+  virtual BOOL GetComputerNameW(LPWSTR buffer, DWORD* size) = 0;
+
+  // Fills the zone's record and returns which part of the year it is: kTimeZoneIdUnknown (the zone
+  // has no daylight time), kTimeZoneIdStandard, kTimeZoneIdDaylight; kTimeZoneIdInvalid on failure.
+  virtual DWORD GetTimeZoneInformation(TIME_ZONE_INFORMATION* information) = 0;
+
+  // UTC to local time by the bias in force now, whatever the date. Non-zero on success; 87 out of
+  // range.
+  virtual BOOL FileTimeToLocalFileTime(const FILETIME* file_time, FILETIME* local_file_time) = 0;
+
+  // Non-zero on success; 87 for a value of 0x8000000000000000 or more.
+  virtual BOOL FileTimeToSystemTime(const FILETIME* file_time, SYSTEMTIME* system_time) = 0;
+
+  // Non-zero on success; 87 for a date or time that doesn't exist. The day of the week is ignored.
+  virtual BOOL SystemTimeToFileTime(const SYSTEMTIME* system_time, FILETIME* file_time) = 0;
+
+  // From and to an automation date (days since 1899-12-30, years 100 to 9999; a two-digit year
+  // counts as 1930 to 2029), without fractions of a second. Non-zero on success, 0 out of range.
+  virtual INT VariantTimeToSystemTime(double variant_time, SYSTEMTIME* system_time) = 0;
+  virtual INT SystemTimeToVariantTime(const SYSTEMTIME* system_time, double* variant_time) = 0;
+
+  // Our own: the folder of the library's file (of the program's where there are no loadable
+  // modules), without a trailing "\" unless it is a root.
+  virtual std::u16string ModuleFolder() = 0;
+
+  // Converts bytes of a code page to UTF-16 and returns the number of characters written, or needed
+  // if `wide_size` is 0. `multi_byte_size` -1: the text ends with its NUL, which is converted too.
+  // 0 on failure: 122 if the buffer is too small, 87 for an unknown code page or a size of 0, 1113
+  // for an invalid sequence under kMultiByteErrInvalidChars, 1004 for unknown flags.
+  virtual INT MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR multi_byte,
+                                  INT multi_byte_size, LPWSTR wide, INT wide_size) = 0;
+
+  // The length of a NUL-terminated text in characters; 0 for null.
+  virtual INT lstrlenW(LPCWSTR text) = 0;
+
+  // A block of memory that the receiver frees with CoTaskMemFree; null if there is none.
+  virtual void* CoTaskMemAlloc(std::size_t size) = 0;
+
+  // Frees a block of CoTaskMemAlloc, or of a platform interface that says so. Null does nothing.
+  virtual void CoTaskMemFree(void* memory) = 0;
+};
+
+}  // namespace veldmark
