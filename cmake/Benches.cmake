@@ -1,0 +1,21 @@
+# Benches: natively one program of bench/*.cpp with Google Benchmark, for Windows one program a
+# source of bench/windows/, run by hand with `cmake/wine-exec build/windows-x64/bench_NAME.exe`.
+
+if(WIN32)
+  file(GLOB benches CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/bench/windows/*.cpp)
+  foreach(source IN LISTS benches)
+    get_filename_component(name ${source} NAME_WE)
+    string(TOLOWER ${name} name)
+    add_executable(bench_${name} ${source})
+    target_link_libraries(bench_${name} PRIVATE veldmark_windows veldmark_simulated)
+    target_compile_options(bench_${name} PRIVATE -fno-strict-aliasing)
+  endforeach()
+else()
+  file(GLOB benches CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/bench/*.cpp)
+  if(benches)
+    find_package(benchmark REQUIRED)
+    add_executable(bench ${benches})
+    target_link_libraries(bench PRIVATE veldmark_simulated benchmark::benchmark
+                                        benchmark::benchmark_main)
+  endif()
+endif()

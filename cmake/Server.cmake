@@ -1,0 +1,124 @@
+# The Windows platform, the COM face and the two servers.
+#
+# Veldmark2.dll works on the real platform, Veldmark2Sandbox.dll on a simulated estate. Both are
+# the sources of src/server/, except that each takes its platform from a source of its own:
+# WindowsPlatform.cpp or SandboxPlatform.cpp.
+
+function(veldmark_windows_libraries)
+  veldmark_sources(windows "src/platform/windows/*.cpp")
+  veldmark_library(veldmark_windows ${windows})
+  veldmark_precompile(veldmark_windows)
+  if(windows)
+    # Our records and the SDK's have one layout under two names.
+    target_compile_options(veldmark_windows PRIVATE -fno-strict-aliasing)
+  endif()
+  veldmark_uses(
+    veldmark_windows
+    veldmark_core
+    advapi32 netapi32 mpr ws2_32 winspool version winmm ole32 oleaut32 uuid user32 kernel32)
+
+  veldmark_sources(com "src/platform/automation/com/*.cpp")
+  veldmark_library(veldmark_com ${com})
+  veldmark_precompile(veldmark_com)
+  if(com)
+    target_compile_options(veldmark_com PRIVATE -fno-strict-aliasing)
+  endif()
+  veldmark_uses(veldmark_com veldmark_core ole32 oleaut32 uuid)
+endfunction()
+
+# veldmark_type_library(): compiles model/Veldmark2.idl to ${PROJECT_BINARY_DIR}/Veldmark2.tlb.
+function(veldmark_type_library)
+  # Host packages hold both files: libwine-dev the imported definitions, libwine the standard
+  # type library that every automation type library refers to.
+  find_path(VELDMARK_IDL_INCLUDE oaidl.idl
+            PATHS /usr/include/wine/wine/windows /usr/include/wine/windows
+            NO_CMAKE_FIND_ROOT_PATH NO_DEFAULT_PATH REQUIRED)
+  find_path(VELDMARK_STDOLE stdole2.tlb
+            PATHS /usr/lib/x86_64-linux-gnu/wine/x86_64-windows
+                  /usr/lib/i386-linux-gnu/wine/i386-windows
+            NO_CMAKE_FIND_ROOT_PATH NO_DEFAULT_PATH REQUIRED)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    set(bits --win64)
+  else()
+    set(bits --win32)
+  endif()
+  find_program(VELDMARK_WIDL x86_64-w64-mingw32-widl REQUIRED)
+  set(idl ${PROJECT_SOURCE_DIR}/model/Veldmark2.idl)
+  set(tlb ${PROJECT_BINARY_DIR}/Veldmark2.tlb)
+  add_custom_command(
+    OUTPUT ${tlb}
+    COMMAND ${VELDMARK_WIDL} -t ${bits} -I ${VELDMARK_IDL_INCLUDE} -L ${VELDMARK_STDOLE}
+            -o ${tlb} ${idl}
+    DEPENDS ${idl}
+    COMMENT "Compiling the type library"
+    VERBATIM)
+  add_custom_target(veldmark_tlb DEPENDS ${tlb})
+endfunction()
+
+# veldmark_header_from_idl(TARGET): a header for early-bound clients, as Veldmark2_h.h.
+function(veldmark_header_from_idl target)
+  set(idl ${PROJECT_SOURCE_DIR}/model/Veldmark2.idl)
+  set(header ${PROJECT_BINARY_DIR}/client/Veldmark2_h.h)
+  set(guids ${PROJECT_BINARY_DIR}/client/Veldmark2_i.c)
+  file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/client)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    set(bits --win64)
+  else()
+    set(bits --win32)
+  endif()
+  add_custom_command(
+    OUTPUT ${header} ${guids}
+    COMMAND ${VELDMARK_WIDL} -h ${bits} -I ${VELDMARK_IDL_INCLUDE} -L ${VELDMARK_STDOLE}
+            -o ${header} ${idl}
+    COMMAND ${VELDMARK_WIDL} -u ${bits} -I ${VELDMARK_IDL_INCLUDE} -L ${VELDMARK_STDOLE}
+            -o ${guids} ${idl}
+    DEPENDS ${idl}
+    COMMENT "Making the client's header"
+    VERBATIM)
+  target_sources(${target} PRIVATE ${header} ${guids})
+  target_include_directories(${target} SYSTEM PRIVATE ${PROJECT_BINARY_DIR}/client)
+endfunction()
+
+function(veldmark_dll name platform_source)
+  if(NOT EXISTS ${platform_source})
+    return()
+  endif()
+  add_library(${name} SHARED ${platform_source} $<TARGET_OBJECTS:veldmark_server_objects>)
+  set_target_properties(${name} PROPERTIES PREFIX "")
+  target_link_libraries(${name} PRIVATE veldmark_com ${ARGN})
+  target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-fno-strict-aliasing>)
+  set(def ${PROJECT_SOURCE_DIR}/src/server/Veldmark2.def)
+  if(EXISTS ${def})
+    target_sources(${name} PRIVATE ${def})
+  endif()
+  set(rc ${PROJECT_SOURCE_DIR}/src/server/Veldmark2.rc)
+  if(EXISTS ${rc} AND TARGET veldmark_tlb)
+    target_sources(${name} PRIVATE ${rc})
+    set_source_files_properties(${rc} PROPERTIES OBJECT_DEPENDS ${PROJECT_BINARY_DIR}/Veldmark2.tlb)
+    # The resource compiler must find Veldmark2.tlb, and is told which of the two it makes.
+    target_include_directories(${name} PRIVATE ${PROJECT_BINARY_DIR})
+    target_compile_definitions(
+      ${name} PRIVATE $<$<COMPILE_LANGUAGE:RC>:VELDMARK_ORIGINAL_FILENAME="${name}.dll">)
+    add_dependencies(${name} veldmark_tlb)
+  endif()
+endfunction()
+
+function(veldmark_server)
+  if(EXISTS ${PROJECT_SOURCE_DIR}/model/Veldmark2.idl)
+    veldmark_type_library()
+    enable_language(RC)
+  endif()
+  set(server ${PROJECT_SOURCE_DIR}/src/server)
+  veldmark_sources(common "src/server/*.cpp")
+  list(REMOVE_ITEM common ${server}/WindowsPlatform.cpp ${server}/SandboxPlatform.cpp)
+  if(NOT common)
+    return()
+  endif()
+  add_library(veldmark_server_objects OBJECT ${common})
+  target_link_libraries(veldmark_server_objects PUBLIC veldmark_com)
+  target_compile_options(veldmark_server_objects PRIVATE -fno-strict-aliasing)
+  veldmark_precompile(veldmark_server_objects)
+
+  veldmark_dll(Veldmark2 ${server}/WindowsPlatform.cpp veldmark_windows)
+  veldmark_dll(Veldmark2Sandbox ${server}/SandboxPlatform.cpp veldmark_simulated veldmark_windows)
+endfunction()

@@ -1,0 +1,80 @@
+# Test programs: one a folder of tests/.
+#
+# Natively every folder but the ones below is built. For Windows, tests/contract and
+# tests/windows are, and run under Wine. tests/support is shared by all of them.
+
+if(WIN32)
+  # The host's GoogleTest is no use here; Debian ships its sources for this purpose.
+  set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+  set(gtest_force_shared_crt ON CACHE BOOL "" FORCE)
+  add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+  add_library(veldmark_gtest INTERFACE)
+  target_link_libraries(veldmark_gtest INTERFACE gtest gmock gmock_main)
+else()
+  find_package(GTest REQUIRED)
+  add_library(veldmark_gtest INTERFACE)
+  target_link_libraries(veldmark_gtest INTERFACE GTest::gmock GTest::gtest GTest::gmock_main)
+endif()
+include(GoogleTest)
+
+veldmark_sources(support "tests/support/*.cpp")
+veldmark_library(veldmark_test_support ${support})
+veldmark_uses(veldmark_test_support veldmark_simulated veldmark_gtest)
+if(WIN32)
+  veldmark_uses(veldmark_test_support veldmark_windows)
+endif()
+
+# veldmark_test(NAME LIBRARIES SOURCES): a test program whose cases become tests "NAME.Suite.Case".
+function(veldmark_test name libraries sources)
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE veldmark_test_support ${libraries})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_compile_definitions(${name} PRIVATE VELDMARK_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+                                             VELDMARK_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/Precompiled.h
+                            <gtest/gtest.h> <gmock/gmock.h>)
+  if(WIN32)
+    target_compile_options(${name} PRIVATE -fno-strict-aliasing)
+    set(prefix "windows.${name}.")
+  else()
+    set(prefix "${name}.")
+  endif()
+  # Discovery waits for the test run, since the build must do without Wine.
+  gtest_discover_tests(${name} TEST_PREFIX ${prefix} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120
+                       PROPERTIES TIMEOUT 300)
+endfunction()
+
+set(tests ${PROJECT_SOURCE_DIR}/tests)
+if(WIN32)
+  veldmark_sources(contract "tests/contract/*.cpp")
+  list(REMOVE_ITEM contract ${tests}/contract/SimulatedWorld.cpp)
+  if(EXISTS ${tests}/contract/WindowsWorld.cpp)
+    veldmark_test(contract_tests "" "${contract}")
+  endif()
+  veldmark_sources(windows "tests/windows/*.cpp")
+  if(windows)
+    veldmark_test(windows_tests "veldmark_com" "${windows}")
+    foreach(dll Veldmark2 Veldmark2Sandbox)
+      if(TARGET ${dll})
+        add_dependencies(windows_tests ${dll})
+      endif()
+    endforeach()
+    if(TARGET veldmark_tlb)
+      veldmark_header_from_idl(windows_tests)
+    endif()
+  endif()
+else()
+  file(GLOB rooms CONFIGURE_DEPENDS LIST_DIRECTORIES true RELATIVE ${tests} ${tests}/*)
+  foreach(room IN LISTS rooms)
+    if(NOT IS_DIRECTORY ${tests}/${room} OR room MATCHES "^(support|scripts|windows)$")
+      continue()
+    endif()
+    veldmark_sources(sources "tests/${room}/*.cpp")
+    list(REMOVE_ITEM sources ${tests}/contract/WindowsWorld.cpp)
+    if(sources)
+      veldmark_test(${room}_tests "" "${sources}")
+    endif()
+  endforeach()
+  add_test(NAME sources_are_formatted
+           COMMAND ${PROJECT_SOURCE_DIR}/cmake/check-format ${PROJECT_SOURCE_DIR})
+endif()
