@@ -1,0 +1,85 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/automation/Object.h"
+#include "platform/automation/Text.h"
+#include "platform/operations/FileSystem.h"
+
+namespace veldmark {
+
+class CDrives;
+class CFile;
+class CFiles;
+class CFolder;
+class CFolders;
+class CPathNames;
+
+/// A listener of the engine's one event. A subscription never keeps its listener alive.
+class ObjectFoundListener {
+ public:
+  /// One object of an enumeration in progress. `cancel` ends the enumeration.
+  virtual void m_oSupport_ObjectFound(Object& object, bool& cancel) = 0;
+  /// The object to be kept alive while it listens.
+  virtual Object& Listener() = 0;
+
+ protected:
+  ~ObjectFoundListener() = default;
+};
+
+/// The engine: all platform work of an apartment. It has no state of its own. Its methods stand
+/// beside the subsystem that they serve (`storage/SupportFolders.cpp`).
+class CSupport : public ReferenceCounted {
+ public:
+  /// Subscribes a listener, once however often it asks.
+  void Subscribe(ObjectFoundListener& listener);
+  void Unsubscribe(ObjectFoundListener& listener) noexcept;
+  /// The event `ObjectFound`: calls every subscribed listener in turn. What one raises goes to the
+  /// caller.
+  void RaiseObjectFound(Object& object, bool& cancel);
+
+  /// The name of the user of this thread; "(unknown)" when the platform doesn't tell.
+  Text UserName();
+  /// The name of this computer; "(unknown)" when the platform doesn't tell.
+  Text ComputerName();
+
+  // Folders (storage/SupportFolders.cpp)
+
+  /// Walks one level of a folder. With `async` every object goes to the listeners of `ObjectFound`
+  /// and both outputs stay Nothing. An empty path returns False. Raises the platform's error when
+  /// the folder can't be opened.
+  bool GetFolderContents(const Text& path, Ref<CFolders>& sub_folders, Ref<CFiles>& files,
+                         bool get_folders, bool get_files, bool async);
+  /// The same walk as names alone.
+  Ref<CPathNames> GetPathNames(const Text& path, bool get_folders, bool get_files, bool async);
+  /// The sub-folders of a folder, without status and cancellation.
+  Ref<CFolders> GetFolders(const Text& path);
+  /// The folder at a path. The root of a drive or share is answered without asking the platform,
+  /// whether it exists or not; for any other path the platform's error is raised, usually 2 or 3.
+  Ref<CFolder> GetFolder(const Text& path);
+  /// Makes a folder from a path as it stands, without turning it into the long form.
+  bool CreateFolder(const Text& full_path);
+
+  // Paths (storage/SupportPaths.cpp)
+
+  /// The plain form of a long path.
+  Text StripLongPathChars(const Text& path);
+  /// The network location of a mapped drive: `share_name` is its path, `volume_name` reads "Share
+  /// on 'Server'". Both stay as they are where the drive isn't mapped.
+  void GetUNCPath(const Text& drive_letter, Text& volume_name, Text& share_name);
+  /// The upper-cased computer that a path lies on.
+  Text GetServerNameFromPath(const Text& path);
+
+  // Files (storage/SupportFiles.cpp)
+
+  Ref<CFiles> GetFiles(const Text& path);
+  Ref<CFile> GetFile(const Text& path);
+
+ private:
+  Ref<CFolder> BuildFolderFromFindData(const Text& path, const WIN32_FIND_DATAW& find_data);
+  Ref<CFile> BuildFileFromFindData(const Text& path, const WIN32_FIND_DATAW& find_data);
+
+  std::vector<ObjectFoundListener*> listeners_;
+};
+
+}  // namespace veldmark

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/automation/Object.h"
+#include "platform/automation/Text.h"
+#include "platform/automation/Variant.h"
+
+#if defined(_WIN32) && defined(__i386__)
+#define VELDMARK_STDCALL __attribute__((stdcall))
+#else
+#define VELDMARK_STDCALL
+#endif
+
+/// The binary form of values at an early-bound call, told without the platform's headers so that
+/// the exported classes' own names stay free of its macros. The binary face
+/// (platform/automation/com) defines these functions.
+namespace veldmark::abi {
+
+/// An automation text: a pointer to its first unit, the byte length standing before it; null is
+/// empty.
+using RawText = char16_t*;
+/// An interface pointer.
+using RawObject = void*;
+/// An array descriptor.
+using RawArray = void*;
+
+/// The published layout of the automation variant.
+struct RawVariant {
+  std::uint16_t type;
+  std::uint16_t reserved[3];
+  union {
+    std::int64_t bits;
+    struct {
+      void* pointers[2];
+    };
+  };
+};
+static_assert(sizeof(RawVariant) == (sizeof(void*) == 8 ? 24 : 16));
+
+inline constexpr std::int32_t kOk = 0;
+inline constexpr std::int32_t kNullPointer = static_cast<std::int32_t>(0x80004003u);
+
+/// A text read in place; null is empty.
+TextView View(const char16_t* text);
+/// Hands out a text; the receiver frees it.
+RawText HandOutText(TextView text);
+void Free(RawText text) noexcept;
+
+/// Hands out an object's dual interface (of an enumerator: its enumeration interface) with a
+/// reference for the receiver; null for Nothing.
+RawObject HandOutObject(Object* object);
+void FreeObject(RawObject object) noexcept;
+/// The object behind an interface pointer of any source: one of ours, or a foreign one that is held
+/// through it.
+Ref<Object> Read(RawObject object);
+
+RawVariant HandOutVariant(const Variant& value);
+void Free(RawVariant& value) noexcept;
+/// Raises 458 for a type that the library doesn't know, 13 for an array it can't read.
+Variant Read(const RawVariant& value);
+
+RawArray HandOutArray(const ByteArray& array);
+RawArray HandOutArray(const LongArray& array);
+RawArray HandOutArray(const TextArray& array);
+void FreeArray(RawArray array) noexcept;
+/// A null array reads as an empty one; another element type raises 13.
+void Read(RawArray raw, ByteArray& array);
+void Read(RawArray raw, LongArray& array);
+void Read(RawArray raw, TextArray& array);
+
+/// Reports the exception being handled as the error of a call on `self` and returns the call's
+/// failure code.
+std::int32_t Fail(const Object& self) noexcept;
+
+}  // namespace veldmark::abi
