@@ -10,13 +10,18 @@ wineserver=/usr/lib/wine/wineserver64
 wine_use() {
   export WINEPREFIX="$wine_home/$1" WINEARCH=win64 WINEDEBUG="${WINEDEBUG:--all}"
   export WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe=' WINESERVER="$wineserver"
-  export HOME="$wine_home/home"
+  # Arguments and file names are UTF-8, whatever the caller speaks.
+  export HOME="$wine_home/home" LC_ALL=C.UTF-8
   unset DISPLAY WAYLAND_DISPLAY
 }
 
-# wine_keep_server: lets the server outlive its programs for a while, which saves its start-up.
+# wine_keep_server: has a server running that outlives its programs for a while, which saves their
+# start-up. Its service processes are started here, away from the caller's streams: they would keep
+# a pipe open long after the program that started them.
 wine_keep_server() {
+  "$wineserver" -k0 </dev/null >/dev/null 2>&1 && return 0
   "$wineserver" -p30 </dev/null >/dev/null 2>&1 || true
+  "$wine64" wineboot </dev/null >/dev/null 2>&1 || true
 }
 
 # wine_path PATH: the Windows path of an absolute one.

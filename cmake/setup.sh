@@ -1,0 +1,56 @@
+# Shell functions that ./run and ./test share: packages and builds. Sourced; needs $root. What they
+# have to say goes to standard error.
+
+. "$root/cmake/wine.sh"
+
+# What a script run needs; the tests need more (see ./test).
+run_packages='cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools wine64 libwine libwine-dev
+  googletest nlohmann-json3-dev'
+
+# need_packages NAME...: installs the Debian packages that are missing.
+need_packages() {
+  missing=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null |
+    awk -v wanted="$*" '
+      $1 == "installed" { found[$2] = 1 }
+      END { n = split(wanted, names, " ")
+            for (i = 1; i <= n; i++) if (!(names[i] in found)) print names[i] }')
+  [ -z "$missing" ] && return 0
+  echo "Installing" $missing "..." >&2
+  as_root=
+  [ "$(id -u)" -eq 0 ] || as_root=sudo
+  $as_root apt-get update -qq >&2 &&
+    $as_root env DEBIAN_FRONTEND=noninteractive \
+      apt-get install -y -qq --no-install-recommends $missing >&2
+}
+
+# build_tree PRESET [TARGET...]: configures once and builds; silent unless something goes wrong or
+# takes long.
+build_tree() {
+  preset=$1
+  tree="$root/build/$preset"
+  shift
+  if [ ! -f "$tree/build.ninja" ]; then
+    echo "Building build/$preset, which takes a while the first time ..." >&2
+    if ! (cd "$root" && cmake --preset "$preset") >"$root/build/configure.log" 2>&1; then
+      cat "$root/build/configure.log" >&2
+      rm -f "$tree/CMakeCache.txt"
+      return 1
+    fi
+  fi
+  ninja -C "$tree" --quiet "$@" >"$tree/build.log" 2>&1 || {
+    cat "$tree/build.log" >&2
+    return 1
+  }
+}
+
+# setup_runtime NAME: everything that running a script on the server NAME needs, which is "real" or
+# "sandbox".
+setup_runtime() {
+  wine_make_prefix real || return 1
+  dll="$root/build/windows-x64/Veldmark2.dll"
+  if [ "$1" = sandbox ]; then
+    wine_make_prefix sandbox real || return 1
+    dll="$root/build/windows-x64/Veldmark2Sandbox.dll"
+  fi
+  [ ! -f "$dll" ] || wine_register "$1" "$dll"
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Dispatch.h"
+
+namespace scripthost {
+
+// Listens to an object's default event interface and calls the script's procedures of the same
+// names behind a prefix.
+class EventSink final : public IDispatch {
+ public:
+  // Subscribes; the sink belongs to the returned reference. Empty when the object has no events
+  // that can be found out from its type library.
+  static Reference<EventSink> Connect(IDispatch* source, IDispatch* script, std::wstring prefix);
+
+  // Ends the subscription and lets go of the source.
+  void Disconnect();
+  bool Listens(IDispatch* source) const;
+
+  virtual ~EventSink() = default;
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override;
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID locale, WORD, DISPPARAMS* parameters,
+                                   VARIANT* result, EXCEPINFO*, UINT*) override;
+
+ private:
+  ULONG references_ = 1;
+  DWORD cookie_ = 0;
+  GUID events_{};
+  std::wstring prefix_;
+  Reference<IDispatch> source_;
+  Reference<IDispatch> script_;
+  Reference<IConnectionPoint> point_;
+  Reference<ITypeInfo> description_;
+};
+
+}  // namespace scripthost
