@@ -1,8 +1,13 @@
 #pragma once
 
+#include <memory>
+#include <utility>
+#include <vector>
+
 #include "collections/Collection.h"
 #include "frame/Counters.h"
 #include "platform/automation/Error.h"
+#include "platform/automation/ModuleCount.h"
 #include "platform/automation/Object.h"
 #include "platform/operations/Platform.h"
 
@@ -49,15 +54,22 @@ class Apartment {
   Ref<Collection> g_colMachinePaths;
   Ref<CGroups> g_oWellKnownGroups;
   Ref<CTimer> g_oTimer;
+  /// The platform timers that run for this thread, those too whose identifier no `CTimer` knows any
+  /// more. They end with the apartment, and till then the library stays loaded: a timer calls into
+  /// it.
+  std::vector<std::pair<UINT_PTR, std::unique_ptr<ModuleHold>>> running_timers;
   Ref<Object> g_oGuidResolver;
 
  private:
   void RunStartUp();
+  void ReleaseState() noexcept;
 };
 
 /// The apartment's error object.
 inline ErrObject& Err() { return Apartment::Current().err; }
 /// The apartment's engine; raises 91 where start-up could not create it.
 CSupport& Engine();
+/// The apartment's status object; raises 91 where start-up could not create it.
+CStatus& StatusObject();
 
 }  // namespace veldmark

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "frame/Counted.h"
+#include "platform/automation/Object.h"
+
+namespace veldmark {
+
+class CDrives;
+
+/// The local computer.
+class CMyComputer : public Exported<CMyComputer>, Counted<Counter::kMyComputer> {
+ public:
+  static const Interface& Describe();
+
+  /// The drives of this computer. Raises the platform's error where they can't be listed.
+  Ref<CDrives> GetDrives();
+};
+
+}  // namespace veldmark
