@@ -1,0 +1,262 @@
+// Proves at compile time that the records and constants that we declare ourselves are the SDK's.
+
+#include <windows.h>
+
+#include <winnetwk.h>
+
+#include <cstddef>
+
+#include "platform/operations/ErrorCodes.h"
+#include "platform/operations/Messages.h"
+#include "platform/windows/Sdk.h"
+
+namespace veldmark {
+
+static_assert(sizeof(BYTE) == sizeof(::BYTE));
+static_assert(sizeof(WORD) == sizeof(::WORD));
+static_assert(sizeof(DWORD) == sizeof(::DWORD));
+static_assert(sizeof(LONG) == sizeof(::LONG));
+static_assert(sizeof(UINT) == sizeof(::UINT));
+static_assert(sizeof(INT) == sizeof(::INT));
+static_assert(sizeof(BOOL) == sizeof(::BOOL));
+static_assert(sizeof(LARGE_INTEGER) == sizeof(::LARGE_INTEGER));
+static_assert(sizeof(UINT_PTR) == sizeof(::UINT_PTR));
+static_assert(sizeof(HANDLE) == sizeof(::HANDLE));
+static_assert(sizeof(HKEY) == sizeof(::HKEY));
+static_assert(sizeof(HMODULE) == sizeof(::HMODULE));
+static_assert(sizeof(LSTATUS) == sizeof(::LSTATUS));
+static_assert(sizeof(WCHAR) == sizeof(wchar_t));
+
+static_assert(sizeof(FILETIME) == sizeof(::FILETIME) && alignof(FILETIME) == alignof(::FILETIME));
+static_assert(offsetof(FILETIME, dwLowDateTime) == offsetof(::FILETIME, dwLowDateTime));
+static_assert(offsetof(FILETIME, dwHighDateTime) == offsetof(::FILETIME, dwHighDateTime));
+
+static_assert(sizeof(WIN32_FIND_DATAW) == sizeof(::WIN32_FIND_DATAW) &&
+              alignof(WIN32_FIND_DATAW) == alignof(::WIN32_FIND_DATAW));
+static_assert(offsetof(WIN32_FIND_DATAW, dwFileAttributes) ==
+              offsetof(::WIN32_FIND_DATAW, dwFileAttributes));
+static_assert(offsetof(WIN32_FIND_DATAW, ftCreationTime) ==
+              offsetof(::WIN32_FIND_DATAW, ftCreationTime));
+static_assert(offsetof(WIN32_FIND_DATAW, ftLastAccessTime) ==
+              offsetof(::WIN32_FIND_DATAW, ftLastAccessTime));
+static_assert(offsetof(WIN32_FIND_DATAW, ftLastWriteTime) ==
+              offsetof(::WIN32_FIND_DATAW, ftLastWriteTime));
+static_assert(offsetof(WIN32_FIND_DATAW, nFileSizeHigh) ==
+              offsetof(::WIN32_FIND_DATAW, nFileSizeHigh));
+static_assert(offsetof(WIN32_FIND_DATAW, nFileSizeLow) ==
+              offsetof(::WIN32_FIND_DATAW, nFileSizeLow));
+static_assert(offsetof(WIN32_FIND_DATAW, dwReserved0) == offsetof(::WIN32_FIND_DATAW, dwReserved0));
+static_assert(offsetof(WIN32_FIND_DATAW, dwReserved1) == offsetof(::WIN32_FIND_DATAW, dwReserved1));
+static_assert(offsetof(WIN32_FIND_DATAW, cFileName) == offsetof(::WIN32_FIND_DATAW, cFileName));
+static_assert(offsetof(WIN32_FIND_DATAW, cAlternateFileName) ==
+              offsetof(::WIN32_FIND_DATAW, cAlternateFileName));
+
+static_assert(sizeof(WIN32_FILE_ATTRIBUTE_DATA) == sizeof(::WIN32_FILE_ATTRIBUTE_DATA) &&
+              alignof(WIN32_FILE_ATTRIBUTE_DATA) == alignof(::WIN32_FILE_ATTRIBUTE_DATA));
+static_assert(offsetof(WIN32_FILE_ATTRIBUTE_DATA, dwFileAttributes) ==
+              offsetof(::WIN32_FILE_ATTRIBUTE_DATA, dwFileAttributes));
+static_assert(offsetof(WIN32_FILE_ATTRIBUTE_DATA, ftCreationTime) ==
+              offsetof(::WIN32_FILE_ATTRIBUTE_DATA, ftCreationTime));
+static_assert(offsetof(WIN32_FILE_ATTRIBUTE_DATA, ftLastAccessTime) ==
+              offsetof(::WIN32_FILE_ATTRIBUTE_DATA, ftLastAccessTime));
+static_assert(offsetof(WIN32_FILE_ATTRIBUTE_DATA, ftLastWriteTime) ==
+              offsetof(::WIN32_FILE_ATTRIBUTE_DATA, ftLastWriteTime));
+static_assert(offsetof(WIN32_FILE_ATTRIBUTE_DATA, nFileSizeHigh) ==
+              offsetof(::WIN32_FILE_ATTRIBUTE_DATA, nFileSizeHigh));
+static_assert(offsetof(WIN32_FILE_ATTRIBUTE_DATA, nFileSizeLow) ==
+              offsetof(::WIN32_FILE_ATTRIBUTE_DATA, nFileSizeLow));
+
+static_assert(sizeof(SECURITY_ATTRIBUTES) == sizeof(::SECURITY_ATTRIBUTES) &&
+              alignof(SECURITY_ATTRIBUTES) == alignof(::SECURITY_ATTRIBUTES));
+static_assert(offsetof(SECURITY_ATTRIBUTES, nLength) == offsetof(::SECURITY_ATTRIBUTES, nLength));
+static_assert(offsetof(SECURITY_ATTRIBUTES, lpSecurityDescriptor) ==
+              offsetof(::SECURITY_ATTRIBUTES, lpSecurityDescriptor));
+static_assert(offsetof(SECURITY_ATTRIBUTES, bInheritHandle) ==
+              offsetof(::SECURITY_ATTRIBUTES, bInheritHandle));
+
+static_assert(sizeof(SYSTEMTIME) == sizeof(::SYSTEMTIME) &&
+              alignof(SYSTEMTIME) == alignof(::SYSTEMTIME));
+static_assert(offsetof(SYSTEMTIME, wYear) == offsetof(::SYSTEMTIME, wYear));
+static_assert(offsetof(SYSTEMTIME, wMonth) == offsetof(::SYSTEMTIME, wMonth));
+static_assert(offsetof(SYSTEMTIME, wDayOfWeek) == offsetof(::SYSTEMTIME, wDayOfWeek));
+static_assert(offsetof(SYSTEMTIME, wDay) == offsetof(::SYSTEMTIME, wDay));
+static_assert(offsetof(SYSTEMTIME, wHour) == offsetof(::SYSTEMTIME, wHour));
+static_assert(offsetof(SYSTEMTIME, wMinute) == offsetof(::SYSTEMTIME, wMinute));
+static_assert(offsetof(SYSTEMTIME, wSecond) == offsetof(::SYSTEMTIME, wSecond));
+static_assert(offsetof(SYSTEMTIME, wMilliseconds) == offsetof(::SYSTEMTIME, wMilliseconds));
+
+static_assert(sizeof(TIME_ZONE_INFORMATION) == sizeof(::TIME_ZONE_INFORMATION) &&
+              alignof(TIME_ZONE_INFORMATION) == alignof(::TIME_ZONE_INFORMATION));
+static_assert(offsetof(TIME_ZONE_INFORMATION, Bias) == offsetof(::TIME_ZONE_INFORMATION, Bias));
+static_assert(offsetof(TIME_ZONE_INFORMATION, StandardName) ==
+              offsetof(::TIME_ZONE_INFORMATION, StandardName));
+static_assert(offsetof(TIME_ZONE_INFORMATION, StandardDate) ==
+              offsetof(::TIME_ZONE_INFORMATION, StandardDate));
+static_assert(offsetof(TIME_ZONE_INFORMATION, StandardBias) ==
+              offsetof(::TIME_ZONE_INFORMATION, StandardBias));
+static_assert(offsetof(TIME_ZONE_INFORMATION, DaylightName) ==
+              offsetof(::TIME_ZONE_INFORMATION, DaylightName));
+static_assert(offsetof(TIME_ZONE_INFORMATION, DaylightDate) ==
+              offsetof(::TIME_ZONE_INFORMATION, DaylightDate));
+static_assert(offsetof(TIME_ZONE_INFORMATION, DaylightBias) ==
+              offsetof(::TIME_ZONE_INFORMATION, DaylightBias));
+
+static_assert(sizeof(UNIVERSAL_NAME_INFOW) == sizeof(::UNIVERSAL_NAME_INFOW) &&
+              alignof(UNIVERSAL_NAME_INFOW) == alignof(::UNIVERSAL_NAME_INFOW));
+static_assert(offsetof(UNIVERSAL_NAME_INFOW, lpUniversalName) ==
+              offsetof(::UNIVERSAL_NAME_INFOW, lpUniversalName));
+
+// ErrorCodes.h
+static_assert(kErrorSuccess == ERROR_SUCCESS);
+static_assert(kErrorInvalidFunction == ERROR_INVALID_FUNCTION);
+static_assert(kErrorFileNotFound == ERROR_FILE_NOT_FOUND);
+static_assert(kErrorPathNotFound == ERROR_PATH_NOT_FOUND);
+static_assert(kErrorAccessDenied == ERROR_ACCESS_DENIED);
+static_assert(kErrorInvalidHandle == ERROR_INVALID_HANDLE);
+static_assert(kErrorNotEnoughMemory == ERROR_NOT_ENOUGH_MEMORY);
+static_assert(kErrorInvalidAccess == ERROR_INVALID_ACCESS);
+static_assert(kErrorInvalidData == ERROR_INVALID_DATA);
+static_assert(kErrorInvalidDrive == ERROR_INVALID_DRIVE);
+static_assert(kErrorCurrentDirectory == ERROR_CURRENT_DIRECTORY);
+static_assert(kErrorNoMoreFiles == ERROR_NO_MORE_FILES);
+static_assert(kErrorWriteProtect == ERROR_WRITE_PROTECT);
+static_assert(kErrorSharingViolation == ERROR_SHARING_VIOLATION);
+static_assert(kErrorHandleEof == ERROR_HANDLE_EOF);
+static_assert(kErrorNotSupported == ERROR_NOT_SUPPORTED);
+static_assert(kErrorBadNetPath == ERROR_BAD_NETPATH);
+static_assert(kErrorNetworkBusy == ERROR_NETWORK_BUSY);
+static_assert(kErrorNetworkAccessDenied == ERROR_NETWORK_ACCESS_DENIED);
+static_assert(kErrorBadNetName == ERROR_BAD_NET_NAME);
+static_assert(kErrorFileExists == ERROR_FILE_EXISTS);
+static_assert(kErrorInvalidParameter == ERROR_INVALID_PARAMETER);
+static_assert(kErrorDiskFull == ERROR_DISK_FULL);
+static_assert(kErrorInsufficientBuffer == ERROR_INSUFFICIENT_BUFFER);
+static_assert(kErrorInvalidName == ERROR_INVALID_NAME);
+static_assert(kErrorInvalidLevel == ERROR_INVALID_LEVEL);
+static_assert(kErrorModNotFound == ERROR_MOD_NOT_FOUND);
+static_assert(kErrorNegativeSeek == ERROR_NEGATIVE_SEEK);
+static_assert(kErrorDirNotEmpty == ERROR_DIR_NOT_EMPTY);
+static_assert(kErrorBadPathname == ERROR_BAD_PATHNAME);
+static_assert(kErrorAlreadyExists == ERROR_ALREADY_EXISTS);
+static_assert(kErrorEnvvarNotFound == ERROR_ENVVAR_NOT_FOUND);
+static_assert(kErrorFilenameExcedRange == ERROR_FILENAME_EXCED_RANGE);
+static_assert(kErrorMoreData == ERROR_MORE_DATA);
+static_assert(kErrorNoMoreItems == ERROR_NO_MORE_ITEMS);
+static_assert(kErrorDirectory == ERROR_DIRECTORY);
+static_assert(kErrorNoUnicodeTranslation == ERROR_NO_UNICODE_TRANSLATION);
+static_assert(kErrorMrMidNotFound == ERROR_MR_MID_NOT_FOUND);
+static_assert(kErrorInvalidAddress == ERROR_INVALID_ADDRESS);
+static_assert(kErrorUserMappedFile == ERROR_USER_MAPPED_FILE);
+static_assert(kErrorBadKey == ERROR_BADKEY);
+static_assert(kErrorKeyDeleted == ERROR_KEY_DELETED);
+static_assert(kErrorKeyHasChildren == ERROR_KEY_HAS_CHILDREN);
+static_assert(kErrorBadDevice == ERROR_BAD_DEVICE);
+static_assert(kErrorExtendedError == ERROR_EXTENDED_ERROR);
+static_assert(kErrorNoNetwork == ERROR_NO_NETWORK);
+static_assert(kErrorConnectionUnavail == ERROR_CONNECTION_UNAVAIL);
+static_assert(kErrorInvalidFlags == ERROR_INVALID_FLAGS);
+static_assert(kErrorResourceDataNotFound == ERROR_RESOURCE_DATA_NOT_FOUND);
+static_assert(kErrorResourceTypeNotFound == ERROR_RESOURCE_TYPE_NOT_FOUND);
+static_assert(kErrorResourceLangNotFound == ERROR_RESOURCE_LANG_NOT_FOUND);
+static_assert(kErrorNotConnected == ERROR_NOT_CONNECTED);
+
+// FileSystem.h
+static_assert(kMaxPath == MAX_PATH);
+static_assert(kInvalidFileAttributes == INVALID_FILE_ATTRIBUTES);
+static_assert(kFileAttributeReadOnly == FILE_ATTRIBUTE_READONLY);
+static_assert(kFileAttributeHidden == FILE_ATTRIBUTE_HIDDEN);
+static_assert(kFileAttributeSystem == FILE_ATTRIBUTE_SYSTEM);
+static_assert(kFileAttributeDirectory == FILE_ATTRIBUTE_DIRECTORY);
+static_assert(kFileAttributeArchive == FILE_ATTRIBUTE_ARCHIVE);
+static_assert(kFileAttributeNormal == FILE_ATTRIBUTE_NORMAL);
+static_assert(kFileAttributeTemporary == FILE_ATTRIBUTE_TEMPORARY);
+static_assert(kFileAttributeSparseFile == FILE_ATTRIBUTE_SPARSE_FILE);
+static_assert(kFileAttributeReparsePoint == FILE_ATTRIBUTE_REPARSE_POINT);
+static_assert(kFileAttributeCompressed == FILE_ATTRIBUTE_COMPRESSED);
+static_assert(kFileAttributeOffline == FILE_ATTRIBUTE_OFFLINE);
+static_assert(kFileAttributeNotContentIndexed == FILE_ATTRIBUTE_NOT_CONTENT_INDEXED);
+static_assert(kFileAttributeEncrypted == FILE_ATTRIBUTE_ENCRYPTED);
+static_assert(kGenericRead == GENERIC_READ);
+static_assert(kGenericWrite == GENERIC_WRITE);
+static_assert(kGenericAll == GENERIC_ALL);
+static_assert(kDelete == DELETE);
+static_assert(kReadControl == READ_CONTROL);
+static_assert(kFileReadData == FILE_READ_DATA);
+static_assert(kFileWriteData == FILE_WRITE_DATA);
+static_assert(kFileAppendData == FILE_APPEND_DATA);
+static_assert(kFileWriteAttributes == FILE_WRITE_ATTRIBUTES);
+static_assert(kFileShareRead == FILE_SHARE_READ);
+static_assert(kFileShareWrite == FILE_SHARE_WRITE);
+static_assert(kFileShareDelete == FILE_SHARE_DELETE);
+static_assert(kCreateNew == CREATE_NEW);
+static_assert(kCreateAlways == CREATE_ALWAYS);
+static_assert(kOpenExisting == OPEN_EXISTING);
+static_assert(kOpenAlways == OPEN_ALWAYS);
+static_assert(kTruncateExisting == TRUNCATE_EXISTING);
+static_assert(kFileFlagBackupSemantics == FILE_FLAG_BACKUP_SEMANTICS);
+static_assert(kFileFlagDeleteOnClose == FILE_FLAG_DELETE_ON_CLOSE);
+static_assert(kFileFlagSequentialScan == FILE_FLAG_SEQUENTIAL_SCAN);
+static_assert(kFileBegin == FILE_BEGIN);
+static_assert(kFileCurrent == FILE_CURRENT);
+static_assert(kFileEnd == FILE_END);
+static_assert(kInvalidFileSize == INVALID_FILE_SIZE);
+static_assert(kGetFileExInfoStandard == ::GetFileExInfoStandard);
+static_assert(kDriveUnknown == DRIVE_UNKNOWN);
+static_assert(kDriveNoRootDir == DRIVE_NO_ROOT_DIR);
+static_assert(kDriveRemovable == DRIVE_REMOVABLE);
+static_assert(kDriveFixed == DRIVE_FIXED);
+static_assert(kDriveRemote == DRIVE_REMOTE);
+static_assert(kDriveCdrom == DRIVE_CDROM);
+static_assert(kDriveRamdisk == DRIVE_RAMDISK);
+
+// NetworkProvider.h
+static_assert(kUniversalNameInfoLevel == UNIVERSAL_NAME_INFO_LEVEL);
+static_assert(kRemoteNameInfoLevel == REMOTE_NAME_INFO_LEVEL);
+
+// Messages.h
+static_assert(kLoadLibraryAsDatafile == LOAD_LIBRARY_AS_DATAFILE);
+static_assert(kFormatMessageMaxWidthMask == FORMAT_MESSAGE_MAX_WIDTH_MASK);
+static_assert(kFormatMessageAllocateBuffer == FORMAT_MESSAGE_ALLOCATE_BUFFER);
+static_assert(kFormatMessageIgnoreInserts == FORMAT_MESSAGE_IGNORE_INSERTS);
+static_assert(kFormatMessageFromString == FORMAT_MESSAGE_FROM_STRING);
+static_assert(kFormatMessageFromHmodule == FORMAT_MESSAGE_FROM_HMODULE);
+static_assert(kFormatMessageFromSystem == FORMAT_MESSAGE_FROM_SYSTEM);
+static_assert(kFormatMessageArgumentArray == FORMAT_MESSAGE_ARGUMENT_ARRAY);
+
+// Registry.h
+static_assert(kKeyQueryValue == KEY_QUERY_VALUE);
+static_assert(kKeySetValue == KEY_SET_VALUE);
+static_assert(kKeyCreateSubKey == KEY_CREATE_SUB_KEY);
+static_assert(kKeyEnumerateSubKeys == KEY_ENUMERATE_SUB_KEYS);
+static_assert(kKeyNotify == KEY_NOTIFY);
+static_assert(kKeyRead == KEY_READ);
+static_assert(kKeyWrite == KEY_WRITE);
+static_assert(kKeyAllAccess == KEY_ALL_ACCESS);
+static_assert(kRegNone == REG_NONE);
+static_assert(kRegSz == REG_SZ);
+static_assert(kRegExpandSz == REG_EXPAND_SZ);
+static_assert(kRegBinary == REG_BINARY);
+static_assert(kRegDword == REG_DWORD);
+static_assert(kRegDwordBigEndian == REG_DWORD_BIG_ENDIAN);
+static_assert(kRegLink == REG_LINK);
+static_assert(kRegMultiSz == REG_MULTI_SZ);
+static_assert(kRegQword == REG_QWORD);
+static_assert(kRegOptionNonVolatile == REG_OPTION_NON_VOLATILE);
+static_assert(kRegOptionVolatile == REG_OPTION_VOLATILE);
+static_assert(kRegCreatedNewKey == REG_CREATED_NEW_KEY);
+static_assert(kRegOpenedExistingKey == REG_OPENED_EXISTING_KEY);
+
+// System.h
+static_assert(kTimeZoneIdUnknown == TIME_ZONE_ID_UNKNOWN);
+static_assert(kTimeZoneIdStandard == TIME_ZONE_ID_STANDARD);
+static_assert(kTimeZoneIdDaylight == TIME_ZONE_ID_DAYLIGHT);
+static_assert(kTimeZoneIdInvalid == TIME_ZONE_ID_INVALID);
+static_assert(kCodePageAnsi == CP_ACP);
+static_assert(kCodePageUtf8 == CP_UTF8);
+static_assert(kMultiBytePrecomposed == MB_PRECOMPOSED);
+static_assert(kMultiByteErrInvalidChars == MB_ERR_INVALID_CHARS);
+
+// Timers.h
+static_assert(kMessageTimer == WM_TIMER);
+
+}  // namespace veldmark

@@ -1,0 +1,111 @@
+#include "platform/windows/WindowsFileSystem.h"
+
+#include "platform/windows/Recorded.h"
+#include "platform/windows/Sdk.h"
+
+namespace veldmark {
+
+HANDLE WindowsFileSystem::FindFirstFileW(LPCWSTR file_name, WIN32_FIND_DATAW* data) {
+  return Recorded([&] { return ::FindFirstFileW(Sdk(file_name), Sdk(data)); });
+}
+
+BOOL WindowsFileSystem::FindNextFileW(HANDLE find, WIN32_FIND_DATAW* data) {
+  return Recorded([&] { return ::FindNextFileW(find, Sdk(data)); });
+}
+
+BOOL WindowsFileSystem::FindClose(HANDLE find) {
+  return Recorded([&] { return ::FindClose(find); });
+}
+
+BOOL WindowsFileSystem::CreateDirectoryW(LPCWSTR path_name, const SECURITY_ATTRIBUTES* security) {
+  return Recorded([&] { return ::CreateDirectoryW(Sdk(path_name), SdkReadOnly(security)); });
+}
+
+BOOL WindowsFileSystem::RemoveDirectoryW(LPCWSTR path_name) {
+  return Recorded([&] { return ::RemoveDirectoryW(Sdk(path_name)); });
+}
+
+BOOL WindowsFileSystem::GetFileAttributesExW(LPCWSTR file_name, int level, void* information) {
+  return Recorded([&] {
+    return ::GetFileAttributesExW(Sdk(file_name), static_cast<::GET_FILEEX_INFO_LEVELS>(level),
+                                  information);
+  });
+}
+
+DWORD WindowsFileSystem::GetFileAttributesW(LPCWSTR file_name) {
+  return Recorded([&] { return ::GetFileAttributesW(Sdk(file_name)); });
+}
+
+BOOL WindowsFileSystem::SetFileAttributesW(LPCWSTR file_name, DWORD attributes) {
+  return Recorded([&] { return ::SetFileAttributesW(Sdk(file_name), attributes); });
+}
+
+BOOL WindowsFileSystem::DeleteFileW(LPCWSTR file_name) {
+  return Recorded([&] { return ::DeleteFileW(Sdk(file_name)); });
+}
+
+HANDLE WindowsFileSystem::CreateFileW(LPCWSTR file_name, DWORD desired_access, DWORD share_mode,
+                                      const SECURITY_ATTRIBUTES* security,
+                                      DWORD creation_disposition, DWORD flags_and_attributes,
+                                      HANDLE template_file) {
+  return Recorded([&] {
+    return ::CreateFileW(Sdk(file_name), desired_access, share_mode, SdkReadOnly(security),
+                         creation_disposition, flags_and_attributes, template_file);
+  });
+}
+
+BOOL WindowsFileSystem::ReadFile(HANDLE file, void* buffer, DWORD bytes_to_read, DWORD* bytes_read,
+                                 void* overlapped) {
+  return Recorded([&] {
+    return ::ReadFile(file, buffer, bytes_to_read, Sdk(bytes_read),
+                      static_cast<::OVERLAPPED*>(overlapped));
+  });
+}
+
+BOOL WindowsFileSystem::WriteFile(HANDLE file, const void* buffer, DWORD bytes_to_write,
+                                  DWORD* bytes_written, void* overlapped) {
+  return Recorded([&] {
+    return ::WriteFile(file, buffer, bytes_to_write, Sdk(bytes_written),
+                       static_cast<::OVERLAPPED*>(overlapped));
+  });
+}
+
+BOOL WindowsFileSystem::SetFilePointerEx(HANDLE file, LARGE_INTEGER distance,
+                                         LARGE_INTEGER* new_position, DWORD move_method) {
+  return Recorded([&] {
+    return ::SetFilePointerEx(file, ::LARGE_INTEGER{.QuadPart = distance}, Sdk(new_position),
+                              move_method);
+  });
+}
+
+BOOL WindowsFileSystem::FlushFileBuffers(HANDLE file) {
+  return Recorded([&] { return ::FlushFileBuffers(file); });
+}
+
+BOOL WindowsFileSystem::GetFileSizeEx(HANDLE file, LARGE_INTEGER* size) {
+  return Recorded([&] { return ::GetFileSizeEx(file, Sdk(size)); });
+}
+
+DWORD WindowsFileSystem::GetFileSize(HANDLE file, DWORD* size_high) {
+  return Recorded([&] { return ::GetFileSize(file, Sdk(size_high)); });
+}
+
+BOOL WindowsFileSystem::CloseHandle(HANDLE object) {
+  return Recorded([&] { return ::CloseHandle(object); });
+}
+
+BOOL WindowsFileSystem::CopyFileW(LPCWSTR existing_file_name, LPCWSTR new_file_name,
+                                  BOOL fail_if_exists) {
+  return Recorded(
+      [&] { return ::CopyFileW(Sdk(existing_file_name), Sdk(new_file_name), fail_if_exists); });
+}
+
+DWORD WindowsFileSystem::GetLogicalDriveStringsW(DWORD length, LPWSTR buffer) {
+  return Recorded([&] { return ::GetLogicalDriveStringsW(length, Sdk(buffer)); });
+}
+
+UINT WindowsFileSystem::GetDriveTypeW(LPCWSTR root_path_name) {
+  return Recorded([&] { return ::GetDriveTypeW(Sdk(root_path_name)); });
+}
+
+}  // namespace veldmark

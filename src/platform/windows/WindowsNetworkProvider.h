@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/operations/NetworkProvider.h"
+
+namespace veldmark {
+
+/// Network connections and names of the operating system that this process runs on.
+class WindowsNetworkProvider final : public NetworkProvider {
+ public:
+  DWORD WNetGetUniversalNameW(LPCWSTR local_path, DWORD info_level, void* buffer,
+                              DWORD* buffer_size) override;
+};
+
+}  // namespace veldmark

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/operations/System.h"
+
+namespace veldmark {
+
+/// Names, times and memory of the operating system that this process runs on.
+class WindowsSystem final : public System {
+ public:
+  BOOL GetUserNameW(LPWSTR buffer, DWORD* size) override;
+  BOOL GetComputerNameW(LPWSTR buffer, DWORD* size) override;
+  DWORD GetTimeZoneInformation(TIME_ZONE_INFORMATION* information) override;
+  BOOL FileTimeToLocalFileTime(const FILETIME* file_time, FILETIME* local_file_time) override;
+  BOOL FileTimeToSystemTime(const FILETIME* file_time, SYSTEMTIME* system_time) override;
+  BOOL SystemTimeToFileTime(const SYSTEMTIME* system_time, FILETIME* file_time) override;
+  INT VariantTimeToSystemTime(double variant_time, SYSTEMTIME* system_time) override;
+  INT SystemTimeToVariantTime(const SYSTEMTIME* system_time, double* variant_time) override;
+  std::u16string ModuleFolder() override;
+  INT MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR multi_byte, INT multi_byte_size,
+                          LPWSTR wide, INT wide_size) override;
+  INT lstrlenW(LPCWSTR text) override;
+  void* CoTaskMemAlloc(std::size_t size) override;
+  void CoTaskMemFree(void* memory) override;
+};
+
+}  // namespace veldmark
