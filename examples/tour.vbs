@@ -86,24 +86,24 @@ End Sub
 Sub ShowFolder(folder)
   Dim subs, entries, entry
   folder.GetFolderContents subs, entries
-  WScript.Echo Left2("Name", 28) & Right2("Size", 12) & "  " & Left2("Modified", 21) & "Attributes"
+  WScript.Echo PadRight("Name", 28) & PadLeft("Size", 12) & "  " & PadRight("Modified", 21) & "Attributes"
   For Each entry In subs
-    WScript.Echo Left2(entry.FolderName, 28) & Right2("", 12) & "  " & Left2(DateText(entry.DateLastModified), 21) & _
+    WScript.Echo PadRight(entry.FolderName, 28) & PadLeft("", 12) & "  " & PadRight(DateText(entry.DateLastModified), 21) & _
       AttributeText(entry.Attributes)
   Next
   For Each entry In entries
-    WScript.Echo Left2(entry.FileName, 28) & Right2(CStr(entry.FileSize), 12) & "  " & _
-      Left2(DateText(entry.DateLastModified), 21) & AttributeText(entry.Attributes)
+    WScript.Echo PadRight(entry.FileName, 28) & PadLeft(CStr(entry.FileSize), 12) & "  " & _
+      PadRight(DateText(entry.DateLastModified), 21) & AttributeText(entry.Attributes)
   Next
   WScript.Echo subs.Count & " folders, " & entries.Count & " files"
 End Sub
 
-Function Left2(text, width)
-  Left2 = Left(text & Space(width), width)
+Function PadRight(text, width)
+  PadRight = Left(text & Space(width), width)
 End Function
 
-Function Right2(text, width)
-  Right2 = Right(Space(width) & text, width)
+Function PadLeft(text, width)
+  PadLeft = Right(Space(width) & text, width)
 End Function
 
 Function DateText(moment)
