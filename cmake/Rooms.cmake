@@ -61,19 +61,23 @@ function(veldmark_core_libraries)
   endif()
 endfunction()
 
-# Prints the interface definition and the reference out of the member tables; `renew_model`
-# writes both into the checkout.
+# Writes the interface definition, the reference and the manifest out of the member tables;
+# `renew_model` puts all three into the checkout.
 function(veldmark_model_generator)
   veldmark_sources(model "model/*.cpp")
-  if(model)
-    add_executable(generate_model ${model})
-    target_link_libraries(generate_model PRIVATE veldmark_core)
-    veldmark_precompile(generate_model)
-    add_custom_target(
-      renew_model
-      COMMAND generate_model --idl > ${PROJECT_SOURCE_DIR}/model/Veldmark2.idl
-      COMMAND generate_model --reference > ${PROJECT_SOURCE_DIR}/docs/reference.md
-      COMMENT "Renewing model/Veldmark2.idl and docs/reference.md"
-      VERBATIM)
-  endif()
+  list(REMOVE_ITEM model ${PROJECT_SOURCE_DIR}/model/main.cpp)
+  veldmark_library(veldmark_model ${model})
+  veldmark_precompile(veldmark_model)
+  veldmark_uses(veldmark_model veldmark_core)
+  target_include_directories(veldmark_model PUBLIC ${PROJECT_SOURCE_DIR})
+
+  add_executable(generate_model ${PROJECT_SOURCE_DIR}/model/main.cpp)
+  target_link_libraries(generate_model PRIVATE veldmark_model)
+  add_custom_target(
+    renew_model
+    COMMAND generate_model --idl > ${PROJECT_SOURCE_DIR}/model/Veldmark2.idl
+    COMMAND generate_model --reference > ${PROJECT_SOURCE_DIR}/docs/reference.md
+    COMMAND generate_model --manifest > ${PROJECT_SOURCE_DIR}/examples/unregistered/Veldmark2.manifest
+    COMMENT "Renewing model/Veldmark2.idl, docs/reference.md and the manifest"
+    VERBATIM)
 endfunction()

@@ -38,16 +38,16 @@ function(veldmark_type_library)
                   /usr/lib/i386-linux-gnu/wine/i386-windows
             NO_CMAKE_FIND_ROOT_PATH NO_DEFAULT_PATH REQUIRED)
   if(CMAKE_SIZEOF_VOID_P EQUAL 8)
-    set(bits --win64)
+    set(VELDMARK_WIDL_BITS --win64 CACHE INTERNAL "")
   else()
-    set(bits --win32)
+    set(VELDMARK_WIDL_BITS --win32 CACHE INTERNAL "")
   endif()
   find_program(VELDMARK_WIDL x86_64-w64-mingw32-widl REQUIRED)
   set(idl ${PROJECT_SOURCE_DIR}/model/Veldmark2.idl)
   set(tlb ${PROJECT_BINARY_DIR}/Veldmark2.tlb)
   add_custom_command(
     OUTPUT ${tlb}
-    COMMAND ${VELDMARK_WIDL} -t ${bits} -I ${VELDMARK_IDL_INCLUDE} -L ${VELDMARK_STDOLE}
+    COMMAND ${VELDMARK_WIDL} -t ${VELDMARK_WIDL_BITS} -I ${VELDMARK_IDL_INCLUDE} -L ${VELDMARK_STDOLE}
             -o ${tlb} ${idl}
     DEPENDS ${idl}
     COMMENT "Compiling the type library"
@@ -55,28 +55,25 @@ function(veldmark_type_library)
   add_custom_target(veldmark_tlb DEPENDS ${tlb})
 endfunction()
 
-# veldmark_header_from_idl(TARGET): a header for early-bound clients, as Veldmark2_h.h.
-function(veldmark_header_from_idl target)
+# veldmark_client: the header of early-bound clients, Veldmark2_h.h, and the identifiers it declares.
+function(veldmark_client_library)
   set(idl ${PROJECT_SOURCE_DIR}/model/Veldmark2.idl)
   set(header ${PROJECT_BINARY_DIR}/client/Veldmark2_h.h)
   set(guids ${PROJECT_BINARY_DIR}/client/Veldmark2_i.c)
   file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/client)
-  if(CMAKE_SIZEOF_VOID_P EQUAL 8)
-    set(bits --win64)
-  else()
-    set(bits --win32)
-  endif()
+  set(widl ${VELDMARK_WIDL} ${VELDMARK_WIDL_BITS} -I ${VELDMARK_IDL_INCLUDE} -L ${VELDMARK_STDOLE})
   add_custom_command(
     OUTPUT ${header} ${guids}
-    COMMAND ${VELDMARK_WIDL} -h ${bits} -I ${VELDMARK_IDL_INCLUDE} -L ${VELDMARK_STDOLE}
-            -o ${header} ${idl}
-    COMMAND ${VELDMARK_WIDL} -u ${bits} -I ${VELDMARK_IDL_INCLUDE} -L ${VELDMARK_STDOLE}
-            -o ${guids} ${idl}
+    COMMAND ${widl} -h -o ${header} ${idl}
+    COMMAND ${widl} -u -o ${guids} ${idl}
     DEPENDS ${idl}
-    COMMENT "Making the client's header"
+    COMMENT "Making the clients' header"
     VERBATIM)
-  target_sources(${target} PRIVATE ${header} ${guids})
-  target_include_directories(${target} SYSTEM PRIVATE ${PROJECT_BINARY_DIR}/client)
+  add_custom_target(veldmark_client_header DEPENDS ${header})
+  add_library(veldmark_client STATIC ${guids})
+  add_dependencies(veldmark_client veldmark_client_header)
+  target_include_directories(veldmark_client SYSTEM INTERFACE ${PROJECT_BINARY_DIR}/client)
+  target_link_libraries(veldmark_client INTERFACE ole32 oleaut32 uuid)
 endfunction()
 
 function(veldmark_dll name platform_source)
@@ -95,10 +92,11 @@ function(veldmark_dll name platform_source)
   if(EXISTS ${rc} AND TARGET veldmark_tlb)
     target_sources(${name} PRIVATE ${rc})
     set_source_files_properties(${rc} PROPERTIES OBJECT_DEPENDS ${PROJECT_BINARY_DIR}/Veldmark2.tlb)
-    # The resource compiler must find Veldmark2.tlb, and is told which of the two it makes.
+    # The resource compiler must find Veldmark2.tlb, and learns here which of the two it makes.
     target_include_directories(${name} PRIVATE ${PROJECT_BINARY_DIR})
-    target_compile_definitions(
-      ${name} PRIVATE $<$<COMPILE_LANGUAGE:RC>:VELDMARK_ORIGINAL_FILENAME="${name}.dll">)
+    if(name STREQUAL "Veldmark2Sandbox")
+      target_compile_definitions(${name} PRIVATE $<$<COMPILE_LANGUAGE:RC>:VELDMARK_SANDBOX>)
+    endif()
     add_dependencies(${name} veldmark_tlb)
   endif()
 endfunction()
@@ -106,6 +104,7 @@ endfunction()
 function(veldmark_server)
   if(EXISTS ${PROJECT_SOURCE_DIR}/model/Veldmark2.idl)
     veldmark_type_library()
+    veldmark_client_library()
     enable_language(RC)
   endif()
   set(server ${PROJECT_SOURCE_DIR}/src/server)

@@ -1,0 +1,91 @@
+#include <windows.h>
+
+#include <array>
+#include <map>
+
+#include "contract/World.h"
+#include "platform/windows/WindowsPlatform.h"
+
+namespace veldmark {
+namespace {
+
+bool RunsUnderWine() {
+  return ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+}
+
+const wchar_t* Wide(const std::u16string& text) {
+  return reinterpret_cast<const wchar_t*>(text.c_str());
+}
+
+std::u16string Utf16(std::wstring_view text) { return {text.begin(), text.end()}; }
+
+void RemoveTree(const std::wstring& folder) {
+  ::WIN32_FIND_DATAW entry;
+  const ::HANDLE find = ::FindFirstFileW((folder + L"\\*").c_str(), &entry);
+  if (find != INVALID_HANDLE_VALUE) {
+    do {
+      const std::wstring name = entry.cFileName;
+      if (name == L"." || name == L"..") continue;
+      const std::wstring path = folder + L"\\" + name;
+      ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+      if (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
+        RemoveTree(path);
+      } else {
+        ::DeleteFileW(path.c_str());
+      }
+    } while (::FindNextFileW(find, &entry));
+    ::FindClose(find);
+  }
+  ::RemoveDirectoryW(folder.c_str());
+}
+
+class WindowsWorld final : public World {
+ public:
+  WindowsWorld() {
+    static int worlds = 0;
+    const std::wstring name =
+        L"vk" + std::to_wstring(::GetCurrentProcessId()) + L"-" + std::to_wstring(worlds++);
+    std::array<wchar_t, MAX_PATH + 1> temporary{};
+    ::GetTempPathW(static_cast<::DWORD>(temporary.size()), temporary.data());
+    // The user part of that path may be in its short form.
+    std::array<wchar_t, MAX_PATH + 1> full{};
+    ::GetLongPathNameW(temporary.data(), full.data(), static_cast<::DWORD>(full.size()));
+    scratch_ = Utf16(full.data() + name);
+    ::CreateDirectoryW(Wide(scratch_), nullptr);
+
+    scratch_key_ = u"Software\\Veldmark2 contract\\" + Utf16(name);
+    ::HKEY key = nullptr;
+    ::RegCreateKeyExW(HKEY_CURRENT_USER, Wide(scratch_key_), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                      &key, nullptr);
+    ::RegCloseKey(key);
+  }
+
+  ~WindowsWorld() override {
+    ::RegDeleteTreeW(HKEY_CURRENT_USER, Wide(scratch_key_));
+    ::RegDeleteKeyW(HKEY_CURRENT_USER, Wide(scratch_key_));
+    RemoveTree(std::wstring(Wide(scratch_)));
+  }
+
+  Platform platform() override { return WindowsPlatform(); }
+  const std::u16string& scratch() const override { return scratch_; }
+  const std::u16string& scratch_key() const override { return scratch_key_; }
+  void LetPass(unsigned milliseconds) override { ::Sleep(milliseconds); }
+
+  const char* WhyNot(Trait trait) const override {
+    static const std::map<Trait, const char*> missing_under_wine = {};
+    if (!RunsUnderWine()) return nullptr;
+    const auto found = missing_under_wine.find(trait);
+    return found == missing_under_wine.end() ? nullptr : found->second;
+  }
+
+ private:
+  std::u16string scratch_;
+  std::u16string scratch_key_;
+};
+
+std::unique_ptr<World> MakeWindowsWorld() { return std::make_unique<WindowsWorld>(); }
+
+INSTANTIATE_TEST_SUITE_P(Windows, Contract, testing::Values(&MakeWindowsWorld));
+
+}  // namespace
+}  // namespace veldmark
