@@ -75,9 +75,16 @@ function(veldmark_model_generator)
   target_link_libraries(generate_model PRIVATE veldmark_model)
   add_custom_target(
     renew_model
-    COMMAND generate_model --idl > ${PROJECT_SOURCE_DIR}/model/Veldmark2.idl
-    COMMAND generate_model --reference > ${PROJECT_SOURCE_DIR}/docs/reference.md
-    COMMAND generate_model --manifest > ${PROJECT_SOURCE_DIR}/examples/unregistered/Veldmark2.manifest
+    # Not written in place: a run that fails leaves the checkout as it is.
+    COMMAND generate_model --idl > Veldmark2.idl
+    COMMAND generate_model --reference > reference.md
+    COMMAND generate_model --manifest > Veldmark2.manifest
+    COMMAND ${CMAKE_COMMAND} -E copy Veldmark2.idl ${PROJECT_SOURCE_DIR}/model/Veldmark2.idl
+    COMMAND ${CMAKE_COMMAND} -E copy reference.md ${PROJECT_SOURCE_DIR}/docs/reference.md
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_SOURCE_DIR}/examples/unregistered
+    COMMAND ${CMAKE_COMMAND} -E copy Veldmark2.manifest
+            ${PROJECT_SOURCE_DIR}/examples/unregistered/Veldmark2.manifest
+    WORKING_DIRECTORY ${PROJECT_BINARY_DIR}
     COMMENT "Renewing model/Veldmark2.idl, docs/reference.md and the manifest"
     VERBATIM)
 endfunction()

@@ -122,6 +122,17 @@ function(veldmark_server)
   veldmark_dll(Veldmark2Sandbox ${server}/SandboxPlatform.cpp veldmark_simulated veldmark_windows)
 endfunction()
 
+# The early-bound sample client.
+function(veldmark_sample_client)
+  set(source ${PROJECT_SOURCE_DIR}/examples/client/main.cpp)
+  if(EXISTS ${source} AND TARGET veldmark_client)
+    add_executable(client ${source})
+    target_compile_options(client PRIVATE -Wall -Wextra -Werror)
+    target_link_options(client PRIVATE -municode)
+    target_link_libraries(client PRIVATE veldmark_client)
+  endif()
+endfunction()
+
 # What a script run on each of the servers needs, and the look into what was built.
 function(veldmark_runtime)
   add_custom_target(runtime_real DEPENDS scripthost)

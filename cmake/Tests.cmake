@@ -22,6 +22,8 @@ veldmark_library(veldmark_test_support ${support})
 veldmark_uses(veldmark_test_support veldmark_simulated veldmark_gtest)
 if(WIN32)
   veldmark_uses(veldmark_test_support veldmark_windows)
+else()
+  veldmark_uses(veldmark_test_support veldmark_model)
 endif()
 
 # veldmark_test(NAME LIBRARIES SOURCES): a test program whose cases become tests "NAME.Suite.Case".
@@ -62,6 +64,11 @@ if(WIN32)
     if(TARGET veldmark_client)
       target_link_libraries(windows_tests PRIVATE veldmark_client)
     endif()
+  endif()
+
+  if(TARGET client)
+    add_test(NAME windows.client.lists_a_folder COMMAND client ${PROJECT_SOURCE_DIR}/examples)
+    set_tests_properties(windows.client.lists_a_folder PROPERTIES PASS_REGULAR_EXPRESSION "tour.vbs")
   endif()
 
   # Automation scripts with the output that they must have; see tests/scripts/check.
