@@ -67,7 +67,8 @@ if(WIN32)
   endif()
 
   if(TARGET client)
-    add_test(NAME windows.client.lists_a_folder COMMAND client ${PROJECT_SOURCE_DIR}/examples)
+    string(REPLACE "/" "\\" examples "Z:${PROJECT_SOURCE_DIR}/examples")
+    add_test(NAME windows.client.lists_a_folder COMMAND client ${examples})
     set_tests_properties(windows.client.lists_a_folder PROPERTIES PASS_REGULAR_EXPRESSION "tour.vbs")
   endif()
 
