@@ -1,0 +1,26 @@
+#pragma once
+
+#include <utility>
+
+#include "frame/Counted.h"
+#include "platform/automation/Object.h"
+#include "platform/automation/Text.h"
+
+namespace veldmark {
+
+/// A user account of a computer or domain.
+class CUser : public Exported<CUser>, Counted<Counter::kUser> {
+ public:
+  static const Interface& Describe();
+
+  /// As put by the library itself; clients only read it.
+  const Text& AccountDisplayName() const { return account_display_name_; }
+  void SetAccountDisplayName(Text account_display_name) {
+    account_display_name_ = std::move(account_display_name);
+  }
+
+ private:
+  Text account_display_name_;
+};
+
+}  // namespace veldmark

@@ -1,0 +1,17 @@
+#include "eventlog/CEventLog.h"
+
+#include "eventlog/MessageModules.h"
+#include "platform/automation/Declare.h"
+
+namespace veldmark {
+
+const Interface& CEventLog::Describe() {
+  static const Interface table =
+      Declare<CEventLog>(u"CEventLog", u"An event log of a computer.")
+          .Get<&CEventLog::LogName>(u"LogName", u"Its name, \"System\".");
+  return table;
+}
+
+CEventLog::~CEventLog() { ReleaseMessageModulesOfLastLog(); }
+
+}  // namespace veldmark

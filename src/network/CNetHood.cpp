@@ -1,0 +1,12 @@
+#include "network/CNetHood.h"
+
+#include "platform/automation/Declare.h"
+
+namespace veldmark {
+
+const Interface& CNetHood::Describe() {
+  static const Interface table = Declare<CNetHood>(u"CNetHood", u"The network neighbourhood.");
+  return table;
+}
+
+}  // namespace veldmark

@@ -1,0 +1,13 @@
+#include "network/CServerAccountPolicy.h"
+
+#include "platform/automation/Declare.h"
+
+namespace veldmark {
+
+const Interface& CServerAccountPolicy::Describe() {
+  static const Interface table = Declare<CServerAccountPolicy>(
+      u"CServerAccountPolicy", u"The account policy of a computer or domain.");
+  return table;
+}
+
+}  // namespace veldmark

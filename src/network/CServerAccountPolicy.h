@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/automation/Object.h"
+
+namespace veldmark {
+
+/// The account policy of a computer or domain.
+class CServerAccountPolicy : public Exported<CServerAccountPolicy> {
+ public:
+  static const Interface& Describe();
+};
+
+}  // namespace veldmark

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/automation/Object.h"
+#include "platform/automation/Text.h"
+
+namespace veldmark {
+
+/// A value of a registry key.
+class CRegValue : public Exported<CRegValue> {
+ public:
+  static const Interface& Describe();
+
+  Text Name;
+};
+
+}  // namespace veldmark
