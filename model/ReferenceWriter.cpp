@@ -1,0 +1,176 @@
+#include "model/ReferenceWriter.h"
+
+#include "frame/ObjectModel.h"
+
+namespace veldmark {
+namespace {
+
+/// A text as Markdown shows it, also within a table.
+std::string Escaped(TextView text) {
+  std::string escaped;
+  for (const char c : ToUtf8(text)) {
+    if (std::string_view("\\`*_[]<>|").find(c) != std::string_view::npos) escaped += '\\';
+    escaped += c;
+  }
+  return escaped;
+}
+
+/// A link to the section with this heading.
+std::string Link(TextView name) {
+  return "[" + Escaped(name) + "](#" + ToUtf8(LowerAscii(name)) + ")";
+}
+
+std::string TypeName(const TypeReference& type) {
+  switch (type.type) {
+    case BoundaryType::kVoid:
+      return {};
+    case BoundaryType::kBoolean:
+      return "Boolean";
+    case BoundaryType::kByte:
+      return "Byte";
+    case BoundaryType::kInteger:
+      return "Integer";
+    case BoundaryType::kLong:
+      return "Long";
+    case BoundaryType::kLongLong:
+      return "LongLong";
+    case BoundaryType::kDouble:
+      return "Double";
+    case BoundaryType::kCurrency:
+      return "Currency";
+    case BoundaryType::kDate:
+      return "Date";
+    case BoundaryType::kText:
+      return "String";
+    case BoundaryType::kVariant:
+      return "Variant";
+    case BoundaryType::kClass:
+      return Link(type.class_table().name);
+    case BoundaryType::kAnyObject:
+      return "Object";
+    case BoundaryType::kEnumerator:
+      return "the enumerator behind For Each";
+    case BoundaryType::kEnumeration:
+      return Link(type.enumeration_table().name);
+    case BoundaryType::kByteArray:
+      return "Byte()";
+    case BoundaryType::kLongArray:
+      return "Long()";
+    case BoundaryType::kTextArray:
+      return "String()";
+  }
+  return {};
+}
+
+std::string DefaultText(const Variant& value) {
+  if (const bool* truth = value.If<bool>()) return *truth ? "True" : "False";
+  if (const Text* text = value.If<Text>()) return '"' + Escaped(*text) + '"';
+  if (const std::int16_t* number = value.If<std::int16_t>()) return std::to_string(*number);
+  if (const std::int32_t* number = value.If<std::int32_t>()) return std::to_string(*number);
+  if (value.Type() == VariantType::kObject) return "Nothing";
+  return {};
+}
+
+std::string ParameterList(std::span<const Parameter> parameters) {
+  std::string list;
+  for (const Parameter& parameter : parameters) {
+    if (!list.empty()) list += ", ";
+    if (parameter.default_value) list += "Optional ";
+    if (parameter.type.by_reference) list += "ByRef ";
+    list += Escaped(parameter.name) + " As " + TypeName(parameter.type);
+    const std::string value =
+        parameter.default_value ? DefaultText(*parameter.default_value) : std::string();
+    if (!value.empty()) list += " = " + value;
+  }
+  return list;
+}
+
+std::string Signature(TextView name, std::span<const Parameter> parameters,
+                      const TypeReference& result, bool parentheses) {
+  std::string text = "**" + Escaped(name) + "**";
+  if (parentheses || !parameters.empty()) text += "(" + ParameterList(parameters) + ")";
+  if (result.type != BoundaryType::kVoid) text += " As " + TypeName(result);
+  return text;
+}
+
+std::string Row(const std::string& signature, std::string_view kind, TextView help) {
+  return "| " + signature + " | " + std::string(kind) + " | " + Escaped(help) + " |\n";
+}
+
+std::string MemberRow(const Interface& table, const Member& member) {
+  const auto has = [&](MemberKind kind) {
+    return table.Find(member.id, static_cast<std::uint16_t>(kind)) != nullptr;
+  };
+  switch (member.kind) {
+    case MemberKind::kMethod:
+      return Row(Signature(member.name, member.parameters, member.result, true), "method",
+                 member.help);
+    case MemberKind::kGet: {
+      std::string kind = has(MemberKind::kPut) ? "property" : "property, read only";
+      if (member.id == kDefaultMember) kind += ", default";
+      return Row(Signature(member.name, member.parameters, member.result, false), kind,
+                 member.help);
+    }
+    case MemberKind::kPut: {
+      if (has(MemberKind::kGet)) return {};
+      const std::span<const Parameter> all = member.parameters;
+      return Row(Signature(member.name, all.first(all.size() - 1), all.back().type, false),
+                 "property, write only", member.help);
+    }
+  }
+  return {};
+}
+
+std::string ClassSection(const Interface& table) {
+  std::string text = "\n### " + Escaped(table.name) + "\n\n" + Escaped(table.help) +
+                     "\n\n| Member | Kind | Meaning |\n|---|---|---|\n";
+  for (const Member& member : table.members) {
+    if (!member.hidden) text += MemberRow(table, member);
+  }
+  if (table.events) {
+    text += "\nEvents:\n\n| Event | Meaning |\n|---|---|\n";
+    for (const Event& event : table.events->events) {
+      text += "| " + Signature(event.name, event.parameters, {}, true) + " | " +
+              Escaped(event.help) + " |\n";
+    }
+  }
+  return text;
+}
+
+std::string EnumerationSection(const Enumeration& table) {
+  std::string text = "\n### " + Escaped(table.name) + "\n\n" + Escaped(table.help) +
+                     "\n\n| Name | Value | Meaning |\n|---|---|---|\n";
+  for (const Enumeration::Value& value : table.values) {
+    text += "| " + Escaped(value.name) + " | " + std::to_string(value.value) + " | " +
+            Escaped(value.help) + " |\n";
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string ReferenceText() {
+  std::string text =
+      "# Reference\n"
+      "\n"
+      "Every class, event and enumeration of the library, as scripts see them. Each class can be\n"
+      "created under `Veldmark2.` and its name; most are handed out by another one, beginning "
+      "with\n"
+      "what `Veldmark2.SystemRoot` hands out. A collection also serves `For Each`.\n"
+      "\n"
+      "This page is generated from the member tables of the classes; `ninja renew_model` renews "
+      "it.\n"
+      "\n"
+      "## Classes\n"
+      "\n"
+      "| Class | Meaning |\n|---|---|\n";
+  for (const Interface* table : ObjectModel()) {
+    text += "| " + Link(table->name) + " | " + Escaped(table->help) + " |\n";
+  }
+  for (const Interface* table : ObjectModel()) text += ClassSection(*table);
+  if (!Enumerations().empty()) text += "\n## Enumerations\n";
+  for (const Enumeration* table : Enumerations()) text += EnumerationSection(*table);
+  return text;
+}
+
+}  // namespace veldmark
