@@ -1,0 +1,60 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "platform/automation/Error.h"
+#include "support/ApartmentFixture.h"
+
+namespace veldmark {
+
+/// Runs a scenario again and again in a world of its own, with its first platform call failing,
+/// then its second, and so on until a run ends untouched. A run must raise the error that the call
+/// failed with, unless `swallowed` names the call: then it must not raise. In either case nothing
+/// that the platform handed out may stay open.
+///
+/// `World` is a `SimulatedApartment` that its constructor furnishes. `after(world, failed, raised)`
+/// looks at what a run left behind: the name of the call that failed, and whether the run raised.
+template <class World, class Scenario, class After>
+void SweepFaults(const std::set<std::string>& swallowed, Scenario&& scenario, After&& after) {
+  constexpr DWORD kFault = 1117;
+  // What can't fail isn't counted.
+  const std::set<std::string> unfailing = {"CoTaskMemFree", "lstrlenW", "DoEvents", "ModuleFolder"};
+  for (std::size_t nth = 1;; ++nth) {
+    World world;
+    world.journal().Clear();
+    world.faults().Clear();
+    world.faults().FailNth(nth, kFault);
+    std::optional<std::int32_t> raised;
+    try {
+      scenario(world);
+    } catch (const AutomationError& error) {
+      raised = error.number;
+    }
+    EXPECT_EQ(world.ledger().Report(), "");
+    if (world.faults().fired() == 0) {
+      EXPECT_EQ(raised, std::nullopt) << "without a fault";
+      EXPECT_GT(nth, 1u) << "the scenario asked nothing of the platform";
+      return;
+    }
+    std::size_t counted = 0;
+    const auto& calls = world.journal().entries();
+    const auto failed = std::ranges::find_if(calls, [&](const auto& call) {
+      return !unfailing.contains(call.operation) && ++counted == nth;
+    });
+    const std::string operation = failed->operation;
+    SCOPED_TRACE("call " + std::to_string(nth) + ", " + operation);
+    if (swallowed.contains(operation)) {
+      EXPECT_EQ(raised, std::nullopt);
+    } else {
+      EXPECT_EQ(raised, static_cast<std::int32_t>(kFault));
+    }
+    after(world, operation, raised.has_value());
+  }
+}
+
+}  // namespace veldmark
