@@ -24,7 +24,8 @@ bool FindEvents(IDispatch* source, GUID* events, Reference<ITypeInfo>* descripti
 
 }  // namespace
 
-Reference<EventSink> EventSink::Connect(IDispatch* source, IDispatch* script, std::wstring prefix) {
+Reference<EventSink> EventSink::Connect(IDispatch* source, IDispatch* script, std::wstring prefix,
+                                        std::function<void()> on_failure) {
   Reference<EventSink> sink(new EventSink);
   Reference<IConnectionPointContainer> container;
   if (!FindEvents(source, &sink->events_, &sink->description_) ||
@@ -34,6 +35,7 @@ Reference<EventSink> EventSink::Connect(IDispatch* source, IDispatch* script, st
     return {};
   }
   sink->prefix_ = std::move(prefix);
+  sink->on_failure_ = std::move(on_failure);
   sink->script_ = Reference<IDispatch>::Share(script);
   sink->source_ = Reference<IDispatch>::Share(source);
   if (FAILED(sink->point_->Advise(sink.Get(), &sink->cookie_))) return {};
@@ -100,6 +102,7 @@ HRESULT EventSink::Invoke(DISPID id, REFIID, LCID locale, WORD, DISPPARAMS* para
   DISPPARAMS forwarded{passed.data(), nullptr, parameters->cArgs, 0};
   const HRESULT outcome = script->Invoke(procedure, IID_NULL, locale, DISPATCH_METHOD, &forwarded,
                                          nullptr, nullptr, nullptr);
+  if (FAILED(outcome)) on_failure_();
   for (UINT i = 0; i < parameters->cArgs; ++i) {
     VARIANT& argument = parameters->rgvarg[i];
     if (passed[i].vt == argument.vt) continue;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -12,8 +13,10 @@ namespace scripthost {
 class EventSink final : public IDispatch {
  public:
   // Subscribes; the sink belongs to the returned reference. Empty when the object has no events
-  // that can be found out from its type library.
-  static Reference<EventSink> Connect(IDispatch* source, IDispatch* script, std::wstring prefix);
+  // that can be found out from its type library. `on_failure` is called after a procedure failed,
+  // which the engine has reported by then.
+  static Reference<EventSink> Connect(IDispatch* source, IDispatch* script, std::wstring prefix,
+                                      std::function<void()> on_failure);
 
   // Ends the subscription and lets go of the source.
   void Disconnect();
@@ -36,6 +39,7 @@ class EventSink final : public IDispatch {
   DWORD cookie_ = 0;
   GUID events_{};
   std::wstring prefix_;
+  std::function<void()> on_failure_;
   Reference<IDispatch> source_;
   Reference<IDispatch> script_;
   Reference<IConnectionPoint> point_;

@@ -189,7 +189,8 @@ HRESULT Host::Connect(const Call& call, IDispatch* source, std::wstring prefix) 
   if (!source || FAILED(engine_->GetScriptDispatch(nullptr, script.Receive()))) {
     return call.Fail(E_INVALIDARG, L"There is no object to connect to.");
   }
-  Reference<EventSink> sink = EventSink::Connect(source, script.Get(), std::move(prefix));
+  Reference<EventSink> sink =
+      EventSink::Connect(source, script.Get(), std::move(prefix), [this] { Quit(kFailed); });
   if (!sink) return call.Fail(E_NOINTERFACE, L"The object has no events.");
   sinks_.push_back(std::move(sink));
   return S_OK;
