@@ -7,7 +7,6 @@
 #include "platform/automation/Text.h"
 #include "platform/automation/Variant.h"
 #include "platform/operations/FileSystem.h"
-#include "platform/operations/Messages.h"
 #include "platform/operations/Types.h"
 
 /// The conversions between the platform's raw memory and automation values. They work on the
@@ -20,9 +19,6 @@ namespace veldmark {
 /// 2100 to 2999 are looked up in "netmsg.dll" first. `inserts`, an array of texts, fills "%1" and
 /// its like by index plus one; anything else but a missing argument raises 13.
 Text GetAPIErrorText(std::int32_t message_id, const Variant& inserts = Variant::Missing());
-
-/// The same lookup on a platform given, before there is an apartment. `language` is 0 or 0x400.
-Text PlatformMessageText(Messages& messages, std::int32_t message_id, DWORD language);
 
 /// Raises a platform error number with its text. Without a source it is the engine's,
 /// "Veldmark2.CSupport"; another class names itself by `SourceOf`. The full form passes

@@ -4,8 +4,7 @@
 
 #include "platform/automation/Text.h"
 #include "platform/automation/Variant.h"
-#include "platform/operations/Handles.h"
-#include "platform/operations/Platform.h"
+#include "platform/operations/Registry.h"
 
 namespace veldmark {
 
@@ -18,7 +17,8 @@ namespace veldmark {
 /// carry the platform's number, and its text or "Error connecting to remote registry".
 class CRegSettings {
  public:
-  explicit CRegSettings(Platform& platform) : platform_(platform) {}
+  /// Works on the platform of the calling thread's apartment.
+  CRegSettings();
 
   std::int32_t HKeyRoot = static_cast<std::int32_t>(0x80000001u);
   Text Path = u"Software";
@@ -43,16 +43,27 @@ class CRegSettings {
   bool SaveDWord(const Text& section, const Text& key, std::int32_t value);
 
  private:
-  HKEY Root() const;
-  /// The root on the computer `MachineName`; none where the operation is local.
-  RegistryKey Connect();
+  struct Root;
+
+  /// The root to work on, connected where the settings are another computer's.
+  Root ConnectRoot() const;
+  HKEY LocalRoot() const;
   Text GetSettingKeyPath(const Text& section) const;
-  Text GetSettingErrorText(LSTATUS number);
+  Text GetSettingErrorText(std::int32_t number) const;
+  [[noreturn]] void RaiseStatus(LSTATUS status) const;
 
-  [[noreturn]] void RaiseStatus(LSTATUS status);
-  [[noreturn]] void RaiseConnecting(LSTATUS status);
+  /// Reads a value by `read(key, name, size)`, `size` being above 0. Nothing where a missing
+  /// section or value leaves the default; `raises_connecting` tells which failures on a connected
+  /// root are failures of the connection.
+  template <class Read>
+  void ReadValue(const Text& section, const Text& key, bool (*raises_connecting)(LSTATUS),
+                 Read&& read) const;
+  /// Opens a section for writing and stores a value in it by `write(key, name)`.
+  template <class Write>
+  bool WriteValue(const Text& section, const Text& key, bool (*raises_connecting)(LSTATUS),
+                  Write&& write) const;
 
-  Platform& platform_;
+  Registry& registry_;
 };
 
 }  // namespace veldmark

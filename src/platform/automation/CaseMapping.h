@@ -7,8 +7,8 @@
 namespace veldmark {
 
 /// Case as the platform's text functions see it: one code unit becomes one code unit, in every
-/// locale alike. The dotted and dotless i and the long s keep their case, so that no ASCII text
-/// ever equals one that isn't.
+/// locale alike. The dotted and dotless i, the long s and the Kelvin sign keep theirs, so that no
+/// ASCII text ever equals one that isn't.
 
 char16_t UpperCase(char16_t unit) noexcept;
 char16_t LowerCase(char16_t unit) noexcept;
