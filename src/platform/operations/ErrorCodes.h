@@ -28,6 +28,7 @@ inline constexpr DWORD kErrorNetworkAccessDenied = 65;
 inline constexpr DWORD kErrorBadNetName = 67;
 inline constexpr DWORD kErrorFileExists = 80;
 inline constexpr DWORD kErrorInvalidParameter = 87;
+inline constexpr DWORD kErrorBufferOverflow = 111;
 inline constexpr DWORD kErrorDiskFull = 112;
 inline constexpr DWORD kErrorInsufficientBuffer = 122;
 inline constexpr DWORD kErrorInvalidName = 123;

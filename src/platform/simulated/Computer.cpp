@@ -1,0 +1,97 @@
+#include "platform/simulated/Computer.h"
+
+#include <stdexcept>
+#include <vector>
+
+#include "platform/automation/CaseMapping.h"
+#include "platform/simulated/FileNames.h"
+
+namespace veldmark::simulated {
+namespace {
+
+std::vector<TextView> NamesOf(TextView path) {
+  std::vector<TextView> names;
+  while (!path.empty()) {
+    const std::size_t end = path.find(u'\\');
+    if (end != 0) names.push_back(path.substr(0, end));
+    path = end == TextView::npos ? TextView() : path.substr(end + 1);
+  }
+  return names;
+}
+
+}  // namespace
+
+Computer::Computer(Text name, Ticks now)
+    : name_(std::move(name)),
+      now_(now),
+      local_machine_(std::make_shared<RegistryNode>(u"HKEY_LOCAL_MACHINE", now)),
+      users_(std::make_shared<RegistryNode>(u"HKEY_USERS", now)) {}
+
+FileNode& Computer::AddDrive(char16_t letter, UINT type) {
+  letter = UpperCase(letter);
+  if (letter < u'A' || letter > u'Z' || drives_.contains(letter)) {
+    throw std::invalid_argument("no free drive letter");
+  }
+  Drive& drive = drives_[letter];
+  drive.type = type;
+  drive.root = std::make_shared<FileNode>(u"", true, now_);
+  drive.root->Attributes(kFileAttributeHidden | kFileAttributeSystem);
+  if (type == kDriveFixed) {
+    const Text name = Text(1, letter) + u"$";
+    shares_[name] = {name, drive.root};
+  }
+  return *drive.root;
+}
+
+FileNode& Computer::AddFolder(TextView path) { return Add(path, true); }
+
+FileNode& Computer::AddFile(TextView path, std::string_view content) {
+  return Add(path, false).Content(content).Attributes(kFileAttributeArchive);
+}
+
+void Computer::AddShare(TextView name, TextView path, bool denied) {
+  const auto folder = Find(path);
+  if (!IsValidName(name) || folder == nullptr || !folder->is_folder()) {
+    throw std::invalid_argument("a share needs a name and an existing folder");
+  }
+  if (!shares_.emplace(ToUpper(name), Share{Text(name), folder, denied}).second) {
+    throw std::invalid_argument("there is a share of this name");
+  }
+}
+
+std::shared_ptr<FileNode> Computer::Find(TextView path) const {
+  const std::vector<TextView> names = NamesOf(path);
+  if (names.empty() || names[0].size() != 2 || names[0][1] != u':') return nullptr;
+  const auto drive = drives_.find(UpperCase(names[0][0]));
+  std::shared_ptr<FileNode> node = drive == drives_.end() ? nullptr : drive->second.root;
+  for (std::size_t index = 1; node != nullptr && index < names.size(); ++index) {
+    node = node->Child(names[index]);
+  }
+  return node;
+}
+
+const Share* Computer::FindShare(TextView name) const {
+  const auto found = shares_.find(ToUpper(name));
+  return found == shares_.end() ? nullptr : &found->second;
+}
+
+FileNode& Computer::Add(TextView path, bool is_folder) {
+  const std::vector<TextView> names = NamesOf(path);
+  if (names.size() < 2) throw std::invalid_argument("a path needs a drive and a name");
+  std::shared_ptr<FileNode> node = Find(Text(names[0]) + u"\\");
+  for (std::size_t index = 1; node != nullptr && index < names.size(); ++index) {
+    const bool is_last = index + 1 == names.size();
+    std::shared_ptr<FileNode> child = node->Child(names[index]);
+    if (child == nullptr) {
+      if (!IsValidName(names[index])) throw std::invalid_argument("a name can't be this");
+      child = node->AddChild(Text(names[index]), !is_last || is_folder, now_);
+    } else if (is_last && !(child->is_folder() && is_folder)) {
+      throw std::invalid_argument("the name is taken");
+    }
+    node = child->is_folder() || is_last ? child : nullptr;
+  }
+  if (node == nullptr) throw std::invalid_argument("no such drive, or a file on the way");
+  return *node;
+}
+
+}  // namespace veldmark::simulated

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string_view>
+
+#include "platform/automation/Text.h"
+#include "platform/operations/FileSystem.h"
+#include "platform/simulated/FileNode.h"
+#include "platform/simulated/RegistryNode.h"
+
+namespace veldmark::simulated {
+
+struct Drive {
+  UINT type = kDriveFixed;
+  std::shared_ptr<FileNode> root;
+};
+
+struct Share {
+  Text name;
+  std::shared_ptr<FileNode> folder;
+  bool denied = false;
+};
+
+enum class RemoteRegistry { Allowed, Denied, Stopped };
+
+// One computer of an estate: its drives, shares and registry. The adding members take local paths
+// such as "C:\Data\a.txt", add what is missing on the way, and throw std::invalid_argument for a
+// path that no folder or file can have.
+class Computer {
+ public:
+  Computer(Text name, Ticks now);
+
+  const Text& name() const { return name_; }
+
+  // A computer that can't be reached answers as one that doesn't exist.
+  bool is_reachable() const { return reachable_; }
+  void SetReachable(bool reachable) { reachable_ = reachable; }
+  RemoteRegistry remote_registry() const { return remote_registry_; }
+  void SetRemoteRegistry(RemoteRegistry state) { remote_registry_ = state; }
+
+  // A drive of fixed type is also shared for administration, as "C$".
+  FileNode& AddDrive(char16_t letter, UINT type = kDriveFixed);
+  FileNode& AddFolder(TextView path);
+  FileNode& AddFile(TextView path, std::string_view content = {});
+  void AddShare(TextView name, TextView path, bool denied = false);
+
+  // The file or folder at a local path; null if there is none.
+  std::shared_ptr<FileNode> Find(TextView path) const;
+
+  const std::map<char16_t, Drive>& drives() const { return drives_; }
+  const Share* FindShare(TextView name) const;
+
+  RegistryNode& local_machine() { return *local_machine_; }
+  RegistryNode& users() { return *users_; }
+  const std::shared_ptr<RegistryNode>& local_machine_node() const { return local_machine_; }
+  const std::shared_ptr<RegistryNode>& users_node() const { return users_; }
+
+ private:
+  FileNode& Add(TextView path, bool is_folder);
+
+  Text name_;
+  Ticks now_;
+  bool reachable_ = true;
+  RemoteRegistry remote_registry_ = RemoteRegistry::Allowed;
+  std::map<char16_t, Drive> drives_;
+  std::map<Text, Share> shares_;
+  std::shared_ptr<RegistryNode> local_machine_;
+  std::shared_ptr<RegistryNode> users_;
+};
+
+}  // namespace veldmark::simulated

@@ -1,0 +1,93 @@
+#include "platform/simulated/Estate.h"
+
+#include <stdexcept>
+
+#include "platform/automation/CaseMapping.h"
+#include "platform/simulated/FileNames.h"
+#include "platform/simulated/PublishedMessages.h"
+
+namespace veldmark::simulated {
+
+Estate::Estate(WithoutComputers, Ticks now)
+    : start_(now), now_(now), system_messages_(PublishedSystemMessages()) {
+  modules_[u"NETMSG.DLL"] = PublishedNetworkMessages();
+}
+
+Estate::Estate(TextView local, Ticks now) : Estate(WithoutComputers(), now) {
+  AddComputer(local).AddDrive(u'C');
+}
+
+Estate Estate::Empty(Ticks now) { return Estate(WithoutComputers(), now); }
+
+Computer& Estate::AddComputer(TextView name) {
+  if (!IsValidName(name) || name.size() > 15) {
+    throw std::invalid_argument("a computer's name has 1 to 15 characters");
+  }
+  if (FindComputer(name) != nullptr) throw std::invalid_argument("the name is taken");
+  return computers_.emplace_back(Text(name), now_);
+}
+
+Computer* Estate::FindComputer(TextView name) {
+  const std::size_t start = name.find_first_not_of(u'\\');
+  const TextView bare = start == TextView::npos ? TextView() : name.substr(start);
+  for (Computer& computer : computers_) {
+    if (EqualNoCase(computer.name(), bare)) return &computer;
+  }
+  return EqualNoCase(bare, u"localhost") && !computers_.empty() ? &local() : nullptr;
+}
+
+Computer* Estate::ReachComputer(TextView name) {
+  Computer* const computer = FindComputer(name);
+  return computer != nullptr && computer->is_reachable() ? computer : nullptr;
+}
+
+void Estate::SetTimeZone(const TIME_ZONE_INFORMATION& zone, DWORD current) {
+  time_zone_ = zone;
+  current_zone_ = current;
+}
+
+LONG Estate::bias() const {
+  switch (current_zone_) {
+    case kTimeZoneIdStandard:
+      return time_zone_.Bias + time_zone_.StandardBias;
+    case kTimeZoneIdDaylight:
+      return time_zone_.Bias + time_zone_.DaylightBias;
+    default:
+      return time_zone_.Bias;
+  }
+}
+
+void Estate::SetUser(Text name, Text sid) {
+  user_name_ = std::move(name);
+  user_sid_ = std::move(sid);
+}
+
+std::shared_ptr<RegistryNode> Estate::current_user_node() {
+  local().users().Key(user_sid_);
+  return local().users().Find(user_sid_);
+}
+
+void Estate::MapDrive(char16_t letter, Text target) {
+  letter = UpperCase(letter);
+  if (letter < u'A' || letter > u'Z' || local().drives().contains(letter)) {
+    throw std::invalid_argument("no free drive letter");
+  }
+  const std::size_t server_end = target.find(u'\\', 2);
+  if (!target.starts_with(u"\\\\") || server_end == Text::npos || server_end + 1 == target.size()) {
+    throw std::invalid_argument("a mapped drive needs a server and a share");
+  }
+  while (target.ends_with(u'\\')) target.pop_back();
+  mapped_drives_[letter] = std::move(target);
+}
+
+void Estate::AddSystemMessage(DWORD number, Text text) {
+  system_messages_[number] = std::move(text);
+}
+
+void Estate::AddModule(TextView name, MessageTable messages) {
+  modules_[ToUpper(name)] = std::move(messages);
+}
+
+void Estate::RemoveModule(TextView name) { modules_.erase(ToUpper(name)); }
+
+}  // namespace veldmark::simulated

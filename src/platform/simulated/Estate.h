@@ -1,0 +1,91 @@
+#pragma once
+
+#include <deque>
+#include <map>
+#include <memory>
+
+#include "platform/automation/Text.h"
+#include "platform/operations/System.h"
+#include "platform/simulated/Computer.h"
+
+namespace veldmark::simulated {
+
+// A small world of computers, seen from one of them, with a clock that only moves when it is told
+// to. Everything that the simulated platform answers comes from here. Estates share nothing with
+// each other.
+class Estate {
+ public:
+  // The clock of an estate that says nothing else: 2024-03-05 14:30:00 UTC.
+  static constexpr Ticks kDefaultTime = 133'541'226'000'000'000;
+
+  // `local` is the name of the computer that the platform runs on. It starts with a drive C.
+  explicit Estate(TextView local = u"LOCALHOST", Ticks now = kDefaultTime);
+  // An estate without any computer yet: the first that is added is the local one.
+  static Estate Empty(Ticks now);
+
+  Estate(Estate&&) = default;
+  Estate& operator=(Estate&&) = default;
+
+  Computer& AddComputer(TextView name);
+  Computer& local() { return computers_.front(); }
+  const Computer& local() const { return computers_.front(); }
+  // By name, without regard to case and with or without leading backslashes; null if there is none.
+  Computer* FindComputer(TextView name);
+  // The same, for one that can be reached.
+  Computer* ReachComputer(TextView name);
+
+  Ticks now() const { return now_; }
+  void Advance(std::uint64_t milliseconds) { now_ += milliseconds * kTicksPerMillisecond; }
+  // Since the estate began, as timers tell it.
+  std::uint64_t milliseconds() const { return (now_ - start_) / kTicksPerMillisecond; }
+
+  // The zone and the part of the year that is in force (one of kTimeZoneId...).
+  void SetTimeZone(const TIME_ZONE_INFORMATION& zone, DWORD current);
+  const TIME_ZONE_INFORMATION& time_zone() const { return time_zone_; }
+  DWORD current_zone() const { return current_zone_; }
+  // Minutes from local time to UTC, now.
+  LONG bias() const;
+
+  const Text& user_name() const { return user_name_; }
+  void SetUser(Text name, Text sid);
+  // HKEY_CURRENT_USER: the local user's key below HKEY_USERS.
+  RegistryNode& current_user() { return *current_user_node(); }
+  std::shared_ptr<RegistryNode> current_user_node();
+
+  const Text& current_folder() const { return current_folder_; }
+  void SetCurrentFolder(Text path) { current_folder_ = std::move(path); }
+  const Text& module_folder() const { return module_folder_; }
+  void SetModuleFolder(Text path) { module_folder_ = std::move(path); }
+
+  // Redirects a drive letter of the local computer to a share ("\\srv\share", perhaps with folders
+  // behind it).
+  void MapDrive(char16_t letter, Text target);
+  const std::map<char16_t, Text>& mapped_drives() const { return mapped_drives_; }
+
+  // The system's message texts: the published English ones, with additions.
+  const MessageTable& system_messages() const { return system_messages_; }
+  void AddSystemMessage(DWORD number, Text text);
+  // Modules that are found by a bare name, such as "netmsg.dll", which is there from the start.
+  void AddModule(TextView name, MessageTable messages);
+  void RemoveModule(TextView name);
+  const std::map<Text, MessageTable>& modules() const { return modules_; }
+
+ private:
+  struct WithoutComputers {};
+  Estate(WithoutComputers, Ticks now);
+
+  Ticks start_;
+  Ticks now_;
+  std::deque<Computer> computers_;
+  TIME_ZONE_INFORMATION time_zone_{};
+  DWORD current_zone_ = kTimeZoneIdUnknown;
+  Text user_name_ = u"user";
+  Text user_sid_ = u"S-1-5-21-1085031214-1563985344-725345543-1001";
+  Text current_folder_ = u"C:\\";
+  Text module_folder_ = u"C:\\Program Files\\Veldmark2";
+  std::map<char16_t, Text> mapped_drives_;
+  MessageTable system_messages_;
+  std::map<Text, MessageTable> modules_;
+};
+
+}  // namespace veldmark::simulated

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/operations/Types.h"
+
+namespace veldmark::simulated {
+
+// Makes calls fail with a code. A failed call has no effect and returns its operation's failure
+// form. The one exception are the operations that give something back (FindClose, CloseHandle,
+// RegCloseKey, FreeLibrary, LocalFree): those report the failure and yet take it back, so that a
+// sweep over all calls can ask for a clean ledger. Calls that can't fail (CoTaskMemFree, lstrlenW,
+// DoEvents, ModuleFolder) are not counted.
+class FaultHook {
+ public:
+  // Fails the `nth` call from here on, counted from 1, whatever its name.
+  void FailNth(std::size_t nth, DWORD code);
+
+  // Fails every call of a name.
+  void FailEvery(std::string_view operation, DWORD code);
+
+  // Fails the `nth` call of a name from here on, counted from 1.
+  void FailNthOf(std::string_view operation, std::size_t nth, DWORD code);
+
+  // Forgets what is to fail, and the counts.
+  void Clear();
+
+  std::size_t calls() const { return calls_; }
+  std::size_t fired() const { return fired_; }
+
+  // Counts a call; returns the code that it is to fail with, or 0.
+  DWORD Next(std::string_view operation);
+
+ private:
+  struct Rule {
+    std::string operation;  // empty: any
+    std::size_t countdown;  // 0: every call
+    DWORD code;
+  };
+
+  std::vector<Rule> rules_;
+  std::size_t calls_ = 0;
+  std::size_t fired_ = 0;
+};
+
+}  // namespace veldmark::simulated

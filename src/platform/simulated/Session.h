@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "platform/automation/Text.h"
+#include "platform/simulated/Estate.h"
+#include "platform/simulated/FaultHook.h"
+#include "platform/simulated/Journal.h"
+#include "platform/simulated/Ledger.h"
+
+namespace veldmark::simulated {
+
+// What the families of one simulated platform share.
+struct Session {
+  explicit Session(Estate described) : estate(std::move(described)) {}
+
+  // Begins a call: clears the last error, notes the call, and returns 0 or the code that the call
+  // is to fail with before it has any effect.
+  DWORD Begin(std::string_view operation, TextView argument = {});
+
+  // Clears the last error for a call that can't fail.
+  void BeginSafe(std::string_view operation, TextView argument = {});
+
+  // A value for a new handle, never handed out before. Handles are small positive numbers.
+  std::uintptr_t NewHandle() { return next_handle += 4; }
+
+  Estate estate;
+  Ledger ledger;
+  Journal journal;
+  FaultHook faults;
+  std::uintptr_t next_handle = 0x100;
+};
+
+// Sets the last error and returns the failure form of most operations.
+BOOL Fail(DWORD code);
+
+// A NUL-terminated text; empty for null.
+TextView ViewOf(const char16_t* text);
+
+}  // namespace veldmark::simulated

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/operations/NetworkProvider.h"
+#include "platform/simulated/Session.h"
+
+namespace veldmark::simulated {
+
+// The redirected drives of an estate's local computer.
+class SimulatedNetworkProvider final : public NetworkProvider {
+ public:
+  explicit SimulatedNetworkProvider(Session& session) : session_(session) {}
+
+  DWORD WNetGetUniversalNameW(LPCWSTR local_path, DWORD info_level, void* buffer,
+                              DWORD* buffer_size) override;
+
+ private:
+  Session& session_;
+};
+
+}  // namespace veldmark::simulated

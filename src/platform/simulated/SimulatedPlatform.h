@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/operations/Platform.h"
+#include "platform/simulated/Session.h"
+#include "platform/simulated/SimulatedFileSystem.h"
+#include "platform/simulated/SimulatedMessages.h"
+#include "platform/simulated/SimulatedNetworkProvider.h"
+#include "platform/simulated/SimulatedRegistry.h"
+#include "platform/simulated/SimulatedSystem.h"
+#include "platform/simulated/SimulatedTimers.h"
+
+namespace veldmark::simulated {
+
+// All families over one estate, with the estate's books. Used on one thread at a time.
+class SimulatedPlatform {
+ public:
+  explicit SimulatedPlatform(Estate estate = Estate()) : session_(std::move(estate)) {}
+  SimulatedPlatform(const SimulatedPlatform&) = delete;
+  SimulatedPlatform& operator=(const SimulatedPlatform&) = delete;
+
+  Platform platform() {
+    return {files_, network_provider_, messages_, registry_, system_, timers_};
+  }
+
+  Estate& estate() { return session_.estate; }
+  Ledger& ledger() { return session_.ledger; }
+  Journal& journal() { return session_.journal; }
+  FaultHook& faults() { return session_.faults; }
+
+ private:
+  Session session_;
+  SimulatedFileSystem files_{session_};
+  SimulatedNetworkProvider network_provider_{session_};
+  SimulatedMessages messages_{session_};
+  SimulatedRegistry registry_{session_};
+  SimulatedSystem system_{session_};
+  SimulatedTimers timers_{session_};
+};
+
+}  // namespace veldmark::simulated

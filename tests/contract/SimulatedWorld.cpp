@@ -1,0 +1,32 @@
+#include "contract/World.h"
+#include "platform/simulated/SimulatedPlatform.h"
+
+namespace veldmark {
+namespace {
+
+class SimulatedWorld final : public World {
+ public:
+  SimulatedWorld() : simulated_(simulated::Estate(u"HARBOUR")) {
+    simulated_.estate().local().AddFolder(scratch_);
+    simulated_.estate().current_user().Key(scratch_key_);
+  }
+  ~SimulatedWorld() override { EXPECT_EQ(simulated_.ledger().Report(), "") << "left open"; }
+
+  Platform platform() override { return simulated_.platform(); }
+  const std::u16string& scratch() const override { return scratch_; }
+  const std::u16string& scratch_key() const override { return scratch_key_; }
+  void LetPass(unsigned milliseconds) override { simulated_.estate().Advance(milliseconds); }
+  const char* WhyNot(Trait) const override { return nullptr; }
+
+ private:
+  const std::u16string scratch_ = u"C:\\Scratch\\Contract";
+  const std::u16string scratch_key_ = u"Software\\Contract";
+  simulated::SimulatedPlatform simulated_;
+};
+
+std::unique_ptr<World> MakeWorld() { return std::make_unique<SimulatedWorld>(); }
+
+INSTANTIATE_TEST_SUITE_P(Simulated, Contract, testing::Values(&MakeWorld));
+
+}  // namespace
+}  // namespace veldmark
