@@ -17,6 +17,14 @@ add_library(veldmark_options INTERFACE)
 target_compile_options(veldmark_options INTERFACE -Wall -Wextra -Werror)
 target_include_directories(veldmark_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 14)
+  # Inlining makes these see overflows in the standard library's texts that can't happen.
+  target_compile_options(
+    veldmark_options INTERFACE -Wno-stringop-overflow -Wno-stringop-overread -Wno-restrict
+                               -Wno-array-bounds)
+endif()
+
 if(VELDMARK_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
