@@ -4,7 +4,57 @@
 #include <map>
 #include <vector>
 
+#include "accounts/CGroup.h"
+#include "accounts/CUser.h"
+#include "collections/CAces.h"
+#include "collections/CDomains.h"
+#include "collections/CDrives.h"
+#include "collections/CEventLogEntries.h"
+#include "collections/CEventLogs.h"
+#include "collections/CFiles.h"
+#include "collections/CFolders.h"
+#include "collections/CGroups.h"
+#include "collections/CNetworks.h"
+#include "collections/CPathNames.h"
+#include "collections/CPrinters.h"
+#include "collections/CRegKeys.h"
+#include "collections/CRegValues.h"
+#include "collections/CServers.h"
+#include "collections/CServices.h"
+#include "collections/CShares.h"
+#include "collections/CSids.h"
+#include "collections/CTasks.h"
+#include "collections/CTriggers.h"
+#include "collections/CUsers.h"
+#include "collections/CVolumes.h"
+#include "eventlog/CEventLog.h"
+#include "eventlog/CEventLogEntry.h"
+#include "frame/CMyComputer.h"
+#include "frame/CStatus.h"
+#include "frame/CTimer.h"
+#include "frame/SystemRoot.h"
+#include "network/CDomain.h"
+#include "network/CNetHood.h"
+#include "network/CNetwork.h"
+#include "network/CServer.h"
+#include "network/CServerAccountPolicy.h"
+#include "registry/CRegKey.h"
+#include "registry/CRegValue.h"
+#include "registry/CRegistry.h"
+#include "security/CAce.h"
+#include "security/CAcl.h"
+#include "security/CSecurityDescriptor.h"
+#include "security/CSid.h"
+#include "services/CPrinter.h"
+#include "services/CService.h"
+#include "storage/CDrive.h"
+#include "storage/CFile.h"
+#include "storage/CFolder.h"
 #include "storage/CPathName.h"
+#include "storage/CShare.h"
+#include "storage/CVolume.h"
+#include "tasks/CTask.h"
+#include "tasks/CTrigger.h"
 
 namespace veldmark {
 namespace {
@@ -13,7 +63,57 @@ using InterfaceTable = const Interface& (*)();
 using EnumerationTable = const Enumeration& (*)();
 
 constexpr InterfaceTable kClasses[] = {
+    &SystemRoot::Describe,
+    &CMyComputer::Describe,
+    &CStatus::Describe,
+    &CTimer::Describe,
+    &CSid::Describe,
+    &CAce::Describe,
+    &CAcl::Describe,
+    &CSecurityDescriptor::Describe,
+    &CSids::Describe,
+    &CAces::Describe,
+    &CFolder::Describe,
+    &CFile::Describe,
     &CPathName::Describe,
+    &CDrive::Describe,
+    &CVolume::Describe,
+    &CShare::Describe,
+    &CFolders::Describe,
+    &CFiles::Describe,
+    &CPathNames::Describe,
+    &CDrives::Describe,
+    &CVolumes::Describe,
+    &CShares::Describe,
+    &CNetHood::Describe,
+    &CNetwork::Describe,
+    &CDomain::Describe,
+    &CServer::Describe,
+    &CServerAccountPolicy::Describe,
+    &CNetworks::Describe,
+    &CDomains::Describe,
+    &CServers::Describe,
+    &CUser::Describe,
+    &CGroup::Describe,
+    &CUsers::Describe,
+    &CGroups::Describe,
+    &CService::Describe,
+    &CPrinter::Describe,
+    &CServices::Describe,
+    &CPrinters::Describe,
+    &CEventLog::Describe,
+    &CEventLogEntry::Describe,
+    &CEventLogs::Describe,
+    &CEventLogEntries::Describe,
+    &CRegistry::Describe,
+    &CRegKey::Describe,
+    &CRegValue::Describe,
+    &CRegKeys::Describe,
+    &CRegValues::Describe,
+    &CTask::Describe,
+    &CTrigger::Describe,
+    &CTasks::Describe,
+    &CTriggers::Describe,
 };
 
 /// Enumerations that no member has for its type.
