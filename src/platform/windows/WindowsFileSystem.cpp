@@ -2,11 +2,22 @@
 
 #include "platform/windows/Recorded.h"
 #include "platform/windows/Sdk.h"
+#include "platform/windows/WineDifferences.h"
 
 namespace veldmark {
+namespace {
+
+template <typename Call>
+auto RecordedOn(LPCWSTR path, Call&& call) {
+  const auto result = Recorded(call);
+  SetLastPlatformError(PublishedPathError(path, LastPlatformError()));
+  return result;
+}
+
+}  // namespace
 
 HANDLE WindowsFileSystem::FindFirstFileW(LPCWSTR file_name, WIN32_FIND_DATAW* data) {
-  return Recorded([&] { return ::FindFirstFileW(Sdk(file_name), Sdk(data)); });
+  return RecordedOn(file_name, [&] { return ::FindFirstFileW(Sdk(file_name), Sdk(data)); });
 }
 
 BOOL WindowsFileSystem::FindNextFileW(HANDLE find, WIN32_FIND_DATAW* data) {
@@ -18,37 +29,38 @@ BOOL WindowsFileSystem::FindClose(HANDLE find) {
 }
 
 BOOL WindowsFileSystem::CreateDirectoryW(LPCWSTR path_name, const SECURITY_ATTRIBUTES* security) {
-  return Recorded([&] { return ::CreateDirectoryW(Sdk(path_name), SdkReadOnly(security)); });
+  return RecordedOn(path_name,
+                    [&] { return ::CreateDirectoryW(Sdk(path_name), SdkReadOnly(security)); });
 }
 
 BOOL WindowsFileSystem::RemoveDirectoryW(LPCWSTR path_name) {
-  return Recorded([&] { return ::RemoveDirectoryW(Sdk(path_name)); });
+  return RecordedOn(path_name, [&] { return ::RemoveDirectoryW(Sdk(path_name)); });
 }
 
 BOOL WindowsFileSystem::GetFileAttributesExW(LPCWSTR file_name, int level, void* information) {
-  return Recorded([&] {
+  return RecordedOn(file_name, [&] {
     return ::GetFileAttributesExW(Sdk(file_name), static_cast<::GET_FILEEX_INFO_LEVELS>(level),
                                   information);
   });
 }
 
 DWORD WindowsFileSystem::GetFileAttributesW(LPCWSTR file_name) {
-  return Recorded([&] { return ::GetFileAttributesW(Sdk(file_name)); });
+  return RecordedOn(file_name, [&] { return ::GetFileAttributesW(Sdk(file_name)); });
 }
 
 BOOL WindowsFileSystem::SetFileAttributesW(LPCWSTR file_name, DWORD attributes) {
-  return Recorded([&] { return ::SetFileAttributesW(Sdk(file_name), attributes); });
+  return RecordedOn(file_name, [&] { return ::SetFileAttributesW(Sdk(file_name), attributes); });
 }
 
 BOOL WindowsFileSystem::DeleteFileW(LPCWSTR file_name) {
-  return Recorded([&] { return ::DeleteFileW(Sdk(file_name)); });
+  return RecordedOn(file_name, [&] { return ::DeleteFileW(Sdk(file_name)); });
 }
 
 HANDLE WindowsFileSystem::CreateFileW(LPCWSTR file_name, DWORD desired_access, DWORD share_mode,
                                       const SECURITY_ATTRIBUTES* security,
                                       DWORD creation_disposition, DWORD flags_and_attributes,
                                       HANDLE template_file) {
-  return Recorded([&] {
+  return RecordedOn(file_name, [&] {
     return ::CreateFileW(Sdk(file_name), desired_access, share_mode, SdkReadOnly(security),
                          creation_disposition, flags_and_attributes, template_file);
   });

@@ -1,12 +1,25 @@
 #include "platform/windows/WindowsNetworkProvider.h"
 
+#include "platform/operations/ErrorCodes.h"
+#include "platform/operations/LastError.h"
 #include "platform/windows/Recorded.h"
 #include "platform/windows/Sdk.h"
+#include "platform/windows/WineDifferences.h"
 
 namespace veldmark {
 
 DWORD WindowsNetworkProvider::WNetGetUniversalNameW(LPCWSTR local_path, DWORD info_level,
                                                     void* buffer, DWORD* buffer_size) {
+  if (RunsUnderWine()) {
+    SetLastPlatformError(0);
+    // Wine checks neither argument by itself and answers 87 or 2250.
+    if (info_level != kUniversalNameInfoLevel && info_level != kRemoteNameInfoLevel) {
+      return kErrorInvalidLevel;
+    }
+    if (local_path != nullptr && (local_path[0] == u'\0' || local_path[1] != u':')) {
+      return kErrorBadDevice;
+    }
+  }
   return Recorded([&] {
     return ::WNetGetUniversalNameW(Sdk(local_path), info_level, buffer, Sdk(buffer_size));
   });
