@@ -92,8 +92,9 @@ class Registry {
   virtual LSTATUS RegQueryValueExW(HKEY key, LPCWSTR value_name, DWORD* reserved, DWORD* type,
                                    BYTE* data, DWORD* data_size) = 0;
 
-  // Stores a value; creates it if need be. Where a text's size counts no NUL but one follows it in
-  // memory, the platform may store that NUL too. Needs kKeySetValue.
+  // Stores a value; creates it if need be. `data_size` may leave out the NUL at the end of a text:
+  // the operation looks at the character behind the data, which must be readable, and stores it too
+  // if it is the NUL. Needs kKeySetValue.
   virtual LSTATUS RegSetValueExW(HKEY key, LPCWSTR value_name, DWORD reserved, DWORD type,
                                  const BYTE* data, DWORD data_size) = 0;
 

@@ -25,7 +25,10 @@ Computer::Computer(Text name, Ticks now)
     : name_(std::move(name)),
       now_(now),
       local_machine_(std::make_shared<RegistryNode>(u"HKEY_LOCAL_MACHINE", now)),
-      users_(std::make_shared<RegistryNode>(u"HKEY_USERS", now)) {}
+      users_(std::make_shared<RegistryNode>(u"HKEY_USERS", now)) {
+  local_machine_->Key(u"SOFTWARE");
+  local_machine_->Key(u"SYSTEM\\CurrentControlSet");
+}
 
 FileNode& Computer::AddDrive(char16_t letter, UINT type) {
   letter = UpperCase(letter);

@@ -63,7 +63,7 @@ void Estate::SetUser(Text name, Text sid) {
 }
 
 std::shared_ptr<RegistryNode> Estate::current_user_node() {
-  local().users().Key(user_sid_);
+  local().users().Key(user_sid_).Key(u"Software");
   return local().users().Find(user_sid_);
 }
 

@@ -1,0 +1,526 @@
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "contract/World.h"
+#include "platform/automation/Text.h"
+#include "platform/operations/ErrorCodes.h"
+#include "platform/operations/Handles.h"
+
+namespace veldmark {
+namespace {
+
+// In a table: this operation isn't asked.
+constexpr int kSkip = -1;
+constexpr DWORD kShareAll = kFileShareRead | kFileShareWrite | kFileShareDelete;
+
+class FileContract : public Contract {
+ protected:
+  FileHandle Open(TextView path, DWORD access, DWORD share, DWORD disposition, DWORD flags = 0) {
+    return FileHandle(files_, files_.CreateFileW(Text(path).c_str(), access, share, nullptr,
+                                                 disposition, flags, nullptr));
+  }
+
+  void Touch(TextView name, std::string_view content = {}) {
+    const FileHandle file = Open(In(name), kGenericWrite, 0, kCreateAlways);
+    ASSERT_TRUE(file) << ToUtf8(name);
+    DWORD written = 0;
+    EXPECT_TRUE(files_.WriteFile(file.Get(), content.data(), static_cast<DWORD>(content.size()),
+                                 &written, nullptr));
+  }
+
+  void Folder(TextView name) {
+    ASSERT_TRUE(files_.CreateDirectoryW(In(name).c_str(), nullptr)) << ToUtf8(name);
+  }
+
+  std::string ContentOf(TextView name) {
+    const FileHandle file = Open(In(name), kGenericRead, kShareAll, kOpenExisting);
+    char bytes[64];
+    DWORD count = 0;
+    EXPECT_TRUE(files_.ReadFile(file.Get(), bytes, sizeof bytes, &count, nullptr));
+    return {bytes, count};
+  }
+
+  // The names that a listing gives, each followed by a blank; "!" and the code if it fails.
+  std::string List(TextView path) {
+    WIN32_FIND_DATAW data;
+    const FindHandle find(files_, files_.FindFirstFileW(Text(path).c_str(), &data));
+    if (!find) return "!" + std::to_string(LastPlatformError());
+    std::string names;
+    do {
+      names += ToUtf8(data.cFileName) + " ";
+    } while (files_.FindNextFileW(find.Get(), &data));
+    EXPECT_EQ(LastPlatformError(), kErrorNoMoreFiles);
+    EXPECT_FALSE(files_.FindNextFileW(find.Get(), &data)) << "past the end";
+    return names;
+  }
+
+  // What each operation fails with on a path; 0 where it succeeds.
+  struct Failures {
+    Text path;
+    int find, attributes, create, remove, erase, open;
+  };
+
+  void Expect(const std::vector<Failures>& table) {
+    for (const Failures& row : table) {
+      SCOPED_TRACE(ToUtf8(row.path.substr(0, 80)));
+      LPCWSTR const path = row.path.c_str();
+      const auto expect = [&](const char* operation, int expected, auto call) {
+        if (expected == kSkip) return;
+        const bool succeeded = call();
+        EXPECT_EQ(succeeded ? 0u : LastPlatformError(), static_cast<DWORD>(expected)) << operation;
+      };
+      WIN32_FIND_DATAW data;
+      WIN32_FILE_ATTRIBUTE_DATA record;
+      expect("FindFirstFileW", row.find,
+             [&] { return !!FindHandle(files_, files_.FindFirstFileW(path, &data)); });
+      expect("GetFileAttributesExW", row.attributes, [&] {
+        return files_.GetFileAttributesExW(path, kGetFileExInfoStandard, &record) != 0;
+      });
+      expect("GetFileAttributesW", row.attributes,
+             [&] { return files_.GetFileAttributesW(path) != kInvalidFileAttributes; });
+      expect("SetFileAttributesW", row.attributes,
+             [&] { return files_.SetFileAttributesW(path, kFileAttributeArchive) != 0; });
+      expect("CreateDirectoryW", row.create,
+             [&] { return files_.CreateDirectoryW(path, nullptr) != 0; });
+      expect("RemoveDirectoryW", row.remove, [&] { return files_.RemoveDirectoryW(path) != 0; });
+      expect("DeleteFileW", row.erase, [&] { return files_.DeleteFileW(path) != 0; });
+      expect("CreateFileW", row.open,
+             [&] { return !!Open(path, kGenericRead, kShareAll, kOpenExisting); });
+    }
+  }
+};
+
+class FilesAndFolders : public FileContract {
+ protected:
+  FilesAndFolders() {
+    Touch(u"\\file.txt", "text");
+    Folder(u"\\dir");
+    Touch(u"\\dir\\in.txt");
+    Folder(u"\\empty");
+  }
+};
+
+TEST_F(FilesAndFolders, FailWithTheCodeOfWhatIsWrongWithThePath) {
+  Expect({{In(u"\\none"), 2, 2, kSkip, 2, 2, 2},
+          {In(u"\\none\\x"), 3, 3, 3, 3, 3, 3},
+          {In(u"\\none\\*"), 3, 123, 123, 123, 123, 123},
+          {u"", 3, 3, 3, kSkip, 3, 3},
+          {In(u"\\dir"), 0, 0, 183, 145, 5, 5},
+          {In(u"\\dir\\"), 2, 0, 183, 145, 5, 5},
+          {In(u"\\DIR\\..\\dIr\\."), 0, 0, 183, 145, 5, 5},
+          {In(u"/dir/in.txt"), 0, 0, 183, 267, kSkip, 0},
+          {In(u"\\FILE.txt. . "), 0, 0, 183, 267, kSkip, 0},
+          {In(u"\\file.txt\\"), kSkip, kSkip, kSkip, kSkip, 123, 123},
+          {In(u"\\file.txt\\x"), kSkip, 3, 3, kSkip, 3, 3},
+          {In(u"\\a*b"), 2, 123, 123, 123, 123, 123},
+          {In(u"\\a?b"), 2, 123, 123, 123, 123, 123},
+          {In(u"\\d*r\\in.txt"), 123, 123, 123, 123, 123, 123},
+          {u"\\\\?\\" + In(u"\\dir"), 0, 0, 183, 145, 5, 5},
+          {u"\\\\?\\" + In(u"\\dir\\*.*"), 0, 123, 123, 123, 123, 123},
+          {u"\\\\?\\" + In(u"\\.\\file.txt"), 123, 123, 123, 123, 123, 123},
+          {u"\\\\?\\" + In(u"\\none\\x"), 3, 3, 3, 3, 3, 3},
+          {In(u"").substr(0, 3), 2, kSkip, kSkip, kSkip, 5, 5}});
+}
+
+TEST_F(FilesAndFolders, FailOnMissingDrivesAsOnMissingFolders) {
+  if (const char* why = WhyNot(Trait::MissingDrives)) GTEST_SKIP() << why;
+  Expect({{u"Q:\\x", 3, 3, 3, 3, 3, 3}, {u"\\\\?\\Q:\\x\\y", 3, 3, 3, 3, 3, 3}});
+}
+
+TEST_F(FilesAndFolders, FailOnMissingServersWithTheNetworkPath) {
+  if (const char* why = WhyNot(Trait::MissingServers)) GTEST_SKIP() << why;
+  Expect({{u"\\\\no-such-srv\\share\\x", 53, 53, 53, 53, 53, 53},
+          {u"\\\\?\\UNC\\no-such-srv\\share\\x", 53, 53, 53, 53, 53, 53}});
+}
+
+TEST_F(FilesAndFolders, FailOnNamesThatCantBe) {
+  if (const char* why = WhyNot(Trait::InvalidCharacters)) GTEST_SKIP() << why;
+  Expect({{In(u"\\a|b"), 123, 123, 123, 123, 123, 123},
+          {In(u"\\a\"b"), 2, 123, 123, 123, 123, 123},
+          {In(u"\\a\u0001b"), 123, 123, 123, 123, 123, 123}});
+}
+
+TEST_F(FilesAndFolders, FailBeyondTheLimitsOfNamesAndPlainPaths) {
+  if (const char* why = WhyNot(Trait::NameLimits)) GTEST_SKIP() << why;
+  const auto padded = [&](std::size_t length) {
+    return In(u"\\") + Text(length - In(u"\\").size(), u'p');
+  };
+  const Text long_name = u"\\\\?\\" + In(u"\\") + Text(256, u'n');
+  Expect({{padded(259), 2, 2, 206, 2, 2, 2},
+          {padded(260), 3, 3, 206, 3, 3, 3},
+          {padded(248), 2, 2, 206, 2, 2, 2},
+          {u"\\\\?\\" + padded(262), 2, 2, kSkip, 2, 2, 2},
+          {long_name, 123, 123, 123, 123, 123, 123}});
+  Expect({{padded(247), 2, 2, 0, 0, 2, 2},
+          {long_name.substr(0, long_name.size() - 1), 2, 2, 0, 0, 2, 2}});
+}
+
+TEST_F(FilesAndFolders, TakeLongFormsWordForWord) {
+  if (const char* why = WhyNot(Trait::VerbatimLongForms)) GTEST_SKIP() << why;
+  Expect({{u"\\\\?\\" + In(u"/dir"), 123, 123, 123, 123, 123, 123},
+          {u"\\\\?\\" + In(u"\\file.txt."), 2, 2, kSkip, 2, 2, 2},
+          {u"\\\\?\\" + In(u"\\dir\\\\in.txt"), 123, 123, 123, 123, 123, 123}});
+  // A folder named so is out of reach of plain paths.
+  const Text odd = u"\\\\?\\" + In(u"\\odd.");
+  EXPECT_TRUE(files_.CreateDirectoryW(odd.c_str(), nullptr));
+  EXPECT_EQ(files_.GetFileAttributesW(In(u"\\odd.").c_str()), kInvalidFileAttributes);
+  EXPECT_TRUE(files_.RemoveDirectoryW(odd.c_str()));
+}
+
+TEST_F(FilesAndFolders, TellFilesFromMissingFoldersInListings) {
+  if (const char* why = WhyNot(Trait::FilesAsFolders)) GTEST_SKIP() << why;
+  Expect({{In(u"\\file.txt\\*"), 267, kSkip, kSkip, kSkip, kSkip, kSkip},
+          {In(u"\\file.txt\\"), 267, 123, kSkip, kSkip, kSkip, kSkip},
+          {In(u"\\none\\"), 3, 2, kSkip, 2, kSkip, kSkip}});
+}
+
+TEST_F(FilesAndFolders, ComeInListingsAfterTheFolderAndItsParent) {
+  EXPECT_EQ(List(In(u"\\*.*")), ". .. dir empty file.txt ");
+  EXPECT_EQ(List(In(u"\\empty\\*")), ". .. ");
+  EXPECT_EQ(List(In(u"\\EMPTY")), "empty ");
+  const std::string root = List(In(u"").substr(0, 3) + u"*");
+  EXPECT_NE(root.substr(0, 2), ". ") << "a drive's root has no parent";
+
+  WIN32_FIND_DATAW data;
+  const FindHandle find(files_, files_.FindFirstFileW(In(u"\\dir").c_str(), &data));
+  EXPECT_EQ(data.dwFileAttributes, kFileAttributeDirectory);
+  EXPECT_EQ(Text(data.cAlternateFileName), u"");
+  EXPECT_NE(data.ftCreationTime.dwHighDateTime, 0u);
+  EXPECT_EQ(data.nFileSizeLow, 0u);
+}
+
+TEST_F(FilesAndFolders, MatchPatternsByLongAndShortNames) {
+  for (const char16_t* name : {u"\\alpha.txt", u"\\beta.html", u"\\noext", u"\\two words.text",
+                               u"\\.hidden", u"\\a.b.c", u"\\UPPER.TXT"}) {
+    Touch(name);
+  }
+  const std::vector<std::pair<const char16_t*, const char*>> table = {
+      {u"\\*.txt", "alpha.txt file.txt UPPER.TXT "},
+      {u"\\?????.txt", "alpha.txt file.txt UPPER.TXT "},
+      {u"\\B*", "beta.html "},
+      {u"\\*.htm", "beta.html "},
+      {u"\\n?ext", "noext "},
+      {u"\\a*.*", "a.b.c alpha.txt "},
+      {u"\\*.b.*", "a.b.c "},
+      {u"\\noext.*", "noext "},
+      {u"\\.h*", ".hidden "},
+      {u"\\upper.TXT", "UPPER.TXT "},
+      {u"\\*.zzz", "!2"}};
+  for (const auto& [pattern, names] : table) {
+    // Without numbers for short names, "?" at a name's end may find less; see the next test.
+    if (Text(pattern) == u"\\?????.txt" && WhyNot(Trait::DosWildcards)) continue;
+    EXPECT_EQ(List(In(pattern)), names) << ToUtf8(pattern);
+  }
+}
+
+TEST_F(FilesAndFolders, MatchDosWildcards) {
+  if (const char* why = WhyNot(Trait::DosWildcards)) GTEST_SKIP() << why;
+  for (const char16_t* name : {u"\\noext", u"\\a.b.c", u"\\ab"}) Touch(name);
+  EXPECT_EQ(List(In(u"\\*.")), ". .. ab dir empty noext ");
+  EXPECT_EQ(List(In(u"\\file.txt?")), "file.txt ");
+  EXPECT_EQ(List(In(u"\\ab.??")), "ab ");
+  EXPECT_EQ(List(In(u"\\*.c")), "a.b.c ");
+  EXPECT_EQ(List(In(u"\\a.?.?")), "a.b.c ");
+}
+
+TEST_F(FilesAndFolders, GetShortNamesWhereTheirNamesAreNoneThemselves) {
+  if (const char* why = WhyNot(Trait::ShortNames)) GTEST_SKIP() << why;
+  const std::vector<std::pair<const char16_t*, const char*>> table = {
+      {u"\\LongFileName.text", "LONGFI~1.TEX"},
+      {u"\\LongFileOther.txt", "LONGFI~1.TXT"},
+      {u"\\Long File Three.txt", "LONGFI~2.TXT"},
+      {u"\\.profile", "PROFIL~1"},
+      {u"\\a+b=c.txt", "A_B_C~1.TXT"},
+      {u"\\x.y.z.html", "XYZ~1.HTM"},
+      {u"\\lower.txt", ""},
+      {u"\\EIGHTCHR.EXT", ""}};
+  for (const auto& [name, short_name] : table) {
+    Touch(name);
+    WIN32_FIND_DATAW data;
+    const FindHandle find(files_, files_.FindFirstFileW(In(name).c_str(), &data));
+    EXPECT_EQ(ToUtf8(data.cAlternateFileName), short_name) << ToUtf8(name);
+  }
+  EXPECT_EQ(List(In(u"\\longfi~2.*")), "Long File Three.txt ");
+  EXPECT_EQ(List(In(u"\\PROFIL~1")), ".profile ");
+  EXPECT_EQ(files_.GetFileAttributesW(In(u"\\profil~1").c_str()), kFileAttributeArchive);
+}
+
+TEST_F(FilesAndFolders, MayGoWhileTheyAreListed) {
+  for (const char16_t* name : {u"\\empty\\1", u"\\empty\\2", u"\\empty\\3"}) Touch(name);
+  WIN32_FIND_DATAW data;
+  std::string seen;
+  {
+    const FindHandle find(files_, files_.FindFirstFileW(In(u"\\empty\\*").c_str(), &data));
+    ASSERT_TRUE(find);
+    do {
+      const Text name = data.cFileName;
+      seen += ToUtf8(name) + " ";
+      if (name.size() == 1 && name != u".") {
+        EXPECT_TRUE(files_.DeleteFileW(In(u"\\empty\\" + name).c_str()));
+      }
+    } while (files_.FindNextFileW(find.Get(), &data));
+    EXPECT_FALSE(files_.RemoveDirectoryW(In(u"\\empty").c_str()));
+    EXPECT_EQ(LastPlatformError(), kErrorSharingViolation) << "the listing holds the folder";
+  }
+  EXPECT_EQ(seen, ". .. 1 2 3 ");
+  EXPECT_TRUE(files_.RemoveDirectoryW(In(u"\\empty").c_str()));
+}
+
+TEST_F(FilesAndFolders, KeepTheAttributesThatCanBeSet) {
+  const Text file = In(u"\\file.txt");
+  const Text folder = In(u"\\dir");
+  constexpr DWORD kHiddenSystem = kFileAttributeHidden | kFileAttributeSystem;
+  EXPECT_EQ(files_.GetFileAttributesW(file.c_str()), kFileAttributeArchive);
+  EXPECT_TRUE(files_.SetFileAttributesW(file.c_str(), kHiddenSystem | kFileAttributeArchive));
+  EXPECT_EQ(files_.GetFileAttributesW(file.c_str()), kHiddenSystem | kFileAttributeArchive);
+  EXPECT_TRUE(files_.SetFileAttributesW(folder.c_str(), kFileAttributeHidden));
+  EXPECT_EQ(files_.GetFileAttributesW(folder.c_str()) & ~kFileAttributeArchive,
+            kFileAttributeHidden | kFileAttributeDirectory);
+  EXPECT_TRUE(files_.SetFileAttributesW(folder.c_str(), 0));
+  EXPECT_EQ(files_.GetFileAttributesW(folder.c_str()), kFileAttributeDirectory);
+  EXPECT_TRUE(
+      files_.SetFileAttributesW(file.c_str(), kFileAttributeArchive | kFileAttributeReadOnly));
+  EXPECT_FALSE(files_.DeleteFileW(file.c_str()));
+  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+  WIN32_FILE_ATTRIBUTE_DATA record;
+  EXPECT_TRUE(files_.GetFileAttributesExW(file.c_str(), kGetFileExInfoStandard, &record));
+  EXPECT_EQ(record.dwFileAttributes, kFileAttributeArchive | kFileAttributeReadOnly);
+  EXPECT_EQ(record.nFileSizeLow, 4u);
+  EXPECT_FALSE(files_.GetFileAttributesExW(file.c_str(), 1, &record));
+  EXPECT_EQ(LastPlatformError(), kErrorInvalidParameter);
+  EXPECT_TRUE(files_.SetFileAttributesW(file.c_str(), 0));
+  EXPECT_TRUE(files_.DeleteFileW(file.c_str()));
+}
+
+TEST_F(FilesAndFolders, WithoutAnyAttributeAreNormal) {
+  if (const char* why = WhyNot(Trait::PlainAttributes)) GTEST_SKIP() << why;
+  const Text file = In(u"\\file.txt");
+  for (const DWORD attributes : {0u, kFileAttributeNormal, kFileAttributeDirectory}) {
+    EXPECT_TRUE(files_.SetFileAttributesW(file.c_str(), attributes));
+    EXPECT_EQ(files_.GetFileAttributesW(file.c_str()), kFileAttributeNormal);
+  }
+}
+
+TEST_F(FilesAndFolders, ReadOnlyOrGuardedAreNotWritten) {
+  if (const char* why = WhyNot(Trait::ReadOnlyGuard)) GTEST_SKIP() << why;
+  const Text file = In(u"\\file.txt");
+  const Text folder = In(u"\\empty");
+  files_.SetFileAttributesW(file.c_str(), kFileAttributeReadOnly);
+  for (const DWORD disposition : {kOpenExisting, kCreateAlways, kOpenAlways, kTruncateExisting}) {
+    EXPECT_FALSE(Open(file, kGenericWrite, 0, disposition));
+    EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+  }
+  EXPECT_FALSE(files_.CopyFileW(In(u"\\dir\\in.txt").c_str(), file.c_str(), 0));
+  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+  files_.SetFileAttributesW(folder.c_str(), kFileAttributeReadOnly);
+  EXPECT_FALSE(files_.RemoveDirectoryW(folder.c_str()));
+  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+}
+
+TEST_F(FilesAndFolders, HiddenAreReplacedOnlyByName) {
+  if (const char* why = WhyNot(Trait::SystemFileGuard)) GTEST_SKIP() << why;
+  const Text file = In(u"\\file.txt");
+  files_.SetFileAttributesW(file.c_str(), kFileAttributeHidden);
+  EXPECT_FALSE(Open(file, kGenericWrite, 0, kCreateAlways));
+  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+  EXPECT_TRUE(Open(file, kGenericWrite, 0, kCreateAlways, kFileAttributeHidden));
+  EXPECT_EQ(files_.GetFileAttributesW(file.c_str()), kFileAttributeHidden | kFileAttributeArchive);
+}
+
+TEST_F(FilesAndFolders, OpenByTheirDisposition) {
+  struct Row {
+    const char16_t* name;
+    DWORD disposition, access, flags, error;  // the last error, on success too
+    bool succeeds;
+  };
+  const std::vector<Row> table = {
+      {u"\\file.txt", kCreateNew, kGenericRead, 0, kErrorFileExists, false},
+      {u"\\n1", kCreateNew, kGenericWrite, 0, 0, true},
+      {u"\\n1", kCreateAlways, kGenericWrite, 0, kErrorAlreadyExists, true},
+      {u"\\n2", kCreateAlways, kGenericWrite, 0, 0, true},
+      {u"\\n2", kOpenAlways, kGenericRead, 0, kErrorAlreadyExists, true},
+      {u"\\n3", kOpenAlways, kGenericRead, 0, 0, true},
+      {u"\\n3", kOpenExisting, 0, 0, 0, true},
+      {u"\\n4", kOpenExisting, kGenericWrite, 0, kErrorFileNotFound, false},
+      {u"\\n4", kTruncateExisting, kGenericWrite, 0, kErrorFileNotFound, false},
+      {u"\\file.txt", kTruncateExisting, kGenericWrite, 0, 0, true},
+      {u"\\file.txt", 0, kGenericRead, 0, kErrorInvalidParameter, false},
+      {u"\\file.txt", 9, kGenericRead, 0, kErrorInvalidParameter, false},
+      {u"\\none\\x", kCreateAlways, kGenericWrite, 0, kErrorPathNotFound, false},
+      {u"\\new\\", kCreateAlways, kGenericWrite, 0, kErrorInvalidName, false},
+      {u"\\dir", kCreateNew, kGenericRead, 0, kErrorFileExists, false},
+      {u"\\dir", kCreateAlways, kGenericWrite, 0, kErrorAccessDenied, false},
+      {u"\\dir", kOpenExisting, kGenericRead, kFileFlagBackupSemantics, 0, true}};
+  for (const Row& row : table) {
+    const FileHandle file = Open(In(row.name), row.access, 0, row.disposition, row.flags);
+    EXPECT_EQ(static_cast<bool>(file), row.succeeds);
+    EXPECT_EQ(LastPlatformError(), row.error) << ToUtf8(row.name) << " " << row.disposition;
+  }
+  EXPECT_EQ(ContentOf(u"\\file.txt"), "") << "truncated";
+}
+
+TEST_F(FilesAndFolders, AreTruncatedOnlyByThoseWhoWrite) {
+  if (const char* why = WhyNot(Trait::AccessChecks)) GTEST_SKIP() << why;
+  EXPECT_FALSE(Open(In(u"\\file.txt"), kGenericRead, 0, kTruncateExisting));
+  EXPECT_EQ(LastPlatformError(), kErrorInvalidParameter);
+}
+
+TEST_F(FilesAndFolders, AreSharedAsBothSidesAgree) {
+  struct Row {
+    DWORD access, share, other_access, other_share, error;
+  };
+  constexpr DWORD kR = kGenericRead;
+  constexpr DWORD kW = kGenericWrite;
+  const std::vector<Row> table = {{kR, kFileShareRead, kR, kFileShareRead, 0},
+                                  {kR, kFileShareRead, kR, 0, kErrorSharingViolation},
+                                  {kR, kFileShareRead, kW, kShareAll, kErrorSharingViolation},
+                                  {kR, kShareAll, kW, kShareAll, 0},
+                                  {kR, kShareAll, kW, kFileShareWrite, kErrorSharingViolation},
+                                  {kW, kShareAll, kR, kFileShareRead, kErrorSharingViolation},
+                                  {kR, 0, 0, 0, 0},
+                                  {0, 0, kW, 0, 0},
+                                  {kR, kFileShareRead, kDelete, kShareAll, kErrorSharingViolation},
+                                  {kR, kShareAll, kDelete, kShareAll, 0}};
+  for (const Row& row : table) {
+    const FileHandle first = Open(In(u"\\file.txt"), row.access, row.share, kOpenExisting);
+    ASSERT_TRUE(first);
+    Open(In(u"\\file.txt"), row.other_access, row.other_share, kOpenExisting);
+    EXPECT_EQ(LastPlatformError(), row.error)
+        << std::hex << row.access << " " << row.share << " " << row.other_access;
+  }
+  FileHandle reader = Open(In(u"\\file.txt"), kR, kFileShareRead, kOpenExisting);
+  EXPECT_FALSE(files_.DeleteFileW(In(u"\\file.txt").c_str()));
+  EXPECT_EQ(LastPlatformError(), kErrorSharingViolation);
+  EXPECT_FALSE(files_.CopyFileW(In(u"\\dir\\in.txt").c_str(), In(u"\\file.txt").c_str(), 0));
+  EXPECT_EQ(LastPlatformError(), kErrorSharingViolation);
+  reader = Open(In(u"\\dir\\in.txt"), kR, kShareAll, kOpenExisting);
+  EXPECT_TRUE(files_.DeleteFileW(In(u"\\dir\\in.txt").c_str()));
+  reader.Reset();
+  EXPECT_EQ(List(In(u"\\dir\\in.txt")), "!2") << "gone with the last handle";
+  const FileHandle folder = Open(In(u"\\dir"), kR, kFileShareRead | kFileShareWrite, kOpenExisting,
+                                 kFileFlagBackupSemantics);
+  EXPECT_FALSE(files_.RemoveDirectoryW(In(u"\\dir").c_str()));
+  EXPECT_EQ(LastPlatformError(), kErrorSharingViolation);
+}
+
+TEST_F(FilesAndFolders, AreReadAndWrittenAtAPosition) {
+  char bytes[8] = {};
+  DWORD count = 99;
+  LARGE_INTEGER position = 0;
+  {
+    const FileHandle file = Open(In(u"\\file.txt"), kGenericRead | kGenericWrite, 0, kOpenExisting);
+    EXPECT_TRUE(files_.ReadFile(file.Get(), bytes, 2, &count, nullptr));
+    EXPECT_TRUE(files_.WriteFile(file.Get(), "--", 2, &count, nullptr));
+    EXPECT_TRUE(files_.ReadFile(file.Get(), bytes + 2, 2, &count, nullptr));
+    EXPECT_EQ(count, 0u) << "at the end";
+    EXPECT_STREQ(bytes, "te");
+    EXPECT_TRUE(files_.SetFilePointerEx(file.Get(), 2, &position, kFileEnd));
+    EXPECT_EQ(position, 6);
+    EXPECT_TRUE(files_.WriteFile(file.Get(), "!", 1, &count, nullptr));
+    EXPECT_TRUE(files_.SetFilePointerEx(file.Get(), -1, nullptr, kFileCurrent));
+    EXPECT_FALSE(files_.SetFilePointerEx(file.Get(), -1, nullptr, kFileBegin));
+    EXPECT_EQ(LastPlatformError(), kErrorNegativeSeek);
+    EXPECT_FALSE(files_.SetFilePointerEx(file.Get(), 1, nullptr, 5));
+    EXPECT_EQ(LastPlatformError(), kErrorInvalidParameter);
+    EXPECT_TRUE(files_.GetFileSizeEx(file.Get(), &position));
+    EXPECT_EQ(position, 7);
+    DWORD high = 99;
+    EXPECT_EQ(files_.GetFileSize(file.Get(), &high), 7u);
+    EXPECT_EQ(high, 0u);
+    EXPECT_TRUE(files_.FlushFileBuffers(file.Get()));
+  }
+  EXPECT_EQ(ContentOf(u"\\file.txt"), std::string("te--\0\0!", 7));
+  {
+    const FileHandle appender = Open(In(u"\\file.txt"), kFileAppendData, 0, kOpenAlways);
+    EXPECT_TRUE(files_.WriteFile(appender.Get(), "+", 1, &count, nullptr));
+    EXPECT_FALSE(files_.ReadFile(appender.Get(), bytes, 1, &count, nullptr));
+    EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+  }
+  EXPECT_EQ(ContentOf(u"\\file.txt").substr(6), "!+");
+  const FileHandle reader = Open(In(u"\\file.txt"), kGenericRead, 0, kOpenExisting);
+  EXPECT_FALSE(files_.WriteFile(reader.Get(), "x", 1, &count, nullptr));
+  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+  EXPECT_FALSE(files_.FlushFileBuffers(reader.Get()));
+  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+}
+
+TEST_F(FilesAndFolders, RecordWhenTheyWereWritten) {
+  WIN32_FILE_ATTRIBUTE_DATA before;
+  WIN32_FILE_ATTRIBUTE_DATA after;
+  const Text path = In(u"\\file.txt");
+  ASSERT_TRUE(files_.GetFileAttributesExW(path.c_str(), kGetFileExInfoStandard, &before));
+  world_->LetPass(50);
+  {
+    const FileHandle file = Open(path, kGenericWrite, 0, kOpenExisting);
+    DWORD count = 0;
+    files_.WriteFile(file.Get(), "later", 5, &count, nullptr);
+  }
+  ASSERT_TRUE(files_.GetFileAttributesExW(path.c_str(), kGetFileExInfoStandard, &after));
+  EXPECT_EQ(std::memcmp(&before.ftCreationTime, &after.ftCreationTime, sizeof(FILETIME)), 0);
+  const auto ticks = [](const FILETIME& time) {
+    return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
+  };
+  EXPECT_GT(ticks(after.ftLastWriteTime), ticks(before.ftLastWriteTime));
+}
+
+TEST_F(FilesAndFolders, AreCopiedWithContentAndAttributes) {
+  struct Row {
+    const char16_t* from;
+    const char16_t* to;
+    BOOL keep;
+    DWORD error;
+  };
+  for (const Row& row : std::vector<Row>{{u"\\file.txt", u"\\copy", 1, 0},
+                                         {u"\\file.txt", u"\\copy", 1, kErrorFileExists},
+                                         {u"\\dir\\in.txt", u"\\copy", 0, 0},
+                                         {u"\\none", u"\\copy", 0, kErrorFileNotFound},
+                                         {u"\\dir", u"\\copy2", 0, kErrorAccessDenied},
+                                         {u"\\file.txt", u"\\dir", 0, kErrorAccessDenied},
+                                         {u"\\file.txt", u"\\dir", 1, kErrorFileExists},
+                                         {u"\\file.txt", u"\\none\\x", 1, kErrorPathNotFound},
+                                         {u"\\file.txt", u"\\file.txt", 0, 32}}) {
+    const BOOL copied = files_.CopyFileW(In(row.from).c_str(), In(row.to).c_str(), row.keep);
+    EXPECT_EQ(copied ? 0 : LastPlatformError(), row.error) << ToUtf8(row.to) << " " << row.keep;
+  }
+  EXPECT_EQ(ContentOf(u"\\copy"), "");
+  files_.SetFileAttributesW(In(u"\\file.txt").c_str(),
+                            kFileAttributeReadOnly | kFileAttributeArchive);
+  EXPECT_TRUE(files_.CopyFileW(In(u"\\file.txt").c_str(), In(u"\\copy3").c_str(), 1));
+  EXPECT_EQ(ContentOf(u"\\copy3"), "text");
+  EXPECT_EQ(files_.GetFileAttributesW(In(u"\\copy3").c_str()),
+            kFileAttributeReadOnly | kFileAttributeArchive);
+}
+
+TEST_F(FilesAndFolders, RefuseHandlesThatAreNone) {
+  DWORD count = 0;
+  LARGE_INTEGER size = 0;
+  HANDLE const none = kInvalidHandleValue;
+  const std::vector<BOOL> results = {
+      files_.FindClose(none), files_.ReadFile(none, &count, 1, &count, nullptr),
+      files_.WriteFile(none, &count, 1, &count, nullptr), files_.GetFileSizeEx(none, &size),
+      files_.SetFilePointerEx(none, 0, nullptr, kFileBegin)};
+  for (const BOOL result : results) EXPECT_EQ(result, 0);
+  EXPECT_EQ(LastPlatformError(), kErrorInvalidHandle);
+  EXPECT_EQ(files_.GetFileSize(none, nullptr), kInvalidFileSize);
+  EXPECT_EQ(LastPlatformError(), kErrorInvalidHandle);
+}
+
+TEST_F(FilesAndFolders, StandOnDrivesOfAType) {
+  WCHAR roots[128];
+  const DWORD needed = files_.GetLogicalDriveStringsW(0, nullptr);
+  ASSERT_GE(needed, 5u);
+  EXPECT_EQ(files_.GetLogicalDriveStringsW(needed - 1, roots), needed) << "too small";
+  ASSERT_EQ(files_.GetLogicalDriveStringsW(128, roots), needed - 1);
+  EXPECT_NE(Text(roots, needed).find(TextView(u"C:\\\0", 4)), Text::npos);
+  EXPECT_EQ(Text(roots, needed).substr(needed - 2), TextView(u"\0\0", 2));
+  const std::vector<std::pair<const char16_t*, UINT>> table = {{u"C:\\", kDriveFixed},
+                                                               {u"c:", kDriveFixed},
+                                                               {u"Q:\\", kDriveNoRootDir},
+                                                               {u"C:\\no such", kDriveNoRootDir},
+                                                               {nullptr, kDriveFixed}};
+  for (const auto& [root, type] : table) EXPECT_EQ(files_.GetDriveTypeW(root), type);
+}
+
+}  // namespace
+}  // namespace veldmark

@@ -1,0 +1,101 @@
+#include <string>
+#include <vector>
+
+#include "contract/World.h"
+#include "platform/automation/Text.h"
+#include "platform/operations/ErrorCodes.h"
+#include "platform/operations/Handles.h"
+
+namespace veldmark {
+namespace {
+
+constexpr DWORD kFromSystem =
+    kFormatMessageAllocateBuffer | kFormatMessageIgnoreInserts | kFormatMessageFromSystem;
+
+class MessageTexts : public Contract {
+ protected:
+  // The text of a message; "!" and the code if there is none.
+  std::string Format(DWORD flags, const void* source, DWORD number, DWORD language = 0x400,
+                     void* arguments = nullptr) {
+    LocalMemory<WCHAR> text(platform_.messages);
+    WCHAR* memory = text.Get();
+    const DWORD length = platform_.messages.FormatMessageW(
+        flags | kFormatMessageAllocateBuffer, source, number, language,
+        reinterpret_cast<LPWSTR>(&memory), 0, arguments);
+    const DWORD error = LastPlatformError();
+    text.Reset(memory);
+    if (length == 0 && !text) return "!" + std::to_string(error);
+    EXPECT_EQ(text.Get()[length], u'\0');
+    return ToUtf8({text.Get(), length});
+  }
+};
+
+TEST_F(MessageTexts, OfTheSystemEndInALineEnd) {
+  for (const DWORD number : {2u, 5u, 53u, 123u, 1332u}) {
+    const std::string text = Format(kFromSystem, nullptr, number);
+    ASSERT_GT(text.size(), 2u);
+    EXPECT_EQ(text.substr(text.size() - 2), "\r\n") << number;
+  }
+  EXPECT_EQ(Format(kFromSystem, nullptr, 0x12345678), "!317");
+  EXPECT_EQ(Format(kFormatMessageIgnoreInserts, nullptr, 5), "!87") << "no source";
+  WCHAR buffer[4];
+  EXPECT_EQ(
+      platform_.messages.FormatMessageW(kFormatMessageFromSystem | kFormatMessageIgnoreInserts,
+                                        nullptr, 5, 0, buffer, 4, nullptr),
+      0u);
+  EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
+}
+
+TEST_F(MessageTexts, OfTheSystemAreThePublishedOnes) {
+  if (const char* why = WhyNot(Trait::PublishedTexts)) GTEST_SKIP() << why;
+  EXPECT_EQ(Format(kFromSystem, nullptr, 5), "Access is denied.\r\n");
+  EXPECT_EQ(Format(kFromSystem, nullptr, 2, 0), "The system cannot find the file specified.\r\n");
+  EXPECT_EQ(Format(kFromSystem, nullptr, 193, 0x409), "%1 is not a valid Win32 application.\r\n");
+}
+
+TEST_F(MessageTexts, ComeFromModulesBeforeTheSystem) {
+  if (const char* why = WhyNot(Trait::NetworkMessages)) GTEST_SKIP() << why;
+  const Module module(platform_.messages, platform_.messages.LoadLibraryExW(
+                                              u"netmsg.dll", nullptr, kLoadLibraryAsDatafile));
+  ASSERT_TRUE(module);
+  const auto* const source = reinterpret_cast<const void*>(module.Get());
+  constexpr DWORD kBoth = kFromSystem | kFormatMessageFromHmodule;
+  EXPECT_EQ(Format(kBoth, source, 2221), "The user name could not be found.\r\n");
+  EXPECT_EQ(Format(kBoth, source, 5), Format(kFromSystem, nullptr, 5));
+  EXPECT_EQ(Format(kFormatMessageFromHmodule, source, 5), "!317");
+}
+
+TEST_F(MessageTexts, PutInsertsInOrLeaveThem) {
+  const std::uintptr_t arguments[] = {reinterpret_cast<std::uintptr_t>(u"A"),
+                                      reinterpret_cast<std::uintptr_t>(u"Bcd"), 42, 255};
+  struct Row {
+    const char16_t* text;
+    const char* filled;
+    const char* kept;
+  };
+  for (const Row& row :
+       std::vector<Row>{{u"%1-%2%%%n%r%tX%0Y", "A-Bcd%\r\n\r\tX", "%1-%2%%\r\n\r\tX"},
+                        {u"a %1!5s!|%1!-3s!|%2!.2s!", "a     A|A  |Bc", "a %1!5s!|%1!-3s!|%2!.2s!"},
+                        {u"%3!d! %4!X! %4!04x!", "42 FF 00ff", "%3!d! %4!X! %4!04x!"},
+                        {u"x\ny\r\nz", "x\r\ny\r\nz", "x\r\ny\r\nz"},
+                        {u"a%!b%.c% d", "a!b.c d", "a%!b%.c% d"}}) {
+    EXPECT_EQ(Format(kFormatMessageFromString | kFormatMessageArgumentArray, row.text, 0, 0,
+                     const_cast<std::uintptr_t*>(arguments)),
+              row.filled);
+    EXPECT_EQ(Format(kFormatMessageFromString | kFormatMessageIgnoreInserts, row.text, 0, 0),
+              row.kept);
+  }
+}
+
+TEST_F(MessageTexts, NeedAModuleThatIsThere) {
+  for (const char16_t* name : {u"no-such.dll", u"C:\\no such\\no-such.dll", u"C:\\no-such.dll"}) {
+    EXPECT_EQ(platform_.messages.LoadLibraryExW(name, nullptr, kLoadLibraryAsDatafile), HMODULE{0});
+    EXPECT_EQ(LastPlatformError(), kErrorFileNotFound) << ToUtf8(name);
+  }
+  EXPECT_EQ(platform_.messages.LoadLibraryExW(u"no-such.dll", nullptr, 0), HMODULE{0});
+  EXPECT_EQ(LastPlatformError(), kErrorModNotFound);
+  EXPECT_EQ(platform_.messages.LocalFree(nullptr), nullptr);
+}
+
+}  // namespace
+}  // namespace veldmark

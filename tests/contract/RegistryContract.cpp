@@ -1,0 +1,225 @@
+#include <set>
+#include <string>
+#include <vector>
+
+#include "contract/World.h"
+#include "platform/automation/Text.h"
+#include "platform/operations/ErrorCodes.h"
+#include "platform/operations/Handles.h"
+
+namespace veldmark {
+namespace {
+
+constexpr LSTATUS kMissing = 2;
+constexpr LSTATUS kDenied = 5;
+constexpr LSTATUS kBadHandle = 6;
+constexpr LSTATUS kBadParameter = 87;
+constexpr LSTATUS kMoreData = 234;
+constexpr LSTATUS kNoMore = 259;
+
+class RegistryKeys : public Contract {
+ protected:
+  RegistryKeys() : key_(registry_) {
+    DWORD disposition = 0;
+    EXPECT_EQ(
+        registry_.RegCreateKeyExW(kHkeyCurrentUser, (world_->scratch_key() + u"\\Key").c_str(), 0,
+                                  nullptr, 0, kKeyAllAccess, nullptr, key_.Receive(), &disposition),
+        0);
+    EXPECT_EQ(disposition, kRegCreatedNewKey);
+  }
+
+  LSTATUS Set(LPCWSTR name, DWORD type, const void* data, DWORD size) {
+    return registry_.RegSetValueExW(key_.Get(), name, 0, type, static_cast<const BYTE*>(data),
+                                    size);
+  }
+  LSTATUS Open(HKEY parent, LPCWSTR path, DWORD access, RegistryKey& result) {
+    return registry_.RegOpenKeyExW(parent, path, 0, access, result.Receive());
+  }
+  LSTATUS Create(HKEY parent, LPCWSTR path, RegistryKey& result, DWORD& disposition) {
+    return registry_.RegCreateKeyExW(parent, path, 0, nullptr, 0, kKeyAllAccess, nullptr,
+                                     result.Receive(), &disposition);
+  }
+
+  RegistryKey key_;
+};
+
+TEST_F(RegistryKeys, HoldValuesOfAnyTypeUnderNamesWithoutCase) {
+  // The NUL behind a text counts, although the size given leaves it out.
+  EXPECT_EQ(Set(u"Text", kRegSz, u"abc", 6), 0);
+  EXPECT_EQ(Set(u"Number", kRegDword, "\x2a\0\0", 4), 0);
+  EXPECT_EQ(Set(nullptr, kRegExpandSz, u"%x%", 8), 0);
+  EXPECT_EQ(Set(u"Nothing", kRegSz, nullptr, 0), 0);
+  EXPECT_EQ(Set(u"NUMBER", kRegBinary, "123", 3), 0) << "replaced, under the old name";
+  struct Row {
+    LPCWSTR name;
+    DWORD room, type, size;
+    LSTATUS status;
+  };
+  for (const Row& row : std::vector<Row>{{u"text", 64, kRegSz, 8, 0},
+                                         {u"TEXT", 8, kRegSz, 8, 0},
+                                         {u"text", 7, kRegSz, 8, kMoreData},
+                                         {u"number", 64, kRegBinary, 3, 0},
+                                         {u"", 64, kRegExpandSz, 8, 0},
+                                         {nullptr, 64, kRegExpandSz, 8, 0},
+                                         {u"nothing", 64, kRegSz, 0, 0},
+                                         {u"none", 64, 0, 64, kMissing}}) {
+    BYTE data[64];
+    DWORD type = 0;
+    DWORD size = row.room;
+    EXPECT_EQ(registry_.RegQueryValueExW(key_.Get(), row.name, nullptr, &type, data, &size),
+              row.status);
+    if (row.status == kMissing) continue;
+    EXPECT_EQ(size, row.size) << ToUtf8(row.name == nullptr ? u"" : row.name);
+    EXPECT_EQ(type, row.type);
+    DWORD needed = 0;
+    EXPECT_EQ(registry_.RegQueryValueExW(key_.Get(), row.name, nullptr, nullptr, nullptr, &needed),
+              0)
+        << "the size alone";
+    EXPECT_EQ(needed, row.size);
+  }
+  BYTE data[8];
+  EXPECT_EQ(registry_.RegQueryValueExW(key_.Get(), u"text", nullptr, nullptr, data, nullptr),
+            kBadParameter);
+}
+
+TEST_F(RegistryKeys, EnumerateEachValueOnceAndTellTheGreatestLengths) {
+  DWORD values = 0;
+  DWORD longest_name = 0;
+  DWORD largest = 0;
+  Set(u"a", kRegSz, u"12345", 12);
+  Set(u"long name", kRegDword, "\1\0\0", 4);
+  Set(u"", kRegSz, u"", 2);
+  ASSERT_EQ(registry_.RegQueryInfoKeyW(key_.Get(), nullptr, nullptr, nullptr, nullptr, nullptr,
+                                       nullptr, &values, &longest_name, &largest, nullptr, nullptr),
+            0);
+  EXPECT_EQ(values, 3u);
+  EXPECT_EQ(longest_name, 9u);
+  EXPECT_EQ(largest, 12u);
+  std::set<Text> names;
+  WCHAR name[10];
+  BYTE data[12];
+  for (DWORD index = 0;; ++index) {
+    DWORD name_length = longest_name + 1;
+    DWORD size = largest;
+    DWORD type = 0;
+    const LSTATUS status =
+        registry_.RegEnumValueW(key_.Get(), index, name, &name_length, nullptr, &type, data, &size);
+    if (status != 0) {
+      EXPECT_EQ(status, kNoMore);
+      break;
+    }
+    EXPECT_EQ(Text(name), Text(name, name_length));
+    EXPECT_EQ(type, name_length == 9 ? kRegDword : kRegSz);
+    names.emplace(name, name_length);
+    DWORD short_length = name_length;
+    EXPECT_EQ(registry_.RegEnumValueW(key_.Get(), index, name, &short_length, nullptr, nullptr,
+                                      nullptr, nullptr),
+              kMoreData)
+        << "no room for the NUL";
+    DWORD no_size = 1;
+    name_length = 10;
+    EXPECT_EQ(registry_.RegEnumValueW(key_.Get(), index, name, &name_length, nullptr, nullptr, data,
+                                      &no_size),
+              kMoreData);
+    EXPECT_EQ(no_size, size);
+  }
+  EXPECT_EQ(names, (std::set<Text>{u"", u"a", u"long name"}));
+}
+
+TEST_F(RegistryKeys, AreCreatedWithTheWayToThemAndDeletedWithoutSubKeys) {
+  RegistryKey leaf(registry_);
+  RegistryKey same(registry_);
+  DWORD disposition = 0;
+  EXPECT_EQ(Create(key_.Get(), u"Some\\Deep\\Leaf", leaf, disposition), 0);
+  EXPECT_EQ(disposition, kRegCreatedNewKey);
+  EXPECT_EQ(Create(key_.Get(), u"SOME\\deep\\Leaf\\", same, disposition), 0);
+  EXPECT_EQ(disposition, kRegOpenedExistingKey);
+  WCHAR name[5];
+  DWORD length = 4;
+  EXPECT_EQ(
+      registry_.RegEnumKeyExW(key_.Get(), 0, name, &length, nullptr, nullptr, nullptr, nullptr),
+      kMoreData);
+  length = 5;
+  EXPECT_EQ(
+      registry_.RegEnumKeyExW(key_.Get(), 0, name, &length, nullptr, nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(Text(name, length), u"Some");
+  EXPECT_EQ(
+      registry_.RegEnumKeyExW(key_.Get(), 1, name, &length, nullptr, nullptr, nullptr, nullptr),
+      kNoMore);
+
+  EXPECT_EQ(registry_.RegDeleteKeyW(key_.Get(), u"Some\\Deep"), kDenied) << "it has a sub-key";
+  EXPECT_EQ(registry_.RegDeleteKeyW(key_.Get(), u"None"), kMissing);
+  EXPECT_EQ(registry_.RegDeleteKeyW(key_.Get(), nullptr), kBadParameter);
+  EXPECT_EQ(registry_.RegDeleteKeyW(key_.Get(), u"Some\\Deep\\Leaf"), 0);
+  DWORD size = 0;
+  EXPECT_EQ(registry_.RegQueryValueExW(leaf.Get(), u"x", nullptr, nullptr, nullptr, &size), 1018);
+  EXPECT_EQ(registry_.RegSetValueExW(leaf.Get(), u"x", 0, kRegDword,
+                                     reinterpret_cast<const BYTE*>("123"), 4),
+            1018);
+  EXPECT_EQ(Open(leaf.Get(), u"x", kKeyRead, same), 1018);
+  RegistryKey deep(registry_);
+  EXPECT_EQ(Open(key_.Get(), u"Some\\Deep", kKeyAllAccess, deep), 0);
+  EXPECT_EQ(registry_.RegDeleteKeyW(deep.Get(), u""), 0) << "an empty name is the key itself";
+  EXPECT_EQ(Open(key_.Get(), u"Some\\Deep", kKeyRead, same), kMissing);
+}
+
+TEST_F(RegistryKeys, GiveWhatTheirHandleWasOpenedFor) {
+  const Text path = world_->scratch_key() + u"\\Key";
+  RegistryKey reader(registry_);
+  RegistryKey writer(registry_);
+  DWORD size = 0;
+  Set(u"x", kRegDword, "123", 4);
+  ASSERT_EQ(Open(kHkeyCurrentUser, path.c_str(), kKeyRead, reader), 0);
+  ASSERT_EQ(Open(kHkeyCurrentUser, path.c_str(), kKeySetValue, writer), 0);
+  EXPECT_EQ(registry_.RegSetValueExW(reader.Get(), u"y", 0, kRegDword,
+                                     reinterpret_cast<const BYTE*>("123"), 4),
+            kDenied);
+  EXPECT_EQ(registry_.RegDeleteValueW(reader.Get(), u"x"), kDenied);
+  EXPECT_EQ(registry_.RegQueryValueExW(writer.Get(), u"x", nullptr, nullptr, nullptr, &size),
+            kDenied);
+  EXPECT_EQ(registry_.RegDeleteValueW(writer.Get(), u"X"), 0);
+  EXPECT_EQ(registry_.RegDeleteValueW(writer.Get(), u"x"), kMissing);
+}
+
+TEST_F(RegistryKeys, FailWithTheCodeOfWhatIsWrongWithTheKey) {
+  struct Row {
+    HKEY parent;
+    Text path;
+    LSTATUS status;
+  };
+  const Text long_name(300, u'k');
+  for (const Row& row : std::vector<Row>{{kHkeyCurrentUser, u"No such\\key", kMissing},
+                                         {kHkeyCurrentUser, u"\\Software", 161},
+                                         {kHkeyCurrentUser, u"Software\\", 0},
+                                         {kHkeyCurrentUser, u"", 0},
+                                         {kHkeyLocalMachine, u"SOFTWARE", 0},
+                                         {kHkeyCurrentUser, long_name, kBadParameter},
+                                         {HKEY{0}, u"Software", kBadHandle},
+                                         {HKEY{0x7770}, u"Software", kBadHandle}}) {
+    // What is handed out for a predefined key is that key, which needs no closing.
+    HKEY result{0};
+    const LSTATUS status =
+        registry_.RegOpenKeyExW(row.parent, row.path.c_str(), 0, kKeyRead, &result);
+    EXPECT_EQ(status, row.status) << ToUtf8(row.path);
+    if (status == 0) {
+      EXPECT_EQ(result == row.parent, row.path.empty());
+      EXPECT_EQ(registry_.RegCloseKey(result), 0);
+    }
+  }
+  EXPECT_EQ(registry_.RegOpenKeyExW(kHkeyCurrentUser, u"Software", 0, kKeyRead, nullptr),
+            kBadParameter);
+  EXPECT_EQ(registry_.RegCloseKey(HKEY{0}), kBadHandle);
+  EXPECT_EQ(registry_.RegCloseKey(kHkeyCurrentUser), 0);
+}
+
+TEST_F(RegistryKeys, OfOtherComputersAreReachedByName) {
+  RegistryKey root(registry_);
+  EXPECT_EQ(registry_.RegConnectRegistryW(u"\\\\no-such-srv", kHkeyLocalMachine, root.Receive()),
+            53);
+  EXPECT_EQ(registry_.RegConnectRegistryW(nullptr, kHkeyLocalMachine, root.Receive()), 0);
+  RegistryKey software(registry_);
+  EXPECT_EQ(Open(root.Get(), u"SOFTWARE", kKeyRead, software), 0);
+}
+
+}  // namespace
+}  // namespace veldmark

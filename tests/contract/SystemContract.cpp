@@ -1,0 +1,214 @@
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "contract/World.h"
+#include "platform/automation/Text.h"
+#include "platform/operations/ErrorCodes.h"
+#include "platform/operations/Handles.h"
+
+namespace veldmark {
+namespace {
+
+class SystemCalls : public Contract {
+ protected:
+  System& system_ = platform_.system;
+};
+
+TEST_F(SystemCalls, GiveNamesAndTheSizeThatTheyNeed) {
+  WCHAR name[300];
+  DWORD needed = 0;
+  EXPECT_FALSE(system_.GetUserNameW(name, &needed));
+  EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
+  DWORD size = needed;
+  ASSERT_TRUE(system_.GetUserNameW(name, &size));
+  EXPECT_EQ(size, needed);
+  EXPECT_EQ(system_.lstrlenW(name) + 1, static_cast<INT>(needed));
+
+  needed = 0;
+  EXPECT_FALSE(system_.GetComputerNameW(name, &needed));
+  EXPECT_EQ(LastPlatformError(), kErrorBufferOverflow);
+  size = needed;
+  ASSERT_TRUE(system_.GetComputerNameW(name, &size));
+  EXPECT_EQ(size + 1, needed) << "without the NUL";
+  EXPECT_EQ(system_.lstrlenW(name), static_cast<INT>(size));
+  EXPECT_EQ(system_.lstrlenW(nullptr), 0);
+}
+
+TEST_F(SystemCalls, ConvertTimesThatExist) {
+  struct Row {
+    SYSTEMTIME time;
+    std::uint64_t ticks;  // 0: there is no such time
+  };
+  const std::vector<Row> table = {{{1601, 1, 1, 1, 0, 0, 0, 1}, 10'000},
+                                  {{1970, 1, 4, 1, 0, 0, 0, 0}, 116'444'736'000'000'000},
+                                  {{2000, 2, 2, 29, 23, 59, 59, 999}, 125'963'423'999'990'000},
+                                  {{2024, 12, 2, 31, 12, 30, 15, 0}, 133'801'218'150'000'000},
+                                  {{30827, 12, 5, 31, 23, 59, 59, 0}, 9'223'149'887'990'000'000},
+                                  {{1900, 2, 0, 29, 0, 0, 0, 0}, 0},
+                                  {{2024, 4, 0, 31, 0, 0, 0, 0}, 0},
+                                  {{2024, 13, 0, 1, 0, 0, 0, 0}, 0},
+                                  {{2024, 1, 0, 1, 24, 0, 0, 0}, 0},
+                                  {{1600, 12, 0, 31, 0, 0, 0, 0}, 0}};
+  for (const Row& row : table) {
+    FILETIME file_time{};
+    const BOOL converted = system_.SystemTimeToFileTime(&row.time, &file_time);
+    ASSERT_EQ(converted != 0, row.ticks != 0) << row.time.wYear << "-" << row.time.wMonth;
+    if (!converted) continue;
+    EXPECT_EQ(std::uint64_t{file_time.dwHighDateTime} << 32 | file_time.dwLowDateTime, row.ticks);
+    SYSTEMTIME back{};
+    EXPECT_TRUE(system_.FileTimeToSystemTime(&file_time, &back));
+    EXPECT_EQ(std::memcmp(&back, &row.time, sizeof back), 0) << row.ticks;
+  }
+  const FILETIME beyond{0, 0x80000000};
+  SYSTEMTIME time;
+  EXPECT_FALSE(system_.FileTimeToSystemTime(&beyond, &time));
+}
+
+TEST_F(SystemCalls, ConvertAutomationDatesBothWays) {
+  struct Row {
+    double date;
+    SYSTEMTIME time;
+    bool exact;  // the time gives this date again
+  };
+  for (const Row& row : std::vector<Row>{{0, {1899, 12, 6, 30, 0, 0, 0, 0}, true},
+                                         {-0.5, {1899, 12, 6, 30, 12, 0, 0, 0}, false},
+                                         {-1.25, {1899, 12, 5, 29, 6, 0, 0, 0}, true},
+                                         {36526.999994, {2000, 1, 6, 1, 23, 59, 59, 0}, false},
+                                         {40000.123456, {2009, 7, 1, 6, 2, 57, 47, 0}, false},
+                                         {25569, {1970, 1, 4, 1, 0, 0, 0, 0}, true},
+                                         {2958465, {9999, 12, 5, 31, 0, 0, 0, 0}, true},
+                                         {-657434, {100, 1, 5, 1, 0, 0, 0, 0}, true}}) {
+    SYSTEMTIME time{};
+    EXPECT_TRUE(system_.VariantTimeToSystemTime(row.date, &time));
+    EXPECT_EQ(std::memcmp(&time, &row.time, sizeof time), 0) << row.date;
+    double date = 0;
+    EXPECT_TRUE(system_.SystemTimeToVariantTime(&row.time, &date));
+    if (row.exact) {
+      EXPECT_DOUBLE_EQ(date, row.date);
+    }
+  }
+  SYSTEMTIME time{};
+  for (const double date : {2958466.0, -657435.0}) {
+    EXPECT_FALSE(system_.VariantTimeToSystemTime(date, &time)) << date;
+  }
+  // Short years have a century; fields past their range carry over; months and days don't go on for
+  // ever.
+  double date = 0;
+  for (const auto& [fields, expected] :
+       std::vector<std::pair<SYSTEMTIME, double>>{{{29, 1, 0, 1, 0, 0, 0, 0}, 47119},
+                                                  {{30, 1, 0, 1, 0, 0, 0, 0}, 10959},
+                                                  {{2000, 2, 0, 30, 0, 0, 0, 0}, 36586},
+                                                  {{2000, 1, 0, 1, 24, 0, 0, 0}, 36527},
+                                                  {{2000, 1, 0, 1, 0, 0, 0, 900}, 36526}}) {
+    EXPECT_TRUE(system_.SystemTimeToVariantTime(&fields, &date));
+    EXPECT_DOUBLE_EQ(date, expected) << fields.wYear;
+  }
+  for (const SYSTEMTIME& fields : std::vector<SYSTEMTIME>{{2000, 13, 0, 1, 0, 0, 0, 0},
+                                                          {2000, 4, 0, 32, 0, 0, 0, 0},
+                                                          {10000, 1, 0, 1, 0, 0, 0, 0}}) {
+    EXPECT_FALSE(system_.SystemTimeToVariantTime(&fields, &date)) << fields.wYear;
+  }
+}
+
+TEST_F(SystemCalls, ShiftTimesByTheBiasInForce) {
+  TIME_ZONE_INFORMATION zone{};
+  const DWORD part = system_.GetTimeZoneInformation(&zone);
+  ASSERT_LE(part, kTimeZoneIdDaylight);
+  LONG bias = zone.Bias;
+  if (part == kTimeZoneIdStandard) bias += zone.StandardBias;
+  if (part == kTimeZoneIdDaylight) bias += zone.DaylightBias;
+  const FILETIME utc{0x12345678, 0x01D00000};
+  FILETIME local{};
+  EXPECT_TRUE(system_.FileTimeToLocalFileTime(&utc, &local));
+  const auto ticks = [](const FILETIME& time) {
+    return static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime);
+  };
+  EXPECT_EQ(ticks(utc) - ticks(local), bias * std::int64_t{600'000'000});
+}
+
+TEST_F(SystemCalls, ConvertBytesOfACodePage) {
+  WCHAR wide[16] = {};
+  const char western[] = "a\x80\xE9";
+  EXPECT_EQ(system_.MultiByteToWideChar(1252, 0, western, -1, nullptr, 0), 4);
+  EXPECT_EQ(system_.MultiByteToWideChar(1252, 0, western, -1, wide, 16), 4);
+  EXPECT_EQ(Text(wide), u"a\u20ac\u00e9");
+  EXPECT_EQ(system_.MultiByteToWideChar(kCodePageUtf8, 0, "\xC3\xA9", 2, wide, 16), 1);
+  EXPECT_EQ(wide[0], u'\u00e9');
+  struct Row {
+    UINT page;
+    DWORD flags;
+    const char* bytes;
+    INT size, room;
+    DWORD error;
+  };
+  for (const Row& row : std::vector<Row>{
+           {kCodePageAnsi, 0, "abc", 3, 2, kErrorInsufficientBuffer},
+           {kCodePageAnsi, 0, "abc", 0, 2, kErrorInvalidParameter},
+           {4711, 0, "abc", 3, 9, kErrorInvalidParameter},
+           {kCodePageAnsi, 0x4000000, "abc", 3, 9, kErrorInvalidFlags},
+           {kCodePageUtf8, kMultiByteErrInvalidChars, "a\xFF", 2, 9, kErrorNoUnicodeTranslation}}) {
+    EXPECT_EQ(system_.MultiByteToWideChar(row.page, row.flags, row.bytes, row.size, wide, row.room),
+              0);
+    EXPECT_EQ(LastPlatformError(), row.error) << row.page << " " << row.size;
+  }
+}
+
+TEST_F(SystemCalls, HandOutTaskMemory) {
+  const TaskMemory<char> memory(system_, static_cast<char*>(system_.CoTaskMemAlloc(16)));
+  ASSERT_TRUE(memory);
+  std::memset(memory.Get(), 1, 16);
+  system_.CoTaskMemFree(nullptr);
+  EXPECT_FALSE(system_.ModuleFolder().empty());
+  EXPECT_NE(system_.ModuleFolder().back(), u'\\');
+}
+
+class TimerCalls : public Contract {
+ protected:
+  static void VELDMARK_CALLBACK Count(HWND, UINT message, UINT_PTR id, DWORD) {
+    EXPECT_EQ(message, kMessageTimer);
+    ++fired;
+    last = id;
+  }
+  static inline int fired = 0;
+  static inline UINT_PTR last = 0;
+};
+
+TEST_F(TimerCalls, FireOutOfTheMessageLoopUntilTheyAreKilled) {
+  Timers& timers = platform_.timers;
+  fired = 0;
+  const UINT_PTR quick = timers.SetTimer(nullptr, 0, 20, &Count);
+  const UINT_PTR slow = timers.SetTimer(nullptr, 0, 600'000, &Count);
+  ASSERT_NE(quick, 0u);
+  EXPECT_NE(quick, slow);
+  world_->LetPass(200);
+  EXPECT_EQ(fired, 0) << "nobody has dispatched";
+  timers.DoEvents();
+  EXPECT_EQ(fired, 1) << "what is due several times fires once";
+  EXPECT_EQ(last, quick);
+  world_->LetPass(200);
+  timers.DoEvents();
+  EXPECT_EQ(fired, 2);
+  EXPECT_EQ(timers.SetTimer(nullptr, quick, 600'000, &Count), quick) << "set anew";
+  world_->LetPass(200);
+  timers.DoEvents();
+  EXPECT_EQ(fired, 2);
+  EXPECT_TRUE(timers.KillTimer(nullptr, quick));
+  EXPECT_FALSE(timers.KillTimer(nullptr, quick));
+  EXPECT_TRUE(timers.KillTimer(nullptr, slow));
+}
+
+class NetworkCalls : public Contract {};
+
+TEST_F(NetworkCalls, NameTheNetworkPathOfRedirectedDrivesOnly) {
+  DWORD size = 0;
+  const auto ask = [&](LPCWSTR path, DWORD level) {
+    return platform_.network_provider.WNetGetUniversalNameW(path, level, nullptr, &size);
+  };
+  EXPECT_EQ(ask(u"C:\\", kUniversalNameInfoLevel), kErrorNotConnected);
+  EXPECT_EQ(ask(u"nonsense", kUniversalNameInfoLevel), kErrorBadDevice);
+  EXPECT_EQ(ask(u"C:\\", 7), kErrorInvalidLevel);
+}
+
+}  // namespace
+}  // namespace veldmark
