@@ -5,14 +5,22 @@
 #include <objbase.h>
 #include <oleauto.h>
 
+#include "platform/operations/ErrorCodes.h"
 #include "platform/windows/Recorded.h"
 #include "platform/windows/Sdk.h"
+#include "platform/windows/WineDifferences.h"
 
 namespace veldmark {
 namespace {
 
 // Lies in the library, or in the program that this is linked into.
 constexpr char kAddressInModule = 0;
+
+// Wine takes February 29 for a day of every year.
+bool DayExists(const SYSTEMTIME& time) {
+  const bool leap = time.wYear % 4 == 0 && (time.wYear % 100 != 0 || time.wYear % 400 == 0);
+  return time.wMonth != 2 || time.wDay <= 28 || leap;
+}
 
 }  // namespace
 
@@ -37,6 +45,10 @@ BOOL WindowsSystem::FileTimeToSystemTime(const FILETIME* file_time, SYSTEMTIME* 
 }
 
 BOOL WindowsSystem::SystemTimeToFileTime(const SYSTEMTIME* system_time, FILETIME* file_time) {
+  if (RunsUnderWine() && !DayExists(*system_time)) {
+    SetLastPlatformError(kErrorInvalidParameter);
+    return 0;
+  }
   return Recorded([&] { return ::SystemTimeToFileTime(Sdk(system_time), Sdk(file_time)); });
 }
 
@@ -45,8 +57,10 @@ INT WindowsSystem::VariantTimeToSystemTime(double variant_time, SYSTEMTIME* syst
 }
 
 INT WindowsSystem::SystemTimeToVariantTime(const SYSTEMTIME* system_time, double* variant_time) {
-  return Recorded(
-      [&] { return ::SystemTimeToVariantTime(SdkReadOnly(system_time), variant_time); });
+  SYSTEMTIME time = *system_time;
+  // Wine counts two digits as 1950 to 2049; published are 1930 to 2029.
+  if (RunsUnderWine() && time.wYear >= 30 && time.wYear < 50) time.wYear += 1900;
+  return Recorded([&] { return ::SystemTimeToVariantTime(Sdk(&time), variant_time); });
 }
 
 std::u16string WindowsSystem::ModuleFolder() {
