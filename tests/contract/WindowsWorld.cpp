@@ -87,6 +87,8 @@ class WindowsWorld final : public World {
         {Trait::InvalidCharacters, "Wine looks for such names and finds none"},
         {Trait::VerbatimLongForms, "Wine normalises the pattern of a listing"},
         {Trait::FilesAsFolders, "Wine doesn't tell a file in a folder's place"},
+        {Trait::ListedFoldersStay, "Wine reads a listing at once and lets go of the folder"},
+        {Trait::CreationTimes, "Wine takes the host's time of the last change for it"},
         {Trait::NetworkMessages, "Wine has no netmsg.dll"},
         {Trait::PublishedTexts, "Wine's texts are worded by itself"},
     };

@@ -23,6 +23,8 @@ enum class Trait {
   FilesAsFolders,     // a listing tells a file in the folder's place from a missing folder
   MissingDrives,      // a path on a missing drive is a missing path
   MissingServers,     // a path on a missing server is a missing network path
+  ListedFoldersStay,  // a folder isn't removed while it is listed
+  CreationTimes,      // a change leaves the time of creation alone
   NetworkMessages,    // netmsg.dll has its texts
   PublishedTexts,     // the system's texts are the published English ones
 };
