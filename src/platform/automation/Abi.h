@@ -57,20 +57,25 @@ Ref<Object> Read(RawObject object);
 
 RawVariant HandOutVariant(const Variant& value);
 void Free(RawVariant& value) noexcept;
-/// Raises 458 for a type that the library doesn't know, 13 for an array it can't read.
+/// By-reference values are read through. Raises 458 for a type that the library doesn't know, and
+/// `kNullPointer` for a reference to nowhere.
 Variant Read(const RawVariant& value);
+/// Replaces a value; a by-reference one is written through and keeps its type. Raises 13 or 6 where
+/// the new value doesn't convert, 10 for an array in use.
+void Assign(RawVariant& raw, const Variant& value);
 
 RawArray HandOutArray(const ByteArray& array);
 RawArray HandOutArray(const LongArray& array);
 RawArray HandOutArray(const TextArray& array);
 void FreeArray(RawArray array) noexcept;
-/// A null array reads as an empty one; another element type raises 13.
+/// A null array reads as an empty one, the elements of a variant array convert; another element
+/// type raises 13.
 void Read(RawArray raw, ByteArray& array);
 void Read(RawArray raw, LongArray& array);
 void Read(RawArray raw, TextArray& array);
 
-/// Reports the exception being handled as the error of a call on `self` and returns the call's
-/// failure code.
+/// Reports the exception being handled as the error of a call on `self`, with error information
+/// for the thread, and returns the call's failure code.
 std::int32_t Fail(const Object& self) noexcept;
 
 }  // namespace veldmark::abi

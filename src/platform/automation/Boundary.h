@@ -64,13 +64,28 @@ struct Boundary<Variant> {
   static Variant ToVariant(Variant value) { return value; }
 };
 
+/// A script's array, whose elements are variants, converts element by element.
 template <class T, BoundaryType kType>
 struct ArrayBoundary {
   static TypeReference Type() { return {.type = kType}; }
   static T FromVariant(const Variant& value) {
-    const Variant plain = value.Dereferenced();
-    if (const T* array = plain.If<T>()) return *array;
-    Raise(runtime_error::kTypeMismatch);
+    const Variant* plain = &value;
+    while (const Reference* reference = plain->If<Reference>()) {
+      Variant* const* next = std::get_if<Variant*>(reference);
+      if (!next) Raise(runtime_error::kTypeMismatch);
+      plain = *next;
+    }
+    if (const T* array = plain->If<T>()) return *array;
+    const VariantArray* loose = plain->If<VariantArray>();
+    if (!loose) Raise(runtime_error::kTypeMismatch);
+    T array;
+    array.bounds = loose->bounds;
+    array.elements.reserve(loose->elements.size());
+    for (const Variant& element : loose->elements) {
+      array.elements.push_back(
+          Boundary<typename decltype(array.elements)::value_type>::FromVariant(element));
+    }
+    return array;
   }
   static Variant ToVariant(T value) { return Variant(std::move(value)); }
 };

@@ -19,17 +19,18 @@ void NameParameters(std::vector<Parameter>& parameters, ParameterNames names) {
 
 namespace declaration {
 
-void Append(Interface& table, Member member, ParameterNames names) {
+void Append(Interface& table, Member member, TextView name, TextView help, ParameterNames names) {
+  member.name = name;
+  member.help = help;
   NameParameters(member.parameters, names);
-  const Text key = LowerAscii(member.name);
   const auto next = static_cast<std::int32_t>(table.ids.size() + 1);
-  member.id = table.ids.try_emplace(key, next).first->second;
+  member.id = table.ids.try_emplace(member.name, next).first->second;
   table.members.push_back(std::move(member));
 }
 
 void Renumber(Interface& table, std::int32_t id) {
   Member& latest = table.members.back();
-  table.ids[LowerAscii(latest.name)] = id;
+  table.ids[latest.name] = id;
   latest.id = id;
 }
 

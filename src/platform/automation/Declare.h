@@ -25,6 +25,15 @@ using ParameterNames = std::initializer_list<ParameterName>;
 
 namespace declaration {
 
+template <class T>
+T ReadArgument(const Variant& argument) {
+  try {
+    return Boundary<T>::FromVariant(argument);
+  } catch (...) {
+    RaiseArgumentError(argument);
+  }
+}
+
 template <class Constant, class Class, class Result, class... P>
 struct LateBound {
   static Variant Invoke(Object& self, std::span<Variant> arguments) {
@@ -37,7 +46,7 @@ struct LateBound {
                             std::index_sequence<I...>) {
     using Form = MemberForm<Constant::value>;
     [[maybe_unused]] std::tuple<typename ParameterForm<P>::Value...> values{
-        Boundary<typename ParameterForm<P>::Value>::FromVariant(arguments[I])...};
+        ReadArgument<typename ParameterForm<P>::Value>(arguments[I])...};
     [[maybe_unused]] const auto write_back = [&] {
       (WriteBack<P>(arguments[I], std::get<I>(values)), ...);
     };
@@ -58,10 +67,15 @@ struct LateBound {
     return result;
   }
 
+  // What the member left as it was stays as the caller typed it. A fresh variable takes the
+  // parameter's type all the same: an object's then holds Nothing.
   template <class Q>
-  static void WriteBack(Variant& argument, typename ParameterForm<Q>::Value& value) {
+  static void WriteBack([[maybe_unused]] Variant& argument,
+                        [[maybe_unused]] typename ParameterForm<Q>::Value& value) {
     if constexpr (ParameterForm<Q>::kByReference) {
-      argument.Assign(Boundary<typename ParameterForm<Q>::Value>::ToVariant(value));
+      using Form = Boundary<typename ParameterForm<Q>::Value>;
+      const bool fresh = argument.Type() == VariantType::kEmpty;
+      if (fresh || !(Form::FromVariant(argument) == value)) argument.Assign(Form::ToVariant(value));
     }
   }
 };
@@ -76,7 +90,7 @@ struct FieldForm<kField> {
 
 /// Adds the next slot. Identifiers count from 1 in the order of the names; a put takes that of its
 /// get.
-void Append(Interface& table, Member member, ParameterNames names);
+void Append(Interface& table, Member member, TextView name, TextView help, ParameterNames names);
 /// Gives the latest member a fixed identifier.
 void Renumber(Interface& table, std::int32_t id);
 
@@ -142,8 +156,6 @@ class Declare {
   void Add(MemberKind kind, TextView name, TextView help, ParameterNames names) {
     using Form = MemberForm<kMember>;
     Member member;
-    member.name = name;
-    member.help = help;
     member.kind = kind;
     member.parameters = Form::Parameters();
     member.result = Form::ResultType();
@@ -151,7 +163,7 @@ class Declare {
 #ifdef _WIN32
     member.thunk = reinterpret_cast<Member::Thunk>(&Form::template Apply<Thunk, kMember>::Call);
 #endif
-    declaration::Append(table_, std::move(member), names);
+    declaration::Append(table_, std::move(member), name, help, names);
   }
   Declare&& Id(std::int32_t id) && {
     declaration::Renumber(table_, id);

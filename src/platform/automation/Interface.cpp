@@ -1,10 +1,30 @@
 #include "platform/automation/Interface.h"
 
-#include "platform/automation/Error.h"
+#include <algorithm>
 
 namespace veldmark {
+namespace {
+
+char16_t Lowered(char16_t unit) {
+  return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
+}
+
+}  // namespace
+
+std::size_t MemberNameHash::operator()(TextView name) const noexcept {
+  std::uint32_t hash = 2166136261u;  // FNV-1a
+  for (const char16_t unit : name) hash = (hash ^ Lowered(unit)) * 16777619u;
+  return hash;
+}
+
+bool MemberNameEqual::operator()(TextView left, TextView right) const noexcept {
+  return std::ranges::equal(left, right, {}, Lowered, Lowered);
+}
+
+void RaiseArgumentError(const Variant& argument) { throw ArgumentError(CurrentError(), argument); }
+
 std::int32_t Interface::IdOf(TextView member_name) const {
-  const auto found = ids.find(LowerAscii(member_name));
+  const auto found = ids.find(member_name);
   return found == ids.end() ? kUnknownMember : found->second;
 }
 

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/automation/Error.h"
 #include "platform/automation/Identity.h"
 #include "platform/automation/Object.h"
 #include "platform/automation/Variant.h"
@@ -102,6 +103,18 @@ struct Enumeration {
   Identity EnumerationIdentity() const { return IdentityOf("enumeration " + ToUtf8(name)); }
 };
 
+/// Member identifiers by name. Names compare without regard to ASCII case and are looked up as
+/// they come, without a copy.
+struct MemberNameHash {
+  using is_transparent = void;
+  std::size_t operator()(TextView name) const noexcept;
+};
+struct MemberNameEqual {
+  using is_transparent = void;
+  bool operator()(TextView left, TextView right) const noexcept;
+};
+using MemberIds = std::unordered_map<Text, std::int32_t, MemberNameHash, MemberNameEqual>;
+
 /// The identifiers with a fixed meaning.
 inline constexpr std::int32_t kDefaultMember = 0;
 inline constexpr std::int32_t kPropertyPutArgument = -3;
@@ -115,8 +128,7 @@ struct Interface {
   std::vector<Member> members;
   const EventInterface* events = nullptr;
   Ref<Object> (*create)() = nullptr;
-  /// Member identifiers by name, the name in lower case.
-  std::unordered_map<Text, std::int32_t> ids;
+  MemberIds ids;
 
   Text InterfaceName() const { return u"_" + name; }
   Text ProgramIdentity() const { return u"Veldmark2." + name; }
@@ -129,6 +141,19 @@ struct Interface {
   /// `MemberKind` values); null when there is none.
   const Member* Find(std::int32_t id, std::uint16_t kinds) const;
 };
+
+/// What `Member::invoke` raises for an argument that doesn't convert to its parameter's type, with
+/// the error of the conversion.
+class ArgumentError : public AutomationError {
+ public:
+  ArgumentError(AutomationError error, const Variant& refused)
+      : AutomationError(std::move(error)), argument(&refused) {}
+
+  const Variant* argument;  ///< where it stands in the call's arguments
+};
+
+/// Raises the error being handled as that of converting `argument`.
+[[noreturn]] void RaiseArgumentError(const Variant& argument);
 
 /// Calls a member late-bound. `arguments` are positional, `Variant::Missing()` standing for one
 /// left out; a property put has the value last. Raises what the member raises, 438, 449 or 450 for

@@ -9,7 +9,7 @@
 namespace veldmark {
 
 /// The raw form of a value at an early-bound call: `Read` converts an argument, `HandOut` makes
-/// what the receiver owns, `Free` ends a raw value that is about to be replaced.
+/// what the receiver owns, `Free` ends a raw value.
 template <class T>
 struct RawForm;
 
@@ -58,7 +58,7 @@ struct RawForm<Text> {
 template <>
 struct RawForm<Variant> {
   using Raw = abi::RawVariant;
-  static Variant Read(const Raw& raw) { return abi::Read(raw).Dereferenced(); }
+  static Variant Read(const Raw& raw) { return abi::Read(raw); }
   static Raw HandOut(const Variant& value) { return abi::HandOutVariant(value); }
   static void Free(Raw& raw) { abi::Free(raw); }
 };
@@ -108,6 +108,7 @@ struct ThunkBody {
                               [[maybe_unused]] std::tuple<RawParameter<P>...>& raw,
                               std::index_sequence<I...>) noexcept {
     if ((IsNull<P>(std::get<I>(raw)) || ...)) return abi::kNullPointer;
+    const Ref<Object> keep_alive(&self);  // a listener may let go of it in the middle of the call
     try {
       [[maybe_unused]] std::tuple<typename ParameterForm<P>::Value...> values{
           Read<P>(std::get<I>(raw))...};
@@ -126,6 +127,10 @@ struct ThunkBody {
       write_back();
       return abi::kOk;
     } catch (...) {
+      if constexpr (!std::is_void_v<Result>) {
+        RawForm<Result>::Free(*result);
+        *result = RawResult{};
+      }
       return abi::Fail(self);
     }
   }
@@ -151,10 +156,14 @@ struct ThunkBody {
   static void WriteBack([[maybe_unused]] RawParameter<Q>& raw,
                         [[maybe_unused]] const typename ParameterForm<Q>::Value& value) {
     if constexpr (ParameterForm<Q>::kByReference) {
-      using Value = RawForm<typename ParameterForm<Q>::Value>;
-      auto fresh = Value::HandOut(value);
-      Value::Free(*raw);
-      *raw = fresh;
+      using Value = typename ParameterForm<Q>::Value;
+      if (RawForm<Value>::Read(*raw) == value) return;
+      if constexpr (std::is_same_v<Value, Variant>) {
+        abi::Assign(*raw, value);
+      } else {
+        auto old = std::exchange(*raw, RawForm<Value>::HandOut(value));
+        RawForm<Value>::Free(old);
+      }
     }
   }
 };

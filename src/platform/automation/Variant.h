@@ -86,7 +86,10 @@ class Variant {
   static constexpr VariantType kTypeOf = static_cast<VariantType>(kAlternative<T, Storage>);
 
   VariantType Type() const { return static_cast<VariantType>(storage_.index()); }
-  bool IsMissing() const { return *this == Missing(); }
+  bool IsMissing() const {
+    const Status* status = If<Status>();
+    return status && status->code == Status::kParameterNotFound;
+  }
   template <class T>
   const T* If() const {
     return std::get_if<T>(&storage_);
