@@ -1,0 +1,133 @@
+#include <cstring>
+
+#include "storage/StorageFixture.h"
+
+namespace veldmark {
+namespace {
+
+using Paths = StorageTest;
+
+TEST_F(Paths, LoseTheirLongFormExactlyAsWritten) {
+  const std::pair<TextView, TextView> cases[] = {
+      {u"\\\\?\\UNC\\SRV\\S\\f", u"\\\\SRV\\S\\f"},
+      {u"\\\\?\\unc\\SRV\\S", u"unc\\SRV\\S"},
+      {u"\\\\?\\C:\\f", u"C:\\f"},
+      {u"C:\\f", u"C:\\f"},
+      {u"\\\\SRV\\S", u"\\\\SRV\\S"},
+      {u"UNC", u"\\"},
+      {u"UNCLE\\x", u"\\LE\\x"},
+      {u"\\\\?\\", u""},
+      {u"\\\\?\\\\\\?\\C:\\f", u"\\\\?\\C:\\f"},
+      {u"", u""},
+      {TextView(u"\\\\?\\C:\\a\0b", 10), TextView(u"C:\\a\0b", 6)},
+  };
+  for (const auto& [given, plain] : cases) {
+    EXPECT_EQ(Engine().StripLongPathChars(Text(given)), plain);
+    const auto file = Make<CFile>();
+    file->PutPath(Text(given));
+    EXPECT_EQ(file->Path(), plain);
+    const auto folder = Make<CFolder>();
+    Call(*folder, u"Path", MemberKind::kPut, {Variant(given)});
+    EXPECT_EQ(PathOf(*folder), plain);
+  }
+}
+
+TEST_F(Paths, NameTheComputerThatTheyLieOn) {
+  const std::pair<const char16_t*, const char16_t*> cases[] = {
+      {u"\\\\srv\\share\\x", u"SRV"},
+      {u"\\\\srv", u"SRV"},
+      {u"\\\\", u""},
+      {u"\\\\\\x", u""},
+      {u"c:\\x", u"LOCALHOST"},
+      {u"x", u"LOCALHOST"},
+      {u"\\x\\y", u"LOCALHOST"},
+      {u"", u""},
+  };
+  for (const auto& [path, server] : cases) {
+    EXPECT_EQ(Engine().GetServerNameFromPath(path), server) << ToUtf8(path);
+  }
+  faults().FailEvery("GetComputerNameW", 5);
+  EXPECT_EQ(Engine().GetServerNameFromPath(u"c:\\x"), u"(UNKNOWN)");
+}
+
+/// A provider that answers with a name of any shape.
+class OddProvider final : public NetworkProvider {
+ public:
+  DWORD WNetGetUniversalNameW(LPCWSTR, DWORD, void* buffer, DWORD* size) override {
+    if (!buffer) {
+      *size = static_cast<DWORD>(sizeof(UNIVERSAL_NAME_INFOW) + 2 * (name.size() + 1));
+      return first_status;
+    }
+    auto* const text = static_cast<char*>(buffer) + sizeof(UNIVERSAL_NAME_INFOW);
+    std::memcpy(text, name.c_str(), 2 * (name.size() + 1));
+    static_cast<UNIVERSAL_NAME_INFOW*>(buffer)->lpUniversalName = reinterpret_cast<LPWSTR>(text);
+    return second_status;
+  }
+  Text name;
+  DWORD first_status = 234;
+  DWORD second_status = 0;
+};
+
+TEST(MappedDrives, GiveTheirShareAndAReadableNameForIt) {
+  struct Case {
+    const char16_t* name;
+    const char16_t* volume;
+  };
+  const Case cases[] = {
+      {u"\\\\srv\\share\\", u"Share on 'Srv'"},
+      {u"\\\\SRV\\COMMON FILES\\", u"Common Files on 'Srv'"},
+      {u"\\\\srv\\share\\sub\\", u"Share\\sub on 'Srv'"},
+      {u"\\\\srv\\share", u"Shar on 'Srv'"},
+      {u"\\\\srv\\", u" on 'Srv'"},
+      {u"\\\\srv", u" on 'Srv'"},
+      {u"\\\\\\share\\", u"Share on ''"},
+      {u"\\", u" on ''"},
+      {u"", u" on ''"},
+  };
+  simulated::SimulatedPlatform simulated;
+  OddProvider provider;
+  const Platform whole = simulated.platform();
+  Platform mixed{whole.files, provider, whole.messages, whole.registry, whole.system, whole.timers};
+  Apartment::Start(mixed);
+  for (const Case& c : cases) {
+    provider.name = c.name;
+    Text volume, share;
+    Engine().GetUNCPath(u"Z", volume, share);
+    EXPECT_EQ(share, c.name);
+    EXPECT_EQ(volume, c.volume) << ToUtf8(c.name);
+  }
+  struct Failure {
+    DWORD first, second;
+    std::int32_t raised;
+  };
+  for (const Failure& c : {Failure{2250, 0, 0}, {0, 0, 0}, {234, 1222, 1222}, {234, 234, 234}}) {
+    provider.first_status = c.first;
+    provider.second_status = c.second;
+    Text volume = u"kept", share = u"too";
+    EXPECT_EQ(ErrorOf([&] { Engine().GetUNCPath(u"Z", volume, share); }), c.raised);
+    EXPECT_EQ(volume + share, u"kepttoo");
+  }
+  Apartment::End();
+}
+
+TEST_F(Paths, OfAnyLengthAndContentReachThePlatform) {
+  const Text too_long = u"C:\\" + Text(40'000, u'n');
+  Text deep = u"C:\\D";
+  for (int i = 0; i < 6'000; ++i) deep += u"\\n";
+  for (const Text& path : {too_long, deep, deep + deep + deep + deep}) {
+    EXPECT_NE(ErrorOf([&] { Engine().GetFolder(path); }), 0);
+    EXPECT_NE(ErrorOf([&] { Engine().GetFile(path); }), 0);
+    EXPECT_NE(ErrorOf([&] { Engine().GetPathNames(path, true, true, false); }), 0);
+    const auto folder = Make<CFolder>();
+    folder->PutPath(path);
+    EXPECT_EQ(folder->Path(), path);
+    EXPECT_FALSE(folder->CreateSubFolder(u"s"));
+  }
+  // The platform reads up to the NUL; the object keeps what it was given.
+  const Text with_nul(u"C:\\D\\a\0.txt", 11);
+  EXPECT_EQ(Engine().GetFile(with_nul)->Path(), with_nul + u"a");
+  EXPECT_EQ(PathsIn(Engine().GetFiles(Text(u"C:\\D\0", 5))), "");
+}
+
+}  // namespace
+}  // namespace veldmark

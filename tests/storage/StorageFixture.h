@@ -1,0 +1,84 @@
+#pragma once
+
+#include "collections/CFiles.h"
+#include "collections/CFolders.h"
+#include "collections/CPathNames.h"
+#include "frame/CStatus.h"
+#include "frame/CSupport.h"
+#include "frame/Support.h"
+#include "platform/automation/Conversion.h"
+#include "platform/automation/Events.h"
+#include "platform/automation/Interface.h"
+#include "security/CSecurityDescriptor.h"
+#include "storage/CFile.h"
+#include "storage/CFolder.h"
+#include "storage/CPathName.h"
+#include "support/FaultSweep.h"
+#include "support/Listener.h"
+
+namespace veldmark {
+
+inline Text PathOf(Object& object) { return ToText(Call(object, u"Path", MemberKind::kGet)); }
+
+/// The paths in a list, a blank before each; "Nothing" without a list.
+template <class List>
+std::string PathsIn(const Ref<List>& list) {
+  if (!list) return "Nothing";
+  std::string paths;
+  for (std::int32_t i = 1; i <= list->Count(); ++i) {
+    paths += " " + ToUtf8(PathOf(*list->ItemByIndex(i)));
+  }
+  return paths;
+}
+
+/// The number of the error that `action` raises; 0 for none.
+template <class Action>
+std::int32_t ErrorOf(Action&& action) {
+  try {
+    action();
+    return 0;
+  } catch (const AutomationError& error) {
+    return error.number;
+  }
+}
+
+/// A few folders on this computer and on another.
+class StorageWorld : public SimulatedApartment {
+ public:
+  StorageWorld() {
+    local().AddFile(u"C:\\D\\a", "alpha");
+    local().AddFile(u"C:\\D\\b");
+    local().AddFile(u"C:\\D\\o\\inner");
+    local().AddFolder(u"C:\\D\\x");
+    local().AddFolder(u"C:\\Empty");
+    local().AddFile(u"C:\\Secret\\s");
+    local().Find(u"C:\\Secret")->DenyList();
+    local().AddDrive(u'E');
+    local().AddFile(u"E:\\one");
+    simulated::Computer& server = estate().AddComputer(u"SRV");
+    server.AddDrive(u'C');
+    server.AddFile(u"C:\\Shared\\Deep\\f");
+    server.AddShare(u"Share", u"C:\\Shared");
+  }
+
+  /// Minutes from local time to universal time.
+  void SetBias(LONG minutes) {
+    TIME_ZONE_INFORMATION zone{};
+    zone.Bias = minutes;
+    estate().SetTimeZone(zone, kTimeZoneIdStandard);
+  }
+};
+
+/// A test in that world; it fails when an object or a handle outlives it.
+class StorageTest : public testing::Test, protected StorageWorld {
+ protected:
+  void TearDown() override {
+    for (const Counter counter : {Counter::kFile, Counter::kFiles, Counter::kFolder,
+                                  Counter::kFolders, Counter::kPathName, Counter::kPathNames}) {
+      EXPECT_EQ(Apartment::Current().counters[counter], 0) << static_cast<int>(counter);
+    }
+    EXPECT_EQ(ledger().Report(), "");
+  }
+};
+
+}  // namespace veldmark
