@@ -1,5 +1,6 @@
 #include "model/IdlWriter.h"
 
+#include <algorithm>
 #include <limits>
 #include <stdexcept>
 
@@ -143,6 +144,34 @@ std::string EnumerationText(const Enumeration& table) {
   return text + "  } " + ToUtf8(table.name) + ";\n";
 }
 
+std::string HeaderLine(const std::string& line) {
+  return "  cpp_quote(" + Quoted(FromUtf8(line)) + ")\n";
+}
+
+/// All enumerations, arranged for the header that C++ clients make of the definitions: some values
+/// bear names that the platform's headers give to macros or to values of their own.
+std::string EnumerationsText() {
+  std::string before;
+  std::string after;
+  std::string names;
+  std::string text;
+  for (const Enumeration* table : Enumerations()) {
+    for (const Enumeration::Value& value : table->values) {
+      const std::string name = ToUtf8(value.name);
+      if (std::ranges::any_of(name, [](char c) { return c >= 'a' && c <= 'z'; })) continue;
+      before += HeaderLine("#pragma push_macro(\"" + name + "\")") + HeaderLine("#undef " + name);
+      after += HeaderLine("#pragma pop_macro(\"" + name + "\")");
+    }
+    names += HeaderLine("using Veldmark2::" + ToUtf8(table->name) + ";");
+    text += EnumerationText(*table) + "\n";
+  }
+  const auto for_cpp = [](const std::string& lines) {
+    return HeaderLine("#ifdef __cplusplus") + lines + HeaderLine("#endif");
+  };
+  return before + for_cpp(HeaderLine("namespace Veldmark2 {")) + "\n" + text +
+         for_cpp(HeaderLine("}") + names) + after;
+}
+
 std::string InterfaceText(const Interface& table) {
   std::string text = "  [object, " + Uuid(table.InterfaceIdentity()) +
                      ", dual, oleautomation, nonextensible, hidden,\n   helpstring(" +
@@ -195,7 +224,7 @@ std::string IdlText() {
     text += "\n  interface " + ToUtf8(table->InterfaceName()) + ";";
   }
   text += "\n";
-  for (const Enumeration* table : Enumerations()) text += "\n" + EnumerationText(*table);
+  if (!Enumerations().empty()) text += "\n" + EnumerationsText();
   for (const Interface* table : ObjectModel()) text += "\n" + InterfaceText(*table);
   for (const EventInterface* table : EventInterfaces()) text += "\n" + EventInterfaceText(*table);
   for (const Interface* table : ObjectModel()) text += "\n" + ClassText(*table);
