@@ -1,0 +1,161 @@
+#include "platform/simulated/EstateFile.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/operations/Registry.h"
+
+namespace veldmark::simulated {
+namespace {
+
+// A description with one computer, with these members in it and these beside the list of computers.
+std::string Described(const std::string& members, const std::string& beside = "") {
+  return "{" + beside + (beside.empty() ? "" : ", ") + R"("computers": [{"name": "HARBOUR")" +
+         (members.empty() ? "" : ", ") + members + "}]}";
+}
+
+std::string Drive(const std::string& children) {
+  return R"("drives": {"C:": {"children": [)" + children + "]}}";
+}
+
+TEST(EstateFile, DescribesComputersDrivesAndFiles) {
+  Estate estate = ReadEstate(
+      Described(Drive(R"({"name": "Data", "attributes": ["hidden"], "denied": ["list", "delete"],
+                "modified": "2001-02-03T04:05:06.5Z", "children": [
+                  {"name": "a long name.txt", "text": "gr\u00fcn", "created": "1999-12-31T23:59:59Z"},
+                  {"name": "raw", "hex": "00 ff", "size": 5000000000, "attributes": []},
+                  {"name": "shut", "locked": true, "shortName": "", "messages": {"7": "seven"}}]})") +
+                    R"(, "shares": [{"name": "D", "path": "C:\\Data"}])",
+                R"("clock": "2020-01-01T00:00:00Z", "user": {"name": "mreed", "sid": "S-1-5-1"},
+         "timeZone": {"bias": 300, "standardName": "East", "daylightBias": -60, "current": "daylight"},
+         "mappedDrives": {"Z:": "\\\\HARBOUR\\D"}, "modules": {"netmsg.dll": null, "x.dll": {"1": "one"}},
+         "messages": {"99999": "ninety"}, "currentFolder": "C:\\Data", "moduleFolder": "C:\\VK")"));
+  const Computer& local = estate.local();
+  EXPECT_EQ(ToUtf8(local.name()), "HARBOUR");
+  EXPECT_EQ(estate.bias(), 240);
+  EXPECT_EQ(Text(estate.time_zone().StandardName), u"East");
+  EXPECT_EQ(estate.now(), 132'223'104'000'000'000u);
+  EXPECT_EQ(estate.mapped_drives().at(u'Z'), u"\\\\HARBOUR\\D");
+  EXPECT_EQ(estate.modules().size(), 1u);
+  EXPECT_EQ(estate.system_messages().at(99999), u"ninety");
+  EXPECT_NE(local.FindShare(u"d"), nullptr);
+  EXPECT_NE(local.FindShare(u"c$"), nullptr);
+  const auto data = local.Find(u"c:\\data");
+  ASSERT_NE(data, nullptr);
+  EXPECT_TRUE(data->list_denied() && data->delete_denied() && !data->write_denied());
+  EXPECT_EQ(data->attributes(), kFileAttributeDirectory | kFileAttributeHidden);
+  EXPECT_EQ(data->written(), 126'256'467'065'000'000u);
+  const auto text = local.Find(u"C:\\Data\\ALONGN~1.TXT");
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(text->size(), 5u);
+  EXPECT_EQ(text->attributes(), kFileAttributeArchive);
+  EXPECT_EQ(text->created(), 125'911'583'990'000'000u);
+  EXPECT_EQ(text->written(), estate.now());
+  const auto raw = local.Find(u"C:\\Data\\raw");
+  EXPECT_EQ(raw->size(), 5'000'000'000u);
+  EXPECT_EQ(raw->attributes(), kFileAttributeNormal);
+  const auto shut = local.Find(u"C:\\Data\\shut");
+  EXPECT_FALSE(shut->CanOpen({.reads = true, .lets_read = true}));
+  EXPECT_EQ(shut->messages()->at(7), u"seven");
+}
+
+TEST(EstateFile, DescribesRegistryValuesOfEveryType) {
+  Estate estate = ReadEstate(Described(R"("registry": {
+      "HKCU": {"values": {"mine": 1}},
+      "HKLM": {"keys": {"SOFTWARE\\Some\\App": {"denied": ["write"], "class": "c", "values": {
+        "": "default", "n": 4294967295, "m": ["a", "b"], "e": {"type": "expand", "text": "%x%"},
+        "q": {"type": "qword", "number": 5}, "b": {"type": "binary", "hex": "0102"},
+        "odd": {"type": "string", "hex": "610062"}}}}}})"));
+  RegistryNode& key = estate.local().local_machine().Key(u"software\\some\\app");
+  EXPECT_TRUE(key.write_denied() && !key.read_denied());
+  struct Row {
+    const char16_t* name;
+    DWORD type;
+    std::vector<std::uint8_t> data;
+  };
+  for (const Row& row : std::vector<Row>{
+           {u"", kRegSz, {'d', 0, 'e', 0, 'f', 0, 'a', 0, 'u', 0, 'l', 0, 't', 0, 0, 0}},
+           {u"N", kRegDword, {255, 255, 255, 255}},
+           {u"m", kRegMultiSz, {'a', 0, 0, 0, 'b', 0, 0, 0, 0, 0}},
+           {u"e", kRegExpandSz, {'%', 0, 'x', 0, '%', 0, 0, 0}},
+           {u"q", kRegQword, {5, 0, 0, 0, 0, 0, 0, 0}},
+           {u"b", kRegBinary, {1, 2}},
+           {u"odd", kRegSz, {'a', 0, 'b'}}}) {
+    const RegistryNode::Value* const value = key.FindValue(row.name);
+    ASSERT_NE(value, nullptr) << ToUtf8(row.name);
+    EXPECT_EQ(value->type, row.type) << ToUtf8(row.name);
+    EXPECT_EQ(value->data, row.data) << ToUtf8(row.name);
+  }
+  EXPECT_NE(estate.current_user().FindValue(u"mine"), nullptr);
+}
+
+TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
+  const std::string drive = "/computers/0/drives/C:/children/0";
+  std::string deep;
+  for (int depth = 0; depth < 300; ++depth) deep += R"({"name": "d", "children": [)";
+  for (int depth = 0; depth < 300; ++depth) deep += "]}";
+  const std::vector<std::pair<std::string, std::string>> table = {
+      {"", "line 1, column 1"},
+      {"{\n  \"computers\": }", "line 2, column 16"},
+      {"[]", ""},
+      {"{}", ""},
+      {R"({"computers": []})", "/computers"},
+      {R"({"computers": {}})", "/computers"},
+      {R"({"computers": [{}]})", "/computers/0"},
+      {R"({"computers": [{"name": 5}]})", "/computers/0/name"},
+      {R"({"computers": [{"name": "A"}, {"name": "a"}]})", "/computers/1/name"},
+      {R"({"computers": [{"name": "A NAME THAT IS TOO LONG"}]})", "/computers/0/name"},
+      {Described(R"("colour": 1)"), "/computers/0/colour"},
+      {Described(R"("a/b~c": 1)"), "/computers/0/a~1b~0c"},
+      {Described(R"("drives": {"CC": {}})"), "/computers/0/drives/CC"},
+      {Described(R"("drives": {"C:": {"type": "tape"}})"), "/computers/0/drives/C:/type"},
+      {Described(R"("shares": [{"name": "x", "path": "C:\\none"}])"), "/computers/0/shares/0/path"},
+      {Described(Drive(R"({"name": "a*b"})")), drive + "/name"},
+      {Described(Drive(R"({"name": ".."})")), drive + "/name"},
+      {Described(Drive(R"({"name": "x"}, {"name": "X"})")),
+       "/computers/0/drives/C:/children/1/name"},
+      {Described(Drive(R"({"name": "x", "size": "big"})")), drive + "/size"},
+      {Described(Drive(R"({"name": "x", "size": -1})")), drive + "/size"},
+      {Described(Drive(R"({"name": "x", "size": 18446744073709551615})")), drive + "/size"},
+      {Described(Drive(R"({"name": "x", "size": 1.5})")), drive + "/size"},
+      {Described(Drive(R"({"name": "x", "text": "long", "size": 1})")), drive + "/size"},
+      {Described(Drive(R"({"name": "x", "hex": "0"})")), drive + "/hex"},
+      {Described(Drive(R"({"name": "x", "children": [], "locked": true})")), drive + "/locked"},
+      {Described(Drive(R"({"name": "x", "attributes": ["pink"]})")), drive + "/attributes/0"},
+      {Described(Drive(R"({"name": "x", "created": "2023-02-29T00:00:00Z"})")), drive + "/created"},
+      {Described(Drive(R"({"name": "x", "created": "2023-02-28T00:00:00.Z"})")),
+       drive + "/created"},
+      {Described(Drive(R"({"name": "x", "messages": {"one": "1"}})")), drive + "/messages/one"},
+      {Described(R"("registry": {"HKLM": {"values": {"v": true}}})"),
+       "/computers/0/registry/HKLM/values/v"},
+      {Described(R"("registry": {"HKLM": {"values": {"v": 1, "V": 2}}})"),
+       "/computers/0/registry/HKLM/values/v"},
+      {Described(R"("registry": {"HKLM": {"values": {"v": 4294967296}}})"),
+       "/computers/0/registry/HKLM/values/v"},
+      {R"({"computers": [{"name": "A"}, {"name": "B", "registry": {"HKCU": {}}}]})",
+       "/computers/1/registry/HKCU"},
+      {Described("", R"("timeZone": {"bias": 9999})"), "/timeZone/bias"},
+      {Described("", R"("mappedDrives": {"Z:": "\\\\srv"})"), "/mappedDrives/Z:"},
+      {Described("", R"("clock": "now")"), "/clock"}};
+  for (const auto& [json, place] : table) {
+    try {
+      ReadEstate(json);
+      ADD_FAILURE() << "accepted: " << json;
+    } catch (const EstateFileError& error) {
+      EXPECT_EQ(error.place(), place) << error.what() << " in " << json;
+    }
+  }
+  EXPECT_THROW(ReadEstate(Described(Drive(deep))), EstateFileError) << "nested too deeply";
+  EXPECT_THROW(ReadEstateFile("/no such file"), EstateFileError);
+}
+
+TEST(EstateFile, OfTheExampleIsSound) {
+  Estate estate = ReadEstateFile(VELDMARK_SOURCE_DIR "/examples/estate.json");
+  EXPECT_EQ(ToUtf8(estate.local().name()), "HARBOUR");
+  EXPECT_NE(estate.ReachComputer(u"LANTERN"), nullptr);
+}
+
+}  // namespace
+}  // namespace veldmark::simulated

@@ -1,0 +1,244 @@
+#include "platform/simulated/SimulatedPlatform.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/operations/ErrorCodes.h"
+#include "platform/operations/Handles.h"
+#include "platform/simulated/FileNames.h"
+
+namespace veldmark::simulated {
+namespace {
+
+class Simulation : public testing::Test {
+ protected:
+  Simulation() : platform_(simulated_.platform()), files_(platform_.files) {
+    Computer& local = simulated_.estate().local();
+    local.AddFile(u"C:\\Data\\a.txt", "alpha");
+    Computer& server = simulated_.estate().AddComputer(u"LANTERN");
+    server.AddDrive(u'D');
+    server.AddFile(u"D:\\Public\\Deep\\b.txt", "beta");
+    server.AddFolder(u"D:\\Secret");
+    server.AddShare(u"Public", u"D:\\Public");
+    server.AddShare(u"Private", u"D:\\Secret", true);
+  }
+
+  // 0, or the code that opening the file for reading fails with.
+  DWORD Read(TextView path) {
+    const FileHandle file(
+        files_, files_.CreateFileW(Text(path).c_str(), kGenericRead, kFileShareRead, nullptr,
+                                   kOpenExisting, 0, nullptr));
+    return file ? 0 : LastPlatformError();
+  }
+
+  // 0, or the code that the first entry of a listing fails with.
+  DWORD List(TextView path) {
+    WIN32_FIND_DATAW data;
+    const FindHandle find(files_, files_.FindFirstFileW(Text(path).c_str(), &data));
+    return find ? 0 : LastPlatformError();
+  }
+
+  SimulatedPlatform simulated_;
+  Platform platform_;
+  FileSystem& files_;
+};
+
+TEST_F(Simulation, ReachesTheFilesOfOtherComputersByTheirShares) {
+  Estate& estate = simulated_.estate();
+  estate.MapDrive(u'z', u"\\\\lantern\\public\\Deep");
+  estate.SetCurrentFolder(u"C:\\Data");
+  Computer& ruin = estate.AddComputer(u"RUIN");
+  ruin.AddDrive(u'C');
+  ruin.SetReachable(false);
+  estate.local().Find(u"C:\\Data")->AddChild(u"closed", true, estate.now())->DenyList();
+  estate.local().AddFile(u"C:\\Data\\closed\\x").DenyRead();
+  estate.local().AddFile(u"C:\\Data\\busy").Locked();
+  const std::vector<std::pair<const char16_t*, DWORD>> reads = {
+      {u"\\\\LANTERN\\Public\\Deep\\b.txt", 0},
+      {u"\\\\?\\UNC\\lantern\\PUBLIC\\deep\\B.TXT", 0},
+      {u"\\\\lantern\\d$\\Public\\Deep\\b.txt", 0},
+      {u"\\\\localhost\\C$\\Data\\a.txt", 0},
+      {u"Z:\\b.txt", 0},
+      {u"a.txt", 0},
+      {u"..\\Data\\.\\a.txt", 0},
+      {u"\\Data\\a.txt", 0},
+      {u"C:a.txt", 0},
+      {u"Z:\\none", 2},
+      {u"\\\\lantern\\nothing\\x", 67},
+      {u"\\\\lantern\\private\\x", 5},
+      {u"\\\\ruin\\c$\\x", 53},
+      {u"\\\\nobody\\c$\\x", 53},
+      {u"C:\\Data\\closed\\x", 5},
+      {u"C:\\Data\\busy", 32}};
+  for (const auto& [path, error] : reads) EXPECT_EQ(Read(path), error) << ToUtf8(path);
+  const std::vector<std::pair<const char16_t*, DWORD>> lists = {{u"\\\\lantern\\public\\*", 0},
+                                                                {u"\\\\lantern\\public", 67},
+                                                                {u"\\\\lantern\\public\\", 2},
+                                                                {u"\\\\nobody\\public", 53},
+                                                                {u"C:\\Data\\closed\\*", 5},
+                                                                {u"C:\\Data\\closed", 0},
+                                                                {u"C:\\Data\\closed\\x", 5},
+                                                                {u"C:\\", 2},
+                                                                {u"Q:\\", 3}};
+  for (const auto& [path, error] : lists) EXPECT_EQ(List(path), error) << ToUtf8(path);
+  EXPECT_EQ(files_.GetDriveTypeW(u"Z:\\"), kDriveRemote);
+  EXPECT_EQ(files_.GetDriveTypeW(u"\\\\lantern\\public\\"), kDriveRemote);
+  EXPECT_FALSE(files_.RemoveDirectoryW(u"C:\\Data"));
+  EXPECT_EQ(LastPlatformError(), kErrorSharingViolation) << "the current folder";
+
+  alignas(void*) std::uint8_t buffer[128];
+  DWORD size = 0;
+  NetworkProvider& network = platform_.network_provider;
+  EXPECT_EQ(network.WNetGetUniversalNameW(u"z:\\b.txt", 1, nullptr, &size), kErrorMoreData);
+  const DWORD needed = size--;
+  EXPECT_EQ(network.WNetGetUniversalNameW(u"z:\\b.txt", 1, buffer, &size), kErrorMoreData);
+  EXPECT_EQ(size, needed);
+  EXPECT_EQ(network.WNetGetUniversalNameW(u"z:\\b.txt", 1, buffer, &size), 0u);
+  EXPECT_EQ(Text(reinterpret_cast<UNIVERSAL_NAME_INFOW*>(buffer)->lpUniversalName),
+            u"\\\\lantern\\public\\Deep\\b.txt");
+}
+
+TEST_F(Simulation, ReachesTheRegistriesThatLetIt) {
+  Estate& estate = simulated_.estate();
+  estate.FindComputer(u"\\\\lantern")->local_machine().Key(u"SOFTWARE\\Closed").DenyRead();
+  estate.AddComputer(u"SHY").SetRemoteRegistry(RemoteRegistry::Denied);
+  estate.AddComputer(u"MUTE").SetRemoteRegistry(RemoteRegistry::Stopped);
+  Registry& registry = platform_.registry;
+  RegistryKey root(registry);
+  EXPECT_EQ(registry.RegConnectRegistryW(u"SHY", kHkeyUsers, root.Receive()), 5);
+  EXPECT_EQ(registry.RegConnectRegistryW(u"MUTE", kHkeyUsers, root.Receive()), 53);
+  EXPECT_EQ(registry.RegConnectRegistryW(u"LANTERN", kHkeyCurrentUser, root.Receive()), 6);
+  ASSERT_EQ(registry.RegConnectRegistryW(u"\\\\Lantern", kHkeyLocalMachine, root.Receive()), 0);
+  RegistryKey key(registry);
+  EXPECT_EQ(registry.RegOpenKeyExW(root.Get(), u"SOFTWARE\\Closed", 0, kKeyRead, key.Receive()), 5);
+  EXPECT_EQ(registry.RegOpenKeyExW(root.Get(), u"SOFTWARE", 0, kKeyRead, key.Receive()), 0);
+}
+
+TEST_F(Simulation, KnowsWhatIsOpenAndWhatCameBackTwice) {
+  Ledger& ledger = simulated_.ledger();
+  WIN32_FIND_DATAW data;
+  HANDLE const find = files_.FindFirstFileW(u"C:\\Data\\*", &data);
+  HANDLE const file =
+      files_.CreateFileW(u"C:\\Data\\a.txt", kGenericRead, 0, nullptr, kOpenExisting, 0, nullptr);
+  EXPECT_EQ(ledger.Report(),
+            "open find handle of FindFirstFileW(C:\\Data\\*)\n"
+            "open file handle of CreateFileW(C:\\Data\\a.txt)\n");
+  EXPECT_FALSE(files_.CloseHandle(find)) << "a find handle is no file handle";
+  EXPECT_TRUE(files_.CloseHandle(file));
+  EXPECT_FALSE(files_.CloseHandle(file));
+  EXPECT_EQ(LastPlatformError(), kErrorInvalidHandle);
+  EXPECT_TRUE(files_.FindClose(find));
+  void* const memory = platform_.system.CoTaskMemAlloc(4);
+  platform_.system.CoTaskMemFree(memory);
+  platform_.system.CoTaskMemFree(memory);
+  EXPECT_TRUE(ledger.still_open().empty());
+  EXPECT_EQ(ledger.faults().size(), 3u);
+  EXPECT_FALSE(ledger.IsClean());
+
+  Messages& messages = platform_.messages;
+  const HMODULE module = messages.LoadLibraryExW(u"NETMSG", nullptr, kLoadLibraryAsDatafile);
+  EXPECT_EQ(messages.LoadLibraryExW(u"netmsg.dll", nullptr, kLoadLibraryAsDatafile), module);
+  EXPECT_TRUE(messages.FreeLibrary(module));
+  EXPECT_EQ(ledger.still_open().size(), 1u) << "loaded twice, freed once";
+  EXPECT_TRUE(messages.FreeLibrary(module));
+  EXPECT_FALSE(messages.FreeLibrary(module));
+}
+
+TEST_F(Simulation, NotesTheCallsInOrder) {
+  List(u"C:\\Data\\*");
+  platform_.timers.DoEvents();
+  EXPECT_EQ(simulated_.journal().entries(),
+            (std::vector<Journal::Entry>{
+                {"FindFirstFileW", "C:\\Data\\*"}, {"FindClose", ""}, {"DoEvents", ""}}));
+  EXPECT_EQ(simulated_.journal().Count("FindClose"), 1u);
+}
+
+TEST_F(Simulation, FailsTheCallsThatItIsToldTo) {
+  FaultHook& faults = simulated_.faults();
+  WIN32_FIND_DATAW data;
+  faults.FailNth(2, 1117);
+  EXPECT_EQ(Read(u"C:\\Data\\a.txt"), 0u) << "opens, and fails to close";
+  EXPECT_TRUE(simulated_.ledger().IsClean()) << "what failed to close is closed";
+  EXPECT_EQ(faults.fired(), 1u);
+  faults.Clear();
+
+  faults.FailNthOf("CreateDirectoryW", 2, 5);
+  EXPECT_TRUE(files_.CreateDirectoryW(u"C:\\One", nullptr));
+  EXPECT_FALSE(files_.CreateDirectoryW(u"C:\\Two", nullptr));
+  EXPECT_EQ(LastPlatformError(), 5u);
+  EXPECT_EQ(files_.GetFileAttributesW(u"C:\\Two"), kInvalidFileAttributes) << "no effect";
+  EXPECT_TRUE(files_.CreateDirectoryW(u"C:\\Two", nullptr));
+
+  faults.FailEvery("RegOpenKeyExW", 5);
+  HKEY key{0};
+  for (int time = 0; time < 2; ++time) {
+    EXPECT_EQ(platform_.registry.RegOpenKeyExW(kHkeyUsers, u"x", 0, kKeyRead, &key), 5);
+  }
+  faults.FailEvery("FindFirstFileW", 21);
+  EXPECT_EQ(files_.FindFirstFileW(u"C:\\*", &data), kInvalidHandleValue);
+  EXPECT_EQ(LastPlatformError(), 21u);
+}
+
+TEST_F(Simulation, TellsFilesBeyondFourGigabytesAndReadsThemAsZeros) {
+  simulated_.estate().local().AddFile(u"C:\\big", "head").Size(0x1'0000'0002);
+  WIN32_FIND_DATAW data;
+  const FindHandle find(files_, files_.FindFirstFileW(u"C:\\big", &data));
+  EXPECT_EQ(data.nFileSizeHigh, 1u);
+  EXPECT_EQ(data.nFileSizeLow, 2u);
+  const FileHandle file(
+      files_, files_.CreateFileW(u"C:\\big", kGenericRead, 0, nullptr, kOpenExisting, 0, nullptr));
+  char bytes[6] = "xxxxx";
+  DWORD count = 0;
+  EXPECT_TRUE(files_.ReadFile(file.Get(), bytes, 6, &count, nullptr));
+  EXPECT_EQ(std::string(bytes, count), std::string("head\0\0", 6));
+  EXPECT_TRUE(files_.SetFilePointerEx(file.Get(), -1, nullptr, kFileEnd));
+  EXPECT_TRUE(files_.ReadFile(file.Get(), bytes, 6, &count, nullptr));
+  EXPECT_EQ(count, 1u);
+}
+
+TEST_F(Simulation, LoadsMessageFilesFromTheirPlaces) {
+  Estate& estate = simulated_.estate();
+  estate.FindComputer(u"LANTERN")->AddFile(u"D:\\Public\\app.dll").Messages({{7, u"Seven %1\r\n"}});
+  const Module module(platform_.messages,
+                      platform_.messages.LoadLibraryExW(u"\\\\lantern\\d$\\Public\\app.dll",
+                                                        nullptr, kLoadLibraryAsDatafile));
+  ASSERT_TRUE(module);
+  WCHAR buffer[32];
+  const std::uintptr_t arguments[] = {reinterpret_cast<std::uintptr_t>(u"dwarfs")};
+  EXPECT_EQ(
+      platform_.messages.FormatMessageW(kFormatMessageFromHmodule | kFormatMessageArgumentArray,
+                                        reinterpret_cast<void*>(module.Get()), 7, 0, buffer, 32,
+                                        const_cast<std::uintptr_t*>(arguments)),
+      14u);
+  EXPECT_EQ(Text(buffer), u"Seven dwarfs\r\n");
+  EXPECT_EQ(platform_.messages.LoadLibraryExW(u"C:\\Data\\a.txt", nullptr, kLoadLibraryAsDatafile),
+            HMODULE{0});
+  EXPECT_EQ(LastPlatformError(), 193u);
+}
+
+TEST(ShortNames, RunFromNumbersToChecksumsWithoutEnd) {
+  std::set<Text> taken;
+  std::vector<std::string> made;
+  for (int index = 0; index < 12; ++index) {
+    Text name = MakeShortName(u"Document number " + ToText(index) + u".text",
+                              [&](TextView candidate) { return taken.contains(Text(candidate)); });
+    EXPECT_LE(name.find(u'.'), 8u);
+    EXPECT_TRUE(taken.insert(name).second);
+    made.push_back(ToUtf8(name));
+  }
+  EXPECT_EQ(made[0], "DOCUME~1.TEX");
+  EXPECT_EQ(made[3], "DOCUME~4.TEX");
+  EXPECT_EQ(made[4].substr(0, 2), "DO");
+  EXPECT_EQ(made[4].substr(6), "~1.TEX");
+  std::set<Text> all;
+  for (int index = 0; index < 200; ++index) {
+    const auto used = [&](TextView candidate) { return all.contains(Text(candidate)); };
+    EXPECT_TRUE(all.insert(MakeShortName(u"Always the same name", used)).second);
+  }
+}
+
+}  // namespace
+}  // namespace veldmark::simulated
