@@ -12,8 +12,8 @@ class CFolders : public KeyedCollectionClass<CFolders, CFolder>, Counted<Counter
   static const Interface& Describe();
   static CollectionKey KeyOf(CFolder& folder);
 
-  /// Makes the folder at `path` on disk, adds it to the list and returns it; Nothing where it can't
-  /// be made. Raises the platform's error where it can't be read back.
+  /// Makes the folder at `path` on disk, adds it to the list and returns it. Raises the platform's
+  /// error where it can't be made or read back; the list then stays as it was.
   Ref<CFolder> AddNewFolder(const Text& path);
 };
 

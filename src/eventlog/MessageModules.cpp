@@ -15,8 +15,9 @@ void FreeModules(Messages& messages, TextView handles) {
   while (!handles.empty()) {
     const TextView handle = handles.substr(0, handles.find(u'|'));
     Swallow([&] {
-      const std::int64_t module = ToLongLong(Variant(handle));
-      messages.FreeLibrary(HMODULE{static_cast<std::uintptr_t>(module)});
+      const HMODULE module{static_cast<std::uintptr_t>(ToLongLong(Variant(handle)))};
+      // 0 stands for a file that could not be loaded.
+      if (module != HMODULE{0}) messages.FreeLibrary(module);
     });
     handles.remove_prefix(std::min(handles.size(), handle.size() + 1));
   }

@@ -1,0 +1,439 @@
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "accounts/CGroup.h"
+#include "accounts/CUser.h"
+#include "collections/CAces.h"
+#include "collections/CDomains.h"
+#include "collections/CDrives.h"
+#include "collections/CEventLogEntries.h"
+#include "collections/CEventLogs.h"
+#include "collections/CFiles.h"
+#include "collections/CFolders.h"
+#include "collections/CGroups.h"
+#include "collections/CNetworks.h"
+#include "collections/CPathNames.h"
+#include "collections/CPrinters.h"
+#include "collections/CRegKeys.h"
+#include "collections/CRegValues.h"
+#include "collections/CServers.h"
+#include "collections/CServices.h"
+#include "collections/CShares.h"
+#include "collections/CSids.h"
+#include "collections/CTasks.h"
+#include "collections/CTriggers.h"
+#include "collections/CUsers.h"
+#include "collections/CVolumes.h"
+#include "eventlog/CEventLog.h"
+#include "eventlog/CEventLogEntry.h"
+#include "network/CDomain.h"
+#include "network/CNetwork.h"
+#include "network/CServer.h"
+#include "platform/automation/Interface.h"
+#include "registry/CRegKey.h"
+#include "registry/CRegValue.h"
+#include "security/CAce.h"
+#include "security/CSid.h"
+#include "services/CPrinter.h"
+#include "services/CService.h"
+#include "storage/CDrive.h"
+#include "storage/CFile.h"
+#include "storage/CFolder.h"
+#include "storage/CPathName.h"
+#include "storage/CShare.h"
+#include "storage/CVolume.h"
+#include "support/ApartmentFixture.h"
+#include "tasks/CTask.h"
+#include "tasks/CTrigger.h"
+
+namespace veldmark {
+namespace {
+
+/// How a class looks names up.
+enum class Names { kNone, kAnyCase, kExact, kHidden };
+
+struct ListClass {
+  const Interface& (*list)();
+  const Interface& (*element)();
+  Names names;
+  const char* slots;
+  const char* argument;
+  void (*put_key)(Object& element, TextView key);
+  std::optional<Counter> counter;
+};
+
+template <class Member>
+struct ClassOf;
+template <class C, class T>
+struct ClassOf<T C::*> {
+  using Type = C;
+};
+template <auto kKey>
+void PutKey(Object& object, TextView key) {
+  auto& element = static_cast<typename ClassOf<decltype(kKey)>::Type&>(object);
+  if constexpr (std::is_member_object_pointer_v<decltype(kKey)>) {
+    element.*kKey = key;
+  } else {
+    (element.*kKey)(Text(key));
+  }
+}
+void PutNoKey(Object&, TextView) {}
+
+template <class List, class Element>
+ListClass Of(Names names, const char* slots, const char* argument,
+             void (*put_key)(Object&, TextView), std::optional<Counter> counter) {
+  return {&List::Describe, &Element::Describe, names, slots, argument, put_key, counter};
+}
+
+constexpr const char* kPlain = "Add Item Count Remove NewEnum";
+constexpr const char* kKeyed = "Add Item Count Remove NewEnum ItemByKey ItemByIndex";
+
+const ListClass kListClasses[] = {
+    Of<CDrives, CDrive>(Names::kAnyCase, kPlain, "oDrive", PutKey<&CDrive::DriveLetter>,
+                        Counter::kDrives),
+    Of<CNetworks, CNetwork>(Names::kAnyCase, kPlain, "oNetwork", PutKey<&CNetwork::NetworkName>,
+                            Counter::kNetworks),
+    Of<CSids, CSid>(Names::kAnyCase, kPlain, "oSid", PutKey<&CSid::SetSidText>, Counter::kSids),
+    Of<CAces, CAce>(Names::kNone, kPlain, "oAce", PutNoKey, Counter::kAces),
+    Of<CEventLogEntries, CEventLogEntry>(Names::kNone, kPlain, "oEventLogEntry", PutNoKey,
+                                         Counter::kEventLogEntries),
+    Of<CFolders, CFolder>(Names::kExact, kKeyed, "oFolder", PutKey<&CFolder::FolderName>,
+                          Counter::kFolders),
+    Of<CFiles, CFile>(Names::kExact, "Add Item Count Remove NewEnum ItemByIndex ItemByKey", "oFile",
+                      PutKey<&CFile::FileName>, Counter::kFiles),
+    Of<CDomains, CDomain>(Names::kExact, kKeyed, "oDomain", PutKey<&CDomain::DomainName>,
+                          Counter::kDomains),
+    Of<CEventLogs, CEventLog>(Names::kExact, kKeyed, "oEventLog", PutKey<&CEventLog::SetLogName>,
+                              Counter::kEventLogs),
+    Of<CPrinters, CPrinter>(Names::kExact, kKeyed, "oPrinter", PutKey<&CPrinter::PrinterName>,
+                            Counter::kPrinters),
+    Of<CRegKeys, CRegKey>(Names::kExact, kKeyed, "ByRef oRegKey", PutKey<&CRegKey::Name>, {}),
+    Of<CRegValues, CRegValue>(Names::kExact, kKeyed, "ByRef oRegValue", PutKey<&CRegValue::Name>,
+                              {}),
+    Of<CServers, CServer>(Names::kExact,
+                          "Add Item Count Remove NewEnum ContainsKey ItemByKey ItemByIndex",
+                          "oServer", PutKey<&CServer::ServerName>, Counter::kServers),
+    Of<CServices, CService>(Names::kExact, kKeyed, "oService", PutKey<&CService::ServiceName>,
+                            Counter::kServices),
+    Of<CShares, CShare>(Names::kExact, kKeyed, "oShare", PutKey<&CShare::ShareName>,
+                        Counter::kShares),
+    Of<CTasks, CTask>(Names::kExact, kKeyed, "oTask", PutKey<&CTask::Name>, {}),
+    Of<CTriggers, CTrigger>(Names::kExact, kKeyed, "oTrigger", PutKey<&CTrigger::SetText>, {}),
+    Of<CVolumes, CVolume>(Names::kExact, kKeyed, "oVolume", PutKey<&CVolume::VolumeName>,
+                          Counter::kVolumes),
+    Of<CPathNames, CPathName>(Names::kExact, "Add Item ItemByKey ItemByIndex Count Remove NewEnum",
+                              "oPathName", PutKey<&CPathName::PathName>, Counter::kPathNames),
+    Of<CUsers, CUser>(Names::kExact, kKeyed, "oUser", PutKey<&CUser::SetAccountDisplayName>,
+                      Counter::kUsers),
+    Of<CGroups, CGroup>(Names::kHidden, kKeyed, "oGroup", PutKey<&CGroup::SetAccountDisplayName>,
+                        Counter::kGroups),
+};
+
+class CollectionFamily : public ApartmentFixture, public testing::WithParamInterface<ListClass> {
+ protected:
+  Ref<Object> NewElement(TextView key) {
+    Ref<Object> element = GetParam().element().create();
+    GetParam().put_key(*element, key);
+    elements_.push_back(element);
+    return element;
+  }
+  /// A list of new elements with these keys; they are numbered from 1.
+  Ref<Object> NewList(std::initializer_list<TextView> keys = {}) {
+    elements_.clear();
+    Ref<Object> list = GetParam().list().create();
+    for (const TextView key : keys) Call(*list, u"Add", MemberKind::kMethod, {NewElement(key)});
+    return list;
+  }
+  std::string NumberOf(const Variant& item) const {
+    const Ref<Object>& object = *item.If<Ref<Object>>();
+    if (!object) return "Nothing";
+    return std::to_string(std::ranges::find(elements_, object) - elements_.begin() + 1);
+  }
+  /// What a call gives: the number of the element, or "error" and its number.
+  std::string Outcome(const Ref<Object>& list, TextView name, MemberKind kind, Variant argument) {
+    try {
+      const Variant result = Call(*list, name, kind, {std::move(argument)});
+      return result.Type() == VariantType::kObject ? NumberOf(result) : "done";
+    } catch (const AutomationError& error) {
+      EXPECT_EQ(error.description, StandardErrorText(error.number));
+      return "error " + std::to_string(error.number);
+    }
+  }
+  std::string Add(const Ref<Object>& list, Variant element) {
+    return Outcome(list, u"Add", MemberKind::kMethod, std::move(element));
+  }
+  std::string Get(const Ref<Object>& list, TextView name, Variant index) {
+    return Outcome(list, name, MemberKind::kGet, std::move(index));
+  }
+  /// The elements as For Each meets them; as many as Count tells.
+  std::string All(const Ref<Object>& list) {
+    std::string all;
+    std::int32_t count = 0;
+    const Variant enumerator = Call(*list, u"NewEnum", MemberKind::kGet);
+    auto& walk = dynamic_cast<Enumerator&>(**enumerator.If<Ref<Object>>());
+    for (Variant item; walk.Next(item); ++count) all += NumberOf(item) + " ";
+    EXPECT_EQ(Call(*list, u"Count", MemberKind::kGet), Variant(count));
+    return all;
+  }
+
+  std::vector<Ref<Object>> elements_;
+};
+
+INSTANTIATE_TEST_SUITE_P(All, CollectionFamily, testing::ValuesIn(kListClasses),
+                         [](const auto& tested) { return ToUtf8(tested.param.list().name); });
+
+TEST_P(CollectionFamily, HasTheSlotsThatClientsAreBoundTo) {
+  const Interface& table = GetParam().list();
+  std::string slots;
+  for (const Member& member : table.members) {
+    const std::string name = ToUtf8(member.name);
+    slots += (slots.empty() ? "" : " ") + name;
+    SCOPED_TRACE(name);
+    EXPECT_EQ(member.id == kDefaultMember, name == "Item");
+    EXPECT_EQ(member.id == kEnumeratorMember && member.hidden, name == "NewEnum");
+    EXPECT_EQ(member.kind, name == "Add" || name == "Remove" || name == "ContainsKey"
+                               ? MemberKind::kMethod
+                               : MemberKind::kGet);
+    const bool has_argument = name != "Count" && name != "NewEnum";
+    ASSERT_EQ(member.parameters.size(), has_argument ? 1u : 0u);
+    if (name == "Add" || name.starts_with("ItemBy") || name == "Item") {
+      EXPECT_EQ(&member.result.class_table(), &GetParam().element());
+    }
+    if (!has_argument) continue;
+    const Parameter& argument = member.parameters[0];
+    const std::string spelled =
+        (argument.type.by_reference ? "ByRef " : "") + ToUtf8(argument.name);
+    EXPECT_EQ(spelled, name == "Add"           ? GetParam().argument
+                       : name == "ItemByKey"   ? "Key"
+                       : name == "ItemByIndex" ? "Index"
+                                               : "ByRef vntIndexKey");
+  }
+  EXPECT_EQ(slots, GetParam().slots);
+}
+
+TEST_P(CollectionFamily, LooksUpByPositionAndByNameAsItsRuleSays) {
+  std::int32_t two = 2;
+  const struct {
+    const char* name;
+    Variant index;
+    const char* outcomes[4];  ///< without names, in any case, exact, hidden
+  } cases[] = {
+      {"first", Variant(1), {"1", "1", "1", "1"}},
+      {"last", Variant(std::int16_t{4}), {"4", "4", "4", "4"}},
+      {"whole double", Variant(2.0), {"2", "2", "2", "2"}},
+      {"currency", Variant(Currency{20000}), {"2", "2", "2", "2"}},
+      {"by reference", Variant::ByReference(two), {"2", "2", "2", "2"}},
+      {"zero", Variant(0), {"error 9", "error 9", "error 9", "error 9"}},
+      {"behind the end", Variant(5), {"error 9", "error 9", "error 9", "error 9"}},
+      {"name", Variant(u"Alpha"), {"error 5", "1", "1", "error 5"}},
+      {"other case", Variant(u"ALPHA"), {"error 5", "1", "error 5", "error 5"}},
+      {"unknown name", Variant(u"Beta"), {"error 5", "error 5", "error 5", "error 5"}},
+      {"empty name", Variant(u""), {"error 5", "error 5", "error 5", "error 5"}},
+      {"name of digits", Variant(u"2"), {"error 5", "2", "error 5", "2"}},
+      {"encoded name",
+       Variant(GetCollectionKey(u"Alpha")),
+       {"error 5", "error 5", "error 5", "error 5"}},
+      // What doesn't read as digits is a name, whatever its type.
+      {"fraction", Variant(1.5), {"2", "2", "3", "error 5"}},
+      {"negative", Variant(-1), {"error 9", "error 9", "error 5", "error 5"}},
+      {"true", Variant(true), {"error 9", "error 9", "4", "error 5"}},
+      {"empty", Variant(), {"error 13", "error 13", "error 13", "error 13"}},
+      {"null", Variant(Null()), {"error 13", "error 13", "error 94", "error 94"}},
+  };
+  const bool swallows = GetParam().list().name == u"CDrives";
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.name);
+    const Ref<Object> list = NewList({u"Alpha", u"2", u"1.5", u"True"});
+    const std::string expected = test.outcomes[static_cast<int>(GetParam().names)];
+    const bool found = !expected.starts_with("error");
+    Err().Clear();
+    EXPECT_EQ(Get(list, u"Item", test.index), found || !swallows ? expected : "Nothing");
+    // A handler, re-raising or swallowing, leaves the error in `Err`.
+    const bool handles = swallows || GetParam().list().IdOf(u"ItemByKey") != kUnknownMember;
+    EXPECT_EQ("error " + std::to_string(Err().Number()), found || !handles ? "error 0" : expected);
+    EXPECT_EQ(Outcome(list, u"Remove", MemberKind::kMethod, test.index), found ? "done" : expected);
+    std::string left = "1 2 3 4 ";
+    if (found) left.erase(left.find(expected), 2);
+    EXPECT_EQ(All(list), left);
+  }
+}
+
+TEST_P(CollectionFamily, FindsAnyNameByItemByKeyAndAnyPositionByItemByIndex) {
+  if (GetParam().list().IdOf(u"ItemByKey") == kUnknownMember) {
+    EXPECT_TRUE(GetParam().names == Names::kNone || GetParam().names == Names::kAnyCase);
+    return;
+  }
+  const Ref<Object> list = NewList({u"Share", u"SHARE", u"2", u""});
+  const bool hidden = GetParam().names == Names::kHidden;
+  const std::pair<Variant, const char*> keys[] = {
+      {Variant(u"Share"), "1"}, {Variant(u"SHARE"), "2"},       {Variant(u"2"), "3"},
+      {Variant(2), "3"},        {Variant(u"share"), "error 5"}, {Variant(u"1"), "error 5"},
+  };
+  for (const auto& [key, expected] : keys) {
+    EXPECT_EQ(Get(list, u"ItemByKey", key), hidden ? "error 5" : expected);
+  }
+  // An empty key is the same spelled out, so that even a hidden one is found.
+  EXPECT_EQ(Get(list, u"ItemByKey", Variant(u"")), "4");
+  EXPECT_EQ(Get(list, u"Item", Variant(u"")), "4");
+  EXPECT_EQ(Get(list, u"ItemByIndex", Variant(1)), "1");
+  EXPECT_EQ(Get(list, u"ItemByIndex", Variant(u"1")), "1");
+  EXPECT_EQ(Get(list, u"ItemByIndex", Variant(0)), "error 9");
+  EXPECT_EQ(Get(list, u"ItemByIndex", Variant(-1)), "error 9");
+  EXPECT_EQ(Err().Number(), 9);
+}
+
+TEST_P(CollectionFamily, TreatsANameThatIsThereAlreadyAsItsRuleSays) {
+  const TextView name = GetParam().list().name;
+  const bool keyless = GetParam().names == Names::kNone;
+  const bool groups = name == u"CGroups";
+  const Ref<Object> list = NewList();
+  Err().Clear();
+  EXPECT_EQ(Add(list, NewElement(u"Name")), "1");
+  EXPECT_EQ(Add(list, NewElement(u"Name")), groups ? "1" : "2");
+  EXPECT_EQ(Err().Number(), keyless || name == u"CUsers" || name == u"CPrinters" ? 0 : 457);
+  EXPECT_EQ(Add(list, NewElement(u"NAME")), groups ? "1" : "3");
+  EXPECT_EQ(All(list), keyless || name == u"CUsers"        ? "1 2 3 "
+                       : GetParam().names == Names::kExact ? "1 3 "
+                                                           : "1 ");
+  // The key is that of the moment of the add.
+  GetParam().put_key(*elements_[0], u"Renamed");
+  EXPECT_EQ(Add(list, elements_[0]), "1");
+  const std::string found =
+      GetParam().names == Names::kExact || GetParam().names == Names::kAnyCase ? "1" : "error 5";
+  EXPECT_EQ(Outcome(list, u"Item", MemberKind::kGet, Variant(u"Name")),
+            name == u"CDrives" && found != "1" ? "Nothing" : found);
+}
+
+TEST_P(CollectionFamily, StoresNothingButElementsOfItsClassAndHoldsThemToItsEnd) {
+  Ref<Object> list = NewList();
+  EXPECT_EQ(Add(list, Variant(Ref<Object>())), "Nothing");
+  EXPECT_EQ(Add(list, Variant(list)), "error 13");
+  EXPECT_EQ(All(list), "");
+  Add(list, NewElement(u"kept"));
+  Object* element = elements_[0].Get();
+  elements_.clear();
+  EXPECT_EQ(Call(*list, u"Item", MemberKind::kGet, {Variant(1)}), Variant(Ref<Object>(element)));
+
+  const Counters& counters = Apartment::Current().counters;
+  const auto all = [&counters] {
+    std::int32_t sum = 0;
+    for (int i = 0; i < static_cast<int>(Counter::kCount); ++i) sum += counters[Counter(i)];
+    return sum;
+  };
+  const auto own = [&] { return GetParam().counter ? counters[*GetParam().counter] : 0; };
+  const std::int32_t counted = GetParam().counter ? 1 : 0;
+  const std::int32_t all_before = all();
+  const Ref<Object> other = GetParam().list().create();
+  EXPECT_EQ(own(), 2 * counted);
+  EXPECT_EQ(all() - all_before, counted);
+  list = nullptr;
+  EXPECT_EQ(own(), counted);
+}
+
+class CollectionClasses : public ApartmentFixture {};
+
+TEST_F(CollectionClasses, GroupsAreFoundUnderTheNamesThatTheLibraryGaveThem) {
+  const auto groups = Make<CGroups>();
+  const auto everyone = Make<CGroup>(), other = Make<CGroup>();
+  everyone->SetAccountDisplayName(u"Everyone");
+  other->SetAccountDisplayName(u"EVERYONE");
+  EXPECT_EQ(groups->AddWithKey(everyone.Get(), u"S-1-1-0"), everyone);
+  EXPECT_EQ(groups->Add(everyone.Get()), everyone);
+  EXPECT_EQ(groups->Add(other.Get()), everyone);
+  EXPECT_EQ(groups->AddWithKey(other.Get(), u"S-1-1-0"), other);
+  EXPECT_EQ(groups->AddWithKey(other.Get(), u"s-1-1-0"), other);
+  EXPECT_EQ(groups->AddWithKey(nullptr, u"x"), nullptr);
+  EXPECT_EQ(groups->Count(), 4);
+  EXPECT_EQ(groups->ItemByKey(u"S-1-1-0"), everyone);
+  EXPECT_EQ(groups->ItemByKey(u"s-1-1-0"), other);
+  EXPECT_EQ(groups->ItemByIndex(3), other);
+  EXPECT_THROW(groups->ItemByKey(u"EVERYONE"), AutomationError);
+}
+
+TEST_F(CollectionClasses, ContainsKeyOfServersIsFalseAndClearsTheError) {
+  const auto servers = Make<CServers>();
+  const auto server = Make<CServer>();
+  server->ServerName = u"SRV";
+  servers->Add(server.Get());
+  EXPECT_EQ(servers->ItemByKey(u"SRV"), server);
+  for (Variant key : {Variant(u"SRV"), Variant(u"missing"), Variant(1), Variant(Null())}) {
+    Swallow([] { Raise(457); });
+    EXPECT_FALSE(servers->ContainsKey(key));
+    EXPECT_EQ(Err().Number(), 0);
+  }
+}
+
+TEST_F(CollectionClasses, AnEarlierErrorIsNotTakenForARefusedKey) {
+  const auto users = Make<CUsers>();
+  const auto groups = Make<CGroups>();
+  const auto user = Make<CUser>();
+  const auto group = Make<CGroup>();
+  Swallow([] { Raise(457); });
+  users->Add(user.Get());
+  groups->Add(group.Get());
+  groups->AddWithKey(group.Get(), u"key");
+  EXPECT_EQ(users->Count(), 1);
+  EXPECT_EQ(groups->Count(), 2);
+  Make<CPrinters>()->Add(nullptr);
+  EXPECT_EQ(Err().Number(), 0);
+}
+
+TEST_F(CollectionClasses, ANewFolderIsMadeOnDiskAndListed) {
+  const auto folders = Make<CFolders>();
+  const Ref<CFolder> made = folders->AddNewFolder(u"C:\\New");
+  ASSERT_NE(made, nullptr);
+  EXPECT_EQ(made->Path(), u"C:\\New");
+  EXPECT_EQ(folders->ItemByKey(u"New"), made);
+  EXPECT_THROW(folders->AddNewFolder(u"C:\\New"), AutomationError);
+  EXPECT_EQ(Err().Number(), 183);
+  faults().FailEvery("FindFirstFileW", 5);
+  EXPECT_THROW(folders->AddNewFolder(u"C:\\Made, but not to be read"), AutomationError);
+  EXPECT_EQ(Err().Number(), 5);
+  EXPECT_EQ(folders->Count(), 1);
+}
+
+TEST_F(CollectionClasses, TheLastEventLogsEndFreesTheMessageFiles) {
+  Messages& messages = platform.messages;
+  const auto load = [&] {
+    const HMODULE module = messages.LoadLibraryExW(u"netmsg.dll", nullptr, kLoadLibraryAsDatafile);
+    return ToText(static_cast<std::int64_t>(static_cast<std::uintptr_t>(module)));
+  };
+  Collection& cache = *Apartment::Current().g_colMessageModules;
+  const auto fill = [&] {
+    cache.Add(Variant(load() + u"|" + load()));
+    cache.Add(Variant(u""));
+    cache.Add(Variant(u"0"));
+    cache.Add(Variant(u"no number|" + load()));
+    cache.Add(Variant(Null()));
+    journal().Clear();
+  };
+  const auto freed = [&] { return journal().Count("FreeLibrary"); };
+
+  fill();
+  auto first = Make<CEventLog>(), second = Make<CEventLog>();
+  Make<CEventLogs>();
+  EXPECT_EQ(freed(), 0u) << "two logs are alive";
+  second = nullptr;
+  EXPECT_EQ(freed(), 0u) << "the other one is alive";
+  Make<CEventLogs>();
+  EXPECT_EQ(freed(), 3u) << "one log is alive beside the list";
+  EXPECT_EQ(cache.Count(), 0);
+
+  fill();
+  first = nullptr;
+  EXPECT_EQ(freed(), 3u) << "the last log ends";
+  fill();
+  auto logs = Make<CEventLogs>();
+  logs = nullptr;
+  EXPECT_EQ(freed(), 0u) << "no log is alive";
+  logs = Make<CEventLogs>();
+  logs->Add(Make<CEventLog>().Get());
+  logs = nullptr;
+  EXPECT_EQ(freed(), 3u) << "the last log ends with its list";
+}
+
+}  // namespace
+}  // namespace veldmark

@@ -1,0 +1,344 @@
+#include "collections/Collection.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "frame/Support.h"
+#include "platform/automation/Error.h"
+#include "platform/automation/Interface.h"
+
+namespace veldmark {
+namespace {
+
+/// The number of the error that `body` raises; 0 for none.
+template <class Body>
+std::int32_t NumberOf(Body&& body) {
+  try {
+    body();
+    return 0;
+  } catch (const AutomationError& error) {
+    return error.number;
+  }
+}
+
+std::int32_t IdOf(const Variant& item) { return *item.If<std::int32_t>(); }
+
+std::vector<std::int32_t> IdsOf(Collection& list) {
+  std::vector<std::int32_t> ids;
+  const Ref<Enumerator> enumerator = list.NewEnum();
+  for (Variant item; enumerator->Next(item);) ids.push_back(IdOf(item));
+  return ids;
+}
+
+/// An item that does something when its last reference goes.
+class LastWill : public Object {
+ public:
+  explicit LastWill(std::function<void()> will) : will_(std::move(will)) {}
+  ~LastWill() override { will_(); }
+  const Interface& GetInterface() const override {
+    static const Interface table;
+    return table;
+  }
+
+ private:
+  std::function<void()> will_;
+};
+
+TEST(Collection, TellsPositionsFromKeysByTheTypeOfTheIndex) {
+  std::int32_t two = 2;
+  Text word = u"KEY2";
+  Variant nested = Variant::ByReference(word);
+  const struct {
+    const char* name;
+    Variant index;
+    std::int32_t item;  ///< negative: the error
+  } cases[] = {
+      {"first", Variant(std::int32_t{1}), 1},
+      {"last", Variant(std::int64_t{3}), 3},
+      {"byte", Variant(std::uint8_t{2}), 2},
+      {"integer", Variant(std::int16_t{2}), 2},
+      {"currency", Variant(Currency{24999}), 2},
+      {"date", Variant(Date{2.25}), 2},
+      {"double rounds half to even, up", Variant(1.5), 2},
+      {"double rounds half to even, down", Variant(2.5), 2},
+      {"number by reference", Variant::ByReference(two), 2},
+      {"text in a variant by reference", Variant::ByReference(nested), 2},
+      {"key in another case", Variant(u"kEy2"), 2},
+      {"key of another alphabet's other case", Variant(u"\u00E4\u03A9"), 3},
+      {"zero", Variant(std::int32_t{0}), -9},
+      {"double that rounds to zero", Variant(0.5), -9},
+      {"behind the end", Variant(std::int32_t{4}), -9},
+      {"negative", Variant(std::int32_t{-1}), -9},
+      {"wraps to 1 in 32 bits", Variant(std::int64_t{0x100000001}), -9},
+      {"huge", Variant(1e300), -9},
+      {"not a number", Variant(std::numeric_limits<double>::quiet_NaN()), -9},
+      {"true is -1", Variant(true), -9},
+      {"digits are a key", Variant(u"2"), -5},
+      {"unknown key", Variant(u"key4"), -5},
+      {"key with a NUL behind", Variant(TextView(u"key2\0", 5)), -5},
+      {"empty", Variant(), -13},
+      {"null", Variant(Null()), -13},
+      {"left out", Variant::Missing(), -13},
+      {"nothing", Variant(Ref<Object>()), -13},
+      {"array", Variant(LongArray({1})), -13},
+  };
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.name);
+    const auto list = Make<Collection>();
+    list->Add(Variant(1), CollectionKey::Plain(u"key1"));
+    list->Add(Variant(2), CollectionKey::Plain(u"Key2"));
+    list->Add(Variant(3), CollectionKey::Plain(u"\u00C4\u03C9"));
+    const std::int32_t before_error = NumberOf([&] { list->Add(Variant(9), {}, test.index); });
+    if (test.item < 0) {
+      EXPECT_EQ(NumberOf([&] { list->Item(test.index); }), -test.item);
+      EXPECT_EQ(NumberOf([&] { list->Remove(test.index); }), -test.item);
+      if (!test.index.IsMissing()) {
+        EXPECT_EQ(before_error, -test.item);
+        EXPECT_EQ(list->Count(), 3);
+      }
+    } else {
+      std::vector<std::int32_t> expected = {1, 2, 3};
+      expected.insert(expected.begin() + test.item - 1, 9);
+      EXPECT_EQ(IdsOf(*list), expected);
+      list->Remove(Variant(test.item));
+      EXPECT_EQ(IdOf(list->Item(test.index)), test.item);
+      list->Remove(test.index);
+      EXPECT_EQ(list->Count(), 2);
+    }
+  }
+}
+
+TEST(Collection, RefusesAKeyTwiceAndTwoPlacesAndStaysAsItWas) {
+  const auto list = Make<Collection>();
+  list->Add(Variant(1), CollectionKey::Plain(u"One"));
+  list->Add(Variant(2));
+  const Variant first(std::int32_t{1}), missing = Variant::Missing(), third(std::int32_t{3});
+  EXPECT_EQ(NumberOf([&] { list->Add(Variant(3), CollectionKey::Plain(u"oNE")); }), 457);
+  EXPECT_EQ(NumberOf([&] { list->Add(Variant(3), CollectionKey::Plain(u"oNE"), first); }), 457);
+  EXPECT_EQ(NumberOf([&] { list->Add(Variant(3), CollectionKey::Plain(u"3"), first, first); }), 5);
+  EXPECT_EQ(NumberOf([&] { list->Add(Variant(3), CollectionKey::Plain(u"3"), missing, third); }),
+            9);
+  EXPECT_EQ(IdsOf(*list), (std::vector<std::int32_t>{1, 2}));
+  // What was refused left no key behind, and a key is free again once its item is gone.
+  list->Add(Variant(3), CollectionKey::Plain(u"3"), missing, Variant(u"ONE"));
+  list->Remove(CollectionKey::Plain(u"one"));
+  list->Add(Variant(4), CollectionKey::Plain(u"ONE"));
+  EXPECT_EQ(IdsOf(*list), (std::vector<std::int32_t>{3, 2, 4}));
+}
+
+TEST(Collection, TakesAnEncodedKeyForWhatItsEncodingSpells) {
+  std::mt19937 random(7);
+  for (int round = 0; round < 500; ++round) {
+    Text text;
+    for (unsigned i = random() % 6; i > 0; --i) text += static_cast<char16_t>(random() % 0x300);
+    const auto list = Make<Collection>();
+    list->Add(Variant(1), CollectionKey::Encoded(text));
+    EXPECT_EQ(NumberOf([&] { list->Item(Variant(GetCollectionKey(text))); }), 0) << ToUtf8(text);
+    EXPECT_EQ(NumberOf([&] { list->Item(Variant(u"-" + text)); }), 5);
+    EXPECT_EQ(NumberOf([&] { list->Item(CollectionKey::Encoded(text + u"x")); }), 5);
+  }
+  for (const TextView unspelled :
+       {u"65", u"65-0", u"65-", u"065-0-", u"256-0-", u"65-00-", u"6x-0-", u"-65-0-", u"65--0-",
+        u"1000-0-", u"65-0-98-", u"\uFF16-0-"}) {
+    const CollectionKey key = CollectionKey::Plain(unspelled);
+    EXPECT_NE(key, CollectionKey::Encoded(u"A")) << ToUtf8(unspelled);
+    EXPECT_NE(key, CollectionKey::Encoded(unspelled));
+    EXPECT_EQ(key, CollectionKey::Plain(unspelled));
+  }
+  EXPECT_EQ(CollectionKey::Plain(u""), CollectionKey::Encoded(u""));
+  EXPECT_NE(CollectionKey::Encoded(u"Share"), CollectionKey::Encoded(u"SHARE"));
+}
+
+/// The same list kept the plain way. A walk's place is an element of its own: what comes behind it
+/// is still to be visited.
+class NaiveList {
+ public:
+  static constexpr std::int32_t kCount = -1;  ///< below this, the places of walks
+
+  std::size_t PlaceOf(std::int32_t position) const {
+    std::size_t place = 0;
+    for (; place < elements_.size(); ++place) {
+      if (elements_[place].id >= 0 && position-- == 0) break;
+    }
+    return place;
+  }
+  std::int32_t PositionOf(const std::string& key) const {
+    std::int32_t position = 0;
+    for (const Element& element : elements_) {
+      if (element.id < 0) continue;
+      if (!key.empty() && element.key == key) return position;
+      ++position;
+    }
+    return -1;
+  }
+  std::int32_t Count() const {
+    return static_cast<std::int32_t>(
+        std::ranges::count_if(elements_, [](const Element& element) { return element.id >= 0; }));
+  }
+  void Insert(std::int32_t position, std::int32_t id, std::string key) {
+    elements_.insert(At(PlaceOf(position)), Element{id, std::move(key)});
+  }
+  void Remove(std::int32_t position) { elements_.erase(At(PlaceOf(position))); }
+  std::int32_t IdAt(std::int32_t position) const { return elements_[PlaceOf(position)].id; }
+
+  void Begin(std::int32_t walk) { elements_.insert(elements_.begin(), Element{walk, {}}); }
+  void End(std::int32_t walk) { elements_.erase(At(Find(walk))); }
+  /// The next item of a walk, or -1 at the end.
+  std::int32_t Step(std::int32_t walk) {
+    for (std::size_t place = Find(walk) + 1; place < elements_.size(); ++place) {
+      const std::int32_t id = elements_[place].id;
+      if (id < 0) continue;
+      End(walk);
+      elements_.insert(At(place), Element{walk, {}});
+      return id;
+    }
+    return -1;
+  }
+
+ private:
+  struct Element {
+    std::int32_t id;
+    std::string key;
+  };
+  std::vector<Element>::iterator At(std::size_t place) {
+    return elements_.begin() + static_cast<std::ptrdiff_t>(place);
+  }
+  std::size_t Find(std::int32_t id) const {
+    return static_cast<std::size_t>(std::ranges::find(elements_, id, &Element::id) -
+                                    elements_.begin());
+  }
+
+  std::vector<Element> elements_;
+};
+
+TEST(Collection, BehavesAsANaiveListUnderRandomChangesAndWalks) {
+  for (unsigned seed = 1; seed <= 20; ++seed) {
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    const auto below = [&random](std::int32_t end) {
+      return static_cast<std::int32_t>(random() % static_cast<unsigned>(end));
+    };
+    const auto list = Make<Collection>();
+    NaiveList naive;
+    std::vector<std::pair<std::int32_t, Ref<Enumerator>>> walks;
+    std::int32_t next_walk = NaiveList::kCount;
+
+    for (std::int32_t id = 0; id < 2000; ++id) {
+      const std::string key = below(4) ? "k" + std::to_string(below(60)) : "";
+      Text spelled = FromUtf8(key);
+      if (!key.empty() && below(2)) spelled[0] = u'K';
+      const std::int32_t count = naive.Count();
+      const std::int32_t found = naive.PositionOf(key);
+      const std::int32_t anywhere = below(count + 2);  // 1-based, at times out of range
+      const bool in_range = anywhere >= 1 && anywhere <= count;
+      const Variant index(anywhere);
+      switch (below(8)) {
+        case 0:
+        case 1:
+        case 2: {
+          const int place = below(3);
+          const std::int32_t expected = place && !in_range ? 9 : found >= 0 ? 457 : 0;
+          const std::int32_t number = NumberOf([&] {
+            list->Add(Variant(id),
+                      key.empty() ? std::nullopt : std::optional(CollectionKey::Plain(spelled)),
+                      place == 1 ? index : Variant::Missing(),
+                      place == 2 ? index : Variant::Missing());
+          });
+          ASSERT_EQ(number, expected);
+          if (!number) {
+            naive.Insert(place == 0 ? count : anywhere - 2 + place, id, key);
+          }
+          break;
+        }
+        case 3:
+          ASSERT_EQ(NumberOf([&] { list->Remove(index); }), in_range ? 0 : 9);
+          if (in_range) naive.Remove(anywhere - 1);
+          break;
+        case 4:
+          ASSERT_EQ(NumberOf([&] { list->Remove(Variant(spelled)); }), found >= 0 ? 0 : 5);
+          if (found >= 0) naive.Remove(found);
+          break;
+        case 5:
+          if (walks.size() < 5) {
+            walks.emplace_back(--next_walk, list->NewEnum());
+            naive.Begin(next_walk);
+          } else {
+            const auto ended = walks.begin() + below(5);
+            naive.End(ended->first);
+            walks.erase(ended);
+          }
+          break;
+        default:
+          for (auto& [walk, enumerator] : walks) {
+            Variant item(std::int32_t{-1});
+            const std::int32_t expected = naive.Step(walk);
+            ASSERT_EQ(enumerator->Next(item), expected >= 0);
+            ASSERT_EQ(IdOf(item), expected);
+          }
+      }
+      ASSERT_EQ(list->Count(), naive.Count());
+      if (const std::int32_t now = naive.PositionOf(key); now >= 0) {
+        ASSERT_EQ(IdOf(list->Item(Variant(spelled))), naive.IdAt(now));
+        ASSERT_EQ(IdOf(list->Item(Variant(now + 1))), naive.IdAt(now));
+      }
+    }
+  }
+}
+
+TEST(Collection, LetsAnEndingItemAndAnOutlivingWalkDoAsTheyLike) {
+  auto list = Make<Collection>();
+  Collection& live = *list;
+  list->Add(Variant(1), CollectionKey::Plain(u"one"));
+  list->Add(Variant(Ref<Object>(Make<LastWill>([&live] {
+              live.Remove(Variant(u"one"));
+              live.Add(Variant(3), CollectionKey::Plain(u"two"));
+            }))),
+            CollectionKey::Plain(u"two"));
+  list->Remove(Variant(u"two"));
+  EXPECT_EQ(IdsOf(*list), std::vector<std::int32_t>{3});
+
+  list->Add(Variant(4));
+  const Ref<Enumerator> walk = list->NewEnum();
+  Variant item = Variant(Ref<Object>(Make<LastWill>([&live] { live.Remove(Variant(1)); })));
+  EXPECT_TRUE(walk->Next(item));
+  EXPECT_EQ(IdOf(item), 3);
+  list = nullptr;
+  const Ref<Enumerator> twin = walk->Clone();
+  EXPECT_TRUE(walk->Next(item));
+  EXPECT_EQ(IdOf(item), 4);
+  EXPECT_FALSE(walk->Next(item));
+  EXPECT_EQ(IdOf(item), 4);
+  EXPECT_TRUE(twin->Skip(1));
+  EXPECT_FALSE(twin->Skip(1));
+  twin->Reset();
+  EXPECT_FALSE(twin->Skip(0xFFFFFFFF));
+  twin->Reset();
+  EXPECT_TRUE(twin->Next(item));
+}
+
+// With a cost that grows with the list for a look-up or an end's removal, this doesn't come to an
+// end within the time of a test run.
+TEST(Collection, TakesAMillionItems) {
+  constexpr std::int32_t kItems = 1'000'000;
+  const auto list = Make<Collection>();
+  const auto key = [](std::int32_t id) { return CollectionKey::Encoded(ToText(id)); };
+  for (std::int32_t id = 0; id < kItems; ++id) list->Add(Variant(id), key(id));
+  std::int64_t differences = 0;
+  for (std::int32_t id = 0; id < kItems; ++id) {
+    differences += IdOf(list->Item(key(id))) != id;
+    differences += IdOf(list->Item(Variant(id + 1))) != id;
+  }
+  for (std::int32_t id = 0; id < kItems / 2; ++id) {
+    list->Remove(key(id));
+    list->Remove(Variant(list->Count()));
+  }
+  EXPECT_EQ(differences, 0);
+  EXPECT_EQ(list->Count(), 0);
+}
+
+}  // namespace
+}  // namespace veldmark
