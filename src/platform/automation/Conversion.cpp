@@ -507,7 +507,9 @@ struct ToCurrencyValue {
     return {whole * Currency::kScale};
   }
   static Currency From(double value) {
-    const double product = value * Currency::kScale;
+    // Stored as a double here and now: the registers of 32-bit programs would keep more of it.
+    const volatile double stored = value * Currency::kScale;
+    const double product = stored;
     double rounded = std::nearbyint(product);
     // What looks like a half may lie beside it: the product is short of its last bits.
     const double lost = std::fma(value, Currency::kScale, -product);
