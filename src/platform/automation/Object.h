@@ -20,7 +20,10 @@ class ReferenceCounted {
 
   void AddReference() const noexcept { ++references_; }
   void ReleaseReference() const noexcept {
-    if (--references_ == 0) {
+    // One store on each way: where a call unwinds, GCC 12 drops the first of two.
+    if (references_ > 1) {
+      --references_;
+    } else {
       references_ = kDying;  // what the destructor hands out and takes back must not end it twice
       delete this;
     }
