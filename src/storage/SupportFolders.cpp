@@ -8,6 +8,7 @@
 #include "storage/CFile.h"
 #include "storage/CFolder.h"
 #include "storage/CPathName.h"
+#include "storage/EntryBuilder.h"
 #include "storage/FolderListing.h"
 #include "storage/PathForms.h"
 
@@ -83,16 +84,15 @@ bool CSupport::GetFolderContents(const Text& path, Ref<CFolders>& sub_folders, R
     if (path.empty()) return false;
 
     const Text folder = ApiFolderPath(path);
+    EntryBuilder builder;
     FolderListing listing(Files(), folder + Text(kEverything));
     Walk(
         listing, *status, get_folders, get_files,
         [&] {
           return Deliver(*this, found_folders,
-                         BuildFolderFromFindData(folder + Text(listing.Name()), listing.Entry()));
+                         builder.Folder(folder + Text(listing.Name()), listing.Entry()));
         },
-        [&] {
-          return Deliver(*this, found_files, BuildFileFromFindData(folder, listing.Entry()));
-        });
+        [&] { return Deliver(*this, found_files, builder.File(folder, listing.Entry())); });
     sub_folders = found_folders;
     files = found_files;
     return true;
@@ -129,10 +129,11 @@ Ref<CFolders> CSupport::GetFolders(const Text& path) {
     auto folders = Make<CFolders>();
     if (path.empty()) return folders;
     const Text folder = ApiFolderPath(path);
+    EntryBuilder builder;
     FolderListing listing(Files(), folder + Text(kEverything));
     do {
       if (listing.IsDirectory() && !listing.IsDots()) {
-        folders->Add(BuildFolderFromFindData(folder + Text(listing.Name()), listing.Entry()).Get());
+        folders->Add(builder.Folder(folder + Text(listing.Name()), listing.Entry()).Get());
       }
     } while (listing.Next());
     return folders;
@@ -166,23 +167,7 @@ bool CSupport::CreateFolder(const Text& full_path) {
 
 Ref<CFolder> CSupport::BuildFolderFromFindData(const Text& path,
                                                const WIN32_FIND_DATAW& find_data) {
-  auto folder = Make<CFolder>();
-  const TextView name = EntryName(find_data);
-  folder->SetPlainPath(PlainPath(path));
-  if (name == u"." && path.size() > 1) {
-    // The platform names the folder itself: its name stands in the path, before the last character.
-    const std::size_t before_name = path.rfind(u'\\', path.size() - 2);
-    folder->FolderName = path.substr(before_name == Text::npos ? 0 : before_name + 1);
-    folder->FolderName.pop_back();
-  } else {
-    folder->FolderName = name;
-  }
-  folder->ShortName = EntryShortName(find_data);
-  folder->SetAttributesField(static_cast<std::int32_t>(find_data.dwFileAttributes));
-  folder->DateCreated = FileTimeToDate(find_data.ftCreationTime, true);
-  folder->DateLastAccessed = FileTimeToDate(find_data.ftLastAccessTime, true);
-  folder->DateLastModified = FileTimeToDate(find_data.ftLastWriteTime, true);
-  return folder;
+  return EntryBuilder().Folder(path, find_data);
 }
 
 }  // namespace veldmark

@@ -63,7 +63,8 @@ TEST_F(Files, CarryWhatTheirEntrySays) {
   local()
       .Find(u"C:\\D\\a")
       ->Attributes(kFileAttributeHidden | kFileAttributeArchive)
-      .Times(noon, noon + simulated::kTicksPerSecond, noon + 2 * simulated::kTicksPerSecond);
+      .Times(noon, noon + 64 * simulated::kTicksPerSecond,
+             noon + 5 * simulated::kTicksPerSecond / 2);
   const Ref<CFolder> folder = Engine().GetFolder(u"C:\\D");
   for (const Ref<CFile>& file :
        {Engine().GetFile(u"C:\\D\\a"), folder->GetFiles()->ItemByKey(u"a")}) {
@@ -71,7 +72,7 @@ TEST_F(Files, CarryWhatTheirEntrySays) {
     EXPECT_EQ(file->Attributes(), FA_Hidden | FA_Archive);
     EXPECT_EQ(file->FileSize, Variant(5.0));
     EXPECT_EQ(file->DateCreated, MakeDate(2024, 3, 5, 9, 30, 0));
-    EXPECT_EQ(file->DateLastAccessed, MakeDate(2024, 3, 5, 9, 30, 1));
+    EXPECT_EQ(file->DateLastAccessed, MakeDate(2024, 3, 5, 9, 31, 4));
     EXPECT_EQ(file->DateLastModified, MakeDate(2024, 3, 5, 9, 30, 2));
   }
   EXPECT_EQ(folder->GetFiles()->ItemByKey(u"x")->Attributes(), FA_Directory);
