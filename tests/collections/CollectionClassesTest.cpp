@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <map>
+#include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
