@@ -1,0 +1,28 @@
+#include "server/ClassFactory.h"
+
+#include "frame/Apartment.h"
+#include "platform/automation/com/Face.h"
+#include "platform/automation/com/Failure.h"
+#include "server/ServerPlatform.h"
+
+namespace veldmark {
+
+HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** out) {
+  if (!out) return E_POINTER;
+  *out = nullptr;
+  if (outer) return CLASS_E_NOAGGREGATION;
+  try {
+    Apartment::Start(ServerPlatform());
+    const Ref<Object> object = table_.create();
+    return com::QueryObject(*object, reinterpret_cast<const Identity&>(iid), out);
+  } catch (...) {
+    return com::ReportError(CurrentError(), IID_IClassFactory);
+  }
+}
+
+HRESULT ClassFactory::LockServer(BOOL lock) {
+  lock ? HoldModule() : ReleaseModule();
+  return S_OK;
+}
+
+}  // namespace veldmark

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+
+namespace veldmark {
+
+/// The full path of this module's file.
+std::wstring ModulePath();
+
+}  // namespace veldmark

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/operations/Platform.h"
+
+namespace veldmark {
+
+/// The platform that this server works on, for the calling thread. Raises an error where it can't
+/// be set up.
+Platform& ServerPlatform();
+
+}  // namespace veldmark
