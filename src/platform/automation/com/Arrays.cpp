@@ -103,14 +103,16 @@ Text ReadText(const void* element) {
 }
 
 template <class T>
-void ReadAs(abi::RawArray raw, Array<T>& array) {
+void ReadAs(VARTYPE own_type, abi::RawArray raw, Array<T>& array) {
   auto* source = static_cast<SAFEARRAY*>(raw);
   if (!source) {
     array = {};
     return;
   }
   VARTYPE type = VT_EMPTY;
-  if (FAILED(SafeArrayGetVartype(source, &type))) Raise(runtime_error::kTypeMismatch);
+  if (FAILED(SafeArrayGetVartype(source, &type)) || (type != own_type && type != VT_VARIANT)) {
+    Raise(runtime_error::kTypeMismatch);
+  }
   array = Boundary<Array<T>>::FromVariant(ReadArray(type, source));
 }
 
@@ -180,8 +182,8 @@ RawArray HandOutArray(const TextArray& array) {
 
 void FreeArray(RawArray array) noexcept { SafeArrayDestroy(static_cast<SAFEARRAY*>(array)); }
 
-void Read(RawArray raw, ByteArray& array) { com::ReadAs(raw, array); }
-void Read(RawArray raw, LongArray& array) { com::ReadAs(raw, array); }
-void Read(RawArray raw, TextArray& array) { com::ReadAs(raw, array); }
+void Read(RawArray raw, ByteArray& array) { com::ReadAs(VT_UI1, raw, array); }
+void Read(RawArray raw, LongArray& array) { com::ReadAs(VT_I4, raw, array); }
+void Read(RawArray raw, TextArray& array) { com::ReadAs(VT_BSTR, raw, array); }
 
 }  // namespace veldmark::abi

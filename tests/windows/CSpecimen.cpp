@@ -1,0 +1,129 @@
+#include "windows/CSpecimen.h"
+
+#include <algorithm>
+
+namespace veldmark {
+namespace {
+
+/// Counts 1, 2, 3 and fails at 4 when told to.
+class ThreeNumbers final : public Enumerator {
+ public:
+  ThreeNumbers(std::int32_t position, bool fails) : position_(position), fails_(fails) {}
+  bool Next(Variant& item) override {
+    if (position_ == 3 && fails_) Raise(9);
+    if (position_ == 3) return false;
+    item = Variant(++position_);
+    return true;
+  }
+  bool Skip(std::uint32_t count) override {
+    const std::uint32_t left = static_cast<std::uint32_t>(3 - position_);
+    position_ += static_cast<std::int32_t>(std::min(count, left));
+    return count <= left;
+  }
+  void Reset() override { position_ = 0; }
+  Ref<Enumerator> Clone() const override { return Make<ThreeNumbers>(position_, fails_); }
+
+ private:
+  std::int32_t position_;
+  bool fails_;
+};
+
+const EventInterface& SpecimenEvents() {
+  static const EventInterface table =
+      DeclareEvents(u"__CSpecimen", u"")
+          .Event<const Text&, bool&>(u"Told", u"", {u"Message", u"Cancel"});
+  return table;
+}
+
+}  // namespace
+
+const Interface& CSpecimen::Describe() {
+  static const Interface table =
+      Declare<CSpecimen>(u"CSpecimen", u"")
+          .Stored<&CSpecimen::Name>(u"Name", u"")
+          .Stored<&CSpecimen::Number>(u"Number", u"")
+          .Get<&CSpecimen::Item>(u"Item", u"", {u"Index"})
+          .Default()
+          .Get<&CSpecimen::NewEnum>(u"NewEnum", u"")
+          .Enumerates()
+          .Method<&CSpecimen::Join>(
+              u"Join", u"",
+              {u"First", {u"Second", Variant::Missing()}, {u"Times", Variant(std::int32_t{1})}})
+          .Method<&CSpecimen::Fail>(u"Fail", u"", {u"Number", u"Description"})
+          .Method<&CSpecimen::Change>(u"Change", u"", {u"Text", u"Value", u"Number", u"Flag"})
+          .Method<&CSpecimen::Leave>(u"Leave", u"", {u"Text", u"Value", u"Number", u"Flag"})
+          .Method<&CSpecimen::ChangeAndFail>(u"ChangeAndFail", u"", {u"Text"})
+          .Method<&CSpecimen::Create>(u"Create", u"", {u"Made"})
+          .Method<&CSpecimen::Echo>(u"Echo", u"", {u"Value"})
+          .Method<&CSpecimen::EchoObject>(u"EchoObject", u"", {u"Object"})
+          .Method<&CSpecimen::NameOf>(u"NameOf", u"", {u"Other"})
+          .Method<&CSpecimen::Reverse>(u"Reverse", u"", {u"Bytes"})
+          .Method<&CSpecimen::Split>(u"Split", u"", {u"Parts"})
+          .Method<&CSpecimen::Tell>(u"Tell", u"", {u"Message"})
+          .Get<&CSpecimen::Children>(u"Children", u"")
+          .Events(SpecimenEvents());
+  return table;
+}
+
+Ref<CSpecimen> CSpecimen::Item(const Variant& index) {
+  Ref<CSpecimen> item = Make<CSpecimen>();
+  item->Name = u"item " + ToText(index);
+  return item;
+}
+
+Ref<Enumerator> CSpecimen::NewEnum() { return Make<ThreeNumbers>(0, Number == 4); }
+
+Text CSpecimen::Join(TextView first, const Variant& second, std::int32_t times) {
+  Text joined;
+  for (; times > 0; --times) {
+    joined += first;
+    joined += second.IsMissing() ? Text(u"-") : ToText(second);
+  }
+  return joined;
+}
+
+void CSpecimen::Fail(std::int32_t number, TextView description) {
+  Raise(number, Text(u"Veldmark2.CSpecimen"), Text(description));
+}
+
+void CSpecimen::Change(Text& text, Variant& value, std::int32_t& number, bool& flag) {
+  text += u"!";
+  value = Variant(Text(u"changed"));
+  number += 1;
+  flag = !flag;
+}
+
+void CSpecimen::Leave(Text&, Variant&, std::int32_t&, bool&) {}
+
+void CSpecimen::ChangeAndFail(Text& text) {
+  text.clear();
+  Raise(13);
+}
+
+void CSpecimen::Create(Ref<CSpecimen>& made) {
+  made = made ? nullptr : Make<CSpecimen>();
+  if (made) made->Name = u"made";
+}
+
+Text CSpecimen::NameOf(CSpecimen* other) { return other ? other->Name : Text(u"Nothing"); }
+
+ByteArray CSpecimen::Reverse(ByteArray& bytes) {
+  ByteArray original = bytes;
+  std::ranges::reverse(bytes.elements);
+  return original;
+}
+
+TextArray CSpecimen::Split(const TextArray& parts) {
+  TextArray doubled = parts;
+  for (Text& part : doubled.elements) part += part;
+  return doubled;
+}
+
+bool CSpecimen::Tell(TextView message) {
+  bool cancel = false;
+  events_.Raise(*this, 1, {Variant(message), Variant::ByReference(cancel)});
+  Name += u"told";
+  return cancel;
+}
+
+}  // namespace veldmark
