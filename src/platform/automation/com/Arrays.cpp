@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <new>
 
 #include "platform/automation/Boundary.h"

@@ -114,7 +114,12 @@ HRESULT InvokeDefault(const Variant& value, DISPPARAMS& parameters, VARIANT* res
 
 HRESULT InvokeMember(Object& self, const Member& member, DISPPARAMS& parameters, VARIANT* result,
                      EXCEPINFO* exception, UINT* bad_argument) {
-  if (member.kind == MemberKind::kGet && member.parameters.empty() && parameters.cArgs > 0) {
+  if (member.parameters.empty() && parameters.cArgs == 0) {
+    const Variant returned = member.invoke(self, {});
+    if (result) AsRaw(*result) = abi::HandOutVariant(returned);
+    return S_OK;
+  }
+  if (member.kind == MemberKind::kGet && member.parameters.empty()) {
     return InvokeDefault(member.invoke(self, {}), parameters, result, exception, bad_argument);
   }
 
