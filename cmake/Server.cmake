@@ -24,6 +24,8 @@ function(veldmark_windows_libraries)
     target_compile_options(veldmark_com PRIVATE -fno-strict-aliasing)
   endif()
   veldmark_uses(veldmark_com veldmark_core ole32 oleaut32 uuid)
+  # And the other way: the core's early-bound entries and its thread slot stand there.
+  veldmark_uses(veldmark_core veldmark_com)
 endfunction()
 
 # veldmark_type_library(): compiles model/Veldmark2.idl to ${PROJECT_BINARY_DIR}/Veldmark2.tlb.
