@@ -93,6 +93,7 @@ class Registration : public testing::Test {
     RegCloseKey(machine_classes_);
     for (Root* root : {&machine_, &user_}) RegCloseKey(root->key);
     RegDeleteTreeW(HKEY_CURRENT_USER, base_.c_str());
+    RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Veldmark2Tests");
   }
 
   static HKEY MakeKey(HKEY parent, const std::wstring& name) {
