@@ -1,5 +1,5 @@
 # Benches: natively one program of bench/*.cpp with Google Benchmark, for Windows one program a
-# source of bench/windows/, run by hand with `cmake/wine-exec build/windows-x64/bench_NAME.exe`.
+# source of bench/windows/, a client of the built server. bench/run builds and runs them all.
 
 if(WIN32)
   file(GLOB benches CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/bench/windows/*.cpp)
@@ -7,8 +7,8 @@ if(WIN32)
     get_filename_component(name ${source} NAME_WE)
     string(TOLOWER ${name} name)
     add_executable(bench_${name} ${source})
-    target_link_libraries(bench_${name} PRIVATE veldmark_windows veldmark_simulated)
-    target_compile_options(bench_${name} PRIVATE -fno-strict-aliasing)
+    target_link_libraries(bench_${name} PRIVATE veldmark_client psapi)
+    target_link_options(bench_${name} PRIVATE -municode)
   endforeach()
 else()
   file(GLOB benches CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/bench/*.cpp)

@@ -1,0 +1,53 @@
+// The keyed list at two sizes: the time of one step must not grow with the list.
+
+#include <benchmark/benchmark.h>
+
+#include "collections/Collection.h"
+#include "platform/automation/Text.h"
+
+namespace veldmark {
+namespace {
+
+Ref<Collection> Filled(std::int64_t items) {
+  auto collection = Make<Collection>();
+  for (std::int64_t i = 0; i < items; ++i) {
+    collection->Add(Variant(static_cast<std::int32_t>(i)),
+                    CollectionKey::Encoded(u"key " + ToText(i)));
+  }
+  return collection;
+}
+
+void Add(benchmark::State& state) {
+  for (auto _ : state) benchmark::DoNotOptimize(Filled(state.range(0)));
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void ItemByKey(benchmark::State& state) {
+  const auto collection = Filled(state.range(0));
+  std::int64_t i = 0;
+  for (auto _ : state) {
+    i = (i + 7919) % state.range(0);
+    benchmark::DoNotOptimize(collection->Item(CollectionKey::Encoded(u"key " + ToText(i))));
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+
+void ItemByPosition(benchmark::State& state) {
+  const auto collection = Filled(state.range(0));
+  std::int64_t i = 0;
+  for (auto _ : state) {
+    i = (i + 7919) % state.range(0);
+    benchmark::DoNotOptimize(collection->Item(Variant(static_cast<std::int32_t>(i + 1))));
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+
+constexpr std::int64_t kSmall = 10'000;
+constexpr std::int64_t kLarge = 1'000'000;
+
+BENCHMARK(Add)->Arg(kSmall)->Arg(kLarge)->Unit(benchmark::kMillisecond);
+BENCHMARK(ItemByKey)->Arg(kSmall)->Arg(kLarge);
+BENCHMARK(ItemByPosition)->Arg(kSmall)->Arg(kLarge);
+
+}  // namespace
+}  // namespace veldmark
