@@ -50,6 +50,10 @@ base.AsyncFetch = False
 WScript.DisconnectObject base
 WScript.Echo "Stopped after " & found & "."
 
+Heading "Tidying up"
+maps.Attributes = 16
+WScript.Echo "Removed with all that was in it: " & base.Delete(True, True) & " items"
+
 Heading "An error, caught"
 On Error Resume Next
 root.GetFolder home & "\No such folder"
@@ -58,10 +62,6 @@ WScript.Echo "Description: " & Err.Description
 WScript.Echo "Source:      " & Err.Source
 Err.Clear
 On Error Goto 0
-
-Heading "Tidying up"
-maps.Attributes = 16
-WScript.Echo "Removed with all that was in it: " & base.Delete(True, True) & " items"
 
 Heading "What is still alive"
 WScript.Echo status.GetDebugInfo("ObjectCounts")

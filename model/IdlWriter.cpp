@@ -122,7 +122,7 @@ std::string MemberText(const Member& member) {
                                  ? std::string()
                                  : "[out, retval] " + TypeName(member.result) + "* Result";
   return "    [id(" + std::to_string(member.id) + "), " + KindAttribute(member) +
-         (member.hidden ? "hidden, restricted, " : "") + "helpstring(" + Quoted(member.help) +
+         (member.hidden ? "hidden, " : "") + "helpstring(" + Quoted(member.help) +
          ")]\n    HRESULT " + ToUtf8(member.name) + "(" + ParameterList(member.parameters, result) +
          ");\n";
 }
