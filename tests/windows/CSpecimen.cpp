@@ -97,7 +97,7 @@ void CSpecimen::Leave(Text&, Variant&, std::int32_t&, bool&) {}
 
 void CSpecimen::ChangeAndFail(Text& text) {
   text.clear();
-  Raise(13);
+  Raise(13, Text(u"Veldmark2.CSpecimen"));
 }
 
 void CSpecimen::Create(Ref<CSpecimen>& made) {

@@ -284,6 +284,55 @@ TEST_F(ClientCalls, ATypedVariableKeepsItsTypeWhenItIsWritten) {
   }
 }
 
+TEST_F(ClientCalls, WhatACallersRecordClaimsIsNotTakenOnTrust) {
+  const auto make = [](VARTYPE type) { return SafeArrayCreateVector(type, 0, 2); };
+  const auto claim = [](VARTYPE type, SAFEARRAY* array) {
+    VARIANT variant{};
+    V_VT(&variant) = type;
+    V_ARRAY(&variant) = array;
+    return variant;
+  };
+  const auto number_of = [](const auto& act) {
+    try {
+      act();
+      return 0;
+    } catch (const AutomationError& error) {
+      return error.number;
+    }
+  };
+  SAFEARRAY* const numbers = make(VT_I8);
+  SAFEARRAY* const untyped = make(VT_I8);
+  untyped->fFeatures &= static_cast<USHORT>(~FADF_HAVEVARTYPE);
+  SAFEARRAY* knotted = make(VT_VARIANT);
+  static_cast<VARIANT*>(knotted->pvData)[1] = By(VT_ARRAY | VT_VARIANT, &knotted);
+  const std::tuple<const char*, VARIANT, std::int32_t> cases[] = {
+      {"a variant in place", claim(VT_VARIANT, nullptr), 458},
+      {"numbers as texts", claim(VT_ARRAY | VT_BSTR, numbers), 13},
+      {"numbers as objects", claim(VT_ARRAY | VT_DISPATCH, numbers), 13},
+      {"elements of no type as texts", claim(VT_ARRAY | VT_BSTR, untyped), 13},
+      {"elements of no type as numbers", claim(VT_ARRAY | VT_I8, untyped), 0},
+      {"an array within itself", claim(VT_ARRAY | VT_VARIANT, knotted), 13},
+  };
+  for (const auto& [what, value, number] : cases) {
+    const VARIANT& claimed = value;
+    EXPECT_EQ(number_of([&] { abi::Read(com::AsRaw(claimed)); }), number) << what;
+  }
+  // An array in the client's own storage is filled, but not replaced.
+  for (const int own : {FADF_FIXEDSIZE, FADF_STATIC, FADF_AUTO, FADF_EMBEDDED, 0}) {
+    SAFEARRAY* bytes = make(VT_UI1);
+    bytes->fFeatures |= static_cast<USHORT>(own);
+    VARIANT by = By(VT_ARRAY | VT_UI1, &bytes);
+    for (const ByteArray& fresh : {ByteArray({8, 9}, 0), ByteArray({1, 2, 3}, 0)}) {
+      const int refusal = own != 0 && fresh.elements.size() == 3 ? 10 : 0;
+      EXPECT_EQ(number_of([&] { abi::Assign(com::AsRaw(by), Variant(fresh)); }), refusal);
+    }
+    EXPECT_EQ(static_cast<std::uint8_t*>(bytes->pvData)[1], own != 0 ? 9 : 2);
+    bytes->fFeatures &= static_cast<USHORT>(~own);
+    SafeArrayDestroy(bytes);
+  }
+  for (SAFEARRAY* array : {numbers, untyped, knotted}) SafeArrayDestroy(array);
+}
+
 TEST_F(ClientCalls, LateBoundCallsFindTheirPlaceByPositionAndByName) {
   struct Case {
     const char* what;
@@ -355,6 +404,12 @@ TEST_F(ClientCalls, AnErrorComesWithItsInformationEarlyAndLateBound) {
             DISP_E_EXCEPTION);
   EXPECT_EQ(exception.scode, static_cast<HRESULT>(0x800A000D));
   EXPECT_EQ(changed.Text(), L"");
+  SysFreeString(exception.bstrSource);
+  SysFreeString(exception.bstrDescription);
+  // Nor does a variable that can't take what the member left hide the member's error.
+  LONG number = 7;
+  Call(L"ChangeAndFail", DISPATCH_METHOD, {By(VT_I4, &number)}, {}, nullptr, &exception);
+  EXPECT_STREQ(exception.bstrSource, L"Veldmark2.CSpecimen");
   SysFreeString(exception.bstrSource);
   SysFreeString(exception.bstrDescription);
 }

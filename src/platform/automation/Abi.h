@@ -61,13 +61,17 @@ void Free(RawVariant& value) noexcept;
 /// `kNullPointer` for a reference to nowhere.
 Variant Read(const RawVariant& value);
 /// Replaces a value; a by-reference one is written through and keeps its type. Raises 13 or 6 where
-/// the new value doesn't convert, 10 for an array in use.
+/// the new value doesn't convert, 10 for an array in use and for a fixed one of
+/// another shape.
 void Assign(RawVariant& raw, const Variant& value);
 
 RawArray HandOutArray(const ByteArray& array);
 RawArray HandOutArray(const LongArray& array);
 RawArray HandOutArray(const TextArray& array);
 void FreeArray(RawArray array) noexcept;
+/// Puts a new array, which it takes over, into a caller's variable. Raises 10 where the variable's
+/// array has another shape and is fixed, in the caller's own storage, or in use.
+void ReplaceArray(RawArray& variable, RawArray fresh);
 /// A null array reads as an empty one, the elements of a variant array convert; another element
 /// type raises 13.
 void Read(RawArray raw, ByteArray& array);

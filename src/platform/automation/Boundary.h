@@ -64,19 +64,25 @@ struct Boundary<Variant> {
   static Variant ToVariant(Variant value) { return value; }
 };
 
+/// What lies behind references to variants; a reference to a typed variable is left as it is.
+inline const Variant& BehindReferences(const Variant& value) {
+  const Variant* plain = &value;
+  while (const Reference* reference = plain->If<Reference>()) {
+    Variant* const* next = std::get_if<Variant*>(reference);
+    if (!next) break;
+    plain = *next;
+  }
+  return *plain;
+}
+
 /// A script's array, whose elements are variants, converts element by element.
 template <class T, BoundaryType kType>
 struct ArrayBoundary {
   static TypeReference Type() { return {.type = kType}; }
   static T FromVariant(const Variant& value) {
-    const Variant* plain = &value;
-    while (const Reference* reference = plain->If<Reference>()) {
-      Variant* const* next = std::get_if<Variant*>(reference);
-      if (!next) Raise(runtime_error::kTypeMismatch);
-      plain = *next;
-    }
-    if (const T* array = plain->If<T>()) return *array;
-    const VariantArray* loose = plain->If<VariantArray>();
+    const Variant& plain = BehindReferences(value);
+    if (const T* array = plain.If<T>()) return *array;
+    const VariantArray* loose = plain.If<VariantArray>();
     if (!loose) Raise(runtime_error::kTypeMismatch);
     T array;
     array.bounds = loose->bounds;
@@ -209,5 +215,24 @@ template <class C, class R, class... P, R (*kMember)(C&, P...)>
 struct MemberForm<kMember> : MemberSignature<C, R, P...> {
   static R Call(C& self, P... arguments) { return kMember(self, std::forward<P>(arguments)...); }
 };
+
+/// Calls a member and writes its by-reference arguments back, also when it raises: it has cleared
+/// its out-arguments then, and the caller is to see that. The member's own error stays the one that
+/// is told, whatever the writing meets, and stands in `Err` also where the member has no handler.
+template <class Call, class WriteBack>
+void CallThenWriteBack(Call call, WriteBack write_back) {
+  try {
+    call();
+  } catch (...) {
+    ErrObject::KeepCurrent();
+    try {
+      write_back();
+    } catch (...) {
+      // The caller can't be told two errors.
+    }
+    throw;
+  }
+  write_back();
+}
 
 }  // namespace veldmark

@@ -47,23 +47,17 @@ struct LateBound {
     using Form = MemberForm<Constant::value>;
     [[maybe_unused]] std::tuple<typename ParameterForm<P>::Value...> values{
         ReadArgument<typename ParameterForm<P>::Value>(arguments[I])...};
-    [[maybe_unused]] const auto write_back = [&] {
-      (WriteBack<P>(arguments[I], std::get<I>(values)), ...);
-    };
+    const auto write_back = [&] { (WriteBack<P>(arguments[I], std::get<I>(values)), ...); };
     Variant result;
-    try {
+    const auto call = [&] {
       if constexpr (std::is_void_v<Result>) {
         Form::Call(self, ParameterForm<P>::Pass(std::get<I>(values))...);
       } else {
         result = Boundary<Result>::ToVariant(
             Form::Call(self, ParameterForm<P>::Pass(std::get<I>(values))...));
       }
-    } catch (...) {
-      // A member that raises has cleared its out-arguments, and the caller is to see that.
-      write_back();
-      throw;
-    }
-    write_back();
+    };
+    CallThenWriteBack(call, write_back);
     return result;
   }
 
@@ -74,7 +68,7 @@ struct LateBound {
                         [[maybe_unused]] typename ParameterForm<Q>::Value& value) {
     if constexpr (ParameterForm<Q>::kByReference) {
       using Form = Boundary<typename ParameterForm<Q>::Value>;
-      const bool fresh = argument.Type() == VariantType::kEmpty;
+      const bool fresh = BehindReferences(argument).Type() == VariantType::kEmpty;
       if (fresh || !(Form::FromVariant(argument) == value)) argument.Assign(Form::ToVariant(value));
     }
   }

@@ -113,18 +113,15 @@ struct ThunkBody {
       [[maybe_unused]] std::tuple<typename ParameterForm<P>::Value...> values{
           Read<P>(std::get<I>(raw))...};
       const auto write_back = [&] { (WriteBack<P>(std::get<I>(raw), std::get<I>(values)), ...); };
-      try {
+      const auto call = [&] {
         if constexpr (std::is_void_v<Result>) {
           Form::Call(self, ParameterForm<P>::Pass(std::get<I>(values))...);
         } else {
           *result = RawForm<Result>::HandOut(
               Form::Call(self, ParameterForm<P>::Pass(std::get<I>(values))...));
         }
-      } catch (...) {
-        write_back();
-        throw;
-      }
-      write_back();
+      };
+      CallThenWriteBack(call, write_back);
       return abi::kOk;
     } catch (...) {
       if constexpr (!std::is_void_v<Result>) {
@@ -160,6 +157,8 @@ struct ThunkBody {
       if (RawForm<Value>::Read(*raw) == value) return;
       if constexpr (std::is_same_v<Value, Variant>) {
         abi::Assign(*raw, value);
+      } else if constexpr (requires { value.bounds; }) {
+        abi::ReplaceArray(*raw, RawForm<Value>::HandOut(value));
       } else {
         auto old = std::exchange(*raw, RawForm<Value>::HandOut(value));
         RawForm<Value>::Free(old);

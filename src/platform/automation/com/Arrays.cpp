@@ -5,6 +5,7 @@
 
 #include "platform/automation/Boundary.h"
 #include "platform/automation/com/Elements.h"
+#include "platform/automation/com/Failure.h"
 
 namespace veldmark::com {
 namespace {
@@ -84,11 +85,10 @@ Array<T> ReadElements(SAFEARRAY* array, ReadOne read_one) {
   result.bounds = ReadBounds(array, count);
   if (count == 0) return result;
   const LockedArray locked(array);
-  const std::size_t size = SafeArrayGetElemsize(array);
   if constexpr (std::is_arithmetic_v<T>) {
-    if (size != sizeof(T)) Raise(runtime_error::kTypeMismatch);
     result.elements.assign(locked.Elements<T>(), locked.Elements<T>() + count);
   } else {
+    const std::size_t size = SafeArrayGetElemsize(array);
     result.elements.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
       result.elements.push_back(read_one(locked.Elements<std::byte>() + i * size));
@@ -103,6 +103,49 @@ Text ReadText(const void* element) {
   return Text(abi::View(text));
 }
 
+/// One type for all that are read alike.
+VARTYPE ReadLike(VARTYPE type) {
+  switch (type) {
+    case VT_INT:
+      return VT_I4;
+    case VT_UINT:
+      return VT_UI4;
+    case VT_DISPATCH:
+      return VT_UNKNOWN;
+    default:
+      return type;
+  }
+}
+
+/// What an array's features say about elements that own something; 0 for plain values.
+USHORT OwningFeatures(VARTYPE type) {
+  switch (ReadLike(type)) {
+    case VT_BSTR:
+      return FADF_BSTR;
+    case VT_UNKNOWN:
+      return FADF_UNKNOWN | FADF_DISPATCH;
+    case VT_VARIANT:
+      return FADF_VARIANT;
+    default:
+      return 0;
+  }
+}
+
+/// Whether an array's elements are of a type, as far as its descriptor tells: one that a client
+/// made piece by piece need not carry its type.
+bool HasElements(SAFEARRAY* array, VARTYPE type) {
+  const std::size_t size = ElementSize(type);
+  if (size == 0) return false;
+  if (!array) return true;
+  if (SafeArrayGetElemsize(array) != size) return false;
+  VARTYPE real = VT_EMPTY;
+  if (SUCCEEDED(SafeArrayGetVartype(array, &real))) return ReadLike(real) == ReadLike(type);
+  constexpr USHORT kOwning = FADF_BSTR | FADF_UNKNOWN | FADF_DISPATCH | FADF_VARIANT | FADF_RECORD;
+  const auto owning = static_cast<USHORT>(array->fFeatures & kOwning);
+  const USHORT wanted = OwningFeatures(type);
+  return wanted == 0 ? owning == 0 : owning != 0 && (owning & ~wanted) == 0;
+}
+
 template <class T>
 void ReadAs(VARTYPE own_type, abi::RawArray raw, Array<T>& array) {
   auto* source = static_cast<SAFEARRAY*>(raw);
@@ -114,12 +157,13 @@ void ReadAs(VARTYPE own_type, abi::RawArray raw, Array<T>& array) {
   if (FAILED(SafeArrayGetVartype(source, &type)) || (type != own_type && type != VT_VARIANT)) {
     Raise(runtime_error::kTypeMismatch);
   }
-  array = Boundary<Array<T>>::FromVariant(ReadArray(type, source));
+  array = Boundary<Array<T>>::FromVariant(ReadArray(type, source, 1));
 }
 
 }  // namespace
 
-Variant ReadArray(VARTYPE type, SAFEARRAY* array) {
+Variant ReadArray(VARTYPE type, SAFEARRAY* array, int depth) {
+  if (!HasElements(array, type)) Raise(runtime_error::kTypeMismatch);
   const auto nothing = [](const void*) { return 0; };
   switch (type) {
     case VT_UI1:
@@ -129,14 +173,9 @@ Variant ReadArray(VARTYPE type, SAFEARRAY* array) {
       return Variant(ReadElements<std::int32_t>(array, nothing));
     case VT_BSTR:
       return Variant(ReadElements<Text>(array, ReadText));
-    default: {
-      const std::size_t size = ElementSize(type);
-      if (size == 0 || (array && SafeArrayGetElemsize(array) != size)) {
-        Raise(runtime_error::kTypeMismatch);
-      }
+    default:
       return Variant(ReadElements<Variant>(
-          array, [type](const void* element) { return ReadElement(type, element); }));
-    }
+          array, [type, depth](const void* element) { return ReadElement(type, element, depth); }));
   }
 }
 
@@ -179,6 +218,23 @@ RawArray HandOutArray(const TextArray& array) {
     std::ranges::transform(array.elements, locked.Elements<RawText>(), HandOutText);
   }
   return made.release();
+}
+
+void ReplaceArray(RawArray& variable, RawArray fresh) {
+  com::OwnedArray owned(static_cast<SAFEARRAY*>(fresh));
+  auto* old = static_cast<SAFEARRAY*>(variable);
+  // What lies within a client's own storage can't be freed in favour of another.
+  constexpr USHORT kClientsOwn = FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE;
+  const auto clients_own = static_cast<USHORT>(old ? old->fFeatures & kClientsOwn : 0);
+  // An array of the same shape is filled where it lies: it may be fixed, or in use.
+  if (old && owned && SUCCEEDED(SafeArrayCopyData(owned.get(), old))) {
+    old->fFeatures |= clients_own;  // some platforms copy the features as well
+    return;
+  }
+  if (clients_own != 0 || (old && FAILED(SafeArrayDestroy(old)))) {
+    Raise(com::ToNumber(DISP_E_ARRAYISLOCKED));
+  }
+  variable = owned.release();
 }
 
 void FreeArray(RawArray array) noexcept { SafeArrayDestroy(static_cast<SAFEARRAY*>(array)); }

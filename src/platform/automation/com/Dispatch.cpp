@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/automation/Boundary.h"
 #include "platform/automation/Enumerator.h"
 #include "platform/automation/com/ClassFace.h"
 #include "platform/automation/com/ComRef.h"
@@ -145,7 +146,7 @@ HRESULT InvokeMember(Object& self, const Member& member, DISPPARAMS& parameters,
   };
   Variant returned;
   try {
-    returned = member.invoke(self, values.All());
+    CallThenWriteBack([&] { returned = member.invoke(self, values.All()); }, write_back);
   } catch (const ArgumentError& error) {
     const std::ptrdiff_t place = error.argument - values.All().data();
     const bool ours = place >= 0 && static_cast<std::size_t>(place) < count;
@@ -154,13 +155,8 @@ HRESULT InvokeMember(Object& self, const Member& member, DISPPARAMS& parameters,
       bad = incoming.Position(static_cast<std::size_t>(place));
       return refuse(refusal);
     }
-    write_back();
-    throw;
-  } catch (...) {
-    write_back();
     throw;
   }
-  write_back();
   if (result) AsRaw(*result) = abi::HandOutVariant(returned);
   return S_OK;
 }

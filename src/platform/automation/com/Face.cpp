@@ -26,6 +26,11 @@ BinaryFace& FaceOf(Object& object) {
   return object;
 }
 
+/// A member's place among the callables; the enumerator has the lowest identifier of all.
+std::size_t IndexOf(DISPID id) {
+  return static_cast<std::size_t>(std::int64_t{id} - kEnumeratorMember);
+}
+
 bool IsEnumerator(const BinaryFace& face) {
   return face.function_table == EnumeratorFunctionTable();
 }
@@ -44,7 +49,7 @@ ClassFace::ClassFace(const Interface& class_table)
             Slot(Invoke)};
   for (const Member& member : table.members) {
     slots_.push_back(Slot(member.thunk));
-    const auto index = static_cast<std::size_t>(member.id - kEnumeratorMember);
+    const std::size_t index = IndexOf(member.id);
     if (index >= callables_.size()) callables_.resize(index + 1);
     (member.kind == MemberKind::kPut ? callables_[index].put : callables_[index].call) = &member;
   }
@@ -65,7 +70,7 @@ const ClassFace& ClassFace::Of(const Interface& table) {
 
 const Member* ClassFace::Find(DISPID id, WORD flags) const {
   if (id < kEnumeratorMember) return nullptr;
-  const auto index = static_cast<std::size_t>(id - kEnumeratorMember);
+  const std::size_t index = IndexOf(id);
   if (index >= callables_.size()) return nullptr;
   const Callable& callable = callables_[index];
   if ((flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) return callable.put;

@@ -9,11 +9,12 @@ namespace {
 struct Refusal {
   HRESULT code;
   std::int32_t number;
+  bool refuses_argument = false;  // also what refuses a call for an argument with that error
 };
 
 constexpr Refusal kRefusals[] = {
-    {DISP_E_TYPEMISMATCH, runtime_error::kTypeMismatch},
-    {DISP_E_OVERFLOW, runtime_error::kOverflow},
+    {DISP_E_TYPEMISMATCH, runtime_error::kTypeMismatch, true},
+    {DISP_E_OVERFLOW, runtime_error::kOverflow, true},
     {DISP_E_MEMBERNOTFOUND, runtime_error::kNoSuchMember},
     {DISP_E_UNKNOWNNAME, runtime_error::kNoSuchMember},
     {DISP_E_PARAMNOTFOUND, runtime_error::kNamedArgumentNotFound},
@@ -23,7 +24,7 @@ constexpr Refusal kRefusals[] = {
     {DISP_E_BADINDEX, runtime_error::kSubscriptOutOfRange},
     {DISP_E_ARRAYISLOCKED, 10},
     {DISP_E_DIVBYZERO, 11},
-    {E_OUTOFMEMORY, runtime_error::kOutOfMemory},
+    {E_OUTOFMEMORY, runtime_error::kOutOfMemory, true},
     {E_NOINTERFACE, 430},
 };
 
@@ -58,16 +59,10 @@ std::int32_t ToNumber(HRESULT failure) {
 }
 
 HRESULT ToRefusal(std::int32_t number) {
-  switch (number) {
-    case runtime_error::kTypeMismatch:
-      return DISP_E_TYPEMISMATCH;
-    case runtime_error::kOverflow:
-      return DISP_E_OVERFLOW;
-    case runtime_error::kOutOfMemory:
-      return E_OUTOFMEMORY;
-    default:
-      return DISP_E_EXCEPTION;
+  for (const Refusal& refusal : kRefusals) {
+    if (refusal.refuses_argument && refusal.number == number) return refusal.code;
   }
+  return DISP_E_EXCEPTION;
 }
 
 HRESULT ReportError(const AutomationError& error, const IID& iid) noexcept {

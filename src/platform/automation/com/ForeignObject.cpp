@@ -2,6 +2,7 @@
 
 #include <deque>
 
+#include "platform/automation/Boundary.h"
 #include "platform/automation/Interface.h"
 #include "platform/automation/com/Failure.h"
 
@@ -46,6 +47,18 @@ class OutgoingArguments {
   std::vector<VARIANT> passed_;
 };
 
+/// The exception record of a call out of the library: a callee may fill it even where it succeeds.
+struct ExceptionRecord : EXCEPINFO {
+  ExceptionRecord() : EXCEPINFO{} {}
+  ExceptionRecord(const ExceptionRecord&) = delete;
+  ExceptionRecord& operator=(const ExceptionRecord&) = delete;
+  ~ExceptionRecord() {
+    SysFreeString(bstrSource);
+    SysFreeString(bstrDescription);
+    SysFreeString(bstrHelpFile);
+  }
+};
+
 }  // namespace
 
 ForeignObject::ForeignObject(IUnknown* pointer) : pointer_(pointer) {
@@ -83,15 +96,16 @@ std::optional<Variant> InvokeForeign(IDispatch& object, DISPID id, WORD flags,
   OutgoingArguments outgoing(arguments);
   DISPPARAMS parameters = outgoing.Parameters();
   OwnedVariant result;
-  EXCEPINFO exception{};
+  ExceptionRecord exception;
   UINT bad_argument = 0;
   const HRESULT outcome = object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
                                         &result.Get(), &exception, &bad_argument);
-  const AutomationError error = TakeException(exception);
   if (outcome == DISP_E_MEMBERNOTFOUND) return {};
   if (FAILED(outcome) && outcome != DISP_E_EXCEPTION) Raise(ToNumber(outcome));
-  outgoing.WriteBack();
-  if (FAILED(outcome)) throw error;
+  const auto raise_its_error = [&] {
+    if (FAILED(outcome)) throw TakeException(exception);
+  };
+  CallThenWriteBack(raise_its_error, [&] { outgoing.WriteBack(); });
   return abi::Read(AsRaw(result.Get()));
 }
 

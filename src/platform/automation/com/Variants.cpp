@@ -14,8 +14,8 @@
 namespace veldmark::com {
 namespace {
 
-// References to references are legal; a longer chain of them bites its own tail.
-constexpr int kDeepestNesting = 16;
+// References and arrays may nest; what nests deeper than this bites its own tail.
+constexpr int kDeepestNesting = 128;
 
 template <class T>
 T Load(const void* data) {
@@ -41,15 +41,31 @@ Variant Whole(std::uint64_t value) {
   return Variant(static_cast<double>(value));
 }
 
-/// The variant at the end of a chain of references, and where its value lies.
-const VARIANT& Follow(const VARIANT& start) {
+/// The variant at the end of a chain of references; each one counts in `depth`.
+const VARIANT& Follow(const VARIANT& start, int& depth) {
   const VARIANT* variant = &start;
-  for (int depth = 0; V_VT(variant) == (VT_BYREF | VT_VARIANT); ++depth) {
+  for (; V_VT(variant) == (VT_BYREF | VT_VARIANT); ++depth) {
     variant = V_VARIANTREF(variant);
     if (!variant) Raise(abi::kNullPointer);
-    if (depth == kDeepestNesting) Raise(runtime_error::kTypeMismatch);
+    if (depth >= kDeepestNesting) Raise(runtime_error::kTypeMismatch);
   }
   return *variant;
+}
+
+Variant ReadVariant(const VARIANT& start, int depth) {
+  const VARIANT& variant = Follow(start, depth);
+  const auto type = static_cast<VARTYPE>(V_VT(&variant) & ~VT_BYREF);
+  if ((V_VT(&variant) & VT_BYREF) != 0) {
+    if (!V_BYREF(&variant)) Raise(abi::kNullPointer);
+    return ReadElement(type, V_BYREF(&variant), depth);
+  }
+  // A variant holds no other one in place: behind this record lies what isn't the caller's.
+  if (type == VT_VARIANT) RaiseUnknownType();
+  // A decimal fills the whole variant, the type lying within it.
+  return ReadElement(type,
+                     type == VT_DECIMAL ? static_cast<const void*>(&V_DECIMAL(&variant))
+                                        : static_cast<const void*>(&V_I8(&variant)),
+                     depth);
 }
 
 /// The type of ours that a platform type is exactly; empty for the others.
@@ -123,12 +139,9 @@ void AssignTyped(VARIANT& target, const Variant& value) {
     return;
   }
   if ((type & VT_ARRAY) != 0) {
-    // An array of the same shape is filled where it lies: it may be fixed, or in use.
-    auto* old = Load<SAFEARRAY*>(variable);
-    if (old && SUCCEEDED(SafeArrayCopyData(V_ARRAY(&typed.Get()), old))) return;
-    if (old && FAILED(SafeArrayDestroy(old))) Raise(ToNumber(DISP_E_ARRAYISLOCKED));
-    std::memcpy(variable, &V_ARRAY(&typed.Get()), sizeof(SAFEARRAY*));
+    const abi::RawArray fresh = V_ARRAY(&typed.Get());
     typed.Detach();
+    abi::ReplaceArray(*static_cast<abi::RawArray*>(variable), fresh);
     return;
   }
   const std::size_t size = ElementSize(type);
@@ -142,9 +155,10 @@ void AssignTyped(VARIANT& target, const Variant& value) {
 
 }  // namespace
 
-Variant ReadElement(VARTYPE type, const void* data) {
+Variant ReadElement(VARTYPE type, const void* data, int depth) {
   if ((type & VT_ARRAY) != 0) {
-    return ReadArray(static_cast<VARTYPE>(type & ~VT_ARRAY), Load<SAFEARRAY*>(data));
+    if (depth >= kDeepestNesting) Raise(runtime_error::kTypeMismatch);
+    return ReadArray(static_cast<VARTYPE>(type & ~VT_ARRAY), Load<SAFEARRAY*>(data), depth + 1);
   }
   switch (type) {
     case VT_EMPTY:
@@ -193,7 +207,7 @@ Variant ReadElement(VARTYPE type, const void* data) {
     case VT_UNKNOWN:
       return Variant(abi::Read(Load<abi::RawObject>(data)));
     case VT_VARIANT:
-      return abi::Read(*static_cast<const abi::RawVariant*>(data));
+      return ReadVariant(*static_cast<const VARIANT*>(data), depth);
     default:
       RaiseUnknownType();
   }
@@ -319,21 +333,11 @@ void Free(RawVariant& value) noexcept {
   value = RawVariant{};
 }
 
-Variant Read(const RawVariant& value) {
-  const VARIANT& variant = com::Follow(com::AsVariant(value));
-  const auto type = static_cast<VARTYPE>(V_VT(&variant) & ~VT_BYREF);
-  if ((V_VT(&variant) & VT_BYREF) == 0) {
-    // A decimal fills the whole variant, the type lying within it.
-    return com::ReadElement(type, type == VT_DECIMAL
-                                      ? static_cast<const void*>(&V_DECIMAL(&variant))
-                                      : static_cast<const void*>(&V_I8(&variant)));
-  }
-  if (!V_BYREF(&variant)) Raise(kNullPointer);
-  return com::ReadElement(type, V_BYREF(&variant));
-}
+Variant Read(const RawVariant& value) { return com::ReadVariant(com::AsVariant(value), 0); }
 
 void Assign(RawVariant& raw, const Variant& value) {
-  auto& target = const_cast<VARIANT&>(com::Follow(com::AsVariant(raw)));
+  int depth = 0;
+  auto& target = const_cast<VARIANT&>(com::Follow(com::AsVariant(raw), depth));
   if ((V_VT(&target) & VT_BYREF) != 0) {
     com::AssignTyped(target, value);
     return;
