@@ -31,6 +31,7 @@ Apartment& Apartment::Start(Platform& platform) {
   auto apartment = std::make_unique<Apartment>(platform);
   // The start-up routine creates objects, which ask for their apartment.
   thread_slot::Put(apartment.get(), [](void*) { End(); });
+  ErrObject::Attach(&apartment->err);
   apartment->RunStartUp();
   return *apartment.release();
 }
@@ -39,6 +40,7 @@ void Apartment::End() noexcept {
   const std::unique_ptr<Apartment> apartment(TryCurrent());
   if (!apartment) return;
   apartment->ReleaseState();
+  ErrObject::Attach(nullptr);
   thread_slot::Put(nullptr, nullptr);
 }
 

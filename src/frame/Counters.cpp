@@ -45,15 +45,16 @@ Text GetObjectCountsReport() {
       {u"SID's Collection = ", apartment.g_colSidCache},
   };
   Text report;
-  Swallow([&] {
-    report = u"Current Object Counts\r\n=====================";
-    for (std::size_t i = 0; i < std::size(kLabels); ++i) {
-      AppendLine(report, kLabels[i], apartment.counters[static_cast<Counter>(i)]);
-    }
-    for (const auto& [label, cache] : caches) {
-      if (cache) AppendLine(report, label, cache->Count());
-    }
-  });
+  const auto append = [&report](TextView label, std::int32_t count) {
+    Swallow([&] { AppendLine(report, label, count); });
+  };
+  Swallow([&] { report = u"Current Object Counts\r\n====================="; });
+  for (std::size_t i = 0; i < std::size(kLabels); ++i) {
+    append(kLabels[i], apartment.counters[static_cast<Counter>(i)]);
+  }
+  for (const auto& [label, cache] : caches) {
+    if (cache) append(label, cache->Count());
+  }
   return report;
 }
 

@@ -8,6 +8,7 @@
 
 #include "frame/Apartment.h"
 #include "frame/Support.h"
+#include "platform/operations/ErrorCodes.h"
 #include "platform/operations/Handles.h"
 
 namespace veldmark {
@@ -74,7 +75,10 @@ class AnsiEncoder {
 };
 
 [[noreturn]] void RaiseFileError() {
-  RaisePlatformError(static_cast<std::int32_t>(LastPlatformError()), Text(kLibraryName));
+  // A write that takes nothing and reports nothing has found no room.
+  const DWORD error = LastPlatformError();
+  RaisePlatformError(static_cast<std::int32_t>(error != 0 ? error : kErrorDiskFull),
+                     Text(kLibraryName));
 }
 
 }  // namespace

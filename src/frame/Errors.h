@@ -42,7 +42,7 @@ bool Swallow(Statement&& statement) noexcept {
     std::forward<Statement>(statement)();
     return true;
   } catch (...) {
-    Err().Set(CurrentError());
+    Err().SetToCurrent();
     return false;
   }
 }

@@ -184,11 +184,17 @@ void InitLsaString(LSA_UNICODE_STRING& record, TextView text, ByteArray& bytes) 
 // Paths
 
 Text ApiFilePath(TextView path) {
-  if (path.find(kLongPrefix) != TextView::npos) return Text(path);
-  if (path.starts_with(kNetworkPrefix)) {
-    return Text(kLongNetworkPrefix).append(path.substr(kNetworkPrefix.size()));
-  }
-  return Text(kLongPrefix).append(path);
+  Text long_path;
+  Swallow([&] {
+    if (path.find(kLongPrefix) != TextView::npos) {
+      long_path = path;
+    } else if (path.starts_with(kNetworkPrefix)) {
+      long_path = Text(kLongNetworkPrefix).append(path.substr(kNetworkPrefix.size()));
+    } else {
+      long_path = Text(kLongPrefix).append(path);
+    }
+  });
+  return long_path;
 }
 
 Text ApiFolderPath(TextView path) {
@@ -265,7 +271,7 @@ std::int32_t LoWordOfLong(std::int32_t value) { return static_cast<std::int16_t>
 Text GetCollectionKey(TextView text) {
   Text key;
   Swallow([&] {
-    key.reserve(text.size() * 6);
+    key.reserve(text.size() * 8);
     const auto append = [&key](unsigned byte) {
       if (byte >= 100) key += static_cast<char16_t>(u'0' + byte / 100);
       if (byte >= 10) key += static_cast<char16_t>(u'0' + byte / 10 % 10);

@@ -135,12 +135,13 @@ TEST_F(FrameTest, FailsWith91WhereStartUpLeftNothing) {
 
 TEST_F(FrameTest, RaisesWhatItSaysOfTheObsoleteMember) {
   try {
-    Make<SystemRoot>()->CreateSD(0);
+    Call(*Make<SystemRoot>(), u"CreateSD", MemberKind::kMethod, {Variant(0)});
     FAIL();
   } catch (const AutomationError& error) {
     EXPECT_EQ(static_cast<std::uint32_t>(error.number), 0x8004038Fu);
     EXPECT_EQ(error.source, u"Veldmark");
     EXPECT_EQ(error.description, u"Function is obsolete");
+    EXPECT_EQ(Err().Number(), error.number) << "though the member has no handler";
   }
 }
 

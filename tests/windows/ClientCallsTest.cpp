@@ -10,11 +10,8 @@
 #include "windows/CSpecimen.h"
 
 namespace veldmark {
-namespace {
-
-using com::AsIid;
-using com::ComRef;
-
+// Not in the unnamed namespace: the compiler would see that nothing derives from it and take its
+// calls for impossible.
 /// The dual interface as a type library describes it to an early-bound client.
 struct ISpecimen : IDispatch {
   STDMETHOD(get_Name)(BSTR*) = 0;
@@ -37,6 +34,11 @@ struct ISpecimen : IDispatch {
   STDMETHOD(Tell)(BSTR, VARIANT_BOOL*) = 0;
   STDMETHOD(get_Children)(ISpecimen**) = 0;
 };
+
+namespace {
+
+using com::AsIid;
+using com::ComRef;
 
 struct Bstr {
   BSTR text;

@@ -218,12 +218,13 @@ struct MemberForm<kMember> : MemberSignature<C, R, P...> {
 
 /// Calls a member and writes its by-reference arguments back, also when it raises: it has cleared
 /// its out-arguments then, and the caller is to see that. The member's own error stays the one that
-/// is told, whatever the writing meets.
+/// is told, whatever the writing meets, and stands in `Err` also where the member has no handler.
 template <class Call, class WriteBack>
 void CallThenWriteBack(Call call, WriteBack write_back) {
   try {
     call();
   } catch (...) {
+    ErrObject::KeepCurrent();
     try {
       write_back();
     } catch (...) {

@@ -62,6 +62,9 @@ constexpr StandardText kStandardTexts[] = {
     {457, u"This key is already associated with an element of this collection"},
 };
 
+// A plain pointer, so that nothing has to end with the thread.
+thread_local ErrObject* attached = nullptr;
+
 }  // namespace
 
 AutomationError::AutomationError(std::int32_t error_number, Text error_source,
@@ -108,7 +111,7 @@ std::int32_t ErrObject::LastDllError() const {
   return static_cast<std::int32_t>(LastPlatformError());
 }
 
-void ErrObject::Clear() {
+void ErrObject::Clear() noexcept {
   number_ = 0;
   source_.clear();
   description_.clear();
@@ -118,6 +121,21 @@ void ErrObject::Set(const AutomationError& error) {
   number_ = error.number;
   source_ = error.source;
   description_ = error.description;
+}
+
+void ErrObject::SetToCurrent() noexcept {
+  try {
+    Set(CurrentError());
+  } catch (...) {
+    Clear();
+    number_ = runtime_error::kOutOfMemory;
+  }
+}
+
+void ErrObject::Attach(ErrObject* object) noexcept { attached = object; }
+
+void ErrObject::KeepCurrent() noexcept {
+  if (attached) attached->SetToCurrent();
 }
 
 }  // namespace veldmark

@@ -74,8 +74,16 @@ class ErrObject {
   /// The thread's last platform error, as captured after the latest platform call.
   std::int32_t LastDllError() const;
 
-  void Clear();
+  void Clear() noexcept;
   void Set(const AutomationError& error);
+  /// Takes over the exception being handled. Where memory is short even for that, it is error 7
+  /// without texts.
+  void SetToCurrent() noexcept;
+
+  /// Makes this the calling thread's error object, or, with null, leaves the thread without one.
+  static void Attach(ErrObject* object) noexcept;
+  /// Leaves the exception being handled in the thread's error object, if it has one.
+  static void KeepCurrent() noexcept;
 
  private:
   std::int32_t number_ = 0;
