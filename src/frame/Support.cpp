@@ -57,7 +57,7 @@ Text MessageText(std::int32_t message_id, DWORD language) {
     module.Reset(messages.LoadLibraryExW(u"netmsg.dll", nullptr, kLoadLibraryAsDatafile));
     if (module) flags |= kFormatMessageFromHmodule;
   }
-  LocalMemory<WCHAR> buffer(messages);
+  LocalMemory<WCHAR> buffer(CurrentPlatform().system);
   // A buffer that the platform allocates is asked for by the address of its pointer.
   messages.FormatMessageW(flags, reinterpret_cast<const void*>(module.Get()),
                           static_cast<DWORD>(message_id), language,

@@ -17,7 +17,7 @@ class MessageTexts : public Contract {
   // The text of a message; "!" and the code if there is none.
   std::string Format(DWORD flags, const void* source, DWORD number, DWORD language = 0x400,
                      void* arguments = nullptr) {
-    LocalMemory<WCHAR> text(platform_.messages);
+    LocalMemory<WCHAR> text(platform_.system);
     WCHAR* memory = text.Get();
     const DWORD length = platform_.messages.FormatMessageW(
         flags | kFormatMessageAllocateBuffer, source, number, language,
@@ -94,7 +94,7 @@ TEST_F(MessageTexts, NeedAModuleThatIsThere) {
   }
   EXPECT_EQ(platform_.messages.LoadLibraryExW(u"no-such.dll", nullptr, 0), HMODULE{0});
   EXPECT_EQ(LastPlatformError(), kErrorModNotFound);
-  EXPECT_EQ(platform_.messages.LocalFree(nullptr), nullptr);
+  EXPECT_EQ(platform_.system.LocalFree(nullptr), nullptr);
 }
 
 }  // namespace

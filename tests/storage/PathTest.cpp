@@ -63,6 +63,10 @@ class OddProvider final : public NetworkProvider {
     static_cast<UNIVERSAL_NAME_INFOW*>(buffer)->lpUniversalName = reinterpret_cast<LPWSTR>(text);
     return second_status;
   }
+  DWORD WNetAddConnection3W(HWND, const NETRESOURCEW*, LPCWSTR, LPCWSTR, DWORD) override {
+    return 1222;
+  }
+  DWORD WNetCancelConnection2W(LPCWSTR, DWORD, BOOL) override { return 1222; }
   Text name;
   DWORD first_status = 234;
   DWORD second_status = 0;
@@ -87,7 +91,16 @@ TEST(MappedDrives, GiveTheirShareAndAReadableNameForIt) {
   simulated::SimulatedPlatform simulated;
   OddProvider provider;
   const Platform whole = simulated.platform();
-  Platform mixed{whole.files, provider, whole.messages, whole.registry, whole.system, whole.timers};
+  Platform mixed{whole.files,
+                 provider,
+                 whole.messages,
+                 whole.registry,
+                 whole.system,
+                 whole.timers,
+                 whole.security,
+                 whole.network_management,
+                 whole.version_information,
+                 whole.multimedia};
   Apartment::Start(mixed);
   for (const Case& c : cases) {
     provider.name = c.name;

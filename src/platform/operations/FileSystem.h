@@ -196,7 +196,7 @@ class FileSystem {
   // failure (6), but also as the low half of a size: then the last error is 0.
   virtual DWORD GetFileSize(HANDLE file, DWORD* size_high) = 0;
 
-  // Closes a handle of CreateFileW. Non-zero on success; 6 for a handle that isn't open.
+  // Closes a handle of CreateFileW or a token. Non-zero on success; 6 for a handle that isn't open.
   virtual BOOL CloseHandle(HANDLE object) = 0;
 
   // Copies a file with its contents, attributes and time of the last write. Non-zero on success.
@@ -214,6 +214,22 @@ class FileSystem {
   // One of kDrive...: the type of the drive or share that the root path names (null: the current
   // folder's); kDriveNoRootDir if there is none.
   virtual UINT GetDriveTypeW(LPCWSTR root_path_name) = 0;
+
+  // The bytes of the volume that a folder lies on: free to the caller by his quota, in all, and
+  // free in all; each may be null. Non-zero on success; 21: no medium in the drive; 3, 5, 53, 67,
+  // 123. A drive needs no "\" behind it; a share does.
+  virtual BOOL GetDiskFreeSpaceExW(LPCWSTR folder, std::uint64_t* free_to_caller,
+                                   std::uint64_t* total, std::uint64_t* total_free) = 0;
+
+  // Describes the volume of a root path, which ends in "\" (null: the current folder's): its label
+  // and file system as NUL-terminated texts in buffers of so many characters, its serial number,
+  // the longest name, and the file system's flags. Every output may be null. Non-zero on success;
+  // 21: no medium; 3: no such drive; 53, 67; 123: not a root or without its "\"; 111 or 122 for a
+  // buffer too small.
+  virtual BOOL GetVolumeInformationW(LPCWSTR root_path_name, LPWSTR volume_name,
+                                     DWORD volume_name_size, DWORD* serial_number,
+                                     DWORD* maximum_component_length, DWORD* flags,
+                                     LPWSTR file_system_name, DWORD file_system_name_size) = 0;
 };
 
 }  // namespace veldmark

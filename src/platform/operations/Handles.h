@@ -5,6 +5,7 @@
 #include "platform/operations/FileSystem.h"
 #include "platform/operations/LastError.h"
 #include "platform/operations/Messages.h"
+#include "platform/operations/NetworkManagement.h"
 #include "platform/operations/Registry.h"
 #include "platform/operations/System.h"
 
@@ -97,7 +98,7 @@ struct ModuleTraits {
 template <typename T>
 struct LocalMemoryTraits {
   using Value = T*;
-  using Family = Messages;
+  using Family = System;
   static Value Empty() noexcept { return nullptr; }
   static bool IsEmpty(Value value) noexcept { return value == nullptr; }
   static void Close(Family& family, Value value) { family.LocalFree(value); }
@@ -112,8 +113,17 @@ struct TaskMemoryTraits {
   static void Close(Family& family, Value value) { family.CoTaskMemFree(value); }
 };
 
+struct NetworkBufferTraits {
+  using Value = BYTE*;
+  using Family = NetworkManagement;
+  static Value Empty() noexcept { return nullptr; }
+  static bool IsEmpty(Value value) noexcept { return value == nullptr; }
+  static void Close(Family& family, Value value) { family.NetApiBufferFree(value); }
+};
+
 using FindHandle = UniqueHandle<FindHandleTraits>;
 using FileHandle = UniqueHandle<FileHandleTraits>;
+using NetworkBuffer = UniqueHandle<NetworkBufferTraits>;
 using RegistryKey = UniqueHandle<RegistryKeyTraits>;
 using Module = UniqueHandle<ModuleTraits>;
 template <typename T>

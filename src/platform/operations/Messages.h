@@ -46,10 +46,6 @@ class Messages {
   // arguments.
   virtual DWORD FormatMessageW(DWORD flags, const void* source, DWORD message_id, DWORD language_id,
                                LPWSTR buffer, DWORD size, void* arguments) = 0;
-
-  // Frees a block that was given to the caller to be freed so. Returns null on success, else
-  // `memory` (6). Null is allowed and does nothing.
-  virtual HLOCAL LocalFree(HLOCAL memory) = 0;
 };
 
 }  // namespace veldmark

@@ -12,6 +12,19 @@ struct UNIVERSAL_NAME_INFOW {
   LPWSTR lpUniversalName;
 };
 
+inline constexpr DWORD kConnectUpdateProfile = 0x1;
+
+struct NETRESOURCEW {
+  DWORD dwScope;
+  DWORD dwType;  // 0 any, 1 disk, 2 printer
+  DWORD dwDisplayType;
+  DWORD dwUsage;
+  LPWSTR lpLocalName;   // "Z:" or "LPT1"; null for a connection without a local name
+  LPWSTR lpRemoteName;  // "\\srv\share"
+  LPWSTR lpComment;
+  LPWSTR lpProvider;
+};
+
 // Network connections and names. Each operation returns 0 or an error code.
 class NetworkProvider {
  public:
@@ -25,6 +38,18 @@ class NetworkProvider {
   // doesn't begin with a drive. 124: another level. 1222: no network.
   virtual DWORD WNetGetUniversalNameW(LPCWSTR local_path, DWORD info_level, void* buffer,
                                       DWORD* buffer_size) = 0;
+
+  // Connects to a resource. An empty `password` or `user_name` is taken as it stands, null as the
+  // caller's own. `flags` with kConnectUpdateProfile keeps the connection over restarts. 85: the
+  // local name is in use; 66: the resource isn't of `dwType`; 67: no such resource; 53 or 1203: no
+  // such server; 86: wrong password; 5; 1200: an ill-formed local name; 1208: the provider's own
+  // failure; 1222: no network.
+  virtual DWORD WNetAddConnection3W(HWND owner, const NETRESOURCEW* resource, LPCWSTR password,
+                                    LPCWSTR user_name, DWORD flags) = 0;
+
+  // Ends a connection by its local or remote name; with kConnectUpdateProfile for good. 2250: there
+  // is none; 2401: files are open and `force` is 0; 1208; 1222.
+  virtual DWORD WNetCancelConnection2W(LPCWSTR name, DWORD flags, BOOL force) = 0;
 };
 
 }  // namespace veldmark

@@ -2,10 +2,14 @@
 
 #include "platform/operations/FileSystem.h"
 #include "platform/operations/Messages.h"
+#include "platform/operations/Multimedia.h"
+#include "platform/operations/NetworkManagement.h"
 #include "platform/operations/NetworkProvider.h"
 #include "platform/operations/Registry.h"
+#include "platform/operations/Security.h"
 #include "platform/operations/System.h"
 #include "platform/operations/Timers.h"
+#include "platform/operations/VersionInformation.h"
 
 namespace veldmark {
 
@@ -18,6 +22,10 @@ struct Platform {
   Registry& registry;
   System& system;
   Timers& timers;
+  Security& security;
+  NetworkManagement& network_management;
+  VersionInformation& version_information;
+  Multimedia& multimedia;
 };
 
 }  // namespace veldmark

@@ -17,6 +17,8 @@ inline constexpr UINT kCodePageUtf8 = 65001;
 inline constexpr DWORD kMultiBytePrecomposed = 0x1;
 inline constexpr DWORD kMultiByteErrInvalidChars = 0x8;
 
+inline constexpr UINT kLocalZeroInitialised = 0x40;
+
 struct SYSTEMTIME {
   WORD wYear;  // 1601 to 30827
   WORD wMonth;
@@ -84,6 +86,14 @@ class System {
   virtual INT MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR multi_byte,
                                   INT multi_byte_size, LPWSTR wide, INT wide_size) = 0;
 
+  // Converts UTF-16 to a code page and returns the number of bytes written, or needed if
+  // `multi_byte_size` is 0. `wide_size` -1: the text ends with its NUL, which is converted too.
+  // What the code page lacks becomes its default character, with `*used_default` set if given;
+  // `default_character` null is the code page's own. 0 on failure: 122, 87, 1004 as above.
+  virtual INT WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, INT wide_size,
+                                  char* multi_byte, INT multi_byte_size, LPCSTR default_character,
+                                  BOOL* used_default) = 0;
+
   // The length of a NUL-terminated text in characters; 0 for null.
   virtual INT lstrlenW(LPCWSTR text) = 0;
 
@@ -92,6 +102,14 @@ class System {
 
   // Frees a block of CoTaskMemAlloc, or of a platform interface that says so. Null does nothing.
   virtual void CoTaskMemFree(void* memory) = 0;
+
+  // A block of the local heap, which the receiver frees with LocalFree; zeroed with
+  // kLocalZeroInitialised. Null with 8 if there is none.
+  virtual HLOCAL LocalAlloc(UINT flags, std::size_t size) = 0;
+
+  // Frees a block that was given to the caller to be freed so. Returns null on success, else
+  // `memory` (6). Null is allowed and does nothing.
+  virtual HLOCAL LocalFree(HLOCAL memory) = 0;
 };
 
 }  // namespace veldmark

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <map>
+#include <memory>
 #include <string_view>
 
 #include "platform/automation/Text.h"
@@ -25,11 +28,15 @@ struct Session {
   // A value for a new handle, never handed out before. Handles are small positive numbers.
   std::uintptr_t NewHandle() { return next_handle += 4; }
 
+  // A zeroed block of the local heap, noted as handed out by this operation.
+  void* AllocateLocal(std::size_t size, std::string_view operation, std::string detail);
+
   Estate estate;
   Ledger ledger;
   Journal journal;
   FaultHook faults;
   std::uintptr_t next_handle = 0x100;
+  std::map<void*, std::unique_ptr<std::max_align_t[]>> local_memory;
 };
 
 // Sets the last error and returns the failure form of most operations.

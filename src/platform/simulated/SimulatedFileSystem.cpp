@@ -470,6 +470,18 @@ UINT SimulatedFileSystem::GetDriveTypeW(LPCWSTR root_path_name) {
   return drive == drives.end() ? kDriveRemote : drive->second.type;
 }
 
+BOOL SimulatedFileSystem::GetDiskFreeSpaceExW(LPCWSTR folder, std::uint64_t*, std::uint64_t*,
+                                              std::uint64_t*) {
+  session_.BeginSafe("GetDiskFreeSpaceExW", ViewOf(folder));
+  return Fail(kErrorNotSupported);
+}
+
+BOOL SimulatedFileSystem::GetVolumeInformationW(LPCWSTR root_path_name, LPWSTR, DWORD, DWORD*,
+                                                DWORD*, DWORD*, LPWSTR, DWORD) {
+  session_.BeginSafe("GetVolumeInformationW", ViewOf(root_path_name));
+  return Fail(kErrorNotSupported);
+}
+
 bool SimulatedFileSystem::Advance(OpenFind& find, WIN32_FIND_DATAW* data) const {
   const FileNode& folder = *find.folder;
   while (find.dots < 2) {

@@ -40,6 +40,11 @@ class SimulatedFileSystem final : public FileSystem {
   BOOL CopyFileW(LPCWSTR existing_file_name, LPCWSTR new_file_name, BOOL fail_if_exists) override;
   DWORD GetLogicalDriveStringsW(DWORD length, LPWSTR buffer) override;
   UINT GetDriveTypeW(LPCWSTR root_path_name) override;
+  BOOL GetDiskFreeSpaceExW(LPCWSTR folder, std::uint64_t* free_to_caller, std::uint64_t* total,
+                           std::uint64_t* total_free) override;
+  BOOL GetVolumeInformationW(LPCWSTR root_path_name, LPWSTR volume_name, DWORD volume_name_size,
+                             DWORD* serial_number, DWORD* maximum_component_length, DWORD* flags,
+                             LPWSTR file_system_name, DWORD file_system_name_size) override;
 
  private:
   struct OpenFind {

@@ -247,32 +247,16 @@ DWORD SimulatedMessages::FormatMessageW(DWORD flags, const void* source, DWORD m
   if (const DWORD width = flags & kFormatMessageMaxWidthMask) *composed = Rewrap(*composed, width);
   const std::size_t length = composed->size();
   if (allocates) {
-    std::vector<WCHAR> block(std::max<std::size_t>(length + 1, size));
-    std::copy(composed->begin(), composed->end(), block.begin());
-    LPWSTR const memory = block.data();
-    blocks_[memory] = std::move(block);
-    session_.ledger.Opened(Resource::LocalMemory, reinterpret_cast<std::uintptr_t>(memory),
-                           "FormatMessageW", std::to_string(message_id));
-    *reinterpret_cast<LPWSTR*>(buffer) = memory;
+    auto* const block = static_cast<LPWSTR>(
+        session_.AllocateLocal(std::max<std::size_t>(length + 1, size) * sizeof(WCHAR),
+                               "FormatMessageW", std::to_string(message_id)));
+    std::copy(composed->begin(), composed->end(), block);
+    *reinterpret_cast<LPWSTR*>(buffer) = block;
   } else {
     if (length + 1 > size) return static_cast<DWORD>(Fail(kErrorInsufficientBuffer));
     std::copy_n(composed->c_str(), length + 1, buffer);
   }
   return static_cast<DWORD>(length);
-}
-
-HLOCAL SimulatedMessages::LocalFree(HLOCAL memory) {
-  const DWORD fault = session_.Begin("LocalFree");
-  if (memory == nullptr) return nullptr;
-  if (!session_.ledger.Closed(Resource::LocalMemory, reinterpret_cast<std::uintptr_t>(memory),
-                              "LocalFree")) {
-    Fail(kErrorInvalidHandle);
-    return memory;
-  }
-  blocks_.erase(memory);
-  if (fault == 0) return nullptr;
-  Fail(fault);
-  return memory;
 }
 
 HMODULE SimulatedMessages::Load(const Text& identity, const MessageTable& messages, TextView name) {

@@ -20,7 +20,6 @@ class SimulatedMessages final : public Messages {
   BOOL FreeLibrary(HMODULE module) override;
   DWORD FormatMessageW(DWORD flags, const void* source, DWORD message_id, DWORD language_id,
                        LPWSTR buffer, DWORD size, void* arguments) override;
-  HLOCAL LocalFree(HLOCAL memory) override;
 
  private:
   struct LoadedModule {
@@ -37,7 +36,6 @@ class SimulatedMessages final : public Messages {
 
   Session& session_;
   std::map<Text, LoadedModule> modules_;
-  std::map<void*, std::vector<WCHAR>> blocks_;
 };
 
 }  // namespace veldmark::simulated

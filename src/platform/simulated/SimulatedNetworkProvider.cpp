@@ -31,4 +31,15 @@ DWORD SimulatedNetworkProvider::WNetGetUniversalNameW(LPCWSTR local_path, DWORD 
   return 0;
 }
 
+DWORD SimulatedNetworkProvider::WNetAddConnection3W(HWND, const NETRESOURCEW*, LPCWSTR, LPCWSTR,
+                                                    DWORD) {
+  session_.BeginSafe("WNetAddConnection3W");
+  return kErrorNotSupported;
+}
+
+DWORD SimulatedNetworkProvider::WNetCancelConnection2W(LPCWSTR name, DWORD, BOOL) {
+  session_.BeginSafe("WNetCancelConnection2W", ViewOf(name));
+  return kErrorNotSupported;
+}
+
 }  // namespace veldmark::simulated

@@ -12,6 +12,9 @@ class SimulatedNetworkProvider final : public NetworkProvider {
 
   DWORD WNetGetUniversalNameW(LPCWSTR local_path, DWORD info_level, void* buffer,
                               DWORD* buffer_size) override;
+  DWORD WNetAddConnection3W(HWND owner, const NETRESOURCEW* resource, LPCWSTR password,
+                            LPCWSTR user_name, DWORD flags) override;
+  DWORD WNetCancelConnection2W(LPCWSTR name, DWORD flags, BOOL force) override;
 
  private:
   Session& session_;

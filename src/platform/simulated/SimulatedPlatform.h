@@ -4,10 +4,14 @@
 #include "platform/simulated/Session.h"
 #include "platform/simulated/SimulatedFileSystem.h"
 #include "platform/simulated/SimulatedMessages.h"
+#include "platform/simulated/SimulatedMultimedia.h"
+#include "platform/simulated/SimulatedNetworkManagement.h"
 #include "platform/simulated/SimulatedNetworkProvider.h"
 #include "platform/simulated/SimulatedRegistry.h"
+#include "platform/simulated/SimulatedSecurity.h"
 #include "platform/simulated/SimulatedSystem.h"
 #include "platform/simulated/SimulatedTimers.h"
+#include "platform/simulated/SimulatedVersionInformation.h"
 
 namespace veldmark::simulated {
 
@@ -19,7 +23,16 @@ class SimulatedPlatform {
   SimulatedPlatform& operator=(const SimulatedPlatform&) = delete;
 
   Platform platform() {
-    return {files_, network_provider_, messages_, registry_, system_, timers_};
+    return {files_,
+            network_provider_,
+            messages_,
+            registry_,
+            system_,
+            timers_,
+            security_,
+            network_management_,
+            version_information_,
+            multimedia_};
   }
 
   Estate& estate() { return session_.estate; }
@@ -35,6 +48,10 @@ class SimulatedPlatform {
   SimulatedRegistry registry_{session_};
   SimulatedSystem system_{session_};
   SimulatedTimers timers_{session_};
+  SimulatedSecurity security_{session_};
+  SimulatedNetworkManagement network_management_{session_};
+  SimulatedVersionInformation version_information_{session_};
+  SimulatedMultimedia multimedia_{session_};
 };
 
 }  // namespace veldmark::simulated

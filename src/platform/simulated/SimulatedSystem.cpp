@@ -138,6 +138,11 @@ INT SimulatedSystem::MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR mul
   return static_cast<INT>(text.size());
 }
 
+INT SimulatedSystem::WideCharToMultiByte(UINT, DWORD, LPCWSTR, INT, char*, INT, LPCSTR, BOOL*) {
+  session_.BeginSafe("WideCharToMultiByte");
+  return Fail(kErrorNotSupported);
+}
+
 INT SimulatedSystem::lstrlenW(LPCWSTR text) {
   session_.BeginSafe("lstrlenW", ViewOf(text));
   return static_cast<INT>(ViewOf(text).size());
@@ -162,6 +167,28 @@ void SimulatedSystem::CoTaskMemFree(void* memory) {
   const bool was_open = session_.ledger.Closed(
       Resource::TaskMemory, reinterpret_cast<std::uintptr_t>(memory), "CoTaskMemFree");
   if (was_open) blocks_.erase(memory);
+}
+
+HLOCAL SimulatedSystem::LocalAlloc(UINT, std::size_t size) {
+  if (const DWORD fault = session_.Begin("LocalAlloc", ToText(static_cast<std::int64_t>(size)))) {
+    Fail(fault);
+    return nullptr;
+  }
+  return session_.AllocateLocal(size, "LocalAlloc", std::to_string(size));
+}
+
+HLOCAL SimulatedSystem::LocalFree(HLOCAL memory) {
+  const DWORD fault = session_.Begin("LocalFree");
+  if (memory == nullptr) return nullptr;
+  if (!session_.ledger.Closed(Resource::LocalMemory, reinterpret_cast<std::uintptr_t>(memory),
+                              "LocalFree")) {
+    Fail(kErrorInvalidHandle);
+    return memory;
+  }
+  session_.local_memory.erase(memory);
+  if (fault == 0) return nullptr;
+  Fail(fault);
+  return memory;
 }
 
 }  // namespace veldmark::simulated

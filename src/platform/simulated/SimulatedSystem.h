@@ -25,9 +25,14 @@ class SimulatedSystem final : public System {
   std::u16string ModuleFolder() override;
   INT MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR multi_byte, INT multi_byte_size,
                           LPWSTR wide, INT wide_size) override;
+  INT WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, INT wide_size,
+                          char* multi_byte, INT multi_byte_size, LPCSTR default_character,
+                          BOOL* used_default) override;
   INT lstrlenW(LPCWSTR text) override;
   void* CoTaskMemAlloc(std::size_t size) override;
   void CoTaskMemFree(void* memory) override;
+  HLOCAL LocalAlloc(UINT flags, std::size_t size) override;
+  HLOCAL LocalFree(HLOCAL memory) override;
 
  private:
   Session& session_;

@@ -7,6 +7,7 @@
 #include "platform/operations/FileSystem.h"
 #include "platform/operations/NetworkProvider.h"
 #include "platform/operations/Registry.h"
+#include "platform/operations/Security.h"
 #include "platform/operations/System.h"
 #include "platform/operations/Timers.h"
 
@@ -51,6 +52,27 @@ struct SdkType<SECURITY_ATTRIBUTES> {
 template <>
 struct SdkType<HKEY> {
   using Type = ::HKEY;
+};
+
+template <>
+struct SdkType<NETRESOURCEW> {
+  using Type = ::NETRESOURCEW;
+};
+template <>
+struct SdkType<LUID> {
+  using Type = ::LUID;
+};
+template <>
+struct SdkType<TOKEN_PRIVILEGES> {
+  using Type = ::TOKEN_PRIVILEGES;
+};
+template <>
+struct SdkType<GENERIC_MAPPING> {
+  using Type = ::GENERIC_MAPPING;
+};
+template <>
+struct SdkType<OBJECT_TYPE_LIST> {
+  using Type = ::OBJECT_TYPE_LIST;
 };
 
 /// One of our pointers as the SDK's.

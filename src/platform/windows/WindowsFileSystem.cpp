@@ -120,4 +120,25 @@ UINT WindowsFileSystem::GetDriveTypeW(LPCWSTR root_path_name) {
   return Recorded([&] { return ::GetDriveTypeW(Sdk(root_path_name)); });
 }
 
+BOOL WindowsFileSystem::GetDiskFreeSpaceExW(LPCWSTR folder, std::uint64_t* free_to_caller,
+                                            std::uint64_t* total, std::uint64_t* total_free) {
+  return RecordedOn(folder, [&] {
+    return ::GetDiskFreeSpaceExW(Sdk(folder), reinterpret_cast<::ULARGE_INTEGER*>(free_to_caller),
+                                 reinterpret_cast<::ULARGE_INTEGER*>(total),
+                                 reinterpret_cast<::ULARGE_INTEGER*>(total_free));
+  });
+}
+
+BOOL WindowsFileSystem::GetVolumeInformationW(LPCWSTR root_path_name, LPWSTR volume_name,
+                                              DWORD volume_name_size, DWORD* serial_number,
+                                              DWORD* maximum_component_length, DWORD* flags,
+                                              LPWSTR file_system_name,
+                                              DWORD file_system_name_size) {
+  return RecordedOn(root_path_name, [&] {
+    return ::GetVolumeInformationW(Sdk(root_path_name), Sdk(volume_name), volume_name_size,
+                                   Sdk(serial_number), Sdk(maximum_component_length), Sdk(flags),
+                                   Sdk(file_system_name), file_system_name_size);
+  });
+}
+
 }  // namespace veldmark

@@ -25,8 +25,4 @@ DWORD WindowsMessages::FormatMessageW(DWORD flags, const void* source, DWORD mes
   });
 }
 
-HLOCAL WindowsMessages::LocalFree(HLOCAL memory) {
-  return Recorded([&] { return ::LocalFree(memory); });
-}
-
 }  // namespace veldmark

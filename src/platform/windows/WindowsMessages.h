@@ -11,7 +11,6 @@ class WindowsMessages final : public Messages {
   BOOL FreeLibrary(HMODULE module) override;
   DWORD FormatMessageW(DWORD flags, const void* source, DWORD message_id, DWORD language_id,
                        LPWSTR buffer, DWORD size, void* arguments) override;
-  HLOCAL LocalFree(HLOCAL memory) override;
 };
 
 }  // namespace veldmark

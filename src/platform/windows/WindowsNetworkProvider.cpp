@@ -25,4 +25,17 @@ DWORD WindowsNetworkProvider::WNetGetUniversalNameW(LPCWSTR local_path, DWORD in
   });
 }
 
+DWORD WindowsNetworkProvider::WNetAddConnection3W(HWND owner, const NETRESOURCEW* resource,
+                                                  LPCWSTR password, LPCWSTR user_name,
+                                                  DWORD flags) {
+  return Recorded([&] {
+    return ::WNetAddConnection3W(Sdk(owner), SdkReadOnly(resource), Sdk(password), Sdk(user_name),
+                                 flags);
+  });
+}
+
+DWORD WindowsNetworkProvider::WNetCancelConnection2W(LPCWSTR name, DWORD flags, BOOL force) {
+  return Recorded([&] { return ::WNetCancelConnection2W(Sdk(name), flags, force); });
+}
+
 }  // namespace veldmark

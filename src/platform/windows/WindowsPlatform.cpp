@@ -2,10 +2,14 @@
 
 #include "platform/windows/WindowsFileSystem.h"
 #include "platform/windows/WindowsMessages.h"
+#include "platform/windows/WindowsMultimedia.h"
+#include "platform/windows/WindowsNetworkManagement.h"
 #include "platform/windows/WindowsNetworkProvider.h"
 #include "platform/windows/WindowsRegistry.h"
+#include "platform/windows/WindowsSecurity.h"
 #include "platform/windows/WindowsSystem.h"
 #include "platform/windows/WindowsTimers.h"
+#include "platform/windows/WindowsVersionInformation.h"
 
 namespace veldmark {
 
@@ -16,7 +20,20 @@ Platform& WindowsPlatform() {
   static WindowsRegistry registry;
   static WindowsSystem system;
   static WindowsTimers timers;
-  static Platform platform{files, network_provider, messages, registry, system, timers};
+  static WindowsSecurity security;
+  static WindowsNetworkManagement network_management;
+  static WindowsVersionInformation version_information;
+  static WindowsMultimedia multimedia;
+  static Platform platform{files,
+                           network_provider,
+                           messages,
+                           registry,
+                           system,
+                           timers,
+                           security,
+                           network_management,
+                           version_information,
+                           multimedia};
   return platform;
 }
 

@@ -95,6 +95,15 @@ INT WindowsSystem::MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR multi
   });
 }
 
+INT WindowsSystem::WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, INT wide_size,
+                                       char* multi_byte, INT multi_byte_size,
+                                       LPCSTR default_character, BOOL* used_default) {
+  return Recorded([&] {
+    return ::WideCharToMultiByte(code_page, flags, Sdk(wide), wide_size, multi_byte,
+                                 multi_byte_size, default_character, used_default);
+  });
+}
+
 INT WindowsSystem::lstrlenW(LPCWSTR text) {
   return Recorded([&] { return ::lstrlenW(Sdk(text)); });
 }
@@ -105,6 +114,14 @@ void* WindowsSystem::CoTaskMemAlloc(std::size_t size) {
 
 void WindowsSystem::CoTaskMemFree(void* memory) {
   Recorded([&] { ::CoTaskMemFree(memory); });
+}
+
+HLOCAL WindowsSystem::LocalAlloc(UINT flags, std::size_t size) {
+  return Recorded([&] { return ::LocalAlloc(flags, size); });
+}
+
+HLOCAL WindowsSystem::LocalFree(HLOCAL memory) {
+  return Recorded([&] { return ::LocalFree(memory); });
 }
 
 }  // namespace veldmark
