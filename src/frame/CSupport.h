@@ -4,7 +4,10 @@
 
 #include "platform/automation/Object.h"
 #include "platform/automation/Text.h"
+#include "platform/automation/Variant.h"
 #include "platform/operations/FileSystem.h"
+#include "security/BinarySid.h"
+#include "security/ObjectType.h"
 
 namespace veldmark {
 
@@ -14,6 +17,8 @@ class CFiles;
 class CFolder;
 class CFolders;
 class CPathNames;
+class CSecurityDescriptor;
+class CSid;
 
 /// A listener of the engine's one event. A subscription never keeps its listener alive.
 class ObjectFoundListener {
@@ -69,6 +74,48 @@ class CSupport : public ReferenceCounted {
   void GetUNCPath(const Text& drive_letter, Text& volume_name, Text& share_name);
   /// The upper-cased computer that a path lies on.
   Text GetServerNameFromPath(const Text& path);
+
+  // SIDs (security/SupportSids.cpp)
+
+  /// The SID of a text, with the server to ask about it. Raises as the free `GetSidBufferFromText`
+  /// does. The text that it tells is made from its binary form.
+  Ref<CSid> GetSidFromText(const Text& sid_text, const Text& server_name);
+  /// The SID at the beginning of an array of bytes. Raises 13 for anything else than such an array
+  /// and 1337 where the SID leaves it.
+  Ref<CSid> GetSidObjectFromSid(const Variant& object_sid, const Text& resides_on_server);
+
+  // Security descriptors (security/SupportDescriptors.cpp, SupportDescriptorStore.cpp)
+
+  /// Owner and list of a file or folder, by `GetFileSecurityW`, and where that is denied or the
+  /// file in use by an open handle. `object` has a property `Path`. Every entry is read as a plain
+  /// one. Raises the platform's error; 1336, 1337 or 1338 for a list, SID or descriptor whose
+  /// lengths leave it.
+  Ref<CSecurityDescriptor> GetFileSD(const Text& path, Object& object);
+  /// Owner and list of a named object, by `GetNamedSecurityInfoW`, or of a descriptor string.
+  /// `object` may be Nothing: then parent type and path are those given, and accounts are asked of
+  /// `sid_lookup_server`; else they come from the object, which has a property `ServerName`. A
+  /// share goes to `GetShareSD`. Nothing where the platform has no descriptor. Raises as
+  /// `GetFileSD`.
+  Ref<CSecurityDescriptor> GetNamedSD(const Text& object_name, SE_OBJECT_TYPE object_type,
+                                      Object* object, const Text& parent_type,
+                                      const Text& parent_path, const Text& sid_lookup_server,
+                                      const Text& string_sd);
+  /// The list of a share, by `NetShareGetInfo`. For a share without a descriptor `object`, a
+  /// `CShare`, tells its type: a folder's allows everyone everything, any other has none (Nothing);
+  /// without an object 91. Raises the platform's status, 2310 for an unknown share.
+  Ref<CSecurityDescriptor> GetShareSD(const Text& server_name, const Text& share_name,
+                                      Object* object);
+  /// Writes the list of a descriptor to the object that it names as its parent, by
+  /// `SetNamedSecurityInfoW`. Denied entries that are inherited or without rights are left out, and
+  /// so are those of types other than 0, 1, 5 and 6. The list inherits unless `IsProtected` is
+  /// set. Raises the platform's error, and 91 without a list.
+  void SetNamedSD(CSecurityDescriptor* descriptor);
+
+  // Privileges (security/SupportPrivileges.cpp)
+
+  /// Turns a privilege of this process on or off. True also where the process lacks it. Raises the
+  /// platform's error with " (OPT)" or " (ATP)" behind its text, for the operation that failed.
+  bool SetPrivilegesInAccessToken(const Text& system_name, const Text& privilege_name, bool enable);
 
   // Files (storage/SupportFiles.cpp)
 

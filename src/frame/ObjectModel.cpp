@@ -45,6 +45,7 @@
 #include "security/CAcl.h"
 #include "security/CSecurityDescriptor.h"
 #include "security/CSid.h"
+#include "security/SDControl.h"
 #include "services/CPrinter.h"
 #include "services/CService.h"
 #include "storage/CDrive.h"
@@ -117,7 +118,9 @@ constexpr InterfaceTable kClasses[] = {
 };
 
 /// Enumerations that no member has for its type.
-constexpr std::span<const EnumerationTable> kUnmentionedEnumerations;
+constexpr EnumerationTable kUnmentionedEnumerations[] = {
+    []() -> const Enumeration& { return DescribeEnumeration(SDControlEnum{}); },
+};
 
 template <class T>
 void AddOnce(std::vector<const T*>& list, const T* item) {

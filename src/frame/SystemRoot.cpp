@@ -25,6 +25,27 @@ namespace {
 constexpr TextView kClassName = u"SystemRoot";
 constexpr std::int32_t kObsoleteFunction = kAutomationErrorBase + 911;
 
+/// The class that stands for a kind of named object; empty for a kind that has none.
+TextView ParentTypeOf(SE_OBJECT_TYPE object_type) {
+  switch (object_type) {
+    case SE_FILE_OBJECT:
+      return u"CFile";
+    case SE_SERVICE:
+      return u"CService";
+    case SE_PRINTER:
+      return u"CPrinter";
+    case SE_REGISTRY_KEY:
+      return u"CRegKey";
+    case SE_LMSHARE:
+      return u"CShare";
+    case SE_DS_OBJECT:
+    case SE_DS_OBJECT_ALL:
+      return u"LDAP";
+    default:
+      return {};
+  }
+}
+
 }  // namespace
 
 const Interface& SystemRoot::Describe() {
@@ -169,13 +190,44 @@ bool SystemRoot::CreateFolder(const Text& full_path) {
   return ReRaising([&] { return Engine().CreateFolder(ApiFolderPath(full_path)); });
 }
 
+bool SystemRoot::SetPrivilege(const Text& system_name, const Text& privilege_name, bool enable) {
+  return ReRaising(
+      [&] { return Engine().SetPrivilegesInAccessToken(system_name, privilege_name, enable); });
+}
+
+Ref<CSecurityDescriptor> SystemRoot::GetNamedSD(const Text& object_name, SE_OBJECT_TYPE object_type,
+                                                const Text& sid_lookup_server) {
+  return ReRaising([&] {
+    const TextView parent_type = ParentTypeOf(object_type);
+    return Engine().GetNamedSD(object_name, object_type, nullptr, Text(parent_type),
+                               parent_type.empty() ? Text() : object_name, sid_lookup_server,
+                               Text());
+  });
+}
+
+void SystemRoot::SetNamedSD(CSecurityDescriptor* descriptor) {
+  ReRaising([&] { Engine().SetNamedSD(descriptor); });
+}
+
+Ref<CSid> SystemRoot::GetSidObjectFromSid(const Variant& object_sid,
+                                          const Text& resides_on_server) {
+  return ReRaising([&] { return Engine().GetSidObjectFromSid(object_sid, resides_on_server); });
+}
+
+Ref<CSid> SystemRoot::GetSidFromText(const Text& sid_text) {
+  return ReRaising([&] { return Engine().GetSidFromText(sid_text, Text()); });
+}
+
+Ref<CSid> SystemRoot::GetSidFromText2(const Text& sid_text, const Text& server_name) {
+  return ReRaising([&] { return Engine().GetSidFromText(sid_text, server_name); });
+}
+
 Ref<CGroups> SystemRoot::GetWellKnownGroups() { RaiseNotBuilt(); }
 Ref<CDomain> SystemRoot::GetDomainFromServerName(const Text&) { RaiseNotBuilt(); }
 bool SystemRoot::FolderExists(const Text&) { RaiseNotBuilt(); }
 bool SystemRoot::FileExists(const Text&) { RaiseNotBuilt(); }
 Text SystemRoot::ReadTextFile(const Text&) { RaiseNotBuilt(); }
 bool SystemRoot::WriteTextFile(const Text&, const Text&, bool) { RaiseNotBuilt(); }
-bool SystemRoot::SetPrivilege(const Text&, const Text&, bool) { RaiseNotBuilt(); }
 Ref<CServer> SystemRoot::GetServer(const Text&, const Text&) { RaiseNotBuilt(); }
 Ref<CUser> SystemRoot::GetUser(const Text&, const Text&) { RaiseNotBuilt(); }
 Ref<CGroup> SystemRoot::GetGroup(const Text&, const Text&) { RaiseNotBuilt(); }
@@ -185,10 +237,6 @@ bool SystemRoot::AddNetworkConnection(const Text&, const Text&, const Text&, con
   RaiseNotBuilt();
 }
 bool SystemRoot::CancelNetworkConnection(const Text&, bool, bool) { RaiseNotBuilt(); }
-Ref<CSecurityDescriptor> SystemRoot::GetNamedSD(const Text&, SE_OBJECT_TYPE, const Text&) {
-  RaiseNotBuilt();
-}
-void SystemRoot::SetNamedSD(CSecurityDescriptor*) { RaiseNotBuilt(); }
 Text SystemRoot::LookupSidText(const Text&, const Text&, const Text&) { RaiseNotBuilt(); }
 Ref<CSecurityDescriptor> SystemRoot::CreateSDFromStringSD(const Text&, const Text&) {
   RaiseNotBuilt();
@@ -202,8 +250,5 @@ Ref<CSecurityDescriptor> SystemRoot::CreateSDFromStringSD2(const Text&, const Te
 Text SystemRoot::ReadTextFileAPI(const Text&) { RaiseNotBuilt(); }
 ByteArray SystemRoot::ReadBinaryFileAPI(const Text&) { RaiseNotBuilt(); }
 std::int32_t SystemRoot::WriteBinaryFileAPI(const Text&, ByteArray&) { RaiseNotBuilt(); }
-Ref<CSid> SystemRoot::GetSidObjectFromSid(const Variant&, const Text&) { RaiseNotBuilt(); }
-Ref<CSid> SystemRoot::GetSidFromText(const Text&) { RaiseNotBuilt(); }
-Ref<CSid> SystemRoot::GetSidFromText2(const Text&, const Text&) { RaiseNotBuilt(); }
 
 }  // namespace veldmark

@@ -1,12 +1,94 @@
 #include "security/CAcl.h"
 
+#include "collections/CAces.h"
+#include "frame/CSupport.h"
+#include "frame/Errors.h"
+#include "platform/automation/CaseMapping.h"
+#include "platform/automation/Conversion.h"
 #include "platform/automation/Declare.h"
+#include "security/CAce.h"
+#include "security/CSid.h"
 
 namespace veldmark {
+namespace {
+
+/// What makes two entries one: everything but their rights.
+struct AceIdentity {
+  explicit AceIdentity(CAce& ace)
+      : flags(ace.AceFlags),
+        type(ace.AceType),
+        object_type(ToUpper(ace.ObjectTypeGUID)),
+        inherited_object_type(ToUpper(ace.InheritedObjectTypeGUID)),
+        sid_text(ToUpper(ace.GetSid()->SidText())) {}
+  bool operator==(const AceIdentity&) const = default;
+
+  std::uint8_t flags;
+  AceTypeEnum type;
+  Text object_type;
+  Text inherited_object_type;
+  Text sid_text;
+};
+
+}  // namespace
 
 const Interface& CAcl::Describe() {
-  static const Interface table = Declare<CAcl>(u"CAcl", u"A discretionary access control list.");
+  static const Interface table =
+      Declare<CAcl>(u"CAcl", u"A discretionary access control list.")
+          .Method<&CAcl::GetAces>(u"GetAces", u"The entries in their order.")
+          .Method<&CAcl::Grant>(u"Grant", u"Adds rights for an account.",
+                                {u"SidText",
+                                 u"AceType",
+                                 u"AccessMask",
+                                 u"AceFlags",
+                                 {u"ObjectTypeGUID", u""},
+                                 {u"InhObjectTypeGUID", u""}})
+          .Get<&CAcl::Revision>(u"Revision", u"2, or 4 for a list with object entries.")
+          .Get<&CAcl::BinaryACL>(u"BinaryACL", u"The bytes of the list as it was read.")
+          .Stored<&CAcl::IsProtected>(u"IsProtected", u"True if the list inherits nothing.")
+          .Get<&CAcl::BytesFree>(u"BytesFree", u"The bytes unused in the list as it was read.")
+          .Get<&CAcl::BytesInUse>(u"BytesInUse", u"The bytes used in the list as it was read.");
   return table;
+}
+
+CAcl::CAcl() = default;
+CAcl::~CAcl() = default;
+
+Ref<CAces> CAcl::GetAces() const { return m_oAces; }
+
+Ref<CAce> CAcl::Grant(const Text& SidText, AceTypeEnum AceType, std::int32_t AccessMask,
+                      AceFlagsEnum AceFlags, const Text& ObjectTypeGUID,
+                      const Text& InhObjectTypeGUID) {
+  return ReRaising([&] {
+    const auto granted = Make<CAce>();
+    granted->AceType = AceType;
+    granted->AccessMask = AccessMask;
+    granted->AceFlags = ToByte(Variant(static_cast<std::int32_t>(AceFlags)));
+    granted->ObjectTypeGUID = ObjectTypeGUID;
+    granted->InheritedObjectTypeGUID = InhObjectTypeGUID;
+    granted->SetSid(Engine().GetSidFromText(SidText, Text()));
+    if (!m_oAces) Raise(runtime_error::kObjectNotSet);
+    const AceIdentity identity(*granted);
+    for (std::int32_t index = 1; index <= m_oAces->Count(); ++index) {
+      Variant position(index);
+      const Ref<CAce> ace = m_oAces->Item(position);
+      if (AceIdentity(*ace) == identity) {
+        ace->AccessMask |= AccessMask;
+        return granted;
+      }
+    }
+    m_oAces->Add(granted.Get());
+    return granted;
+  });
+}
+
+void CAcl::SetAces(Ref<CAces> aces) { m_oAces = std::move(aces); }
+
+void CAcl::SetBinary(std::uint8_t revision, Variant bytes, std::int32_t bytes_in_use,
+                     std::int32_t bytes_free) {
+  m_bytRevision = revision;
+  m_vBinaryACL = std::move(bytes);
+  m_lBytesInUse = bytes_in_use;
+  m_lBytesFree = bytes_free;
 }
 
 }  // namespace veldmark

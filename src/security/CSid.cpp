@@ -1,14 +1,114 @@
 #include "security/CSid.h"
 
+#include <limits>
+
+#include "accounts/CUser.h"
+#include "frame/Errors.h"
 #include "platform/automation/Declare.h"
 
 namespace veldmark {
+namespace {
+
+constexpr TextView kAccountUnknown = u"(Account Unknown)";
+
+}  // namespace
 
 const Interface& CSid::Describe() {
   static const Interface table =
-      Declare<CSid>(u"CSid", u"A security identifier.")
-          .Get<&CSid::SidText>(u"SidText", u"The textual form, \"S-1-5-18\".");
+      Declare<CSid>(u"CSid", u"A security identifier and the account behind it.")
+          .Method<&CSid::IsEqual>(u"IsEqual", u"True if both are the same.", {u"oSid"})
+          .Method<&CSid::IsValid>(u"IsValid", u"True if its binary form is sound.")
+          .Get<&CSid::SidText>(u"SidText", u"Its text, \"S-1-5-18\".")
+          .Get<&CSid::AccountServer>(u"AccountServer", u"The account's server.")
+          .Get<&CSid::AccountDomain>(u"AccountDomain", u"The account's domain.")
+          .Get<&CSid::AccountName>(u"AccountName", u"The account's name.")
+          .Get<&CSid::SIDType>(u"SIDType", u"What it stands for; 0 before it was looked up.")
+          .Method<&CSid::GetAccount>(u"GetAccount", u"The user or group that it stands for.")
+          .Get<&CSid::AccountDisplayName>(u"AccountDisplayName",
+                                          u"The account's name with its domain, for display.")
+          .Get<&CSid::pSid>(u"pSid", u"The address of its binary form, in 32-bit programs.")
+          .Get<&CSid::SidLength>(u"SidLength", u"The length of its binary form in bytes.")
+          .Get<&CSid::WellKnownGroupType>(u"WellKnownGroupType",
+                                          u"Which well-known group it is; -1 for none.")
+          .Get<&CSid::AccountUnknown>(u"AccountUnknown", u"True once no account was found for it.")
+          .Get<&CSid::IsBuiltin>(u"IsBuiltin", u"True for a group of the domain BUILTIN.");
   return table;
+}
+
+bool CSid::IsEqual(Ref<CSid>& oSid) {
+  bool equal = false;
+  Swallow([&] {
+    if (!oSid) Raise(runtime_error::kObjectNotSet);
+    equal = EqualSid(AsBytes(SidBuffer()), AsBytes(oSid->SidBuffer()));
+  });
+  return equal;
+}
+
+bool CSid::IsValid() {
+  Swallow([&] { SidBuffer(); });
+  return IsValidSid(AsBytes(m_alSid));
+}
+
+const Text& CSid::SidText() {
+  if (m_sSidText.empty() && m_alSid.size() > 1 && m_bSidLoaded) ComputeSidText();
+  return m_sSidText;
+}
+
+Ref<Object> CSid::GetAccount() {
+  LoadAccountOnce();
+  const auto account = Make<CUser>();
+  account->SetAccountDisplayName(Text(kAccountUnknown));
+  return account;
+}
+
+const Text& CSid::AccountDisplayName() {
+  Swallow([&] {
+    LoadAccountOnce();
+    if (m_sAccountDisplayName.empty()) m_sAccountDisplayName = kAccountUnknown;
+    m_bAccountUnknown = true;
+  });
+  return m_sAccountDisplayName;
+}
+
+std::int32_t CSid::pSid() {
+  const auto address = reinterpret_cast<std::uintptr_t>(SidBuffer().data());
+  if (address > static_cast<std::uintptr_t>(std::numeric_limits<std::int32_t>::max())) {
+    Raise(runtime_error::kOverflow);
+  }
+  return static_cast<std::int32_t>(address);
+}
+
+std::int32_t CSid::SidLength() {
+  return static_cast<std::int32_t>(GetLengthSid(AsBytes(SidBuffer())));
+}
+
+const SidWords& CSid::SidBuffer() {
+  if (m_alSid.empty()) m_alSid = GetSidBufferFromText(m_sSidText);
+  return m_alSid;
+}
+
+void CSid::PutSidBuffer(SidWords words) {
+  m_alSid = std::move(words);
+  m_bSidLoaded = true;
+}
+
+void CSid::ComputeSidText() {
+  Swallow([&] { m_sSidText = IsValid() ? SidToText(AsBytes(m_alSid)) : Text(); });
+}
+
+void CSid::LoadAccountInfo() {
+  Swallow([&] {
+    if (m_sSidText.empty() && m_alSid.size() > 1) ComputeSidText();
+    m_sAccountName = kAccountUnknown;
+    m_bAccountUnknown = true;
+  });
+}
+
+void CSid::LoadAccountOnce() {
+  // A SID of its own takes three words; what is shorter can't be looked up.
+  if (m_bAccountLoaded || m_alSid.size() <= 1) return;
+  LoadAccountInfo();
+  m_bAccountLoaded = true;
 }
 
 }  // namespace veldmark

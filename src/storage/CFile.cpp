@@ -1,5 +1,6 @@
 #include "storage/CFile.h"
 
+#include "frame/CSupport.h"
 #include "frame/Errors.h"
 #include "frame/NotBuilt.h"
 #include "frame/Support.h"
@@ -77,7 +78,9 @@ bool CFile::Delete(bool delete_read_only) {
   return true;
 }
 
-Ref<CSecurityDescriptor> CFile::GetSecurityDescriptor() { RaiseNotBuilt(); }
+Ref<CSecurityDescriptor> CFile::GetSecurityDescriptor() {
+  return ReRaisingAs(u"CFile", [&] { return Engine().GetFileSD(path_, *this); });
+}
 
 void CFile::PutPath(const Text& path) { path_ = PlainPath(path); }
 

@@ -168,7 +168,9 @@ void CFolder::GetFolderContents(Ref<CFolders>& sub_folders, Ref<CFiles>& files) 
   });
 }
 
-Ref<CSecurityDescriptor> CFolder::GetSecurityDescriptor() { RaiseNotBuilt(); }
+Ref<CSecurityDescriptor> CFolder::GetSecurityDescriptor() {
+  return ReRaising([&] { return Engine().GetFileSD(path_, *this); });
+}
 
 Ref<CPathNames> CFolder::GetPathNames(bool get_folders, bool get_files) {
   return WithEngine([&](CSupport& engine, const Text& path, bool async) {

@@ -13,6 +13,7 @@
 #include "storage/CFile.h"
 #include "storage/CFolder.h"
 #include "storage/CPathName.h"
+#include "support/ErrorOf.h"
 #include "support/FaultSweep.h"
 #include "support/Listener.h"
 
@@ -29,17 +30,6 @@ std::string PathsIn(const Ref<List>& list) {
     paths += " " + ToUtf8(PathOf(*list->ItemByIndex(i)));
   }
   return paths;
-}
-
-/// The number of the error that `action` raises; 0 for none.
-template <class Action>
-std::int32_t ErrorOf(Action&& action) {
-  try {
-    action();
-    return 0;
-  } catch (const AutomationError& error) {
-    return error.number;
-  }
 }
 
 /// A few folders on this computer and on another.

@@ -16,7 +16,7 @@ void Session::BeginSafe(std::string_view operation, TextView argument) {
 
 void* Session::AllocateLocal(std::size_t size, std::string_view operation, std::string detail) {
   // A block of no bytes is a block all the same.
-  auto block = std::make_unique<std::max_align_t[]>(size / sizeof(std::max_align_t) + 1);
+  auto block = std::make_unique<std::byte[]>(size == 0 ? 1 : size);
   void* const memory = block.get();
   local_memory[memory] = std::move(block);
   ledger.Opened(Resource::LocalMemory, reinterpret_cast<std::uintptr_t>(memory), operation,

@@ -36,7 +36,7 @@ struct Session {
   Journal journal;
   FaultHook faults;
   std::uintptr_t next_handle = 0x100;
-  std::map<void*, std::unique_ptr<std::max_align_t[]>> local_memory;
+  std::map<void*, std::unique_ptr<std::byte[]>> local_memory;
 };
 
 // Sets the last error and returns the failure form of most operations.

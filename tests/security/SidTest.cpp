@@ -1,0 +1,187 @@
+#include "collections/CSids.h"
+#include "frame/CSupport.h"
+#include "frame/Support.h"
+#include "frame/SystemRoot.h"
+#include "platform/automation/Interface.h"
+#include "security/CSid.h"
+#include "support/ApartmentFixture.h"
+#include "support/ErrorOf.h"
+
+namespace veldmark {
+namespace {
+
+class Sids : public ApartmentFixture {};
+
+/// A binary SID of these bytes of authority.
+ByteArray SidBytes(std::vector<std::uint8_t> authority, std::vector<std::uint32_t> values) {
+  std::vector<std::uint8_t> bytes = {1, static_cast<std::uint8_t>(values.size())};
+  bytes.insert(bytes.end(), authority.begin(), authority.end());
+  for (const std::uint32_t value : values) {
+    for (int shift = 0; shift < 32; shift += 8) {
+      bytes.push_back(static_cast<std::uint8_t>(value >> shift));
+    }
+  }
+  return ByteArray(std::move(bytes));
+}
+
+TEST_F(Sids, ReadBackFromTextAsTheirBinaryFormHasThem) {
+  struct Case {
+    const char16_t* text;
+    const char16_t* read_back;
+  };
+  const Case cases[] = {
+      {u"S-1-5-32-544", u"S-1-5-32-544"},
+      {u"s-1-5-18", u"S-1-5-18"},
+      {u"X-9-5-18", u"S-1-5-18"},
+      {u"-- 3 -&H10", u"S-1-3-16"},
+      {u"S-1-5.0-18", u"S-1-5-18"},
+      {u"S-1-4-18", u"S-1-0-18"},
+      {u"S-1-16-4096", u"S-1-0-4096"},
+      {u"S-1--1-7", nullptr},
+      {u"S-1-1-4294967295", u"S-1-1-4294967295"},
+      {u"S-1-2-2147483648", u"S-1-2-2147483648"},
+      {u"S-1-5-1-2-3-4-5-6-7-8", u"S-1-5-1-2-3-4-5-6-7-8"},
+      {u"S-1-5-2.5-3.5", u"S-1-5-2-4"},
+  };
+  SystemRoot root;
+  for (const Case& c : cases) {
+    if (!c.read_back) {
+      EXPECT_EQ(ErrorOf([&] { root.GetSidFromText(c.text); }), 13) << ToUtf8(c.text);
+      continue;
+    }
+    const auto sid = root.GetSidFromText(c.text);
+    EXPECT_EQ(sid->SidText(), c.read_back) << ToUtf8(c.text);
+    EXPECT_TRUE(sid->IsValid());
+    auto same = root.GetSidFromText2(c.read_back, u"SRV");
+    EXPECT_TRUE(sid->IsEqual(same));
+    EXPECT_EQ(sid->SidLength(), same->SidLength());
+    EXPECT_EQ(same->ResidesOnServer(), u"SRV");
+  }
+}
+
+TEST_F(Sids, RefuseTextsThatAreNone) {
+  struct Case {
+    const char16_t* text;
+    std::int32_t error;
+  };
+  const Case cases[] = {
+      {u"", 6},
+      {u"S", 6},
+      {u"S-1", 6},
+      {u"S-1-5", 87},
+      {u"S-1-x-1", 13},
+      {u"S-1--1", 13},
+      {u"S-1-5-", 13},
+      {u"S-1-5-x", 13},
+      {u"S-1-5-4294967296", 6},
+      {u"S-1-5-1e99", 6},
+      {u"S-1-5-1-2-3-4-5-6-7-8-9", 9},
+  };
+  SystemRoot root;
+  for (const Case& c : cases) {
+    EXPECT_EQ(ErrorOf([&] { root.GetSidFromText(c.text); }), c.error) << ToUtf8(c.text);
+  }
+  Text many = u"S-1-5";
+  for (int i = 0; i < 256; ++i) many += u"-1";
+  EXPECT_EQ(ErrorOf([&] { root.GetSidFromText(many); }), 6);
+  try {
+    root.GetSidFromText(u"S-1-5");
+    FAIL();
+  } catch (const AutomationError& error) {
+    EXPECT_EQ(error.description, GetAPIErrorText(87));
+  }
+}
+
+TEST_F(Sids, PrintEveryAuthorityInItsOwnWay) {
+  struct Case {
+    std::vector<std::uint8_t> authority;
+    const char16_t* text;
+  };
+  const Case cases[] = {
+      {{0, 0, 0, 0, 0, 5}, u"S-1-5-21-7"},
+      {{0, 0, 0, 0, 1, 0}, u"S-1-256-21-7"},
+      {{0, 0, 0x7F, 0xFF, 0xFF, 0xFF}, u"S-1-2147483647-21-7"},
+      {{0, 0, 0x80, 0, 0, 0}, u"S-1-"},
+      {{1, 2, 3, 4, 5, 200}, u"S-1-0x0102030405200-21-7"},
+      {{0, 10, 0, 0, 0, 99}, u"S-1-0x001000000099-21-7"},
+  };
+  SystemRoot root;
+  for (const Case& c : cases) {
+    const auto sid = root.GetSidObjectFromSid(Variant(SidBytes(c.authority, {21, 7})), u"");
+    EXPECT_EQ(sid->SidText(), c.text);
+  }
+}
+
+TEST_F(Sids, TakeOnlyBytesThatHoldOne) {
+  SystemRoot root;
+  const auto with = [&](Variant bytes) {
+    return ErrorOf([&] { root.GetSidObjectFromSid(bytes, u"SRV"); });
+  };
+  EXPECT_EQ(with(Variant()), 13);
+  EXPECT_EQ(with(Variant(u"S-1-5-18")), 13);
+  EXPECT_EQ(with(Variant(ByteArray())), 1337);
+  ByteArray sid = SidBytes({0, 0, 0, 0, 0, 5}, {18});
+  EXPECT_EQ(with(Variant(sid)), 0);
+  sid.elements[1] = 2;
+  EXPECT_EQ(with(Variant(sid)), 1337);
+  sid.elements.resize(7);
+  EXPECT_EQ(with(Variant(sid)), 1337);
+  // More bytes than the SID has are left alone; more sub-authorities than one can have make it
+  // unsound, and it has no text.
+  sid = SidBytes({0, 0, 0, 0, 0, 5}, std::vector<std::uint32_t>(16, 1));
+  const auto unsound = root.GetSidObjectFromSid(Variant(sid), u"");
+  EXPECT_FALSE(unsound->IsValid());
+  EXPECT_EQ(unsound->SidText(), u"");
+  EXPECT_EQ(unsound->SidLength(), 72);
+  sid.elements[1] = 15;
+  EXPECT_EQ(root.GetSidObjectFromSid(Variant(sid), u"")->SidLength(), 68);
+  sid.elements[0] = 2;
+  EXPECT_FALSE(root.GetSidObjectFromSid(Variant(sid), u"")->IsValid());
+}
+
+TEST_F(Sids, WithoutBinaryFormMakeItFromTheirText) {
+  const auto empty = Make<CSid>();
+  Ref<CSid> other = empty;
+  EXPECT_FALSE(empty->IsValid());
+  EXPECT_FALSE(empty->IsEqual(other));
+  other = nullptr;
+  EXPECT_FALSE(empty->IsEqual(other));
+  EXPECT_EQ(empty->SidText(), u"");
+  EXPECT_EQ(ErrorOf([&] { empty->SidLength(); }), 6);
+  EXPECT_EQ(ErrorOf([&] { empty->pSid(); }), 6);
+  EXPECT_EQ(empty->AccountName(), u"");
+
+  const auto named = Make<CSid>();
+  named->SetSidText(u"S-1-5-32-545");
+  EXPECT_EQ(named->SidLength(), 16);
+  EXPECT_TRUE(named->IsValid());
+  other = Engine().GetSidFromText(u"S-1-5-32-545", u"");
+  EXPECT_TRUE(named->IsEqual(other));
+  if constexpr (sizeof(void*) > 4) {
+    EXPECT_EQ(ErrorOf([&] { named->pSid(); }), 6);
+  }
+}
+
+TEST_F(Sids, AreListedOnceByTheirText) {
+  const auto sids = Make<CSids>();
+  sids->Add(Engine().GetSidFromText(u"S-1-5-18", u"").Get());
+  sids->Add(Engine().GetSidFromText(u"s-1-5-18", u"").Get());
+  sids->Add(Engine().GetSidFromText(u"S-1-5-19", u"").Get());
+  EXPECT_EQ(sids->Count(), 2);
+  Variant key(u"S-1-5-19");
+  EXPECT_EQ(sids->Item(key)->SidText(), u"S-1-5-19");
+}
+
+TEST_F(Sids, WithoutAnAccountSaySo) {
+  const auto sid = Engine().GetSidFromText(u"S-1-5-18", u"");
+  EXPECT_FALSE(sid->AccountUnknown());
+  EXPECT_EQ(sid->AccountDisplayName(), u"(Account Unknown)");
+  EXPECT_TRUE(sid->AccountUnknown());
+  EXPECT_EQ(sid->AccountName(), u"(Account Unknown)");
+  EXPECT_EQ(sid->AccountDomain() + sid->AccountServer(), u"");
+  EXPECT_EQ(TypeName(sid->GetAccount().Get()), u"CUser");
+  EXPECT_EQ(sid->WellKnownGroupType(), -1);
+}
+
+}  // namespace
+}  // namespace veldmark
