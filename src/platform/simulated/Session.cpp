@@ -1,5 +1,7 @@
 #include "platform/simulated/Session.h"
 
+#include <cstring>
+
 #include "platform/operations/LastError.h"
 
 namespace veldmark::simulated {
@@ -15,12 +17,22 @@ void Session::BeginSafe(std::string_view operation, TextView argument) {
 }
 
 void* Session::AllocateLocal(std::size_t size, std::string_view operation, std::string detail) {
+  return Allocate(local_memory, Resource::LocalMemory, size, operation, std::move(detail));
+}
+
+void* Session::AllocateNetwork(std::size_t size, std::string_view operation, std::string detail) {
+  return Allocate(network_memory, Resource::NetworkBuffer, size, operation, std::move(detail));
+}
+
+void* Session::Allocate(Blocks& blocks, Resource resource, std::size_t size,
+                        std::string_view operation, std::string detail) {
   // A block of no bytes is a block all the same.
   auto block = std::make_unique<std::max_align_t[]>(size / sizeof(std::max_align_t) + 1);
   void* const memory = block.get();
-  local_memory[memory] = std::move(block);
-  ledger.Opened(Resource::LocalMemory, reinterpret_cast<std::uintptr_t>(memory), operation,
-                std::move(detail));
+  // Making the elements leaves their padding as it was.
+  std::memset(memory, 0, size);
+  blocks[memory] = std::move(block);
+  ledger.Opened(resource, reinterpret_cast<std::uintptr_t>(memory), operation, std::move(detail));
   return memory;
 }
 
@@ -30,5 +42,9 @@ BOOL Fail(DWORD code) {
 }
 
 TextView ViewOf(const char16_t* text) { return text == nullptr ? TextView() : TextView(text); }
+
+std::uintptr_t ValueOf(HANDLE handle) { return reinterpret_cast<std::uintptr_t>(handle); }
+
+HANDLE HandleOf(std::uintptr_t value) { return reinterpret_cast<HANDLE>(value); }
 
 }  // namespace veldmark::simulated
