@@ -64,6 +64,7 @@ inline constexpr DWORD kErrorUserMappedFile = 1224;
 inline constexpr DWORD kErrorNotAllAssigned = 1300;
 inline constexpr DWORD kErrorUnknownRevision = 1305;
 inline constexpr DWORD kErrorRevisionMismatch = 1306;
+inline constexpr DWORD kErrorInvalidOwner = 1307;
 inline constexpr DWORD kErrorNoImpersonationToken = 1309;
 inline constexpr DWORD kErrorNoSuchPrivilege = 1313;
 inline constexpr DWORD kErrorPrivilegeNotHeld = 1314;

@@ -19,6 +19,16 @@ std::vector<TextView> NamesOf(TextView path) {
   return names;
 }
 
+NamedObject Named(TextView name, std::optional<SecurityDescriptor> security, TextView usual) {
+  return {Text(name), SecurityBlock::Make(security ? std::move(*security) : DescriptorOf(usual))};
+}
+
+template <typename Map>
+auto* FindIn(Map& map, TextView name) {
+  const auto found = map.find(ToUpper(name));
+  return found == map.end() ? nullptr : &found->second;
+}
+
 }  // namespace
 
 Computer::Computer(Text name, Ticks now)
@@ -41,7 +51,10 @@ FileNode& Computer::AddDrive(char16_t letter, UINT type) {
   drive.root->Attributes(kFileAttributeHidden | kFileAttributeSystem);
   if (type == kDriveFixed) {
     const Text name = Text(1, letter) + u"$";
-    shares_[name] = {name, drive.root};
+    shares_[name] = {.name = name,
+                     .folder = drive.root,
+                     .type = kShareTypeDisk | kShareTypeSpecial,
+                     .path = Text(1, letter) + u":\\"};
   }
   return *drive.root;
 }
@@ -52,14 +65,33 @@ FileNode& Computer::AddFile(TextView path, std::string_view content) {
   return Add(path, false).Content(content).Attributes(kFileAttributeArchive);
 }
 
-void Computer::AddShare(TextView name, TextView path, bool denied) {
-  const auto folder = Find(path);
-  if (!IsValidName(name) || folder == nullptr || !folder->is_folder()) {
+Share& Computer::AddShare(TextView name, TextView path, bool denied, DWORD type) {
+  const auto folder = type == kShareTypeDisk ? Find(path) : nullptr;
+  const bool has_folder = folder != nullptr && folder->is_folder();
+  if (!IsValidName(name) || (type == kShareTypeDisk && !has_folder)) {
     throw std::invalid_argument("a share needs a name and an existing folder");
   }
-  if (!shares_.emplace(ToUpper(name), Share{Text(name), folder, denied}).second) {
-    throw std::invalid_argument("there is a share of this name");
-  }
+  const auto [share, is_new] = shares_.emplace(ToUpper(name), Share{.name = Text(name),
+                                                                    .folder = folder,
+                                                                    .denied = denied,
+                                                                    .type = type,
+                                                                    .path = Text(path)});
+  if (!is_new) throw std::invalid_argument("there is a share of this name");
+  return share->second;
+}
+
+void Computer::AddService(TextView name, std::optional<SecurityDescriptor> security) {
+  static constexpr TextView kUsual =
+      u"O:SYG:SYD:(A;;CCLCSWRPWPDTLOCRRC;;;SY)(A;;CCDCLCSWRPWPDTLOCRSDRCWDWO;;;BA)"
+      u"(A;;CCLCSWLOCRRC;;;IU)(A;;CCLCSWLOCRRC;;;SU)";
+  services_[ToUpper(name)] = Named(name, std::move(security), kUsual);
+}
+
+void Computer::AddPrinter(TextView name, std::optional<SecurityDescriptor> security) {
+  static constexpr TextView kUsual =
+      u"O:SYG:SYD:(A;;LCSWSDRCWDWO;;;BA)(A;OIIO;RPWPSDRCWDWO;;;BA)(A;;SWRC;;;WD)"
+      u"(A;OIIO;RPWPSDRCWDWO;;;CO)";
+  printers_[ToUpper(name)] = Named(name, std::move(security), kUsual);
 }
 
 std::shared_ptr<FileNode> Computer::Find(TextView path) const {
@@ -73,10 +105,13 @@ std::shared_ptr<FileNode> Computer::Find(TextView path) const {
   return node;
 }
 
-const Share* Computer::FindShare(TextView name) const {
-  const auto found = shares_.find(ToUpper(name));
-  return found == shares_.end() ? nullptr : &found->second;
-}
+const Share* Computer::FindShare(TextView name) const { return FindIn(shares_, name); }
+
+Share* Computer::FindShare(TextView name) { return FindIn(shares_, name); }
+
+NamedObject* Computer::FindService(TextView name) { return FindIn(services_, name); }
+
+NamedObject* Computer::FindPrinter(TextView name) { return FindIn(printers_, name); }
 
 FileNode& Computer::Add(TextView path, bool is_folder) {
   const std::vector<TextView> names = NamesOf(path);

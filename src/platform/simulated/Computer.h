@@ -2,10 +2,12 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include "platform/automation/Text.h"
 #include "platform/operations/FileSystem.h"
+#include "platform/operations/NetworkManagement.h"
 #include "platform/simulated/FileNode.h"
 #include "platform/simulated/RegistryNode.h"
 
@@ -18,8 +20,17 @@ struct Drive {
 
 struct Share {
   Text name;
-  std::shared_ptr<FileNode> folder;
+  std::shared_ptr<FileNode> folder;  // null for what isn't a folder
   bool denied = false;
+  DWORD type = kShareTypeDisk;
+  Text path{};             // of the folder on its computer, or the name of what else is shared
+  SecurityRef security{};  // null: none
+};
+
+// A named object that has a descriptor.
+struct NamedObject {
+  Text name;
+  SecurityRef security;
 };
 
 enum class RemoteRegistry { Allowed, Denied, Stopped };
@@ -43,13 +54,22 @@ class Computer {
   FileNode& AddDrive(char16_t letter, UINT type = kDriveFixed);
   FileNode& AddFolder(TextView path);
   FileNode& AddFile(TextView path, std::string_view content = {});
-  void AddShare(TextView name, TextView path, bool denied = false);
+  // A share of another type than kShareTypeDisk has any path that describes it.
+  Share& AddShare(TextView name, TextView path, bool denied = false, DWORD type = kShareTypeDisk);
+  // With the descriptor that services and printers usually have, unless one is given. Replaces an
+  // object of the same name.
+  void AddService(TextView name, std::optional<SecurityDescriptor> security = std::nullopt);
+  void AddPrinter(TextView name, std::optional<SecurityDescriptor> security = std::nullopt);
 
   // The file or folder at a local path; null if there is none.
   std::shared_ptr<FileNode> Find(TextView path) const;
 
   const std::map<char16_t, Drive>& drives() const { return drives_; }
+  // By name, without regard to case; null if there is none.
   const Share* FindShare(TextView name) const;
+  Share* FindShare(TextView name);
+  NamedObject* FindService(TextView name);
+  NamedObject* FindPrinter(TextView name);
 
   RegistryNode& local_machine() { return *local_machine_; }
   RegistryNode& users() { return *users_; }
@@ -65,6 +85,8 @@ class Computer {
   RemoteRegistry remote_registry_ = RemoteRegistry::Allowed;
   std::map<char16_t, Drive> drives_;
   std::map<Text, Share> shares_;
+  std::map<Text, NamedObject> services_;
+  std::map<Text, NamedObject> printers_;
   std::shared_ptr<RegistryNode> local_machine_;
   std::shared_ptr<RegistryNode> users_;
 };

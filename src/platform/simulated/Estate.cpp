@@ -10,6 +10,7 @@ namespace veldmark::simulated {
 
 Estate::Estate(WithoutComputers, Ticks now)
     : start_(now), now_(now), system_messages_(PublishedSystemMessages()) {
+  token_ = std::make_shared<Token>(MakeAdministratorToken(*Sid::FromText(user_sid_)));
   modules_[u"NETMSG.DLL"] = PublishedNetworkMessages();
 }
 
@@ -58,13 +59,39 @@ LONG Estate::bias() const {
 }
 
 void Estate::SetUser(Text name, Text sid) {
+  const auto parsed = Sid::FromText(sid);
+  if (!parsed) throw std::invalid_argument("is no SID");
+  SetToken(MakeAdministratorToken(*parsed));
   user_name_ = std::move(name);
   user_sid_ = std::move(sid);
 }
 
+Sid Estate::domain() const {
+  const Sid domain = token_->user().Domain();
+  return domain.bytes().size() > 12 ? domain : DefaultDomainSid();
+}
+
+void Estate::AddDirectoryObject(TextView name, std::optional<SecurityDescriptor> security) {
+  static constexpr TextView kUsual = u"O:BAG:BAD:AI(A;;GA;;;SY)(A;CI;GA;;;BA)(A;;RPLCLORC;;;AU)";
+  directory_objects_[ToUpper(name)] = {
+      Text(name), SecurityBlock::Make(security ? std::move(*security) : DescriptorOf(kUsual))};
+}
+
+NamedObject* Estate::FindDirectoryObject(TextView name) {
+  const auto found = directory_objects_.find(ToUpper(name));
+  return found == directory_objects_.end() ? nullptr : &found->second;
+}
+
 std::shared_ptr<RegistryNode> Estate::current_user_node() {
-  local().users().Key(user_sid_).Key(u"Software");
-  return local().users().Find(user_sid_);
+  auto key = local().users().Find(user_sid_);
+  if (key == nullptr) {
+    // A user's own part of the registry is closed to other users.
+    local().users().Key(user_sid_).Security(u"D:P(A;CI;KA;;;" + user_sid_ +
+                                            u")(A;CI;KA;;;BA)(A;CI;KA;;;SY)");
+    key = local().users().Find(user_sid_);
+  }
+  key->Key(u"Software");
+  return key;
 }
 
 void Estate::MapDrive(char16_t letter, Text target) {

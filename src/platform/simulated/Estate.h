@@ -7,6 +7,7 @@
 #include "platform/automation/Text.h"
 #include "platform/operations/System.h"
 #include "platform/simulated/Computer.h"
+#include "platform/simulated/Token.h"
 
 namespace veldmark::simulated {
 
@@ -47,7 +48,15 @@ class Estate {
   LONG bias() const;
 
   const Text& user_name() const { return user_name_; }
+  // The user's program has a usual administrator's token, until it is given another. Throws
+  // std::invalid_argument if `sid` is none.
   void SetUser(Text name, Text sid);
+  // What the user's program may do.
+  Token& token() { return *token_; }
+  const std::shared_ptr<Token>& shared_token() const { return token_; }
+  void SetToken(Token token) { *token_ = std::move(token); }
+  // What the accounts belong to that a descriptor names by alias: the user's domain, if he has one.
+  Sid domain() const;
   // HKEY_CURRENT_USER: the local user's key below HKEY_USERS.
   RegistryNode& current_user() { return *current_user_node(); }
   std::shared_ptr<RegistryNode> current_user_node();
@@ -61,6 +70,12 @@ class Estate {
   // behind it).
   void MapDrive(char16_t letter, Text target);
   const std::map<char16_t, Text>& mapped_drives() const { return mapped_drives_; }
+
+  // An object of the directory, by its distinguished name, with the descriptor that such objects
+  // usually have unless one is given. Replaces an object of the same name.
+  void AddDirectoryObject(TextView name, std::optional<SecurityDescriptor> security = std::nullopt);
+  // Without regard to case; null if there is none.
+  NamedObject* FindDirectoryObject(TextView name);
 
   // The system's message texts: the published English ones, with additions.
   const MessageTable& system_messages() const { return system_messages_; }
@@ -81,6 +96,8 @@ class Estate {
   DWORD current_zone_ = kTimeZoneIdUnknown;
   Text user_name_ = u"user";
   Text user_sid_ = u"S-1-5-21-1085031214-1563985344-725345543-1001";
+  std::shared_ptr<Token> token_;
+  std::map<Text, NamedObject> directory_objects_;
   Text current_folder_ = u"C:\\";
   Text module_folder_ = u"C:\\Program Files\\Veldmark2";
   std::map<char16_t, Text> mapped_drives_;

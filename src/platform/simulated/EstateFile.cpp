@@ -257,9 +257,48 @@ DWORD ReadAttributes(const Node& node) {
   return attributes;
 }
 
+// A descriptor as a string, in which account aliases belong to the estate's user's domain.
+SecurityDescriptor ReadSecurity(const Node& node, const Estate& estate) {
+  const Text text = node.String();
+  return node.Try([&] { return DescriptorOf(text, estate.domain()); });
+}
+
+Sid ReadSid(const Node& node) {
+  const auto sid = Sid::FromText(node.String());
+  if (!sid) node.Complain("is no SID");
+  return *sid;
+}
+
+void ReadUser(const Node& node, Estate& estate) {
+  node.OnlyFields({"name", "sid", "groups", "privileges"});
+  const Sid sid = ReadSid(node.Required("sid"));
+  estate.SetUser(node.Required("name").String(), sid.ToText());
+  if (const auto field = node.Field("groups")) {
+    std::vector<Sid> groups;
+    for (const Node& element : field->Elements()) groups.push_back(ReadSid(element));
+    groups.insert(groups.end(), {EveryoneSid(), AuthenticatedUsersSid()});
+    Token token(sid, std::move(groups));
+    // What others than administrators lack, they can't enable either.
+    if (token.Is(AdministratorsSid())) {
+      for (const auto& [privilege, attributes] : estate.token().privileges()) {
+        token.SetPrivilege(privilege, attributes);
+      }
+    }
+    estate.SetToken(std::move(token));
+  }
+  if (const auto field = node.Field("privileges")) {
+    estate.token().ClearPrivileges();
+    for (const auto& [name, enabled] : field->Members()) {
+      const auto privilege = FindPrivilege(FromUtf8(name));
+      if (!privilege) enabled.Complain("there is no such privilege");
+      estate.token().SetPrivilege(*privilege, enabled.Boolean() ? kSePrivilegeEnabled : 0);
+    }
+  }
+}
+
 void ReadDenied(const Node& node, FileNode& file) {
   for (const Node& element : node.Elements()) {
-    switch (element.OneOf({"list", "read", "write", "delete"})) {
+    switch (element.OneOf({"list", "read", "write", "security", "delete"})) {
       case 0:
         file.DenyList();
         break;
@@ -268,6 +307,9 @@ void ReadDenied(const Node& node, FileNode& file) {
         break;
       case 2:
         file.DenyWrite();
+        break;
+      case 3:
+        file.DenySecurity();
         break;
       default:
         file.DenyDelete();
@@ -293,11 +335,12 @@ void ReadContent(const Node& node, FileNode& file) {
   if (const auto messages = node.Field("messages")) file.Messages(ReadMessages(*messages));
 }
 
-void ReadChildren(const Node& node, FileNode& folder, Ticks now, int depth);
+void ReadChildren(const Node& node, FileNode& folder, const Estate& estate, int depth);
 
-void ReadEntry(const Node& node, FileNode& folder, Ticks now, int depth) {
+void ReadEntry(const Node& node, FileNode& folder, const Estate& estate, int depth) {
+  const Ticks now = estate.now();
   node.OnlyFields({"name", "children", "shortName", "attributes", "created", "accessed", "modified",
-                   "denied", "text", "hex", "size", "locked", "messages"});
+                   "denied", "security", "text", "hex", "size", "locked", "messages"});
   const Node name_node = node.Required("name");
   const Text name = name_node.String();
   if (!IsValidName(name)) name_node.Complain("no file or folder can have this name");
@@ -320,11 +363,14 @@ void ReadEntry(const Node& node, FileNode& folder, Ticks now, int depth) {
     entry->ShortName(text);
   }
   if (const auto denied = node.Field("denied")) ReadDenied(*denied, *entry);
+  if (const auto security = node.Field("security")) {
+    entry->Security(ReadSecurity(*security, estate));
+  }
   if (children) {
     for (const char* field : {"text", "hex", "size", "locked", "messages"}) {
       if (const auto found = node.Field(field)) found->Complain("a folder has no such field");
     }
-    ReadChildren(*children, *entry, now, depth + 1);
+    ReadChildren(*children, *entry, estate, depth + 1);
   } else {
     ReadContent(node, *entry);
   }
@@ -336,32 +382,60 @@ void ReadEntry(const Node& node, FileNode& folder, Ticks now, int depth) {
   entry->Times(time("created"), time("accessed"), time("modified"));
 }
 
-void ReadChildren(const Node& node, FileNode& folder, Ticks now, int depth) {
+void ReadChildren(const Node& node, FileNode& folder, const Estate& estate, int depth) {
   if (depth > kDeepestFolder) node.Complain("folders are nested too deeply");
-  for (const Node& child : node.Elements()) ReadEntry(child, folder, now, depth);
+  for (const Node& child : node.Elements()) ReadEntry(child, folder, estate, depth);
 }
 
-void ReadDrives(const Node& node, Computer& computer, Ticks now) {
+void ReadDrives(const Node& node, Computer& computer, const Estate& estate) {
   static constexpr std::array<UINT, 4> kTypes = {kDriveFixed, kDriveRemovable, kDriveCdrom,
                                                  kDriveRamdisk};
   for (const auto& [name, drive] : node.Members()) {
     const char16_t letter = ReadDriveLetter(drive, name);
-    drive.OnlyFields({"type", "children"});
+    drive.OnlyFields({"type", "security", "children"});
     const auto type_field = drive.Field("type");
     const UINT type =
         kTypes[type_field ? type_field->OneOf({"fixed", "removable", "cdrom", "ramdisk"}) : 0];
     FileNode& root = drive.Try([&]() -> FileNode& { return computer.AddDrive(letter, type); });
-    if (const auto children = drive.Field("children")) ReadChildren(*children, root, now, 1);
+    if (const auto security = drive.Field("security")) {
+      root.Security(ReadSecurity(*security, estate));
+    }
+    if (const auto children = drive.Field("children")) ReadChildren(*children, root, estate, 1);
   }
 }
 
-void ReadShares(const Node& node, Computer& computer) {
+void ReadShares(const Node& node, Computer& computer, const Estate& estate) {
+  static constexpr std::array<DWORD, 4> kTypes = {kShareTypeDisk, kShareTypePrintQueue,
+                                                  kShareTypeDevice, kShareTypeIpc};
   for (const Node& share : node.Elements()) {
-    share.OnlyFields({"name", "path", "denied"});
+    share.OnlyFields({"name", "path", "denied", "type", "security"});
     const Text name = share.Required("name").String();
-    const Node path = share.Required("path");
+    const auto type_field = share.Field("type");
+    const DWORD type =
+        kTypes[type_field ? type_field->OneOf({"disk", "printQueue", "device", "ipc"}) : 0];
+    const auto path = type == kShareTypeDisk ? share.Required("path") : share.Field("path");
     const auto denied = share.Field("denied");
-    path.Try([&] { computer.AddShare(name, path.String(), denied && denied->Boolean()); });
+    const Text path_text = path ? path->String() : Text();
+    Share& added = (path ? *path : share).Try([&]() -> Share& {
+      return computer.AddShare(name, path_text, denied && denied->Boolean(), type);
+    });
+    const auto security = share.Field("security");
+    if (security && !security->json().is_null()) {
+      added.security = SecurityBlock::Make(ReadSecurity(*security, estate));
+    }
+  }
+}
+
+// Services and printers: objects that have a name and perhaps a descriptor.
+template <typename Add>
+void ReadNamedObjects(const Node& node, const Estate& estate, Add add) {
+  for (const Node& object : node.Elements()) {
+    object.OnlyFields({"name", "security"});
+    const Node name = object.Required("name");
+    const Text text = name.String();
+    if (text.empty()) name.Complain("needs a name");
+    const auto field = object.Field("security");
+    add(name, text, field ? std::optional(ReadSecurity(*field, estate)) : std::nullopt);
   }
 }
 
@@ -408,9 +482,10 @@ void ReadValue(const Node& node, TextView name, RegistryNode& key) {
   }
 }
 
-void ReadKey(const Node& node, RegistryNode& key, Ticks now, int depth) {
+void ReadKey(const Node& node, RegistryNode& key, const Estate& estate, int depth) {
   if (depth > kDeepestFolder) node.Complain("keys are nested too deeply");
-  node.OnlyFields({"class", "denied", "values", "keys"});
+  node.OnlyFields({"class", "denied", "security", "values", "keys"});
+  if (const auto security = node.Field("security")) key.Security(ReadSecurity(*security, estate));
   if (const auto key_class = node.Field("class")) key.Class(key_class->String());
   if (const auto denied = node.Field("denied")) {
     for (const Node& element : denied->Elements()) {
@@ -432,22 +507,25 @@ void ReadKey(const Node& node, RegistryNode& key, Ticks now, int depth) {
     if (path.find_first_not_of(u'\\') == Text::npos || path.starts_with(u'\\')) {
       child.Complain("no key can have this name");
     }
-    ReadKey(child, key.Key(path), now, depth + 1);
+    ReadKey(child, key.Key(path), estate, depth + 1);
   }
 }
 
-void ReadRegistry(const Node& node, Computer& computer, Estate& estate, Ticks now) {
+void ReadRegistry(const Node& node, Computer& computer, Estate& estate) {
   node.OnlyFields({"HKLM", "HKU", "HKCU"});
-  if (const auto root = node.Field("HKLM")) ReadKey(*root, computer.local_machine(), now, 1);
-  if (const auto root = node.Field("HKU")) ReadKey(*root, computer.users(), now, 1);
+  // The user's own key is there before anything is said about it.
+  if (&computer == &estate.local()) estate.current_user();
+  if (const auto root = node.Field("HKLM")) ReadKey(*root, computer.local_machine(), estate, 1);
+  if (const auto root = node.Field("HKU")) ReadKey(*root, computer.users(), estate, 1);
   if (const auto root = node.Field("HKCU")) {
     if (&computer != &estate.local()) root->Complain("only the local computer has a current user");
-    ReadKey(*root, estate.current_user(), now, 1);
+    ReadKey(*root, estate.current_user(), estate, 1);
   }
 }
 
 void ReadComputer(const Node& node, Estate& estate) {
-  node.OnlyFields({"name", "reachable", "remoteRegistry", "drives", "shares", "registry"});
+  node.OnlyFields({"name", "reachable", "remoteRegistry", "drives", "shares", "registry",
+                   "services", "printers"});
   const Node name = node.Required("name");
   Computer& computer = name.Try([&]() -> Computer& { return estate.AddComputer(name.String()); });
   if (const auto reachable = node.Field("reachable")) computer.SetReachable(reachable->Boolean());
@@ -456,10 +534,22 @@ void ReadComputer(const Node& node, Estate& estate) {
         RemoteRegistry::Allowed, RemoteRegistry::Denied, RemoteRegistry::Stopped};
     computer.SetRemoteRegistry(kStates[remote->OneOf({"allowed", "denied", "stopped"})]);
   }
-  if (const auto drives = node.Field("drives")) ReadDrives(*drives, computer, estate.now());
-  if (const auto shares = node.Field("shares")) ReadShares(*shares, computer);
+  if (const auto drives = node.Field("drives")) ReadDrives(*drives, computer, estate);
+  if (const auto shares = node.Field("shares")) ReadShares(*shares, computer, estate);
   if (const auto registry = node.Field("registry")) {
-    ReadRegistry(*registry, computer, estate, estate.now());
+    ReadRegistry(*registry, computer, estate);
+  }
+  if (const auto services = node.Field("services")) {
+    ReadNamedObjects(*services, estate, [&](const Node& place, TextView text, auto security) {
+      if (computer.FindService(text) != nullptr) place.Complain("there is a service of this name");
+      computer.AddService(text, std::move(security));
+    });
+  }
+  if (const auto printers = node.Field("printers")) {
+    ReadNamedObjects(*printers, estate, [&](const Node& place, TextView text, auto security) {
+      if (computer.FindPrinter(text) != nullptr) place.Complain("there is a printer of this name");
+      computer.AddPrinter(text, std::move(security));
+    });
   }
 }
 
@@ -481,17 +571,11 @@ Estate ReadEstate(std::string_view text) {
   }
   const Node root(json, "");
   root.OnlyFields({"clock", "timeZone", "user", "currentFolder", "moduleFolder", "mappedDrives",
-                   "messages", "modules", "computers"});
+                   "messages", "modules", "computers", "directoryObjects"});
   const auto clock = root.Field("clock");
   Estate estate = Estate::Empty(clock ? ReadTime(*clock) : Estate::kDefaultTime);
   if (const auto zone = root.Field("timeZone")) ReadTimeZone(*zone, estate);
-  if (const auto user = root.Field("user")) {
-    user->OnlyFields({"name", "sid"});
-    const Node sid = user->Required("sid");
-    const Text sid_text = sid.String();
-    if (sid_text.empty() || sid_text.find(u'\\') != Text::npos) sid.Complain("is no SID");
-    estate.SetUser(user->Required("name").String(), sid_text);
-  }
+  if (const auto user = root.Field("user")) ReadUser(*user, estate);
   if (const auto folder = root.Field("currentFolder")) {
     const Text path = folder->String();
     const bool is_full = path.size() >= 3 && path[1] == u':' && path[2] == u'\\' &&
@@ -517,6 +601,12 @@ Estate ReadEstate(std::string_view text) {
   const Node computers = root.Required("computers");
   if (computers.Elements().empty()) computers.Complain("needs at least the local computer");
   for (const Node& computer : computers.Elements()) ReadComputer(computer, estate);
+  if (const auto objects = root.Field("directoryObjects")) {
+    ReadNamedObjects(*objects, estate, [&](const Node& place, TextView text, auto security) {
+      if (estate.FindDirectoryObject(text) != nullptr) place.Complain("the name is taken");
+      estate.AddDirectoryObject(text, std::move(security));
+    });
+  }
   if (const auto mapped = root.Field("mappedDrives")) {
     for (const auto& [name, target] : mapped->Members()) {
       const char16_t letter = ReadDriveLetter(target, name);

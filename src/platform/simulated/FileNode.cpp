@@ -69,6 +69,21 @@ FileNode& FileNode::DenyDelete(bool denied) {
   return *this;
 }
 
+FileNode& FileNode::DenySecurity(bool denied) {
+  security_denied_ = denied;
+  return *this;
+}
+
+FileNode& FileNode::LockSecurity(bool locked) {
+  security_locked_ = locked;
+  return *this;
+}
+
+FileNode& FileNode::Security(SecurityDescriptor descriptor) {
+  Describe(std::move(descriptor));
+  return *this;
+}
+
 FileNode& FileNode::Messages(MessageTable messages) {
   messages_ = std::make_shared<const MessageTable>(std::move(messages));
   return *this;
@@ -99,6 +114,7 @@ std::shared_ptr<FileNode> FileNode::AddChild(Text name, bool is_folder, Ticks no
 
 void FileNode::Remove(Ticks now) {
   if (parent_ == nullptr) return;
+  KeepSecurity();
   FileNode& folder = *parent_;
   folder.written_ = now;
   folder.by_short_name_.erase(ToUpper(short_name_));
@@ -162,6 +178,15 @@ void FileNode::RemoveOpen(const Sharing* sharing, Ticks now) {
 void FileNode::Delete(Ticks now) {
   delete_pending_ = true;
   if (opens_.empty()) Remove(now);
+}
+
+void FileNode::ForEachHeld(const std::function<void(SecuredNode&)>& action) {
+  for (const auto& [name, child] : children_) action(*child);
+}
+
+SecurityRef FileNode::RootSecurity() const {
+  return SecurityBlock::Make(
+      DescriptorOf(u"O:BAG:SYD:PAI(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;0x1200a9;;;BU)"));
 }
 
 }  // namespace veldmark::simulated

@@ -9,6 +9,8 @@
 #include "platform/automation/Text.h"
 #include "platform/operations/FileSystem.h"
 #include "platform/simulated/Calendar.h"
+#include "platform/simulated/DescriptorText.h"
+#include "platform/simulated/NodeSecurity.h"
 
 namespace veldmark::simulated {
 
@@ -26,7 +28,7 @@ struct Sharing {
 };
 
 // One file or folder of an estate. The setters return the node, so that descriptions chain.
-class FileNode : public std::enable_shared_from_this<FileNode> {
+class FileNode : public std::enable_shared_from_this<FileNode>, public SecuredNode {
  public:
   FileNode(Text name, bool is_folder, Ticks now);
 
@@ -42,6 +44,14 @@ class FileNode : public std::enable_shared_from_this<FileNode> {
   FileNode& DenyRead(bool denied = true);
   FileNode& DenyWrite(bool denied = true);
   FileNode& DenyDelete(bool denied = true);
+  // Keeps the descriptor from being read, whatever it says itself.
+  FileNode& DenySecurity(bool denied = true);
+  // Lets GetFileSecurityW find the descriptor in use.
+  FileNode& LockSecurity(bool locked = true);
+  // "D:P(A;;FA;;;BA)": unless it is protected, the node inherits from its folder besides. Throws
+  // std::invalid_argument if it is no descriptor.
+  FileNode& Security(TextView text) { return Security(DescriptorOf(text)); }
+  FileNode& Security(SecurityDescriptor descriptor);
   // Makes the file a module with this message table.
   FileNode& Messages(MessageTable messages);
 
@@ -58,6 +68,8 @@ class FileNode : public std::enable_shared_from_this<FileNode> {
   bool read_denied() const { return read_denied_; }
   bool write_denied() const { return write_denied_; }
   bool delete_denied() const { return delete_denied_; }
+  bool security_denied() const { return security_denied_; }
+  bool security_locked() const { return security_locked_; }
   const MessageTable* messages() const { return messages_ ? messages_.get() : nullptr; }
 
   // Null for a drive's root, and for what was deleted.
@@ -85,6 +97,12 @@ class FileNode : public std::enable_shared_from_this<FileNode> {
   bool is_delete_pending() const { return delete_pending_; }
 
  private:
+  const SecuredNode* holder() const override { return parent_; }
+  bool is_container() const override { return is_folder_; }
+  const GENERIC_MAPPING& mapping() const override { return kFileMapping; }
+  void ForEachHeld(const std::function<void(SecuredNode&)>& action) override;
+  SecurityRef RootSecurity() const override;
+
   Text name_;
   Text short_name_;
   bool is_folder_;
@@ -99,6 +117,8 @@ class FileNode : public std::enable_shared_from_this<FileNode> {
   bool read_denied_ = false;
   bool write_denied_ = false;
   bool delete_denied_ = false;
+  bool security_denied_ = false;
+  bool security_locked_ = false;
   bool delete_pending_ = false;
   std::shared_ptr<const MessageTable> messages_;
   FileNode* parent_ = nullptr;

@@ -7,8 +7,9 @@ namespace veldmark::simulated {
 namespace {
 
 std::string Name(Resource resource) {
-  static constexpr std::array<const char*, 6> kNames = {
-      "find handle", "file handle", "registry key", "module", "local memory", "task memory"};
+  static constexpr std::array<const char*, 8> kNames = {
+      "find handle",  "file handle", "registry key", "module",
+      "local memory", "task memory", "token",        "network buffer"};
   return kNames[static_cast<std::size_t>(resource)];
 }
 

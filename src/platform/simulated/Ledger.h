@@ -7,7 +7,16 @@
 
 namespace veldmark::simulated {
 
-enum class Resource { FindHandle, FileHandle, RegistryKey, Module, LocalMemory, TaskMemory };
+enum class Resource {
+  FindHandle,
+  FileHandle,
+  RegistryKey,
+  Module,
+  LocalMemory,
+  TaskMemory,
+  TokenHandle,
+  NetworkBuffer
+};
 
 // Everything that the platform handed out and expects back. What is open at the end of a test is a
 // leak; what came back twice, or was never handed out, is a fault of the caller.

@@ -164,6 +164,11 @@ Place FindRoot(const Path& path, Estate& estate) {
     place.error = share == nullptr ? kErrorBadNetName : kErrorAccessDenied;
     return place;
   }
+  if (share->folder == nullptr) {
+    place.error = kErrorBadDevType;
+    return place;
+  }
+  place.share = share;
   place.node = share->folder;
   for (const Text& name : below.empty() ? std::vector<Text>() : Split(below)) {
     if (place.node != nullptr) place.node = place.node->Child(name);
@@ -173,13 +178,22 @@ Place FindRoot(const Path& path, Estate& estate) {
 }
 
 Place Find(const Path& path, Estate& estate) {
-  if (path.error != 0) return {.error = path.error, .node = nullptr, .folder = nullptr, .name = {}};
+  if (path.error != 0)
+    return {.error = path.error, .node = nullptr, .folder = nullptr, .name = {}, .share = nullptr};
   if (path.is_plain_too_long()) {
-    return {.error = kErrorPathNotFound, .node = nullptr, .folder = nullptr, .name = {}};
+    return {.error = kErrorPathNotFound,
+            .node = nullptr,
+            .folder = nullptr,
+            .name = {},
+            .share = nullptr};
   }
   for (const Text& name : path.names) {
     if (!IsValidName(name)) {
-      return {.error = kErrorInvalidName, .node = nullptr, .folder = nullptr, .name = {}};
+      return {.error = kErrorInvalidName,
+              .node = nullptr,
+              .folder = nullptr,
+              .name = {},
+              .share = nullptr};
     }
   }
   Place place = FindRoot(path, estate);
@@ -192,7 +206,11 @@ Place Find(const Path& path, Estate& estate) {
       return place;
     }
     if (!place.node->is_folder()) {
-      return {.error = kErrorPathNotFound, .node = nullptr, .folder = nullptr, .name = {}};
+      return {.error = kErrorPathNotFound,
+              .node = nullptr,
+              .folder = nullptr,
+              .name = {},
+              .share = nullptr};
     }
     place.folder = place.node;
     place.name = name;
@@ -200,7 +218,11 @@ Place Find(const Path& path, Estate& estate) {
     if (place.node == nullptr) place.error = kErrorFileNotFound;
   }
   if (place.node != nullptr && path.trailing_backslash && !place.node->is_folder()) {
-    return {.error = kErrorInvalidName, .node = nullptr, .folder = nullptr, .name = {}};
+    return {.error = kErrorInvalidName,
+            .node = nullptr,
+            .folder = nullptr,
+            .name = {},
+            .share = nullptr};
   }
   return place;
 }

@@ -88,6 +88,11 @@ RegistryNode& RegistryNode::DenyWrite(bool denied) {
   return *this;
 }
 
+RegistryNode& RegistryNode::Security(SecurityDescriptor descriptor) {
+  Describe(std::move(descriptor));
+  return *this;
+}
+
 std::shared_ptr<RegistryNode> RegistryNode::Find(TextView name) const {
   const auto found = keys_.find(ToUpper(name));
   return found == keys_.end() ? nullptr : found->second;
@@ -102,6 +107,7 @@ std::shared_ptr<RegistryNode> RegistryNode::Add(TextView name, Ticks now) {
 
 void RegistryNode::Remove(Ticks now) {
   if (parent_ == nullptr) return;
+  KeepSecurity();
   RegistryNode& parent = *std::exchange(parent_, nullptr);
   deleted_ = true;
   parent.written_ = now;
@@ -118,6 +124,15 @@ const RegistryNode::Value* RegistryNode::FindValue(TextView name) const {
 bool RegistryNode::RemoveValue(TextView name) {
   return std::erase_if(values_, [&](const Value& value) { return EqualNoCase(value.name, name); }) >
          0;
+}
+
+void RegistryNode::ForEachHeld(const std::function<void(SecuredNode&)>& action) {
+  for (const auto& [name, key] : keys_) action(*key);
+}
+
+SecurityRef RegistryNode::RootSecurity() const {
+  return SecurityBlock::Make(
+      DescriptorOf(u"O:BAG:SYD:PAI(A;CI;KA;;;BA)(A;CI;KA;;;SY)(A;CI;KR;;;BU)(A;CIIO;KA;;;CO)"));
 }
 
 }  // namespace veldmark::simulated

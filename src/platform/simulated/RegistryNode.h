@@ -9,11 +9,13 @@
 #include "platform/automation/Text.h"
 #include "platform/operations/Registry.h"
 #include "platform/simulated/Calendar.h"
+#include "platform/simulated/DescriptorText.h"
+#include "platform/simulated/NodeSecurity.h"
 
 namespace veldmark::simulated {
 
 // One registry key of an estate. The setters return the key, so that descriptions chain.
-class RegistryNode {
+class RegistryNode : public SecuredNode {
  public:
   struct Value {
     Text name;  // empty: the default value
@@ -33,6 +35,10 @@ class RegistryNode {
   RegistryNode& Class(Text key_class);
   RegistryNode& DenyRead(bool denied = true);
   RegistryNode& DenyWrite(bool denied = true);
+  // "D:P(A;CI;KA;;;BA)": unless it is protected, the key inherits from its parent besides. Throws
+  // std::invalid_argument if it is no descriptor.
+  RegistryNode& Security(TextView text) { return Security(DescriptorOf(text)); }
+  RegistryNode& Security(SecurityDescriptor descriptor);
 
   const Text& name() const { return name_; }
   const Text& key_class() const { return key_class_; }
@@ -58,6 +64,12 @@ class RegistryNode {
   bool RemoveValue(TextView name);
 
  private:
+  const SecuredNode* holder() const override { return parent_; }
+  bool is_container() const override { return true; }
+  const GENERIC_MAPPING& mapping() const override { return kRegistryMapping; }
+  void ForEachHeld(const std::function<void(SecuredNode&)>& action) override;
+  SecurityRef RootSecurity() const override;
+
   Text name_;
   Text key_class_;
   Ticks written_;

@@ -6,6 +6,7 @@
 #include "platform/automation/CaseMapping.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/LastError.h"
+#include "platform/simulated/FileAccess.h"
 #include "platform/simulated/FileNames.h"
 
 namespace veldmark::simulated {
@@ -16,10 +17,6 @@ constexpr std::uint64_t kMaxContent = std::uint64_t{1} << 31;
 constexpr DWORD kSettableAttributes =
     kFileAttributeReadOnly | kFileAttributeHidden | kFileAttributeSystem | kFileAttributeArchive |
     kFileAttributeTemporary | kFileAttributeOffline | kFileAttributeNotContentIndexed;
-
-std::uintptr_t ValueOf(HANDLE handle) { return reinterpret_cast<std::uintptr_t>(handle); }
-
-HANDLE HandleOf(std::uintptr_t value) { return reinterpret_cast<HANDLE>(value); }
 
 HANDLE FailHandle(DWORD code) {
   Fail(code);
@@ -57,27 +54,13 @@ bool IsListed(TextView pattern, TextView name, TextView short_name) {
          (!short_name.empty() && MatchesPattern(pattern, ToUpper(short_name)));
 }
 
-// What stands in the way of opening an existing file or folder to delete it.
-DWORD DeletionError(const FileNode& node) {
-  if (node.is_delete_pending() || node.delete_denied()) return kErrorAccessDenied;
-  const Sharing wanted{.deletes = true, .lets_read = true, .lets_write = true, .lets_delete = true};
-  if (!node.CanOpen(wanted)) return kErrorSharingViolation;
-  if ((node.attributes() & kFileAttributeReadOnly) != 0) return kErrorAccessDenied;
-  return 0;
-}
-
-// What stands in the way of a new name in a folder.
-DWORD AdditionError(const Place& place) {
-  if (place.error != kErrorFileNotFound) return place.error;
-  return place.folder->write_denied() ? kErrorAccessDenied : 0;
-}
-
 }  // namespace
 
 SimulatedFileSystem::~SimulatedFileSystem() {
   for (auto& [value, find] : finds_)
     find->folder->RemoveOpen(&find->sharing, session_.estate.now());
-  for (auto& [value, file] : files_) Release(*file);
+  for (auto& [value, file] : session_.files) Release(*file);
+  session_.files.clear();
 }
 
 HANDLE SimulatedFileSystem::FindFirstFileW(LPCWSTR file_name, WIN32_FIND_DATAW* data) {
@@ -104,7 +87,8 @@ HANDLE SimulatedFileSystem::FindFirstFileW(LPCWSTR file_name, WIN32_FIND_DATAW* 
     return FailHandle(place.error == kErrorFileNotFound ? kErrorPathNotFound : place.error);
   }
   if (!place.node->is_folder()) return FailHandle(kErrorDirectory);
-  if (place.node->list_denied() || place.node->is_delete_pending()) {
+  if (place.node->list_denied() || place.node->is_delete_pending() ||
+      !Grants(place, kFileListDirectory | kSynchronize)) {
     return FailHandle(kErrorAccessDenied);
   }
   if (pattern.empty()) return FailHandle(kErrorFileNotFound);
@@ -159,8 +143,8 @@ BOOL SimulatedFileSystem::CreateDirectoryW(LPCWSTR path_name, const SECURITY_ATT
     // A root is refused before anybody looks whether it exists.
     return Fail(place.folder == nullptr ? kErrorAccessDenied : kErrorAlreadyExists);
   }
-  if (const DWORD error = AdditionError(place)) return Fail(error);
-  place.folder->AddChild(place.name, true, session_.estate.now());
+  if (const DWORD error = AdditionError(place, kFileAddSubdirectory)) return Fail(error);
+  Add(place, true);
   return 1;
 }
 
@@ -173,7 +157,7 @@ BOOL SimulatedFileSystem::RemoveDirectoryW(LPCWSTR path_name) {
   FileNode& folder = *place.node;
   if (!folder.is_folder()) return Fail(kErrorDirectory);
   if (folder.parent() == nullptr) return Fail(kErrorAccessDenied);
-  if (const DWORD error = DeletionError(folder)) return Fail(error);
+  if (const DWORD error = DeletionError(place)) return Fail(error);
   if (IsCurrentFolder(folder)) return Fail(kErrorSharingViolation);
   if (!folder.children().empty()) return Fail(kErrorDirNotEmpty);
   folder.Delete(session_.estate.now());
@@ -189,7 +173,9 @@ BOOL SimulatedFileSystem::GetFileAttributesExW(LPCWSTR file_name, int level, voi
   }
   const Place place = Find(Path::Parse(ViewOf(file_name), session_.estate), session_.estate);
   if (place.node == nullptr) return Fail(place.error);
-  if (place.node->is_delete_pending()) return Fail(kErrorAccessDenied);
+  if (place.node->is_delete_pending() || !Grants(place, kFileReadAttributes)) {
+    return Fail(kErrorAccessDenied);
+  }
   WIN32_FILE_ATTRIBUTE_DATA record{};
   FillRecord(record, *place.node);
   std::memcpy(information, &record, sizeof record);
@@ -200,7 +186,8 @@ DWORD SimulatedFileSystem::GetFileAttributesW(LPCWSTR file_name) {
   DWORD error = session_.Begin("GetFileAttributesW", ViewOf(file_name));
   if (error == 0) {
     const Place place = Find(Path::Parse(ViewOf(file_name), session_.estate), session_.estate);
-    if (place.node != nullptr && !place.node->is_delete_pending()) return place.node->attributes();
+    const bool is_there = place.node != nullptr && !place.node->is_delete_pending();
+    if (is_there && Grants(place, kFileReadAttributes)) return place.node->attributes();
     error = place.node == nullptr ? place.error : kErrorAccessDenied;
   }
   Fail(error);
@@ -214,7 +201,9 @@ BOOL SimulatedFileSystem::SetFileAttributesW(LPCWSTR file_name, DWORD attributes
   const Place place = Find(Path::Parse(ViewOf(file_name), session_.estate), session_.estate);
   if (place.node == nullptr) return Fail(place.error);
   FileNode& node = *place.node;
-  if (node.write_denied() || node.is_delete_pending()) return Fail(kErrorAccessDenied);
+  if (node.write_denied() || node.is_delete_pending() || !Grants(place, kFileWriteAttributes)) {
+    return Fail(kErrorAccessDenied);
+  }
   if (node.is_folder() && (attributes & kFileAttributeTemporary) != 0) {
     return Fail(kErrorInvalidParameter);
   }
@@ -227,7 +216,7 @@ BOOL SimulatedFileSystem::DeleteFileW(LPCWSTR file_name) {
   const Place place = Find(Path::Parse(ViewOf(file_name), session_.estate), session_.estate);
   if (place.node == nullptr) return Fail(place.error);
   if (place.node->is_folder()) return Fail(kErrorAccessDenied);
-  if (const DWORD error = DeletionError(*place.node)) return Fail(error);
+  if (const DWORD error = DeletionError(place)) return Fail(error);
   place.node->Delete(session_.estate.now());
   return 1;
 }
@@ -244,8 +233,8 @@ HANDLE SimulatedFileSystem::CreateFileW(LPCWSTR file_name, DWORD desired_access,
   }
   const bool everything = (desired_access & kGenericAll) != 0;
   const bool reads = everything || (desired_access & (kGenericRead | kFileReadData)) != 0;
-  const bool writes_data = everything || (desired_access & (kGenericWrite | kFileWriteData)) != 0;
-  const bool writes = writes_data || (desired_access & kFileAppendData) != 0;
+  const bool writes =
+      everything || (desired_access & (kGenericWrite | kFileWriteData | kFileAppendData)) != 0;
   const bool deletes_on_close = (flags_and_attributes & kFileFlagDeleteOnClose) != 0;
   if (creation_disposition == kTruncateExisting &&
       (desired_access & (kGenericWrite | kGenericAll)) == 0) {
@@ -257,13 +246,18 @@ HANDLE SimulatedFileSystem::CreateFileW(LPCWSTR file_name, DWORD desired_access,
   const bool replaces =
       creation_disposition == kCreateAlways || creation_disposition == kTruncateExisting;
   const DWORD new_attributes = flags_and_attributes & kSettableAttributes;
-  const Sharing sharing{
-      .reads = reads,
-      .writes = writes || (existed && replaces),
-      .deletes = everything || deletes_on_close || (desired_access & kDelete) != 0,
-      .lets_read = (share_mode & kFileShareRead) != 0,
-      .lets_write = (share_mode & kFileShareWrite) != 0,
-      .lets_delete = (share_mode & kFileShareDelete) != 0};
+  // Every handle can be waited for and tell attributes.
+  DWORD access = desired_access | kSynchronize | kFileReadAttributes;
+  if (deletes_on_close) access |= kDelete;
+  const bool deletes = everything || deletes_on_close || (desired_access & kDelete) != 0;
+  Sharing sharing{.lets_read = (share_mode & kFileShareRead) != 0,
+                  .lets_write = (share_mode & kFileShareWrite) != 0,
+                  .lets_delete = (share_mode & kFileShareDelete) != 0};
+  const auto share_as = [&](DWORD granted) {
+    sharing.reads = (granted & kFileReadData) != 0;
+    sharing.writes = (granted & (kFileWriteData | kFileAppendData)) != 0;
+    sharing.deletes = (granted & kDelete) != 0;
+  };
   if (existed) {
     const FileNode& node = *place.node;
     if (creation_disposition == kCreateNew) return FailHandle(kErrorFileExists);
@@ -276,19 +270,37 @@ HANDLE SimulatedFileSystem::CreateFileW(LPCWSTR file_name, DWORD desired_access,
                          (node.attributes() & kGuarded & ~new_attributes) != 0;
     const bool read_denied = node.is_folder() ? node.list_denied() : node.read_denied();
     if (node.is_delete_pending() || (reads && read_denied) ||
-        (sharing.writes && (node.write_denied() || read_only)) ||
-        (sharing.deletes && node.delete_denied()) || (deletes_on_close && read_only) || unnamed) {
+        ((writes || replaces) && (node.write_denied() || read_only)) ||
+        (deletes && node.delete_denied()) || (deletes_on_close && read_only) || unnamed) {
       return FailHandle(kErrorAccessDenied);
     }
+    const Token& token = session_.estate.token();
+    const bool backs_up = (flags_and_attributes & kFileFlagBackupSemantics) != 0;
+    const DWORD needed = access | (replaces ? kFileWriteData : 0);
+    const FileAccess checked = CheckFileAccess(token, place, needed, backs_up);
+    if (checked.error != 0) return FailHandle(checked.error);
+    const bool overrides = backs_up && token.IsEnabled(Privilege::Backup);
+    if (node.security_denied() && (checked.granted & kReadControl) != 0 && !overrides) {
+      return FailHandle(kErrorAccessDenied);
+    }
+    share_as(checked.granted);
+    // Replacing needs the right to write, but the handle writes only if that was asked for.
+    const bool may_write = (MapGeneric(desired_access, kFileMapping) & kFileWriteData) != 0 ||
+                           (desired_access & kMaximumAllowed) != 0;
+    access = may_write ? checked.granted : checked.granted & ~kFileWriteData;
     if (!node.CanOpen(sharing)) return FailHandle(kErrorSharingViolation);
   } else {
     const bool creates = creation_disposition == kCreateNew ||
                          creation_disposition == kCreateAlways ||
                          creation_disposition == kOpenAlways;
     if (!creates) return FailHandle(place.error);
-    if (const DWORD error = AdditionError(place)) return FailHandle(error);
+    if (const DWORD error = AdditionError(place, kFileAddFile)) return FailHandle(error);
     if (path.trailing_backslash) return FailHandle(kErrorInvalidName);
-    place.node = place.folder->AddChild(place.name, false, session_.estate.now());
+    place.node = Add(place, false);
+    // Who makes a file has what he asks for, whatever its descriptor says.
+    if ((access & kMaximumAllowed) != 0) access |= kFileMapping.GenericAll;
+    access = MapGeneric(access & ~kMaximumAllowed, kFileMapping);
+    share_as(access);
     place.node->Attributes(new_attributes | kFileAttributeArchive);
   }
   if (existed && replaces) {
@@ -301,13 +313,11 @@ HANDLE SimulatedFileSystem::CreateFileW(LPCWSTR file_name, DWORD desired_access,
   auto file = std::make_unique<OpenFile>();
   file->node = place.node;
   file->sharing = sharing;
-  file->reads = reads;
-  file->writes = writes;
-  file->appends_only = writes && !writes_data;
+  file->access = access;
   file->deletes_on_close = deletes_on_close;
   file->node->AddOpen(&file->sharing);
   const std::uintptr_t value = session_.NewHandle();
-  files_[value] = std::move(file);
+  session_.files[value] = std::move(file);
   session_.ledger.Opened(Resource::FileHandle, value, "CreateFileW", ToUtf8(ViewOf(file_name)));
   if (existed && (creation_disposition == kCreateAlways || creation_disposition == kOpenAlways)) {
     SetLastPlatformError(kErrorAlreadyExists);
@@ -321,7 +331,7 @@ BOOL SimulatedFileSystem::ReadFile(HANDLE file, void* buffer, DWORD bytes_to_rea
   if (bytes_read != nullptr) *bytes_read = 0;
   OpenFile* const open = Lookup(file, "ReadFile");
   if (open == nullptr) return Fail(kErrorInvalidHandle);
-  if (!open->reads) return Fail(kErrorAccessDenied);
+  if (!open->reads()) return Fail(kErrorAccessDenied);
   if (open->node->is_folder()) return Fail(kErrorInvalidFunction);
   if (overlapped != nullptr || bytes_read == nullptr) return Fail(kErrorInvalidParameter);
   *bytes_read = static_cast<DWORD>(open->node->Read(open->position, buffer, bytes_to_read));
@@ -335,10 +345,10 @@ BOOL SimulatedFileSystem::WriteFile(HANDLE file, const void* buffer, DWORD bytes
   if (bytes_written != nullptr) *bytes_written = 0;
   OpenFile* const open = Lookup(file, "WriteFile");
   if (open == nullptr) return Fail(kErrorInvalidHandle);
-  if (!open->writes) return Fail(kErrorAccessDenied);
+  if (!open->writes()) return Fail(kErrorAccessDenied);
   if (open->node->is_folder()) return Fail(kErrorInvalidParameter);
   if (overlapped != nullptr || bytes_written == nullptr) return Fail(kErrorInvalidParameter);
-  if (open->appends_only) open->position = open->node->size();
+  if (open->appends_only()) open->position = open->node->size();
   // What is written is kept in memory, so that a far position fills the disk.
   if (open->position > kMaxContent - bytes_to_write) return Fail(kErrorDiskFull);
   open->node->Write(open->position, buffer, bytes_to_write, session_.estate.now());
@@ -368,7 +378,7 @@ BOOL SimulatedFileSystem::FlushFileBuffers(HANDLE file) {
   if (const DWORD fault = session_.Begin("FlushFileBuffers")) return Fail(fault);
   const OpenFile* const open = Lookup(file, "FlushFileBuffers");
   if (open == nullptr) return Fail(kErrorInvalidHandle);
-  return open->writes ? 1 : Fail(kErrorAccessDenied);
+  return open->writes() ? 1 : Fail(kErrorAccessDenied);
 }
 
 BOOL SimulatedFileSystem::GetFileSizeEx(HANDLE file, LARGE_INTEGER* size) {
@@ -394,12 +404,16 @@ DWORD SimulatedFileSystem::GetFileSize(HANDLE file, DWORD* size_high) {
 
 BOOL SimulatedFileSystem::CloseHandle(HANDLE object) {
   const DWORD fault = session_.Begin("CloseHandle");
+  if (session_.tokens.erase(ValueOf(object)) > 0) {
+    session_.ledger.Closed(Resource::TokenHandle, ValueOf(object), "CloseHandle");
+    return fault == 0 ? 1 : Fail(fault);
+  }
   if (!session_.ledger.Closed(Resource::FileHandle, ValueOf(object), "CloseHandle")) {
     return Fail(kErrorInvalidHandle);
   }
-  const auto found = files_.find(ValueOf(object));
+  const auto found = session_.files.find(ValueOf(object));
   Release(*found->second);
-  files_.erase(found);
+  session_.files.erase(found);
   return fault == 0 ? 1 : Fail(fault);
 }
 
@@ -413,7 +427,8 @@ BOOL SimulatedFileSystem::CopyFileW(LPCWSTR existing_file_name, LPCWSTR new_file
   }
   const Place source = Find(Path::Parse(source_name, session_.estate), session_.estate);
   if (source.node == nullptr) return Fail(source.error);
-  if (source.node->is_folder() || source.node->read_denied() || source.node->is_delete_pending()) {
+  if (source.node->is_folder() || source.node->read_denied() || source.node->is_delete_pending() ||
+      !Grants(source, kFileReadData | kFileReadAttributes | kSynchronize)) {
     return Fail(kErrorAccessDenied);
   }
   const Sharing reading{.reads = true, .lets_read = true, .lets_write = true};
@@ -421,14 +436,15 @@ BOOL SimulatedFileSystem::CopyFileW(LPCWSTR existing_file_name, LPCWSTR new_file
 
   Place target = Find(Path::Parse(target_name, session_.estate), session_.estate);
   if (target.node == nullptr) {
-    if (const DWORD error = AdditionError(target)) return Fail(error);
-    target.node = target.folder->AddChild(target.name, false, session_.estate.now());
+    if (const DWORD error = AdditionError(target, kFileAddFile)) return Fail(error);
+    target.node = Add(target, false);
   } else {
     constexpr DWORD kGuarded = kFileAttributeReadOnly | kFileAttributeHidden | kFileAttributeSystem;
     if (fail_if_exists != 0) return Fail(kErrorFileExists);
     if (target.node == source.node) return Fail(kErrorSharingViolation);
     if (target.node->is_folder() || target.node->write_denied() ||
-        target.node->is_delete_pending() || (target.node->attributes() & kGuarded) != 0) {
+        target.node->is_delete_pending() || (target.node->attributes() & kGuarded) != 0 ||
+        !Grants(target, kFileWriteData | kFileWriteAttributes | kSynchronize)) {
       return Fail(kErrorAccessDenied);
     }
     if (!target.node->CanOpen({.writes = true})) return Fail(kErrorSharingViolation);
@@ -503,10 +519,9 @@ bool SimulatedFileSystem::Advance(OpenFind& find, WIN32_FIND_DATAW* data) const 
   return false;
 }
 
-SimulatedFileSystem::OpenFile* SimulatedFileSystem::Lookup(HANDLE file,
-                                                           std::string_view operation) {
-  const auto found = files_.find(ValueOf(file));
-  if (found != files_.end()) return found->second.get();
+OpenFile* SimulatedFileSystem::Lookup(HANDLE file, std::string_view operation) {
+  const auto found = session_.files.find(ValueOf(file));
+  if (found != session_.files.end()) return found->second.get();
   session_.ledger.Misused(Resource::FileHandle, ValueOf(file), operation);
   return nullptr;
 }
@@ -516,6 +531,33 @@ void SimulatedFileSystem::Release(OpenFile& file) {
   if (file.deletes_on_close && !file.node->is_delete_pending()) {
     file.node->Delete(session_.estate.now());
   }
+}
+
+bool SimulatedFileSystem::Grants(const Place& place, DWORD access) const {
+  return CheckFileAccess(session_.estate.token(), place, access).error == 0;
+}
+
+DWORD SimulatedFileSystem::DeletionError(const Place& place) const {
+  const FileNode& node = *place.node;
+  if (node.is_delete_pending() || node.delete_denied() || !Grants(place, kDelete)) {
+    return kErrorAccessDenied;
+  }
+  const Sharing wanted{.deletes = true, .lets_read = true, .lets_write = true, .lets_delete = true};
+  if (!node.CanOpen(wanted)) return kErrorSharingViolation;
+  if ((node.attributes() & kFileAttributeReadOnly) != 0) return kErrorAccessDenied;
+  return 0;
+}
+
+DWORD SimulatedFileSystem::AdditionError(const Place& place, DWORD access) const {
+  if (place.error != kErrorFileNotFound) return place.error;
+  if (place.folder->write_denied()) return kErrorAccessDenied;
+  return CheckFolderAccess(session_.estate.token(), place, access).error;
+}
+
+std::shared_ptr<FileNode> SimulatedFileSystem::Add(const Place& place, bool is_folder) {
+  const auto node = place.folder->AddChild(place.name, is_folder, session_.estate.now());
+  node->Own(session_.estate.token());
+  return node;
 }
 
 bool SimulatedFileSystem::IsCurrentFolder(const FileNode& node) {

@@ -55,24 +55,22 @@ class SimulatedFileSystem final : public FileSystem {
                     // meanwhile
     Sharing sharing;
   };
-  struct OpenFile {
-    std::shared_ptr<FileNode> node;
-    Sharing sharing;
-    bool reads = false;
-    bool writes = false;
-    bool appends_only = false;
-    bool deletes_on_close = false;
-    std::uint64_t position = 0;
-  };
 
   bool Advance(OpenFind& find, WIN32_FIND_DATAW* data) const;
   OpenFile* Lookup(HANDLE file, std::string_view operation);
   void Release(OpenFile& file);
+  // Whether the caller's token is granted this of what the path led to.
+  bool Grants(const Place& place, DWORD access) const;
+  // What stands in the way of opening an existing file or folder to delete it.
+  DWORD DeletionError(const Place& place) const;
+  // What stands in the way of a new name in a folder; `access` is the right to add it.
+  DWORD AdditionError(const Place& place, DWORD access) const;
+  // Adds what nothing stands in the way of.
+  std::shared_ptr<FileNode> Add(const Place& place, bool is_folder);
   bool IsCurrentFolder(const FileNode& node);
 
   Session& session_;
   std::map<std::uintptr_t, std::unique_ptr<OpenFind>> finds_;
-  std::map<std::uintptr_t, std::unique_ptr<OpenFile>> files_;
 };
 
 }  // namespace veldmark::simulated

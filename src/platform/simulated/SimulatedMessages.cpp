@@ -6,6 +6,7 @@
 
 #include "platform/automation/CaseMapping.h"
 #include "platform/operations/ErrorCodes.h"
+#include "platform/simulated/FileAccess.h"
 #include "platform/simulated/Path.h"
 
 namespace veldmark::simulated {
@@ -199,7 +200,9 @@ HMODULE SimulatedMessages::LoadLibraryExW(LPCWSTR library_file_name, HANDLE, DWO
   DWORD error = place.error == kErrorPathNotFound ? kErrorFileNotFound : place.error;
   if (place.node != nullptr) {
     const FileNode& node = *place.node;
-    if (node.is_folder() || node.read_denied()) {
+    const Token& token = session_.estate.token();
+    if (node.is_folder() || node.read_denied() ||
+        CheckFileAccess(token, place, kFileReadData).error != 0) {
       error = kErrorAccessDenied;
     } else if (!node.CanOpen({.reads = true, .lets_read = true, .lets_delete = true})) {
       error = kErrorSharingViolation;

@@ -6,14 +6,16 @@
 #include <vector>
 
 #include "platform/operations/ErrorCodes.h"
+#include "platform/simulated/AccessCheck.h"
 
 namespace veldmark::simulated {
 namespace {
 
 constexpr std::size_t kMaxKeyName = 255;
 constexpr std::size_t kMaxValueName = 16383;
-constexpr DWORD kMaximumAllowed = 0x02000000;
 constexpr LSTATUS kErrorChildMustBeVolatile = 1021;
+// Say which of two registries is meant, and are no rights.
+constexpr DWORD kWow64Bits = 0x300;
 
 LSTATUS Status(DWORD code) { return static_cast<LSTATUS>(code); }
 
@@ -41,20 +43,25 @@ std::optional<std::vector<TextView>> NamesOf(TextView path, LSTATUS& error) {
   return names;
 }
 
-LSTATUS AccessError(const RegistryNode& node, DWORD access) {
+// What the token is granted of an access to a key, in place of `access`; or the code that says why
+// it isn't.
+LSTATUS CheckAccessTo(const RegistryNode& node, const Token& token, DWORD& access) {
   constexpr DWORD kReading = kKeyQueryValue | kKeyEnumerateSubKeys | kGenericRead | kGenericAll;
   constexpr DWORD kWriting =
       kKeySetValue | kKeyCreateSubKey | kDelete | kGenericWrite | kGenericAll;
   const bool denied = (node.read_denied() && (access & kReading) != 0) ||
                       (node.write_denied() && (access & kWriting) != 0);
-  return denied ? Status(kErrorAccessDenied) : 0;
+  if (denied) return Status(kErrorAccessDenied);
+  const AccessCheckOutcome outcome =
+      CheckAccess(node.security()->descriptor(), token,
+                  MapGeneric(access & ~kWow64Bits, kRegistryMapping), kRegistryMapping);
+  access = outcome.granted;
+  return Status(outcome.error);
 }
 
-DWORD GrantedBy(DWORD access) {
-  if ((access & (kGenericAll | kMaximumAllowed)) != 0) access |= kKeyAllAccess;
-  if ((access & kGenericRead) != 0) access |= kKeyRead;
-  if ((access & kGenericWrite) != 0) access |= kKeyWrite;
-  return access;
+// The most that the token is granted of a key; perhaps nothing.
+DWORD MostAccessTo(const RegistryNode& node, const Token& token) {
+  return GrantedAccess(node.security()->descriptor(), token, kRegistryMapping);
 }
 
 void Put(DWORD* place, std::size_t number) {
@@ -108,8 +115,8 @@ LSTATUS SimulatedRegistry::RegConnectRegistryW(LPCWSTR machine_name, HKEY key, H
     *result = key;
     return 0;
   }
-  *result = Hand(key == kHkeyUsers ? computer->users_node() : computer->local_machine_node(),
-                 kKeyAllAccess, "RegConnectRegistryW", machine);
+  const auto& root = key == kHkeyUsers ? computer->users_node() : computer->local_machine_node();
+  *result = Hand(root, MostAccessTo(*root, estate.token()), "RegConnectRegistryW", machine);
   return 0;
 }
 
@@ -131,8 +138,9 @@ LSTATUS SimulatedRegistry::RegOpenKeyExW(HKEY key, LPCWSTR sub_key, DWORD, DWORD
     open.node = open.node->Find(name);
     if (open.node == nullptr) return Status(kErrorFileNotFound);
   }
-  if (const LSTATUS denied = AccessError(*open.node, access)) return denied;
-  *result = Hand(open.node, GrantedBy(access), "RegOpenKeyExW", path);
+  const Token& token = session_.estate.token();
+  if (const LSTATUS denied = CheckAccessTo(*open.node, token, access)) return denied;
+  *result = Hand(open.node, access, "RegOpenKeyExW", path);
   return 0;
 }
 
@@ -159,18 +167,27 @@ LSTATUS SimulatedRegistry::RegCreateKeyExW(HKEY key, LPCWSTR sub_key, DWORD rese
     open.node = next;
   }
   const bool creates = existing != names->end();
-  if (creates && open.node->write_denied()) return Status(kErrorAccessDenied);
+  const Token& token = session_.estate.token();
+  const bool may_create =
+      !open.node->write_denied() && (MostAccessTo(*open.node, token) & kKeyCreateSubKey) != 0;
+  if (creates && !may_create) return Status(kErrorAccessDenied);
   if (creates && open.node->is_volatile() && !is_volatile) return kErrorChildMustBeVolatile;
   if (!creates) {
-    if (const LSTATUS denied = AccessError(*open.node, access)) return denied;
+    if (const LSTATUS denied = CheckAccessTo(*open.node, token, access)) return denied;
+  } else if ((access & kMaximumAllowed) != 0) {
+    access = kKeyAllAccess;
+  } else {
+    // Who makes a key has what he asks for.
+    access = MapGeneric(access & ~kWow64Bits, kRegistryMapping);
   }
   for (; existing != names->end(); ++existing) {
     open.node = open.node->Add(*existing, session_.estate.now());
+    open.node->Own(token);
     if (is_volatile) open.node->MakeVolatile();
     if (key_class != nullptr && existing + 1 == names->end()) open.node->Class(key_class);
   }
   Put(disposition, creates ? kRegCreatedNewKey : kRegOpenedExistingKey);
-  *result = Hand(open.node, GrantedBy(access), "RegCreateKeyExW", path);
+  *result = Hand(open.node, access, "RegCreateKeyExW", path);
   return 0;
 }
 
@@ -214,7 +231,9 @@ LSTATUS SimulatedRegistry::RegQueryInfoKeyW(HKEY key, LPWSTR key_class, DWORD* c
   Put(values, node.values().size());
   Put(max_value_name_length, longest_name);
   Put(max_value_size, largest);
-  Put(security_descriptor_size, 0);
+  constexpr DWORD kParts =
+      kOwnerSecurityInformation | kGroupSecurityInformation | kDaclSecurityInformation;
+  Put(security_descriptor_size, BytesOf(node.security()->descriptor(), kParts).size());
   if (last_write != nullptr) *last_write = ToFileTime(node.written());
   if (class_length == nullptr) return 0;
   if (key_class != nullptr && *class_length > 0) {
@@ -316,7 +335,9 @@ LSTATUS SimulatedRegistry::RegDeleteKeyW(HKEY key, LPCWSTR sub_key) {
     open.node = open.node->Find(name);
     if (open.node == nullptr) return Status(kErrorFileNotFound);
   }
-  if (open.node->parent() == nullptr || open.node->write_denied() || !open.node->keys().empty()) {
+  const DWORD granted = MostAccessTo(*open.node, session_.estate.token());
+  if (open.node->parent() == nullptr || open.node->write_denied() || !open.node->keys().empty() ||
+      (granted & kDelete) == 0) {
     return Status(kErrorAccessDenied);
   }
   open.node->Remove(session_.estate.now());
@@ -344,6 +365,7 @@ LSTATUS SimulatedRegistry::Lookup(HKEY key, std::string_view operation, DWORD ne
     found = open->second;
   }
   if (found.node->is_deleted()) return Status(kErrorKeyDeleted);
+  if (IsPredefined(key)) found.access = MostAccessTo(*found.node, estate.token());
   return (found.access & needed) == needed ? 0 : Status(kErrorAccessDenied);
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "platform/operations/Security.h"
 #include "platform/simulated/Session.h"
 
@@ -36,7 +39,28 @@ class SimulatedSecurity final : public Security {
                              DWORD buffer_length, TOKEN_PRIVILEGES* previous_state,
                              DWORD* return_length) override;
 
+  // A token to impersonate a client with, as a server gets it of one that calls; closed with
+  // FileSystem::CloseHandle. The client is in these groups and in Everyone, and has these
+  // privileges enabled. Throws std::invalid_argument for what is no SID or privilege.
+  HANDLE OpenClientToken(TextView user_sid, const std::vector<Text>& group_sids = {},
+                         const std::vector<Text>& privileges = {},
+                         DWORD access = kTokenQuery | kTokenAdjustPrivileges);
+
  private:
+  // An object that a name stands for, ready to have its descriptor read or replaced.
+  struct Target;
+
+  // Finds a named object. Returns 0 or the code that the name is refused with.
+  DWORD FindNamed(TextView name, DWORD object_type, Target& target);
+  DWORD FindNamedFile(TextView name, Target& target);
+  DWORD FindNamedKey(TextView name, Target& target);
+  DWORD FindNamedOnServer(TextView name, DWORD object_type, Target& target);
+  // Makes an object the target that inherits nothing.
+  void Stand(NamedObject& object, const GENERIC_MAPPING& mapping, Target& target);
+
+  HANDLE Hand(OpenToken token, std::string_view operation, std::string detail);
+  OpenToken* Lookup(HANDLE token, std::string_view operation);
+
   Session& session_;
 };
 
