@@ -126,13 +126,19 @@ endfunction()
 
 # The early-bound sample client.
 function(veldmark_sample_client)
-  set(source ${PROJECT_SOURCE_DIR}/examples/client/main.cpp)
-  if(EXISTS ${source} AND TARGET veldmark_client)
-    add_executable(client ${source})
-    target_compile_options(client PRIVATE -Wall -Wextra -Werror)
-    target_link_options(client PRIVATE -municode)
-    target_link_libraries(client PRIVATE veldmark_client)
+  if(NOT TARGET veldmark_client)
+    return()
   endif()
+  # main.cpp becomes "client", any other sample has the name of its source.
+  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/examples/client/*.cpp)
+  foreach(source IN LISTS sources)
+    get_filename_component(name ${source} NAME_WE)
+    string(REGEX REPLACE "^main$" "client" name ${name})
+    add_executable(${name} ${source})
+    target_compile_options(${name} PRIVATE -Wall -Wextra -Werror)
+    target_link_options(${name} PRIVATE -municode)
+    target_link_libraries(${name} PRIVATE veldmark_client)
+  endforeach()
 endfunction()
 
 # What a script run on each of the servers needs, and the look into what was built.
