@@ -81,11 +81,12 @@ class Security {
   // `object_type` is an SE_OBJECT_TYPE: a file is named by its path, a service or printer as
   // "\\srv\name" or "name", a registry key as "MACHINE\Software" ("CLASSES_ROOT", "CURRENT_USER",
   // "USERS", "\\srv\MACHINE\..."), a share as "\\srv\share", a directory object by its
-  // distinguished name. Each of the pointers behind it, all optional, receives the place of that
-  // part within the block, or null where the descriptor has none. Returns 0 or an error code, and
-  // stores nothing then: 2, 3, 53 and 67 as files fail, 2 for a missing key, 1060 for a missing
-  // service, 1801 for a missing printer, 2310 for a missing share, 1722 for an unreachable server
-  // of any of these, 5, 87 for an object type that has no names.
+  // distinguished name. `*descriptor` is null for a share without one. Each of the four
+  // pointers before it may be null and receives the place of that part within the block, or null
+  // where the descriptor has none. Returns 0 or an error code, and stores nothing then: 2, 3, 53
+  // and 67 as files fail, 2 for a missing key or directory object, 1060
+  // for a missing service, 1801 for a missing printer, 2310 for a missing share, 1722 for an
+  // unreachable server of any of these, 5, 87 for an object type that has no names.
   virtual DWORD GetNamedSecurityInfoW(LPCWSTR object_name, DWORD object_type, DWORD information,
                                       void** owner, void** group, void** dacl, void** sacl,
                                       void** descriptor) = 0;
@@ -96,15 +97,15 @@ class Security {
   // kProtectedDaclSecurityInformation nothing is inherited. Inheritable entries reach the objects
   // below that aren't protected. A null `dacl` with kDaclSecurityInformation stores a null list:
   // everybody has every access. Returns 0 or a code as for reading; 1336 for a list that isn't
-  // sound, 1337 for a SID that isn't.
+  // sound, 1337 for a SID that isn't, 1307 for an owner that the caller can't make one.
   virtual DWORD SetNamedSecurityInfoW(LPCWSTR object_name, DWORD object_type, DWORD information,
                                       const void* owner, const void* group, const void* dacl,
                                       const void* sacl) = 0;
 
   // Hands out the descriptor that a string describes, in a block that the caller frees with
   // LocalFree; `*size` (may be null) receives its bytes. Non-zero on success. 87: the string isn't
-  // one; 1305: a revision other than kSddlRevision1; 1336: a list in it isn't one; 1337: an alias
-  // or SID that stands for no account.
+  // one; 1305: a revision other than kSddlRevision1; 1336: an entry in it isn't one, perhaps
+  // by its account; 1337: an owner or group that stands for no account.
   virtual BOOL ConvertStringSecurityDescriptorToSecurityDescriptorW(LPCWSTR string_descriptor,
                                                                     DWORD revision,
                                                                     void** descriptor,

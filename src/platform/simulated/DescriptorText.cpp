@@ -248,7 +248,7 @@ class Parser {
       if (!guid || !ace.IsObject()) return Refuse(kErrorInvalidAcl);
       (index == 3 ? ace.object_type : ace.inherited_object_type) = *guid;
     }
-    return SidOf(fields[5], ace.sid);
+    return SidOf(fields[5], ace.sid) || Refuse(kErrorInvalidAcl);
   }
 
   Text text_;

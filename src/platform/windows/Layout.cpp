@@ -2,12 +2,15 @@
 
 #include <windows.h>
 
+#include <lm.h>
+#include <sddl.h>
 #include <winnetwk.h>
 
 #include <cstddef>
 
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/Messages.h"
+#include "platform/operations/NetworkManagement.h"
 #include "platform/windows/Sdk.h"
 
 namespace veldmark {
@@ -106,6 +109,61 @@ static_assert(sizeof(UNIVERSAL_NAME_INFOW) == sizeof(::UNIVERSAL_NAME_INFOW) &&
 static_assert(offsetof(UNIVERSAL_NAME_INFOW, lpUniversalName) ==
               offsetof(::UNIVERSAL_NAME_INFOW, lpUniversalName));
 
+static_assert(sizeof(LUID) == sizeof(::LUID) && alignof(LUID) == alignof(::LUID));
+static_assert(offsetof(LUID, LowPart) == offsetof(::LUID, LowPart));
+static_assert(offsetof(LUID, HighPart) == offsetof(::LUID, HighPart));
+
+static_assert(sizeof(LUID_AND_ATTRIBUTES) == sizeof(::LUID_AND_ATTRIBUTES) &&
+              alignof(LUID_AND_ATTRIBUTES) == alignof(::LUID_AND_ATTRIBUTES));
+static_assert(offsetof(LUID_AND_ATTRIBUTES, Luid) == offsetof(::LUID_AND_ATTRIBUTES, Luid));
+static_assert(offsetof(LUID_AND_ATTRIBUTES, Attributes) ==
+              offsetof(::LUID_AND_ATTRIBUTES, Attributes));
+
+static_assert(sizeof(TOKEN_PRIVILEGES) == sizeof(::TOKEN_PRIVILEGES) &&
+              alignof(TOKEN_PRIVILEGES) == alignof(::TOKEN_PRIVILEGES));
+static_assert(offsetof(TOKEN_PRIVILEGES, PrivilegeCount) ==
+              offsetof(::TOKEN_PRIVILEGES, PrivilegeCount));
+static_assert(offsetof(TOKEN_PRIVILEGES, Privileges) == offsetof(::TOKEN_PRIVILEGES, Privileges));
+
+static_assert(sizeof(GENERIC_MAPPING) == sizeof(::GENERIC_MAPPING) &&
+              alignof(GENERIC_MAPPING) == alignof(::GENERIC_MAPPING));
+static_assert(offsetof(GENERIC_MAPPING, GenericRead) == offsetof(::GENERIC_MAPPING, GenericRead));
+static_assert(offsetof(GENERIC_MAPPING, GenericWrite) == offsetof(::GENERIC_MAPPING, GenericWrite));
+static_assert(offsetof(GENERIC_MAPPING, GenericExecute) ==
+              offsetof(::GENERIC_MAPPING, GenericExecute));
+static_assert(offsetof(GENERIC_MAPPING, GenericAll) == offsetof(::GENERIC_MAPPING, GenericAll));
+
+static_assert(sizeof(GUID) == sizeof(::GUID) && alignof(GUID) == alignof(::GUID));
+static_assert(offsetof(GUID, Data1) == offsetof(::GUID, Data1));
+static_assert(offsetof(GUID, Data2) == offsetof(::GUID, Data2));
+static_assert(offsetof(GUID, Data3) == offsetof(::GUID, Data3));
+static_assert(offsetof(GUID, Data4) == offsetof(::GUID, Data4));
+
+static_assert(sizeof(OBJECT_TYPE_LIST) == sizeof(::OBJECT_TYPE_LIST) &&
+              alignof(OBJECT_TYPE_LIST) == alignof(::OBJECT_TYPE_LIST));
+static_assert(offsetof(OBJECT_TYPE_LIST, Level) == offsetof(::OBJECT_TYPE_LIST, Level));
+static_assert(offsetof(OBJECT_TYPE_LIST, Sbz) == offsetof(::OBJECT_TYPE_LIST, Sbz));
+static_assert(offsetof(OBJECT_TYPE_LIST, ObjectType) == offsetof(::OBJECT_TYPE_LIST, ObjectType));
+
+static_assert(sizeof(SHARE_INFO_502) == sizeof(::SHARE_INFO_502) &&
+              alignof(SHARE_INFO_502) == alignof(::SHARE_INFO_502));
+static_assert(offsetof(SHARE_INFO_502, shi502_netname) ==
+              offsetof(::SHARE_INFO_502, shi502_netname));
+static_assert(offsetof(SHARE_INFO_502, shi502_type) == offsetof(::SHARE_INFO_502, shi502_type));
+static_assert(offsetof(SHARE_INFO_502, shi502_remark) == offsetof(::SHARE_INFO_502, shi502_remark));
+static_assert(offsetof(SHARE_INFO_502, shi502_permissions) ==
+              offsetof(::SHARE_INFO_502, shi502_permissions));
+static_assert(offsetof(SHARE_INFO_502, shi502_max_uses) ==
+              offsetof(::SHARE_INFO_502, shi502_max_uses));
+static_assert(offsetof(SHARE_INFO_502, shi502_current_uses) ==
+              offsetof(::SHARE_INFO_502, shi502_current_uses));
+static_assert(offsetof(SHARE_INFO_502, shi502_path) == offsetof(::SHARE_INFO_502, shi502_path));
+static_assert(offsetof(SHARE_INFO_502, shi502_passwd) == offsetof(::SHARE_INFO_502, shi502_passwd));
+static_assert(offsetof(SHARE_INFO_502, shi502_reserved) ==
+              offsetof(::SHARE_INFO_502, shi502_reserved));
+static_assert(offsetof(SHARE_INFO_502, shi502_security_descriptor) ==
+              offsetof(::SHARE_INFO_502, shi502_security_descriptor));
+
 // ErrorCodes.h
 static_assert(kErrorSuccess == ERROR_SUCCESS);
 static_assert(kErrorInvalidFunction == ERROR_INVALID_FUNCTION);
@@ -159,6 +217,22 @@ static_assert(kErrorResourceDataNotFound == ERROR_RESOURCE_DATA_NOT_FOUND);
 static_assert(kErrorResourceTypeNotFound == ERROR_RESOURCE_TYPE_NOT_FOUND);
 static_assert(kErrorResourceLangNotFound == ERROR_RESOURCE_LANG_NOT_FOUND);
 static_assert(kErrorNotConnected == ERROR_NOT_CONNECTED);
+static_assert(kErrorServiceDoesNotExist == ERROR_SERVICE_DOES_NOT_EXIST);
+static_assert(kErrorNotAllAssigned == ERROR_NOT_ALL_ASSIGNED);
+static_assert(kErrorUnknownRevision == ERROR_UNKNOWN_REVISION);
+static_assert(kErrorRevisionMismatch == ERROR_REVISION_MISMATCH);
+static_assert(kErrorInvalidOwner == ERROR_INVALID_OWNER);
+static_assert(kErrorNoImpersonationToken == ERROR_NO_IMPERSONATION_TOKEN);
+static_assert(kErrorNoSuchPrivilege == ERROR_NO_SUCH_PRIVILEGE);
+static_assert(kErrorPrivilegeNotHeld == ERROR_PRIVILEGE_NOT_HELD);
+static_assert(kErrorInvalidAcl == ERROR_INVALID_ACL);
+static_assert(kErrorInvalidSid == ERROR_INVALID_SID);
+static_assert(kErrorInvalidSecurityDescriptor == ERROR_INVALID_SECURITY_DESCR);
+static_assert(kErrorAllottedSpaceExceeded == ERROR_ALLOTTED_SPACE_EXCEEDED);
+static_assert(kErrorGenericNotMapped == ERROR_GENERIC_NOT_MAPPED);
+static_assert(kErrorRpcServerUnavailable == RPC_S_SERVER_UNAVAILABLE);
+static_assert(kErrorInvalidPrinterName == ERROR_INVALID_PRINTER_NAME);
+static_assert(kErrorNetNameNotFound == NERR_NetNameNotFound);
 
 // FileSystem.h
 static_assert(kMaxPath == MAX_PATH);
@@ -255,6 +329,27 @@ static_assert(kCodePageAnsi == CP_ACP);
 static_assert(kCodePageUtf8 == CP_UTF8);
 static_assert(kMultiBytePrecomposed == MB_PRECOMPOSED);
 static_assert(kMultiByteErrInvalidChars == MB_ERR_INVALID_CHARS);
+
+static_assert(kLocalZeroInitialised == LMEM_ZEROINIT);
+
+// Security.h
+static_assert(kOwnerSecurityInformation == OWNER_SECURITY_INFORMATION);
+static_assert(kGroupSecurityInformation == GROUP_SECURITY_INFORMATION);
+static_assert(kDaclSecurityInformation == DACL_SECURITY_INFORMATION);
+static_assert(kSaclSecurityInformation == SACL_SECURITY_INFORMATION);
+static_assert(kProtectedDaclSecurityInformation == PROTECTED_DACL_SECURITY_INFORMATION);
+static_assert(kUnprotectedDaclSecurityInformation == UNPROTECTED_DACL_SECURITY_INFORMATION);
+static_assert(kTokenQuery == TOKEN_QUERY);
+static_assert(kTokenAdjustPrivileges == TOKEN_ADJUST_PRIVILEGES);
+static_assert(kSePrivilegeEnabled == SE_PRIVILEGE_ENABLED);
+static_assert(kSddlRevision1 == SDDL_REVISION_1);
+
+// NetworkManagement.h
+static_assert(kShareTypeDisk == STYPE_DISKTREE);
+static_assert(kShareTypePrintQueue == STYPE_PRINTQ);
+static_assert(kShareTypeDevice == STYPE_DEVICE);
+static_assert(kShareTypeIpc == STYPE_IPC);
+static_assert(kShareTypeSpecial == STYPE_SPECIAL);
 
 // Timers.h
 static_assert(kMessageTimer == WM_TIMER);

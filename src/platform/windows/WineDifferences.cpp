@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <aclapi.h>
+#include <winspool.h>
+
 #include <string>
 #include <string_view>
 
@@ -57,6 +60,45 @@ DWORD PublishedPathError(LPCWSTR path, DWORD code) {
     return kErrorBadNetPath;
   }
   return code;
+}
+
+bool IsOtherServer(std::u16string_view server) {
+  if (server.starts_with(u"\\\\")) server.remove_prefix(2);
+  if (server.empty()) return false;
+  const std::wstring wanted(server.begin(), server.end());
+  wchar_t own[MAX_COMPUTERNAME_LENGTH + 1] = {};
+  ::DWORD size = MAX_COMPUTERNAME_LENGTH + 1;
+  ::GetComputerNameW(own, &size);
+  return ::lstrcmpiW(wanted.c_str(), own) != 0 && ::lstrcmpiW(wanted.c_str(), L"localhost") != 0;
+}
+
+DWORD PublishedObjectName(LPCWSTR name, DWORD object_type, std::u16string& name_to_pass) {
+  name_to_pass = name == nullptr ? u"" : name;
+  if (!RunsUnderWine() || object_type == SE_FILE_OBJECT) return kErrorSuccess;
+  if (object_type == SE_DS_OBJECT || object_type == SE_DS_OBJECT_ALL) return kErrorNotSupported;
+  if (object_type < SE_FILE_OBJECT || object_type > SE_LMSHARE) return kErrorInvalidParameter;
+  if (name_to_pass.starts_with(u"\\\\")) {
+    const std::size_t end = name_to_pass.find(u'\\', 2);
+    if (IsOtherServer(name_to_pass.substr(0, end))) return kErrorRpcServerUnavailable;
+    name_to_pass.erase(0, end == std::u16string::npos ? end : end + 1);
+  }
+  switch (object_type) {
+    case SE_REGISTRY_KEY:
+      if (name_to_pass.find(u'\\') == std::u16string::npos) name_to_pass += u'\\';
+      return kErrorSuccess;
+    case SE_PRINTER: {
+      ::HANDLE printer = nullptr;
+      if (!::OpenPrinterW(reinterpret_cast<wchar_t*>(name_to_pass.data()), &printer, nullptr)) {
+        return ::GetLastError();
+      }
+      ::ClosePrinter(printer);
+      return kErrorNotSupported;
+    }
+    case SE_LMSHARE:
+      return kErrorNetNameNotFound;
+    default:
+      return kErrorSuccess;
+  }
 }
 
 }  // namespace veldmark

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <string_view>
+
 #include "platform/operations/Types.h"
 
 namespace veldmark {
@@ -11,5 +14,16 @@ bool RunsUnderWine();
 /// what lies on a missing drive (published: 3), and 3 or 66 for what lies on a missing server
 /// (published: 53). Elsewhere the code is returned as it is.
 DWORD PublishedPathError(LPCWSTR path, DWORD code);
+
+/// Whether this is a server ("\\\\srv" or "srv") other than the computer that this process runs on,
+/// which under Wine none of the operations on named objects and shares reaches.
+bool IsOtherServer(std::u16string_view server);
+
+/// What Wine can do about the security of an object that is named so: 0 and the name to pass on, or
+/// the published code. Wine knows files, registry keys and services only, and reports success for
+/// all the others without doing anything; it takes a server's name for part of the object's (2 or
+/// 123; published: 1722), and the name of a root alone for none (87). Elsewhere the name stays as
+/// it is.
+DWORD PublishedObjectName(LPCWSTR name, DWORD object_type, std::u16string& name_to_pass);
 
 }  // namespace veldmark
