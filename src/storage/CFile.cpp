@@ -1,5 +1,6 @@
 #include "storage/CFile.h"
 
+#include "frame/CSupport.h"
 #include "frame/Errors.h"
 #include "frame/NotBuilt.h"
 #include "frame/Support.h"
@@ -93,7 +94,7 @@ void CFile::PutAttributes(FileAttribute value) {
 
 void CFile::LoadVersionInfo() {
   if (version_info_loaded_) return;
-  if (!path_.empty()) RaiseNotBuilt();
+  Engine().LoadFileVersionInfo(*this);
   version_info_loaded_ = true;
 }
 

@@ -44,6 +44,8 @@ class FileNode : public std::enable_shared_from_this<FileNode> {
   FileNode& DenyDelete(bool denied = true);
   // Makes the file a module with this message table.
   FileNode& Messages(MessageTable messages);
+  // Gives the file a version resource, as its bytes.
+  FileNode& Version(std::vector<std::uint8_t> resource);
 
   const Text& name() const { return name_; }
   const Text& short_name() const { return short_name_; }
@@ -59,6 +61,8 @@ class FileNode : public std::enable_shared_from_this<FileNode> {
   bool write_denied() const { return write_denied_; }
   bool delete_denied() const { return delete_denied_; }
   const MessageTable* messages() const { return messages_ ? messages_.get() : nullptr; }
+  // Null where the file has none.
+  const std::vector<std::uint8_t>* version() const { return version_.get(); }
 
   // Null for a drive's root, and for what was deleted.
   FileNode* parent() const { return parent_; }
@@ -101,6 +105,7 @@ class FileNode : public std::enable_shared_from_this<FileNode> {
   bool delete_denied_ = false;
   bool delete_pending_ = false;
   std::shared_ptr<const MessageTable> messages_;
+  std::shared_ptr<const std::vector<std::uint8_t>> version_;
   FileNode* parent_ = nullptr;
   std::map<Text, std::shared_ptr<FileNode>> children_;
   std::map<Text, FileNode*> by_short_name_;
