@@ -121,6 +121,12 @@ class CSupport : public ReferenceCounted {
 
   Ref<CFiles> GetFiles(const Text& path);
   Ref<CFile> GetFile(const Text& path);
+  /// Fills the version fields of a file with a path, in storage/SupportVersions.cpp. A field that
+  /// the resource doesn't have stays as it is. Raises the platform's error where the resource can't
+  /// be read and 13 where it is cut short. A file without one raises the type mismatch of turning
+  /// `Err.Description` into a number, unless a number stands there: then the platform's error is
+  /// raised with that number's text.
+  void LoadFileVersionInfo(CFile& file);
 
  private:
   Ref<CFolder> BuildFolderFromFindData(const Text& path, const WIN32_FIND_DATAW& find_data);

@@ -96,7 +96,7 @@ void CFile::PutAttributes(FileAttribute value) {
 
 void CFile::LoadVersionInfo() {
   if (version_info_loaded_) return;
-  if (!path_.empty()) RaiseNotBuilt();
+  Engine().LoadFileVersionInfo(*this);
   version_info_loaded_ = true;
 }
 

@@ -68,7 +68,8 @@ class CFile : public Exported<CFile>, Counted<Counter::kFile> {
     }
     (*details_).*kField = value;
   }
-  /// A field of the version resource, which the first read of one of them loads.
+  /// A field of the version resource, which the first read of one of them loads. A load that raises
+  /// is tried again at the next read.
   template <Text Details::*kField>
   Text VersionField() {
     LoadVersionInfo();

@@ -1,5 +1,6 @@
 #include "contract/World.h"
 #include "platform/simulated/SimulatedPlatform.h"
+#include "platform/simulated/VersionDescription.h"
 
 namespace veldmark {
 namespace {
@@ -8,6 +9,10 @@ class SimulatedWorld final : public World {
  public:
   SimulatedWorld() : simulated_(simulated::Estate(u"HARBOUR")) {
     simulated_.estate().local().AddFolder(scratch_);
+    simulated_.estate()
+        .local()
+        .AddFile(u"C:\\Windows\\System32\\kernel32.dll")
+        .Version(simulated::VersionDescription{.file = {6, 1, 7601, 0}}.Build());
     simulated_.estate().current_user().Key(scratch_key_);
   }
   ~SimulatedWorld() override {

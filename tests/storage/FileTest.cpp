@@ -152,10 +152,6 @@ TEST_F(Files, KeepTheirRarelyFilledFields) {
   for (const char16_t* name : names) EXPECT_EQ(get(name), Variant(name));
 
   const Ref<CFile> found = Engine().GetFile(u"C:\\D\\a");
-  for (int attempt = 0; attempt < 2; ++attempt) {
-    EXPECT_EQ(ErrorOf([&] { Call(*found, u"Version", MemberKind::kGet); }),
-              runtime_error::kActionNotSupported);
-  }
   EXPECT_EQ(ErrorOf([&] { found->GetSecurityDescriptor(); }), runtime_error::kActionNotSupported);
   EXPECT_LE(sizeof(CFile), 350u);
 }

@@ -29,13 +29,12 @@ class VersionInformation {
   virtual ~VersionInformation() = default;
 
   // The size in bytes of a file's version resource as GetFileVersionInfoW returns it. `*handle`
-  // (may be null) becomes 0. 0 on failure: 1812 or 1813 for a file without such a resource, 193
-  // for one that is no module, 2, 3, 5, 32, 53, 67, 123 as files fail.
+  // (may be null) becomes 0. 0 on failure: 1813 for a module without such a resource, 1812 for a
+  // file that is no module, 2, 3, 5, 32, 53, 67, 123 as files fail, 5 for a folder.
   virtual DWORD GetFileVersionInfoSizeW(LPCWSTR file_name, DWORD* handle) = 0;
 
   // Copies the resource, cut to `length` bytes, to `data`. The platform may put room for its own
-  // use behind it. Non-zero on success; failures as above, 122 where `length` can't hold the
-  // resource's head. `handle` is ignored.
+  // use behind it. Non-zero on success; failures as above. `handle` is ignored.
   virtual BOOL GetFileVersionInfoW(LPCWSTR file_name, DWORD handle, DWORD length, void* data) = 0;
 };
 

@@ -12,6 +12,7 @@
 
 #include "platform/automation/CaseMapping.h"
 #include "platform/simulated/FileNames.h"
+#include "platform/simulated/VersionDescription.h"
 
 namespace veldmark::simulated {
 namespace {
@@ -317,6 +318,41 @@ void ReadDenied(const Node& node, FileNode& file) {
   }
 }
 
+void ReadVersion(const Node& node, FileNode& file) {
+  node.OnlyFields({"file", "product", "translations", "strings", "hex"});
+  if (const auto hex = node.Field("hex")) {
+    if (node.Members().size() > 1) hex->Complain("stands for the whole resource");
+    std::vector<std::uint8_t> bytes = ReadHex(*hex);
+    if (bytes.empty()) hex->Complain("is no resource");
+    file.Version(std::move(bytes));
+    return;
+  }
+  const auto number = [](const Node& field) {
+    return field.Try([&] { return VersionDescription::ParseNumber(field.Utf8()); });
+  };
+  VersionDescription version;
+  version.file = number(node.Required("file"));
+  const auto product = node.Field("product");
+  version.product = product ? number(*product) : version.file;
+  if (const auto strings = node.Field("strings")) {
+    for (const auto& [translation, table] : strings->Members()) {
+      version.translations.push_back(FromUtf8(translation));
+      auto& texts =
+          version.strings.emplace_back(version.translations.back(), VersionDescription::Strings());
+      for (const auto& [name, text] : table.Members()) {
+        texts.second.emplace_back(FromUtf8(name), text.String());
+      }
+    }
+  }
+  if (const auto translations = node.Field("translations")) {
+    version.translations.clear();
+    for (const Node& translation : translations->Elements()) {
+      version.translations.push_back(translation.String());
+    }
+  }
+  node.Try([&] { file.Version(version.Build()); });
+}
+
 void ReadContent(const Node& node, FileNode& file) {
   const auto text = node.Field("text");
   const auto hex = node.Field("hex");
@@ -333,6 +369,7 @@ void ReadContent(const Node& node, FileNode& file) {
   }
   if (const auto locked = node.Field("locked")) file.Locked(locked->Boolean());
   if (const auto messages = node.Field("messages")) file.Messages(ReadMessages(*messages));
+  if (const auto version = node.Field("version")) ReadVersion(*version, file);
 }
 
 void ReadChildren(const Node& node, FileNode& folder, const Estate& estate, int depth);
@@ -340,7 +377,7 @@ void ReadChildren(const Node& node, FileNode& folder, const Estate& estate, int 
 void ReadEntry(const Node& node, FileNode& folder, const Estate& estate, int depth) {
   const Ticks now = estate.now();
   node.OnlyFields({"name", "children", "shortName", "attributes", "created", "accessed", "modified",
-                   "denied", "security", "text", "hex", "size", "locked", "messages"});
+                   "denied", "security", "text", "hex", "size", "locked", "messages", "version"});
   const Node name_node = node.Required("name");
   const Text name = name_node.String();
   if (!IsValidName(name)) name_node.Complain("no file or folder can have this name");
@@ -367,7 +404,7 @@ void ReadEntry(const Node& node, FileNode& folder, const Estate& estate, int dep
     entry->Security(ReadSecurity(*security, estate));
   }
   if (children) {
-    for (const char* field : {"text", "hex", "size", "locked", "messages"}) {
+    for (const char* field : {"text", "hex", "size", "locked", "messages", "version"}) {
       if (const auto found = node.Field(field)) found->Complain("a folder has no such field");
     }
     ReadChildren(*children, *entry, estate, depth + 1);

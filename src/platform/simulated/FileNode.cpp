@@ -89,6 +89,11 @@ FileNode& FileNode::Messages(MessageTable messages) {
   return *this;
 }
 
+FileNode& FileNode::Version(std::vector<std::uint8_t> resource) {
+  version_ = std::make_shared<const std::vector<std::uint8_t>>(std::move(resource));
+  return *this;
+}
+
 DWORD FileNode::attributes() const {
   if (is_folder_) return attributes_ | kFileAttributeDirectory;
   return attributes_ == 0 ? kFileAttributeNormal : attributes_;
@@ -155,6 +160,7 @@ void FileNode::CopyDataFrom(const FileNode& source) {
   content_ = source.content_;
   size_ = source.size_;
   messages_ = source.messages_;
+  version_ = source.version_;
   attributes_ = source.attributes_ | kFileAttributeArchive;
   written_ = source.written_;
 }

@@ -54,6 +54,8 @@ class FileNode : public std::enable_shared_from_this<FileNode>, public SecuredNo
   FileNode& Security(SecurityDescriptor descriptor);
   // Makes the file a module with this message table.
   FileNode& Messages(MessageTable messages);
+  // Gives the file a version resource, as its bytes.
+  FileNode& Version(std::vector<std::uint8_t> resource);
 
   const Text& name() const { return name_; }
   const Text& short_name() const { return short_name_; }
@@ -71,6 +73,8 @@ class FileNode : public std::enable_shared_from_this<FileNode>, public SecuredNo
   bool security_denied() const { return security_denied_; }
   bool security_locked() const { return security_locked_; }
   const MessageTable* messages() const { return messages_ ? messages_.get() : nullptr; }
+  // Null where the file has none.
+  const std::vector<std::uint8_t>* version() const { return version_.get(); }
 
   // Null for a drive's root, and for what was deleted.
   FileNode* parent() const { return parent_; }
@@ -121,6 +125,7 @@ class FileNode : public std::enable_shared_from_this<FileNode>, public SecuredNo
   bool security_locked_ = false;
   bool delete_pending_ = false;
   std::shared_ptr<const MessageTable> messages_;
+  std::shared_ptr<const std::vector<std::uint8_t>> version_;
   FileNode* parent_ = nullptr;
   std::map<Text, std::shared_ptr<FileNode>> children_;
   std::map<Text, FileNode*> by_short_name_;

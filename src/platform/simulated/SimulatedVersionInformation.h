@@ -14,6 +14,9 @@ class SimulatedVersionInformation final : public VersionInformation {
   BOOL GetFileVersionInfoW(LPCWSTR file_name, DWORD handle, DWORD length, void* data) override;
 
  private:
+  // 0, or the code that the file's resource can't be had for.
+  DWORD Open(LPCWSTR file_name, std::shared_ptr<FileNode>& file);
+
   Session& session_;
 };
 

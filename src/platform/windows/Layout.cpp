@@ -11,6 +11,7 @@
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/Messages.h"
 #include "platform/operations/NetworkManagement.h"
+#include "platform/operations/VersionInformation.h"
 #include "platform/windows/Sdk.h"
 
 namespace veldmark {
@@ -353,5 +354,32 @@ static_assert(kShareTypeSpecial == STYPE_SPECIAL);
 
 // Timers.h
 static_assert(kMessageTimer == WM_TIMER);
+
+// VersionInformation.h
+static_assert(kFixedFileInfoSignature == VS_FFI_SIGNATURE);
+static_assert(sizeof(VS_FIXEDFILEINFO) == sizeof(::VS_FIXEDFILEINFO) &&
+              alignof(VS_FIXEDFILEINFO) == alignof(::VS_FIXEDFILEINFO));
+static_assert(offsetof(VS_FIXEDFILEINFO, dwSignature) == offsetof(::VS_FIXEDFILEINFO, dwSignature));
+static_assert(offsetof(VS_FIXEDFILEINFO, dwStrucVersion) ==
+              offsetof(::VS_FIXEDFILEINFO, dwStrucVersion));
+static_assert(offsetof(VS_FIXEDFILEINFO, dwFileVersionMS) ==
+              offsetof(::VS_FIXEDFILEINFO, dwFileVersionMS));
+static_assert(offsetof(VS_FIXEDFILEINFO, dwFileVersionLS) ==
+              offsetof(::VS_FIXEDFILEINFO, dwFileVersionLS));
+static_assert(offsetof(VS_FIXEDFILEINFO, dwProductVersionMS) ==
+              offsetof(::VS_FIXEDFILEINFO, dwProductVersionMS));
+static_assert(offsetof(VS_FIXEDFILEINFO, dwProductVersionLS) ==
+              offsetof(::VS_FIXEDFILEINFO, dwProductVersionLS));
+static_assert(offsetof(VS_FIXEDFILEINFO, dwFileFlagsMask) ==
+              offsetof(::VS_FIXEDFILEINFO, dwFileFlagsMask));
+static_assert(offsetof(VS_FIXEDFILEINFO, dwFileFlags) == offsetof(::VS_FIXEDFILEINFO, dwFileFlags));
+static_assert(offsetof(VS_FIXEDFILEINFO, dwFileOS) == offsetof(::VS_FIXEDFILEINFO, dwFileOS));
+static_assert(offsetof(VS_FIXEDFILEINFO, dwFileType) == offsetof(::VS_FIXEDFILEINFO, dwFileType));
+static_assert(offsetof(VS_FIXEDFILEINFO, dwFileSubtype) ==
+              offsetof(::VS_FIXEDFILEINFO, dwFileSubtype));
+static_assert(offsetof(VS_FIXEDFILEINFO, dwFileDateMS) ==
+              offsetof(::VS_FIXEDFILEINFO, dwFileDateMS));
+static_assert(offsetof(VS_FIXEDFILEINFO, dwFileDateLS) ==
+              offsetof(::VS_FIXEDFILEINFO, dwFileDateLS));
 
 }  // namespace veldmark
