@@ -1,5 +1,6 @@
 #include "collections/Collection.h"
 
+#include <bit>
 #include <cmath>
 #include <functional>
 
@@ -59,17 +60,35 @@ std::int64_t PositionIn(const Variant& number) {
   }
 }
 
+/// Where a slot's entry is.
+struct Place {
+  explicit Place(std::uint32_t slot) {
+    const std::uint32_t from_first = slot + kFirstChunk;
+    chunk = static_cast<std::size_t>(std::bit_width(from_first) - std::bit_width(kFirstChunk));
+    index = from_first - std::bit_floor(from_first);
+  }
+  static constexpr std::uint32_t kFirstChunk = 4;  ///< how many entries it has
+
+  std::size_t chunk, index;
+};
+
 }  // namespace
 
 CollectionKey CollectionKey::Plain(TextView text) {
-  if (std::optional<Text> decoded = Decoded(text)) return {*std::move(decoded), true};
+  if (std::optional<Text> decoded = Decoded(text)) return {*decoded, true};
   return {ToFolded(text), false};
 }
 
-CollectionKey CollectionKey::Encoded(TextView text) { return {Text(text), true}; }
+CollectionKey::CollectionKey(TextView text, bool encoded) : encoded_(encoded) {
+  if (text.size() > short_.size()) {
+    long_ = std::make_unique<Text>(text);
+  } else {
+    length_ = static_cast<std::uint8_t>(text.copy(short_.data(), short_.size()));
+  }
+}
 
-std::size_t CollectionKey::Hash() const noexcept {
-  const std::size_t hash = std::hash<Text>()(text_);
+std::uint32_t CollectionKey::Hash() const noexcept {
+  const auto hash = static_cast<std::uint32_t>(std::hash<TextView>()(Units()));
   return encoded_ ? ~hash : hash;
 }
 
@@ -79,7 +98,7 @@ Collection::~Collection() = default;
 
 void Collection::Add(Variant item, std::optional<CollectionKey> key, const Variant& before,
                      const Variant& after) {
-  std::size_t position = entries_.size();
+  std::size_t position = order_.size();
   if (!before.IsMissing()) {
     if (!after.IsMissing()) Raise(runtime_error::kInvalidCall);
     position = PositionOf(before);
@@ -87,50 +106,58 @@ void Collection::Add(Variant item, std::optional<CollectionKey> key, const Varia
     position = PositionOf(after) + 1;
   }
   if (item.If<Reference>()) item = item.Dereferenced();
-  auto entry = std::make_unique<Entry>(Entry{std::move(item), std::move(key)});
-  if (entry->key && !keyed_.insert(entry.get()).second) Raise(runtime_error::kKeyAlreadyPresent);
+  const std::uint32_t hash = key ? key->Hash() : 0;
+  if (key) {
+    if (Find(*key, hash) != KeyIndex::kNone) Raise(runtime_error::kKeyAlreadyPresent);
+    keyed_.Reserve();
+  }
+  const std::uint32_t slot = FreeSlot();
+  order_.insert(order_.begin() + static_cast<std::ptrdiff_t>(position), slot);
 
-  struct Unindex {
-    Collection& list;
-    Entry* entry;
-    ~Unindex() {
-      if (entry && entry->key) list.keyed_.erase(entry);
-    }
-  } unindex{*this, entry.get()};
-  // The room is made first: an insertion that fails would take the entry with it.
-  const auto room = entries_.emplace(entries_.begin() + static_cast<std::ptrdiff_t>(position));
-  *room = std::move(entry);
-  unindex.entry = nullptr;
-
+  // From here on nothing fails.
+  free_.pop_back();
+  if (key) keyed_.Insert(hash, slot);
+  Entry& entry = At(slot);
+  entry.item = std::move(item);
+  entry.key = std::move(key);
   for (CollectionEnumerator* enumerator : enumerators_) enumerator->OnInserted(position);
 }
 
 const Variant& Collection::Item(const Variant& index) const {
   if (index.If<Reference>()) return Item(index.Dereferenced());
   if (const Text* key = index.If<Text>()) return Item(CollectionKey::Plain(*key));
-  return entries_[PositionOf(index)]->item;
+  return ItemAt(PositionOf(index));
 }
 
-const Variant& Collection::Item(const CollectionKey& key) const { return Find(key).item; }
+const Variant& Collection::Item(const CollectionKey& key) const { return At(SlotOf(key)).item; }
 
 void Collection::Remove(const Variant& index) { RemoveAt(PositionOf(index)); }
 
-void Collection::Remove(const CollectionKey& key) { RemoveAt(PositionOf(Find(key))); }
+void Collection::Remove(const CollectionKey& key) { RemoveAt(PositionOf(SlotOf(key))); }
 
 Ref<Enumerator> Collection::NewEnum() { return Make<CollectionEnumerator>(this); }
 
-const Collection::Entry& Collection::Find(const CollectionKey& key) const {
-  const auto found = keyed_.find(key);
-  if (found == keyed_.end()) Raise(runtime_error::kInvalidCall);
-  return **found;
+Collection::Entry& Collection::At(std::uint32_t slot) {
+  const Place place(slot);
+  return chunks_[place.chunk][place.index];
 }
 
-std::size_t Collection::PositionOf(const Entry& entry) const {
+std::uint32_t Collection::Find(const CollectionKey& key, std::uint32_t hash) const {
+  return keyed_.Find(hash, [&](std::uint32_t slot) { return At(slot).key == key; });
+}
+
+std::uint32_t Collection::SlotOf(const CollectionKey& key) const {
+  const std::uint32_t slot = Find(key, key.Hash());
+  if (slot == KeyIndex::kNone) Raise(runtime_error::kInvalidCall);
+  return slot;
+}
+
+std::size_t Collection::PositionOf(std::uint32_t slot) const {
   // From both ends, so that it costs no more than the removal that follows.
   std::size_t front = 0;
-  std::size_t back = entries_.size() - 1;
-  while (entries_[front].get() != &entry) {
-    if (entries_[back].get() == &entry) return back;
+  std::size_t back = order_.size() - 1;
+  while (order_[front] != slot) {
+    if (order_[back] == slot) return back;
     ++front;
     --back;
   }
@@ -139,17 +166,33 @@ std::size_t Collection::PositionOf(const Entry& entry) const {
 
 std::size_t Collection::PositionOf(const Variant& index) const {
   if (index.If<Reference>()) return PositionOf(index.Dereferenced());
-  if (const Text* key = index.If<Text>()) return PositionOf(Find(CollectionKey::Plain(*key)));
+  if (const Text* key = index.If<Text>()) return PositionOf(SlotOf(CollectionKey::Plain(*key)));
   const std::int64_t position = PositionIn(index);
   if (position < 1 || position > Count()) Raise(runtime_error::kSubscriptOutOfRange);
   return static_cast<std::size_t>(position - 1);
 }
 
+std::uint32_t Collection::FreeSlot() {
+  if (free_.empty()) {
+    const auto slot = static_cast<std::uint32_t>(order_.size());
+    if (Place(slot).chunk == chunks_.size()) {
+      std::vector<Entry> chunk;
+      chunk.reserve(std::size_t{Place::kFirstChunk} << chunks_.size());
+      chunks_.push_back(std::move(chunk));
+    }
+    free_.push_back(slot);
+    chunks_.back().emplace_back();
+  }
+  return free_.back();
+}
+
 void Collection::RemoveAt(std::size_t position) {
+  const std::uint32_t slot = order_[position];
+  free_.push_back(slot);
   // The item may end with this, and what it does then must find the list in order.
-  const std::unique_ptr<Entry> entry = std::move(entries_[position]);
-  if (entry->key) keyed_.erase(entry.get());
-  entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(position));
+  const Entry entry = std::exchange(At(slot), {});
+  if (entry.key) keyed_.Erase(entry.key->Hash(), slot);
+  order_.erase(order_.begin() + static_cast<std::ptrdiff_t>(position));
   for (CollectionEnumerator* enumerator : enumerators_) enumerator->OnRemoved(position);
 }
 

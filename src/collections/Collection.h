@@ -1,14 +1,15 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <memory>
 #include <optional>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
+#include "collections/KeyIndex.h"
 #include "platform/automation/Enumerator.h"
 #include "platform/automation/Variant.h"
 
@@ -22,16 +23,23 @@ class CollectionEnumerator;
 class CollectionKey {
  public:
   static CollectionKey Plain(TextView text);
-  static CollectionKey Encoded(TextView text);
+  static CollectionKey Encoded(TextView text) { return {text, true}; }
 
-  bool operator==(const CollectionKey&) const = default;
-  std::size_t Hash() const noexcept;
+  bool operator==(const CollectionKey& other) const {
+    return encoded_ == other.encoded_ && Units() == other.Units();
+  }
+  std::uint32_t Hash() const noexcept;
 
  private:
-  CollectionKey(Text text, bool encoded) : text_(std::move(text)), encoded_(encoded) {}
+  CollectionKey(TextView text, bool encoded);
 
-  Text text_;  ///< case-folded for a plain key
-  bool encoded_;
+  TextView Units() const { return long_ ? *long_ : TextView(short_.data(), length_); }
+
+  // Most names are short; kept in place they cost no allocation, and a look-up one wait less.
+  std::unique_ptr<Text> long_;
+  std::array<char16_t, 19> short_{};
+  std::uint8_t length_ = 0;  ///< of the short one
+  bool encoded_;             ///< a plain one is case-folded
 };
 
 /// The runtime's keyed list: items in insertion order, found by 1-based position or by key, both in
@@ -55,7 +63,7 @@ class Collection : public ReferenceCounted {
   /// Takes an item out; the others keep their order. Raises as `Item` does.
   void Remove(const Variant& index);
   void Remove(const CollectionKey& key);
-  std::int32_t Count() const { return static_cast<std::int32_t>(entries_.size()); }
+  std::int32_t Count() const { return static_cast<std::int32_t>(order_.size()); }
   /// An enumerator over the items in order. It follows changes made while it stands: an item
   /// removed is not visited, one added behind it is.
   Ref<Enumerator> NewEnum();
@@ -67,29 +75,27 @@ class Collection : public ReferenceCounted {
     Variant item;
     std::optional<CollectionKey> key;
   };
-  // Entries are indexed by the key that they hold, so that it is stored once.
-  struct HashOfKey {
-    using is_transparent = void;
-    std::size_t operator()(const CollectionKey& key) const { return key.Hash(); }
-    std::size_t operator()(const Entry* entry) const { return entry->key->Hash(); }
-  };
-  struct EqualKeys {
-    using is_transparent = void;
-    static const CollectionKey& KeyOf(const CollectionKey& key) { return key; }
-    static const CollectionKey& KeyOf(const Entry* entry) { return *entry->key; }
-    bool operator()(const auto& left, const auto& right) const {
-      return KeyOf(left) == KeyOf(right);
-    }
-  };
 
-  const Entry& Find(const CollectionKey& key) const;
-  std::size_t PositionOf(const Entry& entry) const;
+  Entry& At(std::uint32_t slot);
+  const Entry& At(std::uint32_t slot) const { return const_cast<Collection&>(*this).At(slot); }
+  const Variant& ItemAt(std::size_t position) const { return At(order_[position]).item; }
+  /// The slot of the entry with this key; `KeyIndex::kNone` if there is none.
+  std::uint32_t Find(const CollectionKey& key, std::uint32_t hash) const;
+  /// The same; raises 5 if there is none.
+  std::uint32_t SlotOf(const CollectionKey& key) const;
+  std::size_t PositionOf(std::uint32_t slot) const;
   /// The zero-based position that an index names; raises as `Item` does.
   std::size_t PositionOf(const Variant& index) const;
+  /// The last of the free slots; makes one where there is none.
+  std::uint32_t FreeSlot();
   void RemoveAt(std::size_t position);
 
-  std::deque<std::unique_ptr<Entry>> entries_;
-  std::unordered_set<Entry*, HashOfKey, EqualKeys> keyed_;
+  /// Entries by slot. An entry keeps its slot and its address: a chunk never grows beyond what was
+  /// set aside for it, each being twice as large as the one before.
+  std::vector<std::vector<Entry>> chunks_;
+  std::vector<std::uint32_t> free_;  ///< slots without an entry
+  std::deque<std::uint32_t> order_;  ///< the slot at each position
+  KeyIndex keyed_;
   std::vector<CollectionEnumerator*> enumerators_;  ///< those that stand
 };
 

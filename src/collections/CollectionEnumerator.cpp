@@ -20,15 +20,15 @@ CollectionEnumerator::~CollectionEnumerator() {
 }
 
 bool CollectionEnumerator::Next(Variant& item) {
-  if (next_ >= list_->entries_.size()) return false;
+  if (next_ >= list_->order_.size()) return false;
   // What the assignment lets go of may change the list, so the step comes first.
-  Variant next = list_->entries_[next_++]->item;
+  Variant next = list_->ItemAt(next_++);
   item = std::move(next);
   return true;
 }
 
 bool CollectionEnumerator::Skip(std::uint32_t count) {
-  const std::size_t left = list_->entries_.size() - next_;
+  const std::size_t left = list_->order_.size() - next_;
   next_ += std::min<std::size_t>(count, left);
   return count <= left;
 }
