@@ -2,6 +2,10 @@
 ' takes that folder away again. Under ./run --sandbox it visits the computers of examples/estate.json instead.
 Option Explicit
 
+' What WRITE_RIGHTS below has and reading has not.
+Const WRITE_ONLY = &H116
+Const PROGRAM = "C:\windows\system32\kernel32.dll"
+
 Dim root
 Set root = CreateObject("Veldmark2.SystemRoot")
 
@@ -11,6 +15,13 @@ WScript.Echo "User:     " & root.LocalUserName
 
 Heading "The root of drive C:"
 ShowFolder root.GetFolder("C:\")
+
+Heading "The drives"
+Dim drive
+WScript.Echo PadRight("Drive", 7) & PadRight("Type", 11) & PadRight("File system", 13) & PadLeft("Size", 12) & PadLeft("Free", 12) & "  Label"
+For Each drive In root.GetMyComputer().GetDrives()
+  ShowDrive drive
+Next
 
 Dim home, base
 home = "C:\Veldmark2 tour"
@@ -30,6 +41,28 @@ Dim maps
 Set maps = base.GetSubFolders().ItemByKey("Maps")
 maps.Attributes = maps.Attributes Or 2
 WScript.Echo "Maps is hidden now: attributes " & AttributeText(root.GetFolder(home & "\Maps").Attributes)
+
+Heading "Its permissions"
+Dim descriptor, entry
+Set descriptor = base.GetSecurityDescriptor()
+WScript.Echo "Owner: " & descriptor.GetOwnerSid().SidText
+ShowPermissions descriptor
+Const EVERYONE = "S-1-1-0", WRITE_RIGHTS = &H120116
+descriptor.GetDACL().Grant EVERYONE, 0, WRITE_RIGHTS, 0
+descriptor.Save
+WScript.Echo "Everyone may write now: " & EveryoneMayWrite(root.GetFolder(home).GetSecurityDescriptor())
+For Each entry In descriptor.GetDACL().GetAces()
+  If entry.GetSid().SidText = EVERYONE And entry.AceFlags = 0 Then entry.AccessMask = entry.AccessMask And Not WRITE_ONLY
+Next
+descriptor.Save
+WScript.Echo "Taken back:             " & Not EveryoneMayWrite(root.GetFolder(home).GetSecurityDescriptor())
+
+Heading "A text, written and read"
+root.WriteTextFile home & "\Note.txt", "Seven words that came back as sent.", True
+WScript.Echo root.ReadTextFile(home & "\Note.txt")
+
+Heading "A program's version"
+ShowVersion root.GetFile(PROGRAM)
 
 Heading "A walk with progress"
 Dim status
@@ -96,6 +129,50 @@ Sub ShowFolder(folder)
       PadRight(DateText(entry.DateLastModified), 21) & AttributeText(entry.Attributes)
   Next
   WScript.Echo subs.Count & " folders, " & entries.Count & " files"
+End Sub
+
+' An empty drive has no size and says so with an error.
+Sub ShowDrive(drive)
+  Dim size, free
+  On Error Resume Next
+  size = Gigabytes(drive.TotalSize)
+  free = Gigabytes(drive.FreeSpace)
+  On Error Goto 0
+  WScript.Echo PadRight(drive.Path, 7) & PadRight(DriveTypeText(drive.DriveType), 11) & PadRight(drive.FileSystem, 13) & _
+    PadLeft(size, 12) & PadLeft(free, 12) & "  " & drive.VolumeName
+End Sub
+
+Function Gigabytes(bytes)
+  Gigabytes = FormatNumber(CDbl(bytes) / 1024 / 1024 / 1024, 1) & " GiB"
+End Function
+
+Function DriveTypeText(kind)
+  DriveTypeText = Array("unknown", "unknown", "removable", "fixed", "network", "disc", "memory")(kind)
+End Function
+
+' Who, what, which rights, and where they apply.
+Sub ShowPermissions(descriptor)
+  Dim entry
+  WScript.Echo PadRight("Who", 46) & PadRight("Does", 8) & PadRight("Rights", 14) & "Where"
+  For Each entry In descriptor.GetDACL().GetAces()
+    WScript.Echo PadRight(entry.GetSid().SidText, 46) & PadRight(Array("allow", "deny")(entry.AceType), 8) & _
+      PadRight(entry.PermissionsString, 14) & entry.InheritanceScope
+  Next
+End Sub
+
+Function EveryoneMayWrite(descriptor)
+  Dim entry
+  EveryoneMayWrite = False
+  For Each entry In descriptor.GetDACL().GetAces()
+    If entry.GetSid().SidText = EVERYONE And (entry.AccessMask And WRITE_RIGHTS) = WRITE_RIGHTS Then EveryoneMayWrite = True
+  Next
+End Function
+
+Sub ShowVersion(file)
+  WScript.Echo "File:        " & file.Path
+  WScript.Echo "Version:     " & file.Version
+  WScript.Echo "Description: " & file.Description
+  WScript.Echo "Company:     " & file.CompanyName
 End Sub
 
 Function PadRight(text, width)
