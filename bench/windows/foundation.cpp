@@ -7,45 +7,15 @@
 
 #include <windows.h>
 
-#include <oleauto.h>
 #include <psapi.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <cwchar>
 #include <string>
 #include <vector>
 
-#include "Veldmark2_h.h"
+#include "Measure.h"
 
 namespace {
-
-constexpr int kRuns = 7;
-
-void Check(HRESULT result, const char* what) {
-  if (SUCCEEDED(result)) return;
-  std::printf("%s failed: 0x%08lX\n", what, static_cast<unsigned long>(result));
-  std::exit(1);
-}
-
-// The best of several runs, in seconds: what disturbs a run only adds to it.
-template <class Work>
-double Best(Work&& work, int runs = kRuns) {
-  double best = 1e9;
-  for (int i = 0; i < runs; ++i) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    best = std::min(
-        best, std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-  }
-  return best;
-}
-
-void Row(const char* what, double ours, double bare, const char* unit, double aim) {
-  std::printf("%-58s %10.3f %10.3f %-3s %7.2f   (at most %.2f)\n", what, ours, bare, unit,
-              ours / bare, aim);
-}
 
 std::wstring MakeFolder(const wchar_t* folder, int files) {
   CreateDirectoryW(folder, nullptr);
@@ -79,19 +49,6 @@ std::size_t BareWalk(const std::wstring& folder, double& bytes) {
   } while (FindNextFileW(find, &data));
   FindClose(find);
   return count;
-}
-
-_CFiles* List(_SystemRoot* root, const std::wstring& path) {
-  const BSTR text = SysAllocString(path.c_str());
-  _CFolder* folder = nullptr;
-  Check(root->GetFolder(text, &folder), "GetFolder");
-  SysFreeString(text);
-  _CFolders* folders = nullptr;
-  _CFiles* files = nullptr;
-  Check(folder->GetFolderContents(&folders, &files), "GetFolderContents");
-  folders->Release();
-  folder->Release();
-  return files;
 }
 
 std::size_t OurWalk(_SystemRoot* root, const std::wstring& path, double& bytes) {
@@ -204,20 +161,8 @@ int wmain(int argc, wchar_t** argv) {
   const int files = argc > 3 ? _wtoi(argv[3]) : 20000;
   const std::wstring folder = MakeFolder(argv[2], files);
 
-  const HMODULE server = LoadLibraryW(argv[1]);
-  using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-  const auto get_class_object = reinterpret_cast<GetClassObject>(
-      reinterpret_cast<void*>(GetProcAddress(server, "DllGetClassObject")));
-  if (!get_class_object) return 1;
-  IClassFactory* factory = nullptr;
-  Check(get_class_object(CLSID_SystemRoot, IID_IClassFactory, reinterpret_cast<void**>(&factory)),
-        "factory");
-  _SystemRoot* root = nullptr;
-  Check(factory->CreateInstance(nullptr, IID__SystemRoot, reinterpret_cast<void**>(&root)),
-        "SystemRoot");
-  factory->Release();
-
-  std::printf("%-58s %10s %10s %-3s %7s\n", "", "ours", "bare", "", "ratio");
+  _SystemRoot* root = MakeRoot(argv[1]);
+  Heading();
   MeasureWalk(root, folder, files);
   MeasureProperty(root, folder);
   root->Release();
