@@ -76,4 +76,18 @@ inline _SystemRoot* CreateRoot(const wchar_t* server_path) {
   return root;
 }
 
+// The files of a folder, as the library lists them.
+inline _CFiles* List(_SystemRoot* root, const std::wstring& path) {
+  const BSTR text = SysAllocString(path.c_str());
+  _CFolder* folder = nullptr;
+  Check(root->GetFolder(text, &folder), "GetFolder");
+  SysFreeString(text);
+  _CFolders* folders = nullptr;
+  _CFiles* files = nullptr;
+  Check(folder->GetFolderContents(&folders, &files), "GetFolderContents");
+  folders->Release();
+  folder->Release();
+  return files;
+}
+
 }  // namespace bench

@@ -38,19 +38,6 @@ std::size_t BareWalk(const std::wstring& folder, double& bytes) {
   return count;
 }
 
-_CFiles* List(_SystemRoot* root, const std::wstring& path) {
-  const BSTR text = SysAllocString(path.c_str());
-  _CFolder* folder = nullptr;
-  Check(root->GetFolder(text, &folder), "GetFolder");
-  SysFreeString(text);
-  _CFolders* folders = nullptr;
-  _CFiles* files = nullptr;
-  Check(folder->GetFolderContents(&folders, &files), "GetFolderContents");
-  folders->Release();
-  folder->Release();
-  return files;
-}
-
 std::size_t OurWalk(_SystemRoot* root, const std::wstring& path, double& bytes) {
   _CFiles* files = List(root, path);
   IUnknown* unknown = nullptr;

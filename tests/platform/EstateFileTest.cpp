@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/operations/Registry.h"
+#include "platform/simulated/VersionDescription.h"
 
 namespace veldmark::simulated {
 namespace {
@@ -26,7 +27,9 @@ TEST(EstateFile, DescribesComputersDrivesAndFiles) {
                 "modified": "2001-02-03T04:05:06.5Z", "children": [
                   {"name": "a long name.txt", "text": "gr\u00fcn", "created": "1999-12-31T23:59:59Z"},
                   {"name": "raw", "hex": "00 ff", "size": 5000000000, "attributes": []},
-                  {"name": "shut", "locked": true, "shortName": "", "messages": {"7": "seven"}}]})") +
+                  {"name": "shut", "locked": true, "shortName": "", "messages": {"7": "seven"},
+                   "version": {"file": "5.1.2600", "translations": ["040704E4"],
+                               "strings": {"040904B0": {"Comments": "x"}}}}]})") +
                     R"(, "shares": [{"name": "D", "path": "C:\\Data"}])",
                 R"("clock": "2020-01-01T00:00:00Z", "user": {"name": "mreed", "sid": "S-1-5-1"},
          "timeZone": {"bias": 300, "standardName": "East", "daylightBias": -60, "current": "daylight"},
@@ -59,6 +62,11 @@ TEST(EstateFile, DescribesComputersDrivesAndFiles) {
   const auto shut = local.Find(u"C:\\Data\\shut");
   EXPECT_FALSE(shut->CanOpen({.reads = true, .lets_read = true}));
   EXPECT_EQ(shut->messages()->at(7), u"seven");
+  const VersionDescription version{.file = {5, 1, 2600, 0},
+                                   .product = {5, 1, 2600, 0},
+                                   .translations = {u"040704E4"},
+                                   .strings = {{u"040904B0", {{u"Comments", u"x"}}}}};
+  EXPECT_EQ(*shut->version(), version.Build());
 }
 
 TEST(EstateFile, DescribesRegistryValuesOfEveryType) {
@@ -128,6 +136,15 @@ TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
       {Described(Drive(R"({"name": "x", "created": "2023-02-28T00:00:00.Z"})")),
        drive + "/created"},
       {Described(Drive(R"({"name": "x", "messages": {"one": "1"}})")), drive + "/messages/one"},
+      {Described(Drive(R"({"name": "x", "version": {}})")), drive + "/version"},
+      {Described(Drive(R"({"name": "x", "version": {"file": "1.70000"}})")),
+       drive + "/version/file"},
+      {Described(Drive(R"({"name": "x", "version": {"file": "1.2.3.4.5"}})")),
+       drive + "/version/file"},
+      {Described(Drive(R"({"name": "x", "version": {"file": "1", "strings": {"0409": {}}}})")),
+       drive + "/version"},
+      {Described(Drive(R"({"name": "x", "version": {"file": "1", "hex": "00"}})")),
+       drive + "/version/hex"},
       {Described(R"("registry": {"HKLM": {"values": {"v": true}}})"),
        "/computers/0/registry/HKLM/values/v"},
       {Described(R"("registry": {"HKLM": {"values": {"v": 1, "V": 2}}})"),
