@@ -1,5 +1,6 @@
 #include "platform/simulated/Computer.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <vector>
 
@@ -17,6 +18,27 @@ std::vector<TextView> NamesOf(TextView path) {
     path = end == TextView::npos ? TextView() : path.substr(end + 1);
   }
   return names;
+}
+
+// Any number that stays the same for a computer's drive.
+DWORD SerialOf(TextView computer, char16_t letter) {
+  DWORD hash = 2166136261;
+  for (const char16_t unit : ToUpper(Text(computer) + letter)) hash = (hash ^ unit) * 16777619;
+  return hash;
+}
+
+void Format(Volume& volume, UINT type) {
+  if (type == kDriveRemovable) {
+    volume.file_system = u"FAT32";
+    volume.flags = 0x206;
+    volume.total = volume.free = std::uint64_t{8} << 30;
+  } else if (type == kDriveCdrom) {
+    volume.file_system = u"CDFS";
+    volume.flags = 0x80005;
+    volume.maximum_component_length = 110;
+    volume.total = std::uint64_t{650} << 20;
+    volume.free = 0;
+  }
 }
 
 }  // namespace
@@ -39,9 +61,11 @@ FileNode& Computer::AddDrive(char16_t letter, UINT type) {
   drive.type = type;
   drive.root = std::make_shared<FileNode>(u"", true, now_);
   drive.root->Attributes(kFileAttributeHidden | kFileAttributeSystem);
+  drive.volume.serial = SerialOf(name_, letter);
+  Format(drive.volume, type);
   if (type == kDriveFixed) {
     const Text name = Text(1, letter) + u"$";
-    shares_[name] = {name, drive.root};
+    shares_[name] = {name, drive.root, false, &drive};
   }
   return *drive.root;
 }
@@ -52,14 +76,16 @@ FileNode& Computer::AddFile(TextView path, std::string_view content) {
   return Add(path, false).Content(content).Attributes(kFileAttributeArchive);
 }
 
-void Computer::AddShare(TextView name, TextView path, bool denied) {
+Share& Computer::AddShare(TextView name, TextView path, bool denied) {
   const auto folder = Find(path);
   if (!IsValidName(name) || folder == nullptr || !folder->is_folder()) {
     throw std::invalid_argument("a share needs a name and an existing folder");
   }
-  if (!shares_.emplace(ToUpper(name), Share{Text(name), folder, denied}).second) {
-    throw std::invalid_argument("there is a share of this name");
-  }
+  const Drive& drive = drives_.at(UpperCase(NamesOf(path)[0][0]));
+  const auto [added, is_new] =
+      shares_.emplace(ToUpper(name), Share{Text(name), folder, denied, &drive});
+  if (!is_new) throw std::invalid_argument("there is a share of this name");
+  return added->second;
 }
 
 std::shared_ptr<FileNode> Computer::Find(TextView path) const {
@@ -76,6 +102,13 @@ std::shared_ptr<FileNode> Computer::Find(TextView path) const {
 const Share* Computer::FindShare(TextView name) const {
   const auto found = shares_.find(ToUpper(name));
   return found == shares_.end() ? nullptr : &found->second;
+}
+
+Volume& Computer::volume(char16_t letter) { return drives_.at(UpperCase(letter)).volume; }
+
+bool Computer::has_disc_device() const {
+  return disc_device_.value_or(std::ranges::any_of(
+      drives_, [](const auto& drive) { return drive.second.type == kDriveCdrom; }));
 }
 
 FileNode& Computer::Add(TextView path, bool is_folder) {

@@ -1,5 +1,7 @@
 #include "platform/simulated/Session.h"
 
+#include <cstring>
+
 #include "platform/operations/LastError.h"
 
 namespace veldmark::simulated {
@@ -18,6 +20,8 @@ void* Session::AllocateLocal(std::size_t size, std::string_view operation, std::
   // A block of no bytes is a block all the same.
   auto block = std::make_unique<std::max_align_t[]>(size / sizeof(std::max_align_t) + 1);
   void* const memory = block.get();
+  // Initialising the elements leaves the padding within them as it was.
+  std::memset(memory, 0, size);
   local_memory[memory] = std::move(block);
   ledger.Opened(Resource::LocalMemory, reinterpret_cast<std::uintptr_t>(memory), operation,
                 std::move(detail));

@@ -36,6 +36,8 @@ struct Session {
   Journal journal;
   FaultHook faults;
   std::uintptr_t next_handle = 0x100;
+  // The file handles that hold a connection open: its drive ("Z:") or share, in upper case.
+  std::map<std::uintptr_t, Text> network_handles;
   std::map<void*, std::unique_ptr<std::max_align_t[]>> local_memory;
 };
 
