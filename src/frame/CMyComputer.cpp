@@ -1,8 +1,8 @@
 #include "frame/CMyComputer.h"
 
 #include "collections/CDrives.h"
+#include "frame/CSupport.h"
 #include "frame/Errors.h"
-#include "frame/NotBuilt.h"
 #include "platform/automation/Declare.h"
 
 namespace veldmark {
@@ -14,7 +14,7 @@ const Interface& CMyComputer::Describe() {
 }
 
 Ref<CDrives> CMyComputer::GetDrives() {
-  return ReRaisingAs(u"CMyComputer", []() -> Ref<CDrives> { RaiseNotBuilt(); });
+  return ReRaisingAs(u"CMyComputer", [] { return Engine().GetDrives(); });
 }
 
 }  // namespace veldmark

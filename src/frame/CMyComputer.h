@@ -12,7 +12,7 @@ class CMyComputer : public Exported<CMyComputer>, Counted<Counter::kMyComputer> 
  public:
   static const Interface& Describe();
 
-  /// The drives of this computer. Raises the platform's error where they can't be listed.
+  /// The drives of this computer. None where the platform doesn't tell.
   Ref<CDrives> GetDrives();
 };
 

@@ -4,6 +4,7 @@
 
 #include "platform/automation/Object.h"
 #include "platform/automation/Text.h"
+#include "platform/automation/Values.h"
 #include "platform/automation/Variant.h"
 #include "platform/operations/FileSystem.h"
 #include "security/BinarySid.h"
@@ -11,6 +12,7 @@
 
 namespace veldmark {
 
+class CDrive;
 class CDrives;
 class CFile;
 class CFiles;
@@ -19,6 +21,7 @@ class CFolders;
 class CPathNames;
 class CSecurityDescriptor;
 class CSid;
+class Secret;
 
 /// A listener of the engine's one event. A subscription never keeps its listener alive.
 class ObjectFoundListener {
@@ -127,6 +130,47 @@ class CSupport : public ReferenceCounted {
   /// `Err.Description` into a number, unless a number stands there: then the platform's error is
   /// raised with that number's text.
   void LoadFileVersionInfo(CFile& file);
+
+  // Drives (storage/SupportDrives.cpp)
+
+  /// The drives of this computer; none where the platform doesn't tell.
+  Ref<CDrives> GetDrives();
+  /// The drive of a path "C:".
+  Ref<CDrive> GetDriveInfo(const Text& drive_path, bool load_info);
+  /// Fills the space values. A failure raises the number that stands in `Err`, which is 5 for none,
+  /// with the platform's text.
+  void LoadDriveInfo(CDrive& drive);
+
+  // Contents of files (storage/SupportFileContents.cpp)
+
+  /// Whether any entry, file or folder, matches a path, which may have wildcards.
+  bool FileExists(const Text& path);
+  /// The same, or a folder with anything in it.
+  bool FolderExists(const Text& path);
+  /// A file's text by the runtime's file statements (RuntimeFile.h), from the system's code page
+  /// or, behind its mark, from UTF-16. A missing file is made and is empty.
+  Text ReadTextFile(const Text& file_name);
+  /// Writes over the beginning of a file; what was longer stays.
+  void WriteTextFile(const Text& file_name, const Text& contents, bool as_unicode);
+  /// A file's text, from UTF-16 or the system's code page. Raises the platform's error, 9 for an
+  /// empty file and for one of 2 GiB or more (from 4 GiB on 7 or 6).
+  Text ReadTextFileAPI(const Text& file_name);
+  /// A file's bytes, counted from 0, with the same errors.
+  ByteArray ReadBinaryFileAPI(const Text& file_name);
+  /// Writes a new file and returns the number of bytes. Raises the platform's error, which is 183
+  /// for a file that exists: it is empty then. Without elements it raises 9, with the file made.
+  std::int32_t WriteBinaryFileAPI(const Text& file_name, const ByteArray& data);
+  /// Copies a file, making the target's folder where that alone is missing.
+  void CopyFile(const Text& existing_file, const Text& new_file, bool overwrite);
+
+  // Connections (storage/SupportConnections.cpp)
+
+  /// Connects to a network resource, with or without a local name. Raises the platform's status.
+  void AddNetworkConnection(Text local_name, Text remote_name, const Text& user_name,
+                            const Secret& password, DWORD resource_type, HWND owner,
+                            bool make_persistent);
+  /// Ends a connection by its local name, or one without by its remote name.
+  void CancelNetworkConnection(const Text& remote_name, bool make_persistent, bool force);
 
  private:
   Ref<CFolder> BuildFolderFromFindData(const Text& path, const WIN32_FIND_DATAW& find_data);

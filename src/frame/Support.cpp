@@ -99,6 +99,24 @@ Text AnsiBufferToString(const void* buffer, std::int32_t cb) {
   return text;
 }
 
+std::vector<std::uint8_t> StringToAnsiBuffer(TextView text) {
+  if (text.empty()) return {};
+  if (text.size() > INT32_MAX) Raise(runtime_error::kOutOfMemory);
+  System& system = CurrentPlatform().system;
+  const auto length = static_cast<INT>(text.size());
+  const auto convert = [&](std::vector<std::uint8_t>& bytes) {
+    const INT size = system.WideCharToMultiByte(kCodePageAnsi, 0, text.data(), length,
+                                                reinterpret_cast<char*>(bytes.data()),
+                                                static_cast<INT>(bytes.size()), nullptr, nullptr);
+    if (size <= 0) RaisePlatformError(static_cast<std::int32_t>(LastPlatformError()));
+    return static_cast<std::size_t>(size);
+  };
+  std::vector<std::uint8_t> bytes;
+  bytes.resize(convert(bytes));
+  convert(bytes);
+  return bytes;
+}
+
 Text WidePtrToString(const char16_t* wide, bool free) {
   if (!wide) return {};
   System& system = CurrentPlatform().system;

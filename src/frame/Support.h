@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <vector>
 
 #include "platform/automation/Text.h"
 #include "platform/automation/Variant.h"
@@ -29,6 +30,9 @@ Text GetAPIErrorText(std::int32_t message_id, const Variant& inserts = Variant::
 
 /// `cb` bytes of the system's code page as text; empty for 0.
 Text AnsiBufferToString(const void* buffer, std::int32_t cb);
+/// The text as bytes of the system's code page, which has "?" or its like for what it lacks. Raises
+/// the platform's error where it can't be converted.
+std::vector<std::uint8_t> StringToAnsiBuffer(TextView text);
 /// A NUL-terminated text; empty for null. With `free` the block goes back by CoTaskMemFree, also
 /// that of an empty text.
 Text WidePtrToString(const char16_t* wide, bool free);

@@ -222,21 +222,67 @@ Ref<CSid> SystemRoot::GetSidFromText2(const Text& sid_text, const Text& server_n
   return ReRaising([&] { return Engine().GetSidFromText(sid_text, server_name); });
 }
 
+bool SystemRoot::FileExists(const Text& path) {
+  return ReRaising([&] { return Engine().FileExists(path); });
+}
+
+bool SystemRoot::FolderExists(const Text& path) {
+  return ReRaisingAs(kClassName, [&] { return Engine().FolderExists(path); });
+}
+
+Text SystemRoot::ReadTextFile(const Text& file_name) {
+  return ReRaising([&] { return Engine().ReadTextFile(file_name); });
+}
+
+bool SystemRoot::WriteTextFile(const Text& file_name, const Text& contents, bool write_as_unicode) {
+  return ReRaising([&] {
+    Engine().WriteTextFile(file_name, contents, write_as_unicode);
+    return true;
+  });
+}
+
+Text SystemRoot::ReadTextFileAPI(const Text& file_name) {
+  return ReRaising([&] { return Engine().ReadTextFileAPI(file_name); });
+}
+
+ByteArray SystemRoot::ReadBinaryFileAPI(const Text& file_name) {
+  return ReRaising([&] { return Engine().ReadBinaryFileAPI(file_name); });
+}
+
+std::int32_t SystemRoot::WriteBinaryFileAPI(const Text& file_name, ByteArray& data) {
+  return ReRaising([&] { return Engine().WriteBinaryFileAPI(file_name, data); });
+}
+
+void SystemRoot::CopyFile(const Text& existing_file, const Text& new_file, bool overwrite) {
+  ReRaising([&] { Engine().CopyFile(existing_file, new_file, overwrite); });
+}
+
+bool SystemRoot::AddNetworkConnection(const Text& local_name, const Text& remote_name,
+                                      const Text& user_name, const Secret& password,
+                                      ResourceTypeEnum resource_type, std::int32_t owner_window,
+                                      bool make_persistent) {
+  return ReRaisingAs(kClassName, [&] {
+    // Window handles have 32 bits that count, sign-extended.
+    const auto owner = reinterpret_cast<HWND>(std::intptr_t{owner_window});
+    Engine().AddNetworkConnection(local_name, remote_name, user_name, password,
+                                  static_cast<DWORD>(resource_type), owner, make_persistent);
+    return true;
+  });
+}
+
+bool SystemRoot::CancelNetworkConnection(const Text& remote_name, bool make_persistent,
+                                         bool force) {
+  return ReRaisingAs(kClassName, [&] {
+    Engine().CancelNetworkConnection(remote_name, make_persistent, force);
+    return true;
+  });
+}
+
 Ref<CGroups> SystemRoot::GetWellKnownGroups() { RaiseNotBuilt(); }
 Ref<CDomain> SystemRoot::GetDomainFromServerName(const Text&) { RaiseNotBuilt(); }
-bool SystemRoot::FolderExists(const Text&) { RaiseNotBuilt(); }
-bool SystemRoot::FileExists(const Text&) { RaiseNotBuilt(); }
-Text SystemRoot::ReadTextFile(const Text&) { RaiseNotBuilt(); }
-bool SystemRoot::WriteTextFile(const Text&, const Text&, bool) { RaiseNotBuilt(); }
 Ref<CServer> SystemRoot::GetServer(const Text&, const Text&) { RaiseNotBuilt(); }
 Ref<CUser> SystemRoot::GetUser(const Text&, const Text&) { RaiseNotBuilt(); }
 Ref<CGroup> SystemRoot::GetGroup(const Text&, const Text&) { RaiseNotBuilt(); }
-void SystemRoot::CopyFile(const Text&, const Text&, bool) { RaiseNotBuilt(); }
-bool SystemRoot::AddNetworkConnection(const Text&, const Text&, const Text&, const Text&,
-                                      ResourceTypeEnum, std::int32_t, bool) {
-  RaiseNotBuilt();
-}
-bool SystemRoot::CancelNetworkConnection(const Text&, bool, bool) { RaiseNotBuilt(); }
 Text SystemRoot::LookupSidText(const Text&, const Text&, const Text&) { RaiseNotBuilt(); }
 Ref<CSecurityDescriptor> SystemRoot::CreateSDFromStringSD(const Text&, const Text&) {
   RaiseNotBuilt();
@@ -247,8 +293,5 @@ Ref<CSecurityDescriptor> SystemRoot::CreateSDFromStringSD_API(const Text&, const
 Ref<CSecurityDescriptor> SystemRoot::CreateSDFromStringSD2(const Text&, const Text&, const Text&) {
   RaiseNotBuilt();
 }
-Text SystemRoot::ReadTextFileAPI(const Text&) { RaiseNotBuilt(); }
-ByteArray SystemRoot::ReadBinaryFileAPI(const Text&) { RaiseNotBuilt(); }
-std::int32_t SystemRoot::WriteBinaryFileAPI(const Text&, ByteArray&) { RaiseNotBuilt(); }
 
 }  // namespace veldmark

@@ -2,6 +2,7 @@
 
 #include "frame/Counted.h"
 #include "platform/automation/Object.h"
+#include "platform/automation/Secret.h"
 #include "platform/automation/Values.h"
 #include "platform/automation/Variant.h"
 #include "security/ObjectType.h"
@@ -39,13 +40,16 @@ class SystemRoot : public Exported<SystemRoot>, Counted<Counter::kSystemRoot> {
   Ref<CDomain> GetDomainFromServerName(const Text& server_name);
   /// See `CSupport::GetFolder`.
   Ref<CFolder> GetFolder(const Text& path);
+  /// See `CSupport::FolderExists`.
   bool FolderExists(const Text& path);
   Ref<CFile> GetFile(const Text& path);
+  /// See `CSupport::FileExists`.
   bool FileExists(const Text& path);
   /// The apartment's status object, the same each time.
   Ref<CStatus> GetStatusObject();
   /// Local time by the bias in force now. A system that tells of no daylight saving gives date 0.
   Date ConvertUTCtoLocal(Date utc);
+  /// See `CSupport::ReadTextFile` and its fellows for what these read, write and raise.
   Text ReadTextFile(const Text& file_name);
   bool WriteTextFile(const Text& file_name, const Text& contents, bool write_as_unicode);
   bool SetPrivilege(const Text& system_name, const Text& privilege_name, bool enable);
@@ -55,10 +59,13 @@ class SystemRoot : public Exported<SystemRoot>, Counted<Counter::kSystemRoot> {
   Ref<CServer> GetServer(const Text& server_name, const Text& domain_name);
   Ref<CUser> GetUser(const Text& account_domain, const Text& user_name);
   Ref<CGroup> GetGroup(const Text& account_domain, const Text& group_name);
+  /// See `CSupport::CopyFile`.
   void CopyFile(const Text& existing_file, const Text& new_file, bool overwrite);
+  /// See `CSupport::AddNetworkConnection`. An empty user name or password is taken as it stands.
   bool AddNetworkConnection(const Text& local_name, const Text& remote_name, const Text& user_name,
-                            const Text& password, ResourceTypeEnum resource_type,
+                            const Secret& password, ResourceTypeEnum resource_type,
                             std::int32_t owner_window, bool make_persistent);
+  /// See `CSupport::CancelNetworkConnection`.
   bool CancelNetworkConnection(const Text& remote_name, bool make_persistent, bool force);
   /// A domain object of this name; nothing is asked of the network.
   Ref<CDomain> GetDomain(const Text& domain_name);
@@ -75,6 +82,7 @@ class SystemRoot : public Exported<SystemRoot>, Counted<Counter::kSystemRoot> {
   Ref<CSecurityDescriptor> CreateSDFromStringSD2(const Text& string_sd,
                                                  const Text& sid_lookup_server,
                                                  const Text& forest_root_dc);
+  /// See `CSupport::ReadTextFileAPI` and its fellows.
   Text ReadTextFileAPI(const Text& file_name);
   ByteArray ReadBinaryFileAPI(const Text& file_name);
   std::int32_t WriteBinaryFileAPI(const Text& file_name, ByteArray& data);

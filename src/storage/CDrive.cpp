@@ -1,13 +1,152 @@
 #include "storage/CDrive.h"
 
+#include <array>
+
+#include "frame/CSupport.h"
+#include "frame/Errors.h"
 #include "platform/automation/Declare.h"
+#include "storage/CFolder.h"
 
 namespace veldmark {
+namespace {
+
+constexpr std::size_t kNameLength = 260;
+
+void SendToPlayer(const char* command) {
+  std::array<char, 127> answer{};
+  Apartment::Current().platform.multimedia.mciSendStringA(
+      command, answer.data(), static_cast<UINT>(answer.size()), nullptr);
+}
+
+}  // namespace
 
 const Interface& CDrive::Describe() {
-  static const Interface table = Declare<CDrive>(u"CDrive", u"A drive of this computer.")
-                                     .Stored<&CDrive::DriveLetter>(u"DriveLetter", u"One letter.");
+  static const Interface table =
+      Declare<CDrive>(u"CDrive", u"A drive of this computer.")
+          .Method<&CDrive::EjectDisk>(u"EjectDisk", u"Opens the door of the disc player.")
+          .Method<&CDrive::LoadDisk>(u"LoadDisk", u"Closes the door of the disc player.")
+          .Method<&CDrive::IsReady>(u"IsReady", u"True if there is a volume that can be read.")
+          .Method<&CDrive::GetRootFolder>(u"GetRootFolder", u"The drive's root folder.")
+          .Stored<&CDrive::DriveLetter>(u"DriveLetter", u"One letter.")
+          .Stored<&CDrive::DriveType>(u"DriveType", u"The kind of drive.")
+          .Property<&CDrive::AvailableSpace, &CDrive::PutAvailableSpace>(u"AvailableSpace",
+                                                                         u"Bytes that are free.")
+          .Property<&CDrive::FileSystem, &CDrive::PutFileSystem>(u"FileSystem",
+                                                                 u"The name of the file system.")
+          .Property<&CDrive::FreeSpace, &CDrive::PutFreeSpace>(u"FreeSpace",
+                                                               u"Bytes that are free.")
+          .Stored<&CDrive::Path>(u"Path", u"The drive as C: without a backslash.")
+          .Stored<&CDrive::SerialNumber>(u"SerialNumber",
+                                         u"The volume's serial number, once it has been read.")
+          .Get<&CDrive::SerialNumberEx>(u"SerialNumberEx",
+                                        u"The volume's serial number as 1A2B-3C4D.")
+          .Property<&CDrive::ShareName, &CDrive::PutShareName>(
+              u"ShareName", u"The share that a remote drive stands for.")
+          .Property<&CDrive::TotalSize, &CDrive::PutTotalSize>(u"TotalSize", u"Bytes in all.")
+          .Property<&CDrive::VolumeName, &CDrive::PutVolumeName>(u"VolumeName",
+                                                                 u"The volume's label.")
+          .Get<&CDrive::MaxFilenameComponentLength>(u"MaxFilenameComponentLength",
+                                                    u"The longest name of a file or folder.")
+          .Get<&CDrive::Flags>(u"Flags", u"The flags of the file system.");
   return table;
+}
+
+void CDrive::EjectDisk() {
+  if (HasDoor()) SendToPlayer("set CDAudio door open");
+}
+
+void CDrive::LoadDisk() {
+  if (HasDoor()) SendToPlayer("set CDAudio door closed");
+}
+
+bool CDrive::IsReady() {
+  Swallow([&] { VolumeName(); });
+  return is_ready_;
+}
+
+Ref<CFolder> CDrive::GetRootFolder() {
+  return ReRaisingAs(u"CDrive", [&] {
+    auto root = Make<CFolder>();
+    root->FolderName = u"\\";
+    root->PutPath(Path);
+    return root;
+  });
+}
+
+Variant CDrive::AvailableSpace() {
+  if (available_space_ == Variant()) Engine().LoadDriveInfo(*this);
+  return available_space_;
+}
+
+Variant CDrive::FreeSpace() {
+  if (free_space_ == Variant()) Engine().LoadDriveInfo(*this);
+  return free_space_;
+}
+
+Variant CDrive::TotalSize() {
+  // The available space tells whether the space has been loaded.
+  if (available_space_ == Variant()) Engine().LoadDriveInfo(*this);
+  return total_size_;
+}
+
+Text CDrive::FileSystem() {
+  if (file_system_.empty()) LoadVolumeData();
+  return file_system_;
+}
+
+Text CDrive::ShareName() {
+  if (share_name_.empty()) LoadVolumeData();
+  return share_name_;
+}
+
+Text CDrive::VolumeName() {
+  if (volume_name_.empty()) LoadVolumeData();
+  return volume_name_;
+}
+
+std::int32_t CDrive::MaxFilenameComponentLength() {
+  if (maximum_component_length_ == 0) LoadVolumeData();
+  return maximum_component_length_;
+}
+
+std::int32_t CDrive::Flags() {
+  if (flags_ == 0) LoadVolumeData();
+  return flags_;
+}
+
+Text CDrive::SerialNumberEx() const {
+  if (SerialNumber == 0) return {};
+  constexpr TextView kDigits = u"0123456789ABCDEF";
+  Text text;
+  for (int shift = 28; shift >= 0; shift -= 4) {
+    text += kDigits[static_cast<std::uint32_t>(SerialNumber) >> shift & 0xF];
+  }
+  return text.insert(4, 1, u'-');
+}
+
+void CDrive::LoadVolumeData() {
+  Swallow([&] {
+    const Text root = Path.ends_with(u'\\') ? Path : Path + u'\\';
+    std::array<WCHAR, kNameLength + 1> name{};
+    std::array<WCHAR, kNameLength + 1> file_system{};
+    DWORD serial = 0;
+    DWORD maximum_component_length = 0;
+    DWORD flags = 0;
+    is_ready_ = Apartment::Current().platform.files.GetVolumeInformationW(
+                    root.c_str(), name.data(), kNameLength, &serial, &maximum_component_length,
+                    &flags, file_system.data(), kNameLength) != 0;
+    SerialNumber = is_ready_ ? static_cast<std::int32_t>(serial) : 0;
+    maximum_component_length_ = is_ready_ ? static_cast<std::int32_t>(maximum_component_length) : 0;
+    flags_ = is_ready_ ? static_cast<std::int32_t>(flags) : 0;
+    volume_name_ = is_ready_ ? name.data() : u"";
+    file_system_ = is_ready_ ? file_system.data() : u"";
+  });
+  if (DriveType == DT_Remote) {
+    Swallow([&] { Engine().GetUNCPath(DriveLetter, volume_name_, share_name_); });
+  }
+  if (DriveType == DT_Removable) {
+    Swallow([&] { volume_name_ = u"Removable Disk"; });
+  }
 }
 
 }  // namespace veldmark

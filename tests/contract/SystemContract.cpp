@@ -154,6 +154,52 @@ TEST_F(SystemCalls, ConvertBytesOfACodePage) {
   }
 }
 
+TEST_F(SystemCalls, ConvertTextsToACodePage) {
+  char bytes[16] = {};
+  struct Row {
+    UINT page;
+    DWORD flags;
+    Text text;
+    std::string bytes;
+  };
+  for (const Row& row :
+       std::vector<Row>{{1252, 0, u"a\u20ac\u00e9\u0081", "a\x80\xE9\x81"},
+                        {1252, 0, u"\u4e2d!", "?!"},
+                        {1252, 0, u"\xD83D\xDE00", "??"},
+                        {1252, 0, Text(u"a\0b", 3), std::string("a\0b", 3)},
+                        {kCodePageUtf8, 0, u"\u00e9\xD83D\xDE00", "\xC3\xA9\xF0\x9F\x98\x80"},
+                        {kCodePageUtf8, 0, u"a\xDE00", "a\xEF\xBF\xBD"},
+                        {kCodePageAnsi, 0, u"plain", "plain"}}) {
+    SCOPED_TRACE(row.bytes);
+    const auto size = static_cast<INT>(row.text.size());
+    const auto needed = static_cast<INT>(row.bytes.size());
+    EXPECT_EQ(system_.WideCharToMultiByte(row.page, row.flags, row.text.c_str(), size, nullptr, 0,
+                                          nullptr, nullptr),
+              needed);
+    ASSERT_EQ(system_.WideCharToMultiByte(row.page, row.flags, row.text.c_str(), size, bytes, 16,
+                                          nullptr, nullptr),
+              needed);
+    EXPECT_EQ(std::string(bytes, row.bytes.size()), row.bytes);
+    EXPECT_EQ(system_.WideCharToMultiByte(row.page, row.flags, row.text.c_str(), size, bytes,
+                                          needed - 1, nullptr, nullptr),
+              0);
+    EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
+  }
+  BOOL used_default = 0;
+  EXPECT_EQ(system_.WideCharToMultiByte(1252, 0, u"\u4e2dx", -1, bytes, 16, "*", &used_default), 3);
+  EXPECT_EQ(std::string(bytes), "*x");
+  EXPECT_TRUE(used_default);
+  const auto error = [&](UINT page, DWORD flags, LPCWSTR text, INT size) {
+    EXPECT_EQ(system_.WideCharToMultiByte(page, flags, text, size, bytes, 16, nullptr, nullptr), 0);
+    return LastPlatformError();
+  };
+  EXPECT_EQ(error(4711, 0, u"a", 1), kErrorInvalidParameter);
+  EXPECT_EQ(error(1252, 0, u"a", 0), kErrorInvalidParameter);
+  EXPECT_EQ(error(1252, 0, nullptr, 1), kErrorInvalidParameter);
+  EXPECT_EQ(error(1252, 0x4000000, u"a", 1), kErrorInvalidFlags);
+  EXPECT_EQ(error(kCodePageUtf8, kWideErrInvalidChars, u"\xDE00", 1), kErrorNoUnicodeTranslation);
+}
+
 TEST_F(SystemCalls, HandOutTaskMemory) {
   const TaskMemory<char> memory(system_, static_cast<char*>(system_.CoTaskMemAlloc(16)));
   ASSERT_TRUE(memory);

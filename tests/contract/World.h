@@ -27,6 +27,7 @@ enum class Trait {
   CreationTimes,      // a change leaves the time of creation alone
   NetworkMessages,    // netmsg.dll has its texts
   PublishedTexts,     // the system's texts are the published English ones
+  Connections,        // a network provider takes connections
 };
 
 // A platform to hold against the operations' contracts, with room to work in.

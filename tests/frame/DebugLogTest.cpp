@@ -67,7 +67,7 @@ struct LoggingWorld : SimulatedApartment {
 
 TEST(LoggingFaults, AFailedWriteIsRaisedAndTheFileClosed) {
   SweepFaults<LoggingWorld>(
-      {"MultiByteToWideChar", "CloseHandle"}, [](LoggingWorld&) { DebugLog(u"na\u00EFve"); },
+      {"CloseHandle"}, [](LoggingWorld&) { DebugLog(u"na\u00EFve"); },
       [](LoggingWorld&, const std::string&, bool) {});
 }
 

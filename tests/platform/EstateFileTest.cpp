@@ -120,6 +120,12 @@ TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
       {Described(R"("drives": {"CC": {}})"), "/computers/0/drives/CC"},
       {Described(R"("drives": {"C:": {"type": "tape"}})"), "/computers/0/drives/C:/type"},
       {Described(R"("shares": [{"name": "x", "path": "C:\\none"}])"), "/computers/0/shares/0/path"},
+      {Described(R"("drives": {"C:": {"total": 10, "free": 11}})"), "/computers/0/drives/C:/free"},
+      {Described(R"("drives": {"C:": {"freeToCaller": 17179869185}})"),
+       "/computers/0/drives/C:/freeToCaller"},
+      {Described(R"("drives": {"C:": {"label": "a label of more than 32 characters"}})"),
+       "/computers/0/drives/C:/label"},
+      {Described(R"("drives": {"C:": {"serial": 4294967296}})"), "/computers/0/drives/C:/serial"},
       {Described(Drive(R"({"name": "a*b"})")), drive + "/name"},
       {Described(Drive(R"({"name": ".."})")), drive + "/name"},
       {Described(Drive(R"({"name": "x"}, {"name": "X"})")),
@@ -166,6 +172,31 @@ TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
   }
   EXPECT_THROW(ReadEstate(Described(Drive(deep))), EstateFileError) << "nested too deeply";
   EXPECT_THROW(ReadEstateFile("/no such file"), EstateFileError);
+}
+
+TEST(EstateFile, DescribesVolumesAndWhatSharesAsk) {
+  Estate estate = ReadEstate(Described(
+      R"("discDevice": false, "drives": {
+        "C:": {"label": "System", "fileSystem": "ReFS", "serial": 4294967295, "flags": 7,
+               "maximumComponentLength": 31, "total": 1000, "free": 900, "freeToCaller": 80,
+               "children": [{"name": "Pay", "children": []}]},
+        "d:": {"type": "cdrom", "ready": false}, "E:": {"total": 5}},
+      "shares": [{"name": "Pay", "path": "C:\\Pay", "user": "clerk", "password": "p"},
+                 {"name": "Odd", "path": "C:\\Pay", "providerFails": true}])"));
+  Computer& local = estate.local();
+  const Volume& c = local.volume(u'c');
+  EXPECT_EQ(c.label + c.file_system, u"SystemReFS");
+  EXPECT_EQ((std::vector<std::uint64_t>{c.serial, c.flags, c.maximum_component_length, c.total,
+                                        c.free, c.free_to_caller.value_or(0)}),
+            (std::vector<std::uint64_t>{4294967295, 7, 31, 1000, 900, 80}));
+  EXPECT_FALSE(local.volume(u'D').ready);
+  EXPECT_EQ(local.volume(u'D').file_system, u"CDFS");
+  EXPECT_EQ(local.volume(u'E').free, 5u);
+  EXPECT_FALSE(local.has_disc_device());
+  const Share& pay = *local.FindShare(u"pay");
+  EXPECT_EQ(*pay.user + *pay.password, u"clerkp");
+  EXPECT_EQ(pay.drive, &local.drives().at(u'C'));
+  EXPECT_TRUE(local.FindShare(u"odd")->provider_fails);
 }
 
 TEST(EstateFile, OfTheExampleIsSound) {

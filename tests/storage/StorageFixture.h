@@ -63,8 +63,9 @@ class StorageWorld : public SimulatedApartment {
 class StorageTest : public testing::Test, protected StorageWorld {
  protected:
   void TearDown() override {
-    for (const Counter counter : {Counter::kFile, Counter::kFiles, Counter::kFolder,
-                                  Counter::kFolders, Counter::kPathName, Counter::kPathNames}) {
+    for (const Counter counter :
+         {Counter::kFile, Counter::kFiles, Counter::kFolder, Counter::kFolders, Counter::kPathName,
+          Counter::kPathNames, Counter::kDrive, Counter::kDrives}) {
       EXPECT_EQ(Apartment::Current().counters[counter], 0) << static_cast<int>(counter);
     }
     EXPECT_EQ(ledger().Report(), "");

@@ -107,6 +107,7 @@ struct SECURITY_ATTRIBUTES {
 //    2  the last name of the path doesn't exist
 //    3  another name of the path, or its drive, doesn't exist; the path is empty
 //    5  the caller lacks the access
+//   21  there is no medium in the drive
 //   53  the server doesn't exist or can't be reached
 //   67  the server has no such share
 //  123  a name has a character that names can't have, or more than 255 characters
@@ -216,16 +217,18 @@ class FileSystem {
   virtual UINT GetDriveTypeW(LPCWSTR root_path_name) = 0;
 
   // The bytes of the volume that a folder lies on: free to the caller by his quota, in all, and
-  // free in all; each may be null. Non-zero on success; 21: no medium in the drive; 3, 5, 53, 67,
-  // 123. A drive needs no "\" behind it; a share does.
+  // free in all; each may be null, as may the folder: the current one. Non-zero on success; 3 for a
+  // missing folder; 267: a file; 5, 21, 53, 67, 123. A drive needs no "\" behind it; of a share
+  // it is asked, and in use it goes without.
   virtual BOOL GetDiskFreeSpaceExW(LPCWSTR folder, std::uint64_t* free_to_caller,
                                    std::uint64_t* total, std::uint64_t* total_free) = 0;
 
   // Describes the volume of a root path, which ends in "\" (null: the current folder's): its label
   // and file system as NUL-terminated texts in buffers of so many characters, its serial number,
   // the longest name, and the file system's flags. Every output may be null. Non-zero on success;
-  // 21: no medium; 3: no such drive; 53, 67; 123: not a root or without its "\"; 111 or 122 for a
-  // buffer too small.
+  // 3: no such drive; 144: a folder that is no root; 123: a share without the "\", or a drive
+  // without it that has another current folder than its root; 234 for a buffer too small; 5, 21,
+  // 53, 67.
   virtual BOOL GetVolumeInformationW(LPCWSTR root_path_name, LPWSTR volume_name,
                                      DWORD volume_name_size, DWORD* serial_number,
                                      DWORD* maximum_component_length, DWORD* flags,

@@ -12,6 +12,9 @@ struct UNIVERSAL_NAME_INFOW {
   LPWSTR lpUniversalName;
 };
 
+inline constexpr DWORD kResourceTypeAny = 0;
+inline constexpr DWORD kResourceTypeDisk = 1;
+inline constexpr DWORD kResourceTypePrint = 2;
 inline constexpr DWORD kConnectUpdateProfile = 0x1;
 
 struct NETRESOURCEW {
@@ -41,14 +44,15 @@ class NetworkProvider {
 
   // Connects to a resource. An empty `password` or `user_name` is taken as it stands, null as the
   // caller's own. `flags` with kConnectUpdateProfile keeps the connection over restarts. 85: the
-  // local name is in use; 66: the resource isn't of `dwType`; 67: no such resource; 53 or 1203: no
-  // such server; 86: wrong password; 5; 1200: an ill-formed local name; 1208: the provider's own
-  // failure; 1222: no network.
+  // local name is in use; 66: the resource isn't of `dwType`, or the local name isn't; 67: no such
+  // resource; 53 or 1203: no such server; 86: wrong password; 1326: no such user; 5; 87: no remote
+  // name; 1200: an ill-formed local name; 1208: the provider's own failure; 1222: no network.
   virtual DWORD WNetAddConnection3W(HWND owner, const NETRESOURCEW* resource, LPCWSTR password,
                                     LPCWSTR user_name, DWORD flags) = 0;
 
-  // Ends a connection by its local or remote name; with kConnectUpdateProfile for good. 2250: there
-  // is none; 2401: files are open and `force` is 0; 1208; 1222.
+  // Ends a connection by its local name, or the one without a local name by its remote name; with
+  // kConnectUpdateProfile for good. 2250: there is none; 2401: files are open and `force` is 0;
+  // 1208; 1222.
   virtual DWORD WNetCancelConnection2W(LPCWSTR name, DWORD flags, BOOL force) = 0;
 };
 

@@ -16,6 +16,7 @@ inline constexpr UINT kCodePageAnsi = 0;
 inline constexpr UINT kCodePageUtf8 = 65001;
 inline constexpr DWORD kMultiBytePrecomposed = 0x1;
 inline constexpr DWORD kMultiByteErrInvalidChars = 0x8;
+inline constexpr DWORD kWideErrInvalidChars = 0x80;
 
 inline constexpr UINT kLocalZeroInitialised = 0x40;
 
@@ -88,8 +89,10 @@ class System {
 
   // Converts UTF-16 to a code page and returns the number of bytes written, or needed if
   // `multi_byte_size` is 0. `wide_size` -1: the text ends with its NUL, which is converted too.
-  // What the code page lacks becomes its default character, with `*used_default` set if given;
-  // `default_character` null is the code page's own. 0 on failure: 122, 87, 1004 as above.
+  // What the code page lacks becomes a character that looks like it, or the default character, with
+  // `*used_default` set if given; `default_character` null is the code page's own. Neither goes
+  // with UTF-8 (87), where half a surrogate pair becomes U+FFFD, or 1113 under
+  // kWideErrInvalidChars. 0 on failure: 122, 87, 1004 as above.
   virtual INT WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, INT wide_size,
                                   char* multi_byte, INT multi_byte_size, LPCSTR default_character,
                                   BOOL* used_default) = 0;

@@ -1,5 +1,6 @@
 #include "platform/simulated/Computer.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <vector>
 
@@ -29,6 +30,27 @@ auto* FindIn(Map& map, TextView name) {
   return found == map.end() ? nullptr : &found->second;
 }
 
+// Any number that stays the same for a computer's drive.
+DWORD SerialOf(TextView computer, char16_t letter) {
+  DWORD hash = 2166136261;
+  for (const char16_t unit : ToUpper(Text(computer) + letter)) hash = (hash ^ unit) * 16777619;
+  return hash;
+}
+
+void Format(Volume& volume, UINT type) {
+  if (type == kDriveRemovable) {
+    volume.file_system = u"FAT32";
+    volume.flags = 0x206;
+    volume.total = volume.free = std::uint64_t{8} << 30;
+  } else if (type == kDriveCdrom) {
+    volume.file_system = u"CDFS";
+    volume.flags = 0x80005;
+    volume.maximum_component_length = 110;
+    volume.total = std::uint64_t{650} << 20;
+    volume.free = 0;
+  }
+}
+
 }  // namespace
 
 Computer::Computer(Text name, Ticks now)
@@ -49,12 +71,15 @@ FileNode& Computer::AddDrive(char16_t letter, UINT type) {
   drive.type = type;
   drive.root = std::make_shared<FileNode>(u"", true, now_);
   drive.root->Attributes(kFileAttributeHidden | kFileAttributeSystem);
+  drive.volume.serial = SerialOf(name_, letter);
+  Format(drive.volume, type);
   if (type == kDriveFixed) {
     const Text name = Text(1, letter) + u"$";
     shares_[name] = {.name = name,
                      .folder = drive.root,
                      .type = kShareTypeDisk | kShareTypeSpecial,
-                     .path = Text(1, letter) + u":\\"};
+                     .path = Text(1, letter) + u":\\",
+                     .drive = &drive};
   }
   return *drive.root;
 }
@@ -71,11 +96,13 @@ Share& Computer::AddShare(TextView name, TextView path, bool denied, DWORD type)
   if (!IsValidName(name) || (type == kShareTypeDisk && !has_folder)) {
     throw std::invalid_argument("a share needs a name and an existing folder");
   }
+  const Drive* const drive = folder ? &drives_.at(UpperCase(NamesOf(path)[0][0])) : nullptr;
   const auto [share, is_new] = shares_.emplace(ToUpper(name), Share{.name = Text(name),
                                                                     .folder = folder,
                                                                     .denied = denied,
                                                                     .type = type,
-                                                                    .path = Text(path)});
+                                                                    .path = Text(path),
+                                                                    .drive = drive});
   if (!is_new) throw std::invalid_argument("there is a share of this name");
   return share->second;
 }
@@ -112,6 +139,13 @@ Share* Computer::FindShare(TextView name) { return FindIn(shares_, name); }
 NamedObject* Computer::FindService(TextView name) { return FindIn(services_, name); }
 
 NamedObject* Computer::FindPrinter(TextView name) { return FindIn(printers_, name); }
+
+Volume& Computer::volume(char16_t letter) { return drives_.at(UpperCase(letter)).volume; }
+
+bool Computer::has_disc_device() const {
+  return disc_device_.value_or(std::ranges::any_of(
+      drives_, [](const auto& drive) { return drive.second.type == kDriveCdrom; }));
+}
 
 FileNode& Computer::Add(TextView path, bool is_folder) {
   const std::vector<TextView> names = NamesOf(path);

@@ -13,9 +13,23 @@
 
 namespace veldmark::simulated {
 
+// The file system on a drive, or on the medium in it. Sizes are bytes.
+struct Volume {
+  Text label;
+  Text file_system = u"NTFS";
+  DWORD serial = 0;
+  DWORD flags = 0x000700FF;
+  DWORD maximum_component_length = 255;
+  std::uint64_t total = std::uint64_t{64} << 30;
+  std::uint64_t free = std::uint64_t{16} << 30;
+  std::optional<std::uint64_t> free_to_caller;  // what is free, where nothing else is said
+  bool ready = true;                            // false: there is no medium in the drive
+};
+
 struct Drive {
   UINT type = kDriveFixed;
   std::shared_ptr<FileNode> root;
+  Volume volume;
 };
 
 struct Share {
@@ -25,6 +39,13 @@ struct Share {
   DWORD type = kShareTypeDisk;
   Text path{};             // of the folder on its computer, or the name of what else is shared
   SecurityRef security{};  // null: none
+  const Drive* drive = nullptr;  // the one that the folder lies on
+  // What a connection must give. A share that asks for either is closed without one.
+  std::optional<Text> user = std::nullopt;
+  std::optional<Text> password = std::nullopt;
+  bool provider_fails = false;  // connecting ends in the provider's own error
+
+  bool asks_who() const { return user.has_value() || password.has_value(); }
 };
 
 // A named object that has a descriptor.
@@ -60,6 +81,8 @@ class Computer {
   // object of the same name.
   void AddService(TextView name, std::optional<SecurityDescriptor> security = std::nullopt);
   void AddPrinter(TextView name, std::optional<SecurityDescriptor> security = std::nullopt);
+  // The volume of a drive that was added.
+  Volume& volume(char16_t letter);
 
   // The file or folder at a local path; null if there is none.
   std::shared_ptr<FileNode> Find(TextView path) const;
@@ -70,6 +93,10 @@ class Computer {
   Share* FindShare(TextView name);
   NamedObject* FindService(TextView name);
   NamedObject* FindPrinter(TextView name);
+
+  // Whether media commands find a disc player; without a word, where there is a drive for one.
+  bool has_disc_device() const;
+  void SetDiscDevice(bool present) { disc_device_ = present; }
 
   RegistryNode& local_machine() { return *local_machine_; }
   RegistryNode& users() { return *users_; }
@@ -83,6 +110,7 @@ class Computer {
   Ticks now_;
   bool reachable_ = true;
   RemoteRegistry remote_registry_ = RemoteRegistry::Allowed;
+  std::optional<bool> disc_device_;
   std::map<char16_t, Drive> drives_;
   std::map<Text, Share> shares_;
   std::map<Text, NamedObject> services_;

@@ -1,5 +1,6 @@
 #include "platform/simulated/Estate.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "platform/automation/CaseMapping.h"
@@ -7,6 +8,27 @@
 #include "platform/simulated/PublishedMessages.h"
 
 namespace veldmark::simulated {
+namespace {
+
+Text ConnectionKey(TextView computer, TextView share) {
+  return ToUpper(Text(computer) + u'\\' + Text(share));
+}
+
+}  // namespace
+
+std::optional<NetworkName> NetworkName::Parse(TextView text) {
+  if (!text.starts_with(u"\\\\")) return std::nullopt;
+  text.remove_prefix(2);
+  const std::size_t server_end = text.find(u'\\');
+  if (server_end == 0 || server_end == TextView::npos) return std::nullopt;
+  const std::size_t share_end = text.find(u'\\', server_end + 1);
+  NetworkName name{.server = Text(text.substr(0, server_end)),
+                   .share = Text(text.substr(server_end + 1, share_end - server_end - 1)),
+                   .below = Text()};
+  if (share_end != TextView::npos) name.below = text.substr(share_end + 1);
+  if (name.share.empty()) return std::nullopt;
+  return name;
+}
 
 Estate::Estate(WithoutComputers, Ticks now)
     : start_(now), now_(now), system_messages_(PublishedSystemMessages()) {
@@ -99,12 +121,32 @@ void Estate::MapDrive(char16_t letter, Text target) {
   if (letter < u'A' || letter > u'Z' || local().drives().contains(letter)) {
     throw std::invalid_argument("no free drive letter");
   }
-  const std::size_t server_end = target.find(u'\\', 2);
-  if (!target.starts_with(u"\\\\") || server_end == Text::npos || server_end + 1 == target.size()) {
+  if (!NetworkName::Parse(target)) {
     throw std::invalid_argument("a mapped drive needs a server and a share");
   }
   while (target.ends_with(u'\\')) target.pop_back();
   mapped_drives_[letter] = std::move(target);
+}
+
+void Estate::Connect(const Computer& computer, const Share& share) {
+  connections_.insert(ConnectionKey(computer.name(), share.name));
+}
+
+bool Estate::IsOpen(const Computer& computer, const Share& share) const {
+  return connections_.contains(ConnectionKey(computer.name(), share.name));
+}
+
+bool Estate::Disconnect(const Computer& computer, const Share& share) {
+  return connections_.erase(ConnectionKey(computer.name(), share.name)) != 0;
+}
+
+bool Estate::IsConnected(const Computer& computer, const Share& share) const {
+  if (IsOpen(computer, share)) return true;
+  const Text key = ConnectionKey(computer.name(), share.name);
+  return std::ranges::any_of(mapped_drives_, [&](const auto& mapped) {
+    const auto name = NetworkName::Parse(mapped.second);
+    return name && ConnectionKey(name->server, name->share) == key;
+  });
 }
 
 void Estate::AddSystemMessage(DWORD number, Text text) {

@@ -3,6 +3,8 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <optional>
+#include <set>
 
 #include "platform/automation/Text.h"
 #include "platform/operations/System.h"
@@ -10,6 +12,16 @@
 #include "platform/simulated/Token.h"
 
 namespace veldmark::simulated {
+
+// "\\srv\share\below", taken apart.
+struct NetworkName {
+  Text server;
+  Text share;
+  Text below;
+
+  // Nothing for a text without a server or without a share.
+  static std::optional<NetworkName> Parse(TextView text);
+};
 
 // A small world of computers, seen from one of them, with a clock that only moves when it is told
 // to. Everything that the simulated platform answers comes from here. Estates share nothing with
@@ -70,6 +82,16 @@ class Estate {
   // behind it).
   void MapDrive(char16_t letter, Text target);
   const std::map<char16_t, Text>& mapped_drives() const { return mapped_drives_; }
+  // False if the letter isn't redirected.
+  bool UnmapDrive(char16_t letter) { return mapped_drives_.erase(letter) != 0; }
+
+  // Connections to shares without a drive letter, by computer and share in upper case.
+  void Connect(const Computer& computer, const Share& share);
+  bool IsOpen(const Computer& computer, const Share& share) const;
+  // False if there is none.
+  bool Disconnect(const Computer& computer, const Share& share);
+  // Whether there is a connection to the share, with or without a drive letter.
+  bool IsConnected(const Computer& computer, const Share& share) const;
 
   // An object of the directory, by its distinguished name, with the descriptor that such objects
   // usually have unless one is given. Replaces an object of the same name.
@@ -101,6 +123,7 @@ class Estate {
   Text current_folder_ = u"C:\\";
   Text module_folder_ = u"C:\\Program Files\\Veldmark2";
   std::map<char16_t, Text> mapped_drives_;
+  std::set<Text> connections_;
   MessageTable system_messages_;
   std::map<Text, MessageTable> modules_;
 };

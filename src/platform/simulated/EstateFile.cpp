@@ -1,5 +1,6 @@
 #include "platform/simulated/EstateFile.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <fstream>
@@ -424,16 +425,46 @@ void ReadChildren(const Node& node, FileNode& folder, const Estate& estate, int 
   for (const Node& child : node.Elements()) ReadEntry(child, folder, estate, depth);
 }
 
+void ReadVolume(const Node& node, Volume& volume) {
+  static constexpr std::size_t kLongestLabel = 32;
+  const auto text = [&](const char* name, Text& value) {
+    const auto field = node.Field(name);
+    if (!field) return;
+    value = field->String();
+    if (value.size() > kLongestLabel) field->Complain("may have 32 characters");
+  };
+  const auto number = [&](const char* name, DWORD& value, DWORD most) {
+    if (const auto field = node.Field(name)) value = static_cast<DWORD>(field->Integer(0, most));
+  };
+  const auto bytes = [&](const Node& field, std::uint64_t most) {
+    return static_cast<std::uint64_t>(field.Integer(0, static_cast<std::int64_t>(most)));
+  };
+  text("label", volume.label);
+  text("fileSystem", volume.file_system);
+  number("serial", volume.serial, std::numeric_limits<DWORD>::max());
+  number("flags", volume.flags, std::numeric_limits<DWORD>::max());
+  number("maximumComponentLength", volume.maximum_component_length, 32767);
+  if (const auto total = node.Field("total")) volume.total = bytes(*total, kLargestFile);
+  volume.free = std::min(volume.free, volume.total);
+  if (const auto free = node.Field("free")) volume.free = bytes(*free, volume.total);
+  if (const auto free = node.Field("freeToCaller")) {
+    volume.free_to_caller = bytes(*free, volume.free);
+  }
+  if (const auto ready = node.Field("ready")) volume.ready = ready->Boolean();
+}
+
 void ReadDrives(const Node& node, Computer& computer, const Estate& estate) {
   static constexpr std::array<UINT, 4> kTypes = {kDriveFixed, kDriveRemovable, kDriveCdrom,
                                                  kDriveRamdisk};
   for (const auto& [name, drive] : node.Members()) {
     const char16_t letter = ReadDriveLetter(drive, name);
-    drive.OnlyFields({"type", "security", "children"});
+    drive.OnlyFields({"type", "security", "children", "label", "fileSystem", "serial", "flags",
+                      "maximumComponentLength", "total", "free", "freeToCaller", "ready"});
     const auto type_field = drive.Field("type");
     const UINT type =
         kTypes[type_field ? type_field->OneOf({"fixed", "removable", "cdrom", "ramdisk"}) : 0];
     FileNode& root = drive.Try([&]() -> FileNode& { return computer.AddDrive(letter, type); });
+    ReadVolume(drive, computer.volume(letter));
     if (const auto security = drive.Field("security")) {
       root.Security(ReadSecurity(*security, estate));
     }
@@ -445,7 +476,8 @@ void ReadShares(const Node& node, Computer& computer, const Estate& estate) {
   static constexpr std::array<DWORD, 4> kTypes = {kShareTypeDisk, kShareTypePrintQueue,
                                                   kShareTypeDevice, kShareTypeIpc};
   for (const Node& share : node.Elements()) {
-    share.OnlyFields({"name", "path", "denied", "type", "security"});
+    share.OnlyFields(
+        {"name", "path", "denied", "type", "security", "user", "password", "providerFails"});
     const Text name = share.Required("name").String();
     const auto type_field = share.Field("type");
     const DWORD type =
@@ -456,6 +488,9 @@ void ReadShares(const Node& node, Computer& computer, const Estate& estate) {
     Share& added = (path ? *path : share).Try([&]() -> Share& {
       return computer.AddShare(name, path_text, denied && denied->Boolean(), type);
     });
+    if (const auto user = share.Field("user")) added.user = user->String();
+    if (const auto password = share.Field("password")) added.password = password->String();
+    if (const auto fails = share.Field("providerFails")) added.provider_fails = fails->Boolean();
     const auto security = share.Field("security");
     if (security && !security->json().is_null()) {
       added.security = SecurityBlock::Make(ReadSecurity(*security, estate));
@@ -561,8 +596,8 @@ void ReadRegistry(const Node& node, Computer& computer, Estate& estate) {
 }
 
 void ReadComputer(const Node& node, Estate& estate) {
-  node.OnlyFields({"name", "reachable", "remoteRegistry", "drives", "shares", "registry",
-                   "services", "printers"});
+  node.OnlyFields({"name", "reachable", "remoteRegistry", "discDevice", "drives", "shares",
+                   "registry", "services", "printers"});
   const Node name = node.Required("name");
   Computer& computer = name.Try([&]() -> Computer& { return estate.AddComputer(name.String()); });
   if (const auto reachable = node.Field("reachable")) computer.SetReachable(reachable->Boolean());
@@ -571,6 +606,7 @@ void ReadComputer(const Node& node, Estate& estate) {
         RemoteRegistry::Allowed, RemoteRegistry::Denied, RemoteRegistry::Stopped};
     computer.SetRemoteRegistry(kStates[remote->OneOf({"allowed", "denied", "stopped"})]);
   }
+  if (const auto device = node.Field("discDevice")) computer.SetDiscDevice(device->Boolean());
   if (const auto drives = node.Field("drives")) ReadDrives(*drives, computer, estate);
   if (const auto shares = node.Field("shares")) ReadShares(*shares, computer, estate);
   if (const auto registry = node.Field("registry")) {

@@ -131,11 +131,16 @@ Place FindRoot(const Path& path, Estate& estate) {
   Place place;
   Text server = path.server;
   Text share_name = path.share;
-  TextView below;
+  Text below;
   if (path.drive != 0) {
     const auto drive = estate.local().drives().find(path.drive);
     if (drive != estate.local().drives().end()) {
-      place.node = drive->second.root;
+      place.drive = &drive->second;
+      if (place.drive->volume.ready) {
+        place.node = place.drive->root;
+      } else {
+        place.error = kErrorNotReady;
+      }
       return place;
     }
     const auto mapped = estate.mapped_drives().find(path.drive);
@@ -143,12 +148,10 @@ Place FindRoot(const Path& path, Estate& estate) {
       place.error = kErrorPathNotFound;
       return place;
     }
-    const TextView target = TextView(mapped->second).substr(2);
-    const std::size_t server_end = target.find(u'\\');
-    const std::size_t share_end = target.find(u'\\', server_end + 1);
-    server = target.substr(0, server_end);
-    share_name = target.substr(server_end + 1, share_end - server_end - 1);
-    if (share_end != TextView::npos) below = target.substr(share_end + 1);
+    const auto target = NetworkName::Parse(mapped->second);
+    server = target->server;
+    share_name = target->share;
+    below = target->below;
   }
   const Computer* const computer = estate.ReachComputer(server);
   if (computer == nullptr) {
@@ -160,8 +163,17 @@ Place FindRoot(const Path& path, Estate& estate) {
     return place;
   }
   const Share* const share = computer->FindShare(share_name);
-  if (share == nullptr || share->denied) {
-    place.error = share == nullptr ? kErrorBadNetName : kErrorAccessDenied;
+  if (share == nullptr) {
+    place.error = kErrorBadNetName;
+    return place;
+  }
+  place.drive = share->drive;
+  if (share->denied || (share->asks_who() && !estate.IsConnected(*computer, *share))) {
+    place.error = kErrorAccessDenied;
+    return place;
+  }
+  if (!place.drive->volume.ready) {
+    place.error = kErrorNotReady;
     return place;
   }
   if (share->folder == nullptr) {

@@ -34,6 +34,7 @@ struct Place {
       folder;  // the folder that has, or could have, the last name; null for a root
   Text name;   // the last name; empty for a root
   const Share* share = nullptr;  // what the path leads through
+  const Drive* drive = nullptr;  // the drive that it lies on, where the root was found
 };
 
 // Looks a parsed path up on the estate's computers. If only the last name is missing, the error is

@@ -66,6 +66,8 @@ struct Session {
   // Files and tokens are closed by the same operation.
   std::map<std::uintptr_t, std::unique_ptr<OpenFile>> files;
   std::map<std::uintptr_t, OpenToken> tokens;
+  // The file handles that hold a connection open: its drive ("Z:") or share, in upper case.
+  std::map<std::uintptr_t, Text> network_handles;
 
  private:
   void* Allocate(Blocks& blocks, Resource resource, std::size_t size, std::string_view operation,

@@ -54,6 +54,26 @@ bool IsListed(TextView pattern, TextView name, TextView short_name) {
          (!short_name.empty() && MatchesPattern(pattern, ToUpper(short_name)));
 }
 
+// The connection that an open file of this path goes through, as WNetCancelConnection2W names it;
+// empty for local files.
+Text ConnectionOf(const Path& path, const Estate& estate) {
+  if (path.drive == 0) return ToUpper(u"\\\\" + path.server + u"\\" + path.share);
+  return estate.mapped_drives().contains(path.drive) ? Text{path.drive, u':'} : Text();
+}
+
+// Copies a text with its NUL where there is a buffer; false if that is too small.
+bool Deliver(TextView text, LPWSTR buffer, DWORD size) {
+  if (buffer == nullptr) return true;
+  if (size <= text.size()) return false;
+  buffer[text.copy(buffer, text.size())] = u'\0';
+  return true;
+}
+
+template <typename T>
+void Deliver(T value, T* output) {
+  if (output != nullptr) *output = value;
+}
+
 }  // namespace
 
 SimulatedFileSystem::~SimulatedFileSystem() {
@@ -319,6 +339,8 @@ HANDLE SimulatedFileSystem::CreateFileW(LPCWSTR file_name, DWORD desired_access,
   const std::uintptr_t value = session_.NewHandle();
   session_.files[value] = std::move(file);
   session_.ledger.Opened(Resource::FileHandle, value, "CreateFileW", ToUtf8(ViewOf(file_name)));
+  Text connection = ConnectionOf(path, session_.estate);
+  if (!connection.empty()) session_.network_handles[value] = std::move(connection);
   if (existed && (creation_disposition == kCreateAlways || creation_disposition == kOpenAlways)) {
     SetLastPlatformError(kErrorAlreadyExists);
   }
@@ -414,6 +436,7 @@ BOOL SimulatedFileSystem::CloseHandle(HANDLE object) {
   const auto found = session_.files.find(ValueOf(object));
   Release(*found->second);
   session_.files.erase(found);
+  session_.network_handles.erase(ValueOf(object));
   return fault == 0 ? 1 : Fail(fault);
 }
 
@@ -480,22 +503,61 @@ UINT SimulatedFileSystem::GetDriveTypeW(LPCWSTR root_path_name) {
   const bool is_bare_drive = ViewOf(root_path_name).size() == 2 && path.drive != 0;
   if (root_path_name == nullptr || is_bare_drive) path.names.clear();
   if (path.error != 0 || !path.names.empty()) return kDriveNoRootDir;
-  if (FindRoot(path, session_.estate).node == nullptr) return kDriveNoRootDir;
+  const Place root = FindRoot(path, session_.estate);
+  if (root.node == nullptr && root.error != kErrorNotReady) return kDriveNoRootDir;
   const auto& drives = session_.estate.local().drives();
   const auto drive = drives.find(path.drive);
   return drive == drives.end() ? kDriveRemote : drive->second.type;
 }
 
-BOOL SimulatedFileSystem::GetDiskFreeSpaceExW(LPCWSTR folder, std::uint64_t*, std::uint64_t*,
-                                              std::uint64_t*) {
-  session_.BeginSafe("GetDiskFreeSpaceExW", ViewOf(folder));
-  return Fail(kErrorNotSupported);
+BOOL SimulatedFileSystem::GetDiskFreeSpaceExW(LPCWSTR folder, std::uint64_t* free_to_caller,
+                                              std::uint64_t* total, std::uint64_t* total_free) {
+  if (const DWORD fault = session_.Begin("GetDiskFreeSpaceExW", ViewOf(folder))) return Fail(fault);
+  const Path path = Path::Parse(
+      folder == nullptr ? session_.estate.current_folder() : ViewOf(folder), session_.estate);
+  const Place place = Find(path, session_.estate);
+  if (place.node == nullptr) {
+    return Fail(place.error == kErrorFileNotFound ? kErrorPathNotFound : place.error);
+  }
+  if (!place.node->is_folder()) return Fail(kErrorDirectory);
+  if (place.node->list_denied()) return Fail(kErrorAccessDenied);
+  const Volume& volume = place.drive->volume;
+  Deliver(volume.free_to_caller.value_or(volume.free), free_to_caller);
+  Deliver(volume.total, total);
+  Deliver(volume.free, total_free);
+  return 1;
 }
 
-BOOL SimulatedFileSystem::GetVolumeInformationW(LPCWSTR root_path_name, LPWSTR, DWORD, DWORD*,
-                                                DWORD*, DWORD*, LPWSTR, DWORD) {
-  session_.BeginSafe("GetVolumeInformationW", ViewOf(root_path_name));
-  return Fail(kErrorNotSupported);
+BOOL SimulatedFileSystem::GetVolumeInformationW(LPCWSTR root_path_name, LPWSTR volume_name,
+                                                DWORD volume_name_size, DWORD* serial_number,
+                                                DWORD* maximum_component_length, DWORD* flags,
+                                                LPWSTR file_system_name,
+                                                DWORD file_system_name_size) {
+  if (const DWORD fault = session_.Begin("GetVolumeInformationW", ViewOf(root_path_name))) {
+    return Fail(fault);
+  }
+  Path path = Path::Parse(
+      root_path_name == nullptr ? session_.estate.current_folder() : ViewOf(root_path_name),
+      session_.estate);
+  if (path.error != 0) return Fail(path.error);
+  const TextView given = ViewOf(root_path_name);
+  if (root_path_name == nullptr) {
+    path.names.clear();
+  } else if (!path.names.empty()) {
+    // A drive alone stands for the folder that is current there.
+    return Fail(given.ends_with(u':') ? kErrorInvalidName : kErrorDirNotRoot);
+  } else if (path.drive == 0 && !given.ends_with(u'\\')) {
+    return Fail(kErrorInvalidName);
+  }
+  const Place root = FindRoot(path, session_.estate);
+  if (root.node == nullptr) return Fail(root.error);
+  const Volume& volume = root.drive->volume;
+  Deliver(volume.serial, serial_number);
+  Deliver(volume.maximum_component_length, maximum_component_length);
+  Deliver(volume.flags, flags);
+  const bool fits = Deliver(volume.label, volume_name, volume_name_size) &&
+                    Deliver(volume.file_system, file_system_name, file_system_name_size);
+  return fits ? 1 : Fail(kErrorMoreData);
 }
 
 bool SimulatedFileSystem::Advance(OpenFind& find, WIN32_FIND_DATAW* data) const {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "platform/operations/ErrorCodes.h"
@@ -10,6 +12,8 @@ namespace veldmark::simulated {
 namespace {
 
 constexpr UINT kCodePageWestern = 1252;
+// They choose among ways to write what a code page lacks, of which it has but one here.
+constexpr DWORD kBestFitAndCompositionFlags = 0x670;
 
 // Copies a name with its NUL if `size` characters are enough for it.
 bool Copy(TextView name, LPWSTR buffer, DWORD size) {
@@ -20,12 +24,28 @@ bool Copy(TextView name, LPWSTR buffer, DWORD size) {
 }
 
 // The Western code page: Latin-1 but for these 32. Bytes without a character stand for themselves.
+constexpr std::array<char16_t, 32> kWesternHigh = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+constexpr unsigned char kFirstWesternHigh = 0x80;
+
 char16_t FromWestern(unsigned char byte) {
-  static constexpr std::array<char16_t, 32> kHigh = {
-      0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-      0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-      0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-  return byte >= 0x80 && byte < 0xA0 ? kHigh[byte - 0x80] : byte;
+  const std::size_t index = byte - std::size_t{kFirstWesternHigh};
+  return index < kWesternHigh.size() ? kWesternHigh[index] : byte;
+}
+
+std::optional<char> ToWestern(char16_t unit) {
+  const auto* const found = std::ranges::find(kWesternHigh, unit);
+  if (found != kWesternHigh.end()) {
+    return static_cast<char>(kFirstWesternHigh + (found - kWesternHigh.begin()));
+  }
+  if (unit > 0xFF || FromWestern(static_cast<unsigned char>(unit)) != unit) return std::nullopt;
+  return static_cast<char>(unit);
+}
+
+bool IsKnown(UINT code_page) {
+  return code_page == kCodePageUtf8 || code_page == kCodePageAnsi || code_page == kCodePageWestern;
 }
 
 }  // namespace
@@ -112,9 +132,7 @@ INT SimulatedSystem::MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR mul
     return Fail(kErrorInvalidParameter);
   }
   const bool is_utf8 = code_page == kCodePageUtf8;
-  if (!is_utf8 && code_page != kCodePageAnsi && code_page != kCodePageWestern) {
-    return Fail(kErrorInvalidParameter);
-  }
+  if (!IsKnown(code_page)) return Fail(kErrorInvalidParameter);
   const DWORD known =
       is_utf8 ? kMultiByteErrInvalidChars : kMultiBytePrecomposed | kMultiByteErrInvalidChars;
   if ((flags & ~known) != 0) return Fail(kErrorInvalidFlags);
@@ -138,9 +156,40 @@ INT SimulatedSystem::MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR mul
   return static_cast<INT>(text.size());
 }
 
-INT SimulatedSystem::WideCharToMultiByte(UINT, DWORD, LPCWSTR, INT, char*, INT, LPCSTR, BOOL*) {
-  session_.BeginSafe("WideCharToMultiByte");
-  return Fail(kErrorNotSupported);
+INT SimulatedSystem::WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, INT wide_size,
+                                         char* multi_byte, INT multi_byte_size,
+                                         LPCSTR default_character, BOOL* used_default) {
+  if (const DWORD fault = session_.Begin("WideCharToMultiByte")) return Fail(fault);
+  const bool is_utf8 = code_page == kCodePageUtf8;
+  if (wide == nullptr || wide_size == 0 || wide_size < -1 || multi_byte_size < 0 ||
+      (multi_byte_size > 0 && multi_byte == nullptr) || !IsKnown(code_page) ||
+      (is_utf8 && (default_character != nullptr || used_default != nullptr))) {
+    return Fail(kErrorInvalidParameter);
+  }
+  const DWORD known = is_utf8 ? kWideErrInvalidChars : kBestFitAndCompositionFlags;
+  if ((flags & ~known) != 0) return Fail(kErrorInvalidFlags);
+  const TextView text = wide_size == -1 ? TextView(wide, TextView(wide).size() + 1)
+                                        : TextView(wide, static_cast<std::size_t>(wide_size));
+  std::string bytes;
+  if (is_utf8) {
+    bytes = ToUtf8(text);
+    if (flags != 0 && FromUtf8(bytes) != text) return Fail(kErrorNoUnicodeTranslation);
+  } else {
+    bool lacking = false;
+    for (const char16_t unit : text) {
+      const std::optional<char> byte = ToWestern(unit);
+      lacking |= !byte;
+      bytes += byte.value_or(default_character == nullptr ? '?' : *default_character);
+    }
+    if (used_default != nullptr) *used_default = lacking;
+  }
+  if (multi_byte_size > 0) {
+    if (bytes.size() > static_cast<std::size_t>(multi_byte_size)) {
+      return Fail(kErrorInsufficientBuffer);
+    }
+    std::copy(bytes.begin(), bytes.end(), multi_byte);
+  }
+  return static_cast<INT>(bytes.size());
 }
 
 INT SimulatedSystem::lstrlenW(LPCWSTR text) {

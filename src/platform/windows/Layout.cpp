@@ -89,6 +89,17 @@ static_assert(offsetof(SYSTEMTIME, wMinute) == offsetof(::SYSTEMTIME, wMinute));
 static_assert(offsetof(SYSTEMTIME, wSecond) == offsetof(::SYSTEMTIME, wSecond));
 static_assert(offsetof(SYSTEMTIME, wMilliseconds) == offsetof(::SYSTEMTIME, wMilliseconds));
 
+static_assert(sizeof(NETRESOURCEW) == sizeof(::NETRESOURCEW) &&
+              alignof(NETRESOURCEW) == alignof(::NETRESOURCEW));
+static_assert(offsetof(NETRESOURCEW, dwScope) == offsetof(::NETRESOURCEW, dwScope));
+static_assert(offsetof(NETRESOURCEW, dwType) == offsetof(::NETRESOURCEW, dwType));
+static_assert(offsetof(NETRESOURCEW, dwDisplayType) == offsetof(::NETRESOURCEW, dwDisplayType));
+static_assert(offsetof(NETRESOURCEW, dwUsage) == offsetof(::NETRESOURCEW, dwUsage));
+static_assert(offsetof(NETRESOURCEW, lpLocalName) == offsetof(::NETRESOURCEW, lpLocalName));
+static_assert(offsetof(NETRESOURCEW, lpRemoteName) == offsetof(::NETRESOURCEW, lpRemoteName));
+static_assert(offsetof(NETRESOURCEW, lpComment) == offsetof(::NETRESOURCEW, lpComment));
+static_assert(offsetof(NETRESOURCEW, lpProvider) == offsetof(::NETRESOURCEW, lpProvider));
+
 static_assert(sizeof(TIME_ZONE_INFORMATION) == sizeof(::TIME_ZONE_INFORMATION) &&
               alignof(TIME_ZONE_INFORMATION) == alignof(::TIME_ZONE_INFORMATION));
 static_assert(offsetof(TIME_ZONE_INFORMATION, Bias) == offsetof(::TIME_ZONE_INFORMATION, Bias));
@@ -234,6 +245,18 @@ static_assert(kErrorGenericNotMapped == ERROR_GENERIC_NOT_MAPPED);
 static_assert(kErrorRpcServerUnavailable == RPC_S_SERVER_UNAVAILABLE);
 static_assert(kErrorInvalidPrinterName == ERROR_INVALID_PRINTER_NAME);
 static_assert(kErrorNetNameNotFound == NERR_NetNameNotFound);
+static_assert(kErrorTooManyOpenFiles == ERROR_TOO_MANY_OPEN_FILES);
+static_assert(kErrorOutOfMemory == ERROR_OUTOFMEMORY);
+static_assert(kErrorNotReady == ERROR_NOT_READY);
+static_assert(kErrorLockViolation == ERROR_LOCK_VIOLATION);
+static_assert(kErrorHandleDiskFull == ERROR_HANDLE_DISK_FULL);
+static_assert(kErrorBadDevType == ERROR_BAD_DEV_TYPE);
+static_assert(kErrorAlreadyAssigned == ERROR_ALREADY_ASSIGNED);
+static_assert(kErrorInvalidPassword == ERROR_INVALID_PASSWORD);
+static_assert(kErrorDirNotRoot == ERROR_DIR_NOT_ROOT);
+static_assert(kErrorBusy == ERROR_BUSY);
+static_assert(kErrorLogonFailure == ERROR_LOGON_FAILURE);
+static_assert(kErrorOpenFiles == ERROR_OPEN_FILES);
 
 // FileSystem.h
 static_assert(kMaxPath == MAX_PATH);
@@ -287,6 +310,10 @@ static_assert(kDriveRamdisk == DRIVE_RAMDISK);
 // NetworkProvider.h
 static_assert(kUniversalNameInfoLevel == UNIVERSAL_NAME_INFO_LEVEL);
 static_assert(kRemoteNameInfoLevel == REMOTE_NAME_INFO_LEVEL);
+static_assert(kResourceTypeAny == RESOURCETYPE_ANY);
+static_assert(kResourceTypeDisk == RESOURCETYPE_DISK);
+static_assert(kResourceTypePrint == RESOURCETYPE_PRINT);
+static_assert(kConnectUpdateProfile == CONNECT_UPDATE_PROFILE);
 
 // Messages.h
 static_assert(kLoadLibraryAsDatafile == LOAD_LIBRARY_AS_DATAFILE);
@@ -330,6 +357,7 @@ static_assert(kCodePageAnsi == CP_ACP);
 static_assert(kCodePageUtf8 == CP_UTF8);
 static_assert(kMultiBytePrecomposed == MB_PRECOMPOSED);
 static_assert(kMultiByteErrInvalidChars == MB_ERR_INVALID_CHARS);
+static_assert(kWideErrInvalidChars == WC_ERR_INVALID_CHARS);
 
 static_assert(kLocalZeroInitialised == LMEM_ZEROINIT);
 

@@ -1,5 +1,6 @@
 #include "platform/windows/WindowsFileSystem.h"
 
+#include "platform/operations/ErrorCodes.h"
 #include "platform/windows/Recorded.h"
 #include "platform/windows/Sdk.h"
 #include "platform/windows/WineDifferences.h"
@@ -122,11 +123,16 @@ UINT WindowsFileSystem::GetDriveTypeW(LPCWSTR root_path_name) {
 
 BOOL WindowsFileSystem::GetDiskFreeSpaceExW(LPCWSTR folder, std::uint64_t* free_to_caller,
                                             std::uint64_t* total, std::uint64_t* total_free) {
-  return RecordedOn(folder, [&] {
+  const BOOL told = RecordedOn(folder, [&] {
     return ::GetDiskFreeSpaceExW(Sdk(folder), reinterpret_cast<::ULARGE_INTEGER*>(free_to_caller),
                                  reinterpret_cast<::ULARGE_INTEGER*>(total),
                                  reinterpret_cast<::ULARGE_INTEGER*>(total_free));
   });
+  // Wine tells a missing folder as a missing file.
+  if (LastPlatformError() == kErrorFileNotFound && RunsUnderWine()) {
+    SetLastPlatformError(kErrorPathNotFound);
+  }
+  return told;
 }
 
 BOOL WindowsFileSystem::GetVolumeInformationW(LPCWSTR root_path_name, LPWSTR volume_name,

@@ -13,9 +13,6 @@
 namespace veldmark {
 namespace {
 
-// What Wine says of a network path whose server it can't reach.
-constexpr DWORD kBadDeviceType = ERROR_BAD_DEV_TYPE;
-
 bool StartsWith(std::wstring_view text, std::wstring_view start) {
   return text.substr(0, start.size()) == start;
 }
@@ -56,7 +53,9 @@ DWORD PublishedPathError(LPCWSTR path, DWORD code) {
   if (path == nullptr || !RunsUnderWine()) return code;
   const std::wstring_view text = reinterpret_cast<const wchar_t*>(path);
   if (code == kErrorFileNotFound && DriveIsMissing(text)) return kErrorPathNotFound;
-  if ((code == kErrorPathNotFound || code == kBadDeviceType) && ShareIsMissing(text)) {
+  const bool may_be_network =
+      code == kErrorPathNotFound || code == kErrorBadDevType || code == kErrorDirNotRoot;
+  if (may_be_network && ShareIsMissing(text)) {
     return kErrorBadNetPath;
   }
   return code;

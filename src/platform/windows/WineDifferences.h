@@ -11,8 +11,8 @@ namespace veldmark {
 bool RunsUnderWine();
 
 /// The published code for a failure that a file operation reported on a path. Wine answers 2 for
-/// what lies on a missing drive (published: 3), and 3 or 66 for what lies on a missing server
-/// (published: 53). Elsewhere the code is returned as it is.
+/// what lies on a missing drive (published: 3), and 3, 66 or 144 for what lies on a missing
+/// server (published: 53). Elsewhere the code is returned as it is.
 DWORD PublishedPathError(LPCWSTR path, DWORD code);
 
 /// Whether this is a server ("\\\\srv" or "srv") other than the computer that this process runs on,

@@ -1,0 +1,65 @@
+#include <array>
+
+#include "collections/CDrives.h"
+#include "frame/CSupport.h"
+#include "frame/Errors.h"
+#include "frame/Support.h"
+#include "storage/CDrive.h"
+
+namespace veldmark {
+namespace {
+
+FileSystem& Files() { return Apartment::Current().platform.files; }
+
+/// A count of bytes as a currency value of that many units; raises 6 where it has none.
+Variant SizeOf(std::uint64_t bytes) {
+  constexpr std::int64_t kLimit = INT64_MAX / Currency::kScale;
+  const auto count = static_cast<std::int64_t>(bytes);
+  if (count > kLimit || count < -kLimit) Raise(runtime_error::kOverflow);
+  return Variant(Currency{count * Currency::kScale});
+}
+
+}  // namespace
+
+Ref<CDrives> CSupport::GetDrives() {
+  return ReRaising([&] {
+    auto drives = Make<CDrives>();
+    constexpr DWORD kLength = 256;
+    std::array<WCHAR, kLength + 1> buffer{};
+    Files().GetLogicalDriveStringsW(kLength, buffer.data());
+    const TextView roots(buffer.data(), kLength);
+    for (std::size_t end = roots.find(u'\\', 2); end != TextView::npos;
+         end = roots.find(u'\\', end + 1)) {
+      drives->Add(GetDriveInfo(Text(roots.substr(end - 2, 2)), false).Get());
+    }
+    return drives;
+  });
+}
+
+Ref<CDrive> CSupport::GetDriveInfo(const Text& drive_path, bool load_info) {
+  return ReRaising([&] {
+    auto drive = Make<CDrive>();
+    drive->Path = drive_path;
+    drive->DriveLetter = drive->Path.substr(0, 1);
+    drive->DriveType = static_cast<DriveTypeConst>(Files().GetDriveTypeW(drive->Path.c_str()));
+    if (load_info) LoadDriveInfo(*drive);
+    return drive;
+  });
+}
+
+void CSupport::LoadDriveInfo(CDrive& drive) {
+  ReRaising([&] {
+    const Text root = drive.DriveType == DT_Remote ? drive.ShareName() : drive.DriveLetter + u":\\";
+    std::uint64_t free_to_caller = 0;
+    std::uint64_t total = 0;
+    std::uint64_t total_free = 0;
+    if (!Files().GetDiskFreeSpaceExW(root.c_str(), &free_to_caller, &total, &total_free)) {
+      Raise(Err().Number(), Err().Source(), GetAPIErrorText(Err().LastDllError()));
+    }
+    drive.PutTotalSize(SizeOf(total));
+    drive.PutFreeSpace(SizeOf(total_free));
+    drive.PutAvailableSpace(drive.FreeSpace());
+  });
+}
+
+}  // namespace veldmark

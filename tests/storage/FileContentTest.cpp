@@ -1,0 +1,390 @@
+#include "frame/SystemRoot.h"
+#include "platform/operations/Handles.h"
+#include "storage/StorageFixture.h"
+
+namespace veldmark {
+namespace {
+
+std::string ContentOf(simulated::Computer& computer, TextView path) {
+  const auto file = computer.Find(path);
+  if (!file) return "no file";
+  std::string bytes(file->size(), '\0');
+  file->Read(0, bytes.data(), bytes.size());
+  return bytes;
+}
+
+ByteArray BytesOf(std::string_view text, std::int32_t lower = 0) {
+  return ByteArray({text.begin(), text.end()}, lower);
+}
+
+class FileContents : public StorageTest {
+ protected:
+  std::string Content(TextView path) { return ContentOf(local(), path); }
+  void Set(TextView path, std::string_view bytes) {
+    const auto file = local().Find(path);
+    (file ? *file : local().AddFile(path)).Content(bytes);
+  }
+
+  const Ref<SystemRoot> root_ = Make<SystemRoot>();
+};
+
+TEST_F(FileContents, ExistAsWhateverTheirNameFinds) {
+  local().AddDrive(u'G');
+  struct Case {
+    const char16_t* path;
+    bool file, folder;
+  };
+  const Case cases[] = {
+      {u"C:\\D\\a", true, true},
+      {u"C:\\D\\a\\", false, true},
+      {u"C:\\D", true, true},
+      {u"C:\\D\\", false, true},
+      {u"C:\\D\\*", true, true},
+      {u"C:\\D\\none", false, false},
+      {u"C:\\None\\none", false, false},
+      {u"C:\\", false, true},
+      {u"C:", false, true},
+      {u"G:\\", false, false},  // nothing in it to find
+      {u"Q:\\", false, false},
+      {u"\\\\SRV\\Share", false, true},
+      {u"\\\\SRV\\Share\\Deep", true, true},
+      {u"\\\\NOBODY\\Share", false, false},
+      {u"C:\\Secret", true, true},
+      {u"C:\\Secret\\s", false, false},
+      {u"", false, false},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(root_->FileExists(c.path), c.file) << ToUtf8(c.path);
+    EXPECT_EQ(root_->FolderExists(c.path), c.folder) << ToUtf8(c.path);
+  }
+}
+
+TEST_F(FileContents, AreReadAsTextByTheRulesOfEachGeneration) {
+  struct Case {
+    std::string_view bytes;
+    TextView statements, api;
+  };
+  using namespace std::string_view_literals;
+  const Case cases[] = {
+      {"\xFF\xFE"
+       "A\0B\0C\0"sv,
+       u"ABC", u"ABC"},
+      {"\xFF\xFE"
+       "A\0"sv,
+       u"A", u"\uFEFFA"},
+      {"\xFF\xFE"
+       "A"sv,
+       u"", u"\uFEFF"},
+      {"ten ASCII!", u"ten ASCII!", u"ten ASCII!"},
+      {"abcdef", u"abcdef", u"\u6261\u6463\u6665"},
+      {"abcdefg", u"abcdefg", u"\u6261\u6463\u6665"},
+      {"abcdefgh", u"abcdefgh", u"abcdefgh"},
+      {"x", u"x", u""},
+      {"\x80 and \xE9 too", u"\u20AC and \u00E9 too", u"\u20AC and \u00E9 too"},
+      {"a\0b\0c\0d\0"sv, TextView(u"a\0b\0c\0d\0", 8), u"abcd"},
+      {"abcd\0efgh"sv, TextView(u"abcd\0efgh", 9), TextView(u"abcd\0efgh", 9)},
+      {"\xFE\xFF"
+       "A\0B\0C\0D"sv,
+       TextView(u"\u00FE\u00FFA\0B\0C\0D", 9), u"\uFFFEABC"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.bytes);
+    Set(u"C:\\D\\t", c.bytes);
+    EXPECT_EQ(root_->ReadTextFile(u"C:\\D\\t"), c.statements);
+    EXPECT_EQ(root_->ReadTextFileAPI(u"C:\\D\\t"), c.api);
+    EXPECT_EQ(root_->ReadBinaryFileAPI(u"C:\\D\\t"), BytesOf(c.bytes));
+    EXPECT_EQ(Content(u"C:\\D\\t"), c.bytes);
+  }
+}
+
+TEST_F(FileContents, AreRefusedWithTheNumbersOfEachGeneration) {
+  local().AddFile(u"C:\\D\\locked", "content").Locked();
+  local().AddFile(u"C:\\D\\readonly", "content").Attributes(kFileAttributeReadOnly);
+  Text deep = u"C:\\D";
+  for (int i = 0; i < 6; ++i) deep += u"\\" + Text(50, u'n');
+  local().AddFile(deep, "far below");
+  struct Case {
+    Text path;
+    std::int32_t statements, api;
+  };
+  const Case cases[] = {
+      {u"C:\\D\\fresh", 0, 2},
+      {u"C:\\D\\b", 0, 9},
+      {u"C:\\None\\f", 76, 3},
+      {u"C:\\D\\locked", 70, 32},
+      {u"C:\\D\\readonly", 75, 0},
+      {u"C:\\D", 75, 5},
+      {u"C:\\D\\a?b", 52, 123},
+      {u"\\\\NOBODY\\s\\f", 52, 53},
+      {u"\\\\SRV\\None\\f", 52, 67},
+      {u"\\\\?\\C:\\D\\a", 0, 0},
+      {u"", 76, 123},
+      {deep, 76, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(ToUtf8(c.path));
+    EXPECT_EQ(ErrorOf([&] { root_->ReadTextFileAPI(c.path); }), c.api);
+    if (c.api != 0 && c.api != 9) {
+      EXPECT_EQ(Err().Description(), GetAPIErrorText(c.api));
+      EXPECT_EQ(Err().Source(), u"Veldmark2.SystemRoot");
+    }
+    EXPECT_EQ(ErrorOf([&] { root_->ReadBinaryFileAPI(c.path); }), c.api);
+    EXPECT_EQ(ErrorOf([&] { root_->ReadTextFile(c.path); }), c.statements);
+    if (c.statements != 0) {
+      EXPECT_EQ(Err().Description(), StandardErrorText(c.statements));
+    }
+    EXPECT_EQ(ErrorOf([&] { root_->WriteTextFile(c.path, u"", false); }), c.statements);
+  }
+  EXPECT_EQ(Content(u"C:\\D\\fresh"), "") << "reading by the statements makes a missing file";
+  EXPECT_EQ(root_->ReadTextFileAPI(deep), u"far below");
+
+  const std::pair<DWORD, std::int32_t> codes[] = {
+      {2, 53},  {3, 76},  {4, 67},   {5, 75},   {8, 7},    {19, 70},  {21, 71},  {32, 70},
+      {33, 70}, {67, 52}, {112, 61}, {170, 55}, {183, 58}, {206, 52}, {267, 76}, {1117, 57}};
+  for (const auto& [code, number] : codes) {
+    faults().FailEvery("CreateFileW", code);
+    EXPECT_EQ(ErrorOf([&] { root_->ReadTextFile(u"C:\\D\\a"); }), number) << code;
+    faults().Clear();
+  }
+}
+
+TEST_F(FileContents, OfTwoGibibytesAndMoreAreNotRead) {
+  simulated::FileNode& file = local().AddFile(u"C:\\D\\huge");
+  const std::pair<std::uint64_t, std::int32_t> sizes[] = {
+      {2ull << 30, 9},       {3ull << 30, 9}, {(4ull << 30) - 1, 9},
+      {(4ull << 30) + 9, 7}, {6ull << 30, 9}, {3435974ull << 32, 6}};
+  for (const auto& [size, number] : sizes) {
+    file.Size(size);
+    EXPECT_EQ(ErrorOf([&] { root_->ReadBinaryFileAPI(u"C:\\D\\huge"); }), number) << size;
+    EXPECT_EQ(ErrorOf([&] { root_->ReadTextFile(u"C:\\D\\huge"); }), 7) << size;
+  }
+  EXPECT_EQ(journal().Count("ReadFile"), 0u);
+}
+
+TEST_F(FileContents, AreWrittenFromTheStartWithoutCuttingWhatWasLonger) {
+  struct Case {
+    std::string_view before;  // "-": no file
+    const char16_t* text;
+    bool unicode;
+    std::string_view after;
+  };
+  using namespace std::string_view_literals;
+  const Case cases[] = {
+      {"-", u"new", false, "new"},
+      {"-", u"", false, ""},
+      {"abcdef", u"AB", false, "ABcdef"},
+      {"ab", u"longer", false, "longer"},
+      {"", u"\u00E9 \u4E2D \u20AC", false, "\xE9 ? \x80"},
+      {"-", u"\u00E9\u4E2D", true, "\xFF\xFE\xE9\0\x2D\x4E"sv},
+      {"abcdef", u"", true,
+       "\xFF\xFE"
+       "cdef"},
+  };
+  for (const Case& c : cases) {
+    if (const auto old = local().Find(u"C:\\D\\w")) old->Remove(estate().now());
+    if (c.before != "-") Set(u"C:\\D\\w", c.before);
+    EXPECT_EQ(Call(*root_, u"WriteTextFile", MemberKind::kMethod,
+                   {Variant(u"C:\\D\\w"), Variant(c.text), Variant(c.unicode)}),
+              Variant(true));
+    EXPECT_EQ(Content(u"C:\\D\\w"), c.after);
+  }
+  for (const auto& [operation, code, number] :
+       {std::tuple{"WriteFile", 112u, 61}, {"WriteFile", 1117u, 57}, {"ReadFile", 1117u, 57}}) {
+    faults().FailEvery(operation, code);
+    EXPECT_EQ(ErrorOf([&] {
+                root_->WriteTextFile(u"C:\\D\\w", u"x", false);
+                root_->ReadTextFile(u"C:\\D\\w");
+              }),
+              number);
+    faults().Clear();
+  }
+}
+
+TEST_F(FileContents, OfBytesAreWrittenToNewFilesOnly) {
+  ByteArray squares(2, 2);
+  struct Case {
+    const char16_t* path;
+    ByteArray data;
+    std::int32_t raised;
+    std::string_view after;
+  };
+  using namespace std::string_view_literals;
+  const Case cases[] = {
+      {u"C:\\D\\n1", BytesOf("\0\1\xFF"sv), 0, "\0\1\xFF"sv},
+      {u"C:\\D\\n2", BytesOf("five", 5), 0, "five"},
+      {u"C:\\D\\a", BytesOf("new"), 183, ""},
+      {u"C:\\D\\n3", ByteArray(), 9, ""},
+      {u"C:\\D\\n4", squares, 9, ""},
+      {u"C:\\None\\n", BytesOf("x"), 3, "no file"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(ToUtf8(c.path));
+    ByteArray data = c.data;
+    std::int32_t written = -1;
+    Err().Set(AutomationError(1, u"Before", u""));
+    EXPECT_EQ(ErrorOf([&] { written = root_->WriteBinaryFileAPI(c.path, data); }), c.raised);
+    EXPECT_EQ(written, c.raised ? -1 : static_cast<std::int32_t>(c.after.size()));
+    EXPECT_EQ(Content(c.path), c.after);
+    if (c.raised > 9) {
+      EXPECT_EQ(Err().Source(), u"Before");
+      EXPECT_EQ(Err().Description(), GetAPIErrorText(c.raised));
+    }
+  }
+}
+
+TEST_F(FileContents, AreCopiedIntoAFolderThatIsMadeWhereItIsMissing) {
+  local().AddFile(u"C:\\D\\taken", "old");
+  struct Case {
+    const char16_t* source;
+    const char16_t* target;
+    bool overwrite;
+    std::int32_t raised;
+    std::string_view after;
+  };
+  const Case cases[] = {
+      {u"C:\\D\\a", u"C:\\D\\copy", false, 0, "alpha"},
+      {u"C:\\D\\a", u"C:\\Made\\copy", false, 0, "alpha"},
+      {u"C:\\D\\a", u"C:\\None\\None\\copy", false, 3, "no file"},
+      {u"C:\\D\\a", u"C:\\D\\taken", false, 80, "old"},
+      {u"C:\\D\\a", u"C:\\D\\taken", true, 0, "alpha"},
+      {u"C:\\D\\none", u"C:\\D\\other", true, 2, "no file"},
+      {u"C:\\D\\none", u"C:\\Left\\other", true, 2, "no file"},
+      {u"\\\\SRV\\Share\\Deep\\f", u"C:\\D\\remote", true, 0, ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(ToUtf8(c.target));
+    EXPECT_EQ(ErrorOf([&] { root_->CopyFile(c.source, c.target, c.overwrite); }), c.raised);
+    EXPECT_EQ(Content(c.target), c.after);
+  }
+  EXPECT_NE(local().Find(u"C:\\Left"), nullptr) << "the folder was made before the copy failed";
+  EXPECT_NE(ErrorOf([&] { root_->CopyFile(u"C:\\D\\a", u"relative", true); }), 0);
+}
+
+class NetworkConnections : public FileContents {
+ protected:
+  NetworkConnections() {
+    simulated::Computer& server = *estate().FindComputer(u"SRV");
+    simulated::Share& pay = server.AddShare(u"Pay", u"C:\\Shared\\Deep");
+    pay.user = u"SRV\\clerk";
+    pay.password = u"thirty-first";
+    server.AddShare(u"Odd", u"C:\\Shared").provider_fails = true;
+    server.AddShare(u"Shut", u"C:\\Shared", true);
+    estate().AddComputer(u"GONE").SetReachable(false);
+  }
+
+  bool Add(const char16_t* local, const char16_t* remote, const char16_t* user = u"",
+           const char16_t* password = u"", std::int32_t type = RESOURCETYPE_DISK) {
+    return Call(*root_, u"AddNetworkConnection", MemberKind::kMethod,
+                {Variant(local), Variant(remote), Variant(user), Variant(password), Variant(type),
+                 Variant(0)}) == Variant(true);
+  }
+  bool Cancel(const char16_t* name, bool force = false) {
+    return root_->CancelNetworkConnection(name, false, force);
+  }
+};
+
+TEST_F(NetworkConnections, AreMadeOrRefusedWithTheProvidersStatus) {
+  struct Case {
+    const char16_t* local;
+    const char16_t* remote;
+    const char16_t* user;
+    const char16_t* password;
+    std::int32_t type;
+    std::int32_t raised;
+  };
+  const Case cases[] = {
+      {u"X:", u"\\\\SRV\\Share", u"", u"", 1, 0},
+      {u"x:", u"\\\\SRV\\Share", u"", u"", 1, 85},
+      {u"C:", u"\\\\SRV\\Share", u"", u"", 1, 85},
+      {u"", u"\\\\SRV\\Share", u"", u"", 0, 0},
+      {u"Y:", u"\\\\srv\\share\\Deep", u"", u"", 1, 0},
+      {u"Z:", u"\\\\SRV\\Share\\None", u"", u"", 1, 67},
+      {u"Z:", u"\\\\SRV\\None", u"", u"", 1, 67},
+      {u"Z:", u"\\\\SRV", u"", u"", 1, 67},
+      {u"Z:", u"\\\\NOBODY\\Share", u"", u"", 1, 53},
+      {u"Z:", u"\\\\GONE\\Share", u"", u"", 1, 53},
+      {u"Z:", u"", u"", u"", 1, 87},
+      {u"Z", u"\\\\SRV\\Share", u"", u"", 1, 1200},
+      {u"Z:", u"\\\\SRV\\Share", u"", u"", 0, 66},
+      {u"LPT1", u"\\\\SRV\\Share", u"", u"", 2, 66},
+      {u"", u"\\\\SRV\\Share", u"", u"", 2, 66},
+      {u"", u"\\\\SRV\\Share", u"", u"", -1, 66},
+      {u"Z:", u"\\\\SRV\\Shut", u"", u"", 1, 5},
+      {u"Z:", u"\\\\SRV\\Odd", u"", u"", 1, 1208},
+      {u"Z:", u"\\\\SRV\\Pay", u"", u"", 1, 1326},
+      {u"Z:", u"\\\\SRV\\Pay", u"SRV\\clerk", u"wr0ng", 1, 86},
+      {u"Z:", u"\\\\SRV\\Pay", u"srv\\Clerk", u"thirty-first", 1, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(ToUtf8(Text(c.local) + u" " + c.remote));
+    bool made = false;
+    EXPECT_EQ(ErrorOf([&] { made = Add(c.local, c.remote, c.user, c.password, c.type); }),
+              c.raised);
+    EXPECT_EQ(made, c.raised == 0);
+    if (c.raised == 0) continue;
+    EXPECT_EQ(Err().Source(), u"Veldmark2.SystemRoot");
+    EXPECT_EQ(Err().Description(), c.raised == 1208
+                                       ? u"A error specific to the network provider occurred"
+                                       : GetAPIErrorText(c.raised));
+  }
+  EXPECT_EQ(PathsIn(Engine().GetFiles(u"Y:")), " Y:\\f");
+  for (const auto& call : journal().entries()) {
+    EXPECT_EQ(call.argument.find("thirty"), std::string::npos) << call.operation;
+    EXPECT_EQ(call.argument.find("wr0ng"), std::string::npos) << call.operation;
+  }
+}
+
+TEST_F(NetworkConnections, OpenASharesFilesUntilTheyAreCancelled) {
+  const Text file = u"\\\\SRV\\Pay\\f";
+  EXPECT_FALSE(root_->FileExists(file)) << "a share that asks who comes is closed";
+  EXPECT_EQ(ErrorOf([&] { root_->WriteTextFile(file, u"x", false); }), 75);
+  EXPECT_EQ(ErrorOf([&] { Cancel(u"\\\\SRV\\Pay"); }), 2250);
+  EXPECT_TRUE(Add(u"", u"\\\\SRV\\Pay", u"SRV\\clerk", u"thirty-first", RESOURCETYPE_ANY));
+  EXPECT_TRUE(root_->WriteTextFile(file, u"x", false));
+  EXPECT_TRUE(Add(u"Z:", u"\\\\SRV\\Pay", u"SRV\\clerk", u"thirty-first"));
+  EXPECT_TRUE(Cancel(u"\\\\srv\\pay")) << "the one without a drive";
+  EXPECT_EQ(root_->ReadTextFile(file), u"x") << "the drive's connection still stands";
+  {
+    const FileHandle open(
+        platform.files, platform.files.CreateFileW(u"Z:\\f", kGenericRead, kFileShareRead, nullptr,
+                                                   kOpenExisting, 0, nullptr));
+    EXPECT_EQ(ErrorOf([&] { Cancel(u"z:"); }), 2401);
+    EXPECT_TRUE(Cancel(u"z:", true));
+  }
+  EXPECT_EQ(ErrorOf([&] { Cancel(u"Z:"); }), 2250);
+  EXPECT_EQ(ErrorOf([&] { root_->ReadTextFile(file); }), 75);
+  faults().FailEvery("WNetCancelConnection2W", 1208);
+  EXPECT_EQ(ErrorOf([&] { Cancel(u"Z:"); }), 1208);
+  EXPECT_EQ(Err().Description(), u"A error specific to the network provider occurred");
+}
+
+TEST(FileContentFaults, AreRaisedWithNoHandleLeftAndNoOtherFileTouched) {
+  const std::set<std::string> of_the_statements = {"CreateFileW", "GetFileSizeEx", "ReadFile",
+                                                   "WriteFile"};
+  std::set<std::string> either = of_the_statements;
+  either.insert({"GetFileSize", "FindFirstFileW"});
+  SweepFaults<StorageWorld>(
+      {"FindClose", "CloseHandle"},
+      [](StorageWorld&) {
+        const auto root = Make<SystemRoot>();
+        root->WriteTextFile(u"C:\\D\\b", u"written \u00E9", false);
+        EXPECT_EQ(root->ReadTextFile(u"C:\\D\\b"), u"written \u00E9");
+        ByteArray data = BytesOf("0123456789");
+        EXPECT_EQ(root->WriteBinaryFileAPI(u"C:\\D\\binary", data), 10);
+        EXPECT_EQ(root->ReadTextFileAPI(u"C:\\D\\binary"), u"0123456789");
+        EXPECT_EQ(root->ReadBinaryFileAPI(u"C:\\D\\binary"), data);
+        root->CopyFile(u"C:\\D\\a", u"C:\\Made\\copy", false);
+      },
+      [](StorageWorld& world, const std::string& failed, bool raised) {
+        EXPECT_EQ(ContentOf(world.local(), u"C:\\D\\a"), "alpha");
+        const bool passed = failed == "FindClose" || failed == "CloseHandle";
+        if (failed != "FindFirstFileW") {
+          EXPECT_EQ(raised, !passed);
+        }
+        EXPECT_EQ(ContentOf(world.local(), u"C:\\Made\\copy"), raised ? "no file" : "alpha");
+      },
+      either);
+}
+
+}  // namespace
+}  // namespace veldmark
