@@ -23,6 +23,9 @@ class SimulatedWorld final : public World {
   const std::u16string& scratch() const override { return scratch_; }
   const std::u16string& scratch_key() const override { return scratch_key_; }
   void LetPass(unsigned milliseconds) override { simulated_.estate().Advance(milliseconds); }
+  HANDLE OpenImpersonationToken() override {
+    return simulated_.security().OpenClientToken(u"S-1-5-21-1-2-3-1005", {u"S-1-5-32-545"});
+  }
   const char* WhyNot(Trait) const override { return nullptr; }
 
  private:

@@ -75,6 +75,16 @@ class WindowsWorld final : public World {
   const std::u16string& scratch_key() const override { return scratch_key_; }
   void LetPass(unsigned milliseconds) override { ::Sleep(milliseconds); }
 
+  HANDLE OpenImpersonationToken() override {
+    ::HANDLE process = nullptr;
+    ::HANDLE impersonation = nullptr;
+    ::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY | TOKEN_DUPLICATE, &process);
+    ::DuplicateTokenEx(process, TOKEN_QUERY, nullptr, SecurityIdentification, TokenImpersonation,
+                       &impersonation);
+    ::CloseHandle(process);
+    return impersonation;
+  }
+
   const char* WhyNot(Trait trait) const override {
     static const std::map<Trait, const char*> missing_under_wine = {
         {Trait::ShortNames, "Wine makes short names of a hash"},
@@ -92,6 +102,8 @@ class WindowsWorld final : public World {
         {Trait::NetworkMessages, "Wine has no netmsg.dll"},
         {Trait::PublishedTexts, "Wine's texts are worded by itself"},
         {Trait::Connections, "Wine has no network provider: whatever is asked, 1222"},
+        {Trait::InheritedLists, "Wine keeps a file's list as mode bits and inherits none for keys"},
+        {Trait::WholeStringForm, "Wine knows no object entries and takes a null list for an empty"},
     };
     if (!RunsUnderWine()) return nullptr;
     const auto found = missing_under_wine.find(trait);

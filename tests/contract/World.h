@@ -28,6 +28,8 @@ enum class Trait {
   NetworkMessages,    // netmsg.dll has its texts
   PublishedTexts,     // the system's texts are the published English ones
   Connections,        // a network provider takes connections
+  InheritedLists,     // access lists are kept as they are stored, and inherited
+  WholeStringForm,    // a descriptor's string may have object entries and null lists
 };
 
 // A platform to hold against the operations' contracts, with room to work in.
@@ -46,6 +48,9 @@ class World {
 
   // Lets time pass, by waiting or by moving the clock, without a turn of the message loop.
   virtual void LetPass(unsigned milliseconds) = 0;
+
+  // A token for impersonation, opened for query, of a member of Everyone. Closed with CloseHandle.
+  virtual HANDLE OpenImpersonationToken() = 0;
 
   // Null if the world shows this behaviour, else the reason why not.
   virtual const char* WhyNot(Trait trait) const = 0;

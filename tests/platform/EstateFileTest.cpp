@@ -99,6 +99,37 @@ TEST(EstateFile, DescribesRegistryValuesOfEveryType) {
   EXPECT_NE(estate.current_user().FindValue(u"mine"), nullptr);
 }
 
+TEST(EstateFile, DescribesTheUsersTokenAndWhatHasADescriptor) {
+  Estate estate = ReadEstate(
+      Described(Drive(R"x({"name": "in", "children": [{"name": "x"}], "denied": ["security"],
+                 "security": "O:LAD:P(A;OICI;FR;;;LG)"})x") +
+                    R"x(, "shares": [{"name": "S", "path": "C:\\in", "security": "D:(A;;FR;;;WD)"},
+               {"name": "N", "path": "C:\\in", "security": null}, {"name": "Q", "type": "printQueue"}],
+             "registry": {"HKLM": {"keys": {"K": {"security": "D:P(A;;KR;;;WD)"}}}},
+             "services": [{"name": "Spooler"}], "printers": [{"name": "P", "security": "D:"}])x",
+                R"("user": {"name": "u", "sid": "S-1-5-21-7-8-9-1001", "groups": ["S-1-5-32-545"],
+                  "privileges": {"SeBackupPrivilege": true, "SeDebugPrivilege": false}},
+         "directoryObjects": [{"name": "CN=a", "security": "O:BA"}])"));
+  Computer& local = estate.local();
+  const SecurityDescriptor& folder = local.Find(u"C:\\in")->security()->descriptor();
+  EXPECT_EQ(folder.owner.ToText(), u"S-1-5-21-7-8-9-500");
+  EXPECT_EQ(folder.dacl->at(0).sid.ToText(), u"S-1-5-21-7-8-9-501");
+  EXPECT_TRUE(local.Find(u"C:\\in")->security_denied());
+  EXPECT_EQ(local.Find(u"C:\\in\\x")->security()->descriptor().dacl->at(0).flags, kInherited);
+  EXPECT_EQ(local.local_machine().Key(u"K").security()->descriptor().dacl->size(), 1u);
+  EXPECT_EQ(local.FindShare(u"s")->security->descriptor().dacl->size(), 1u);
+  EXPECT_EQ(local.FindShare(u"n")->security, nullptr);
+  EXPECT_EQ(local.FindShare(u"q")->type, kShareTypePrintQueue);
+  EXPECT_EQ(local.FindService(u"spooler")->security->descriptor().dacl->size(), 4u);
+  EXPECT_TRUE(local.FindPrinter(u"p")->security->descriptor().dacl->empty());
+  EXPECT_EQ(estate.FindDirectoryObject(u"cn=A")->security->descriptor().owner, AdministratorsSid());
+  const Token& token = estate.token();
+  EXPECT_TRUE(token.Is(UsersSid()) && token.Is(EveryoneSid()) && !token.Is(AdministratorsSid()));
+  EXPECT_TRUE(token.IsEnabled(Privilege::Backup));
+  EXPECT_EQ(token.privileges().size(), 2u);
+  EXPECT_TRUE(ReadEstate(Described("")).token().Is(AdministratorsSid()));
+}
+
 TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
   const std::string drive = "/computers/0/drives/C:/children/0";
   std::string deep;
@@ -159,6 +190,21 @@ TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
        "/computers/0/registry/HKLM/values/v"},
       {R"({"computers": [{"name": "A"}, {"name": "B", "registry": {"HKCU": {}}}]})",
        "/computers/1/registry/HKCU"},
+      {Described(Drive(R"x({"name": "x", "security": "D:(A;;FA;;;ZZ)"})x")), drive + "/security"},
+      {Described(Drive(R"({"name": "x", "security": null})")), drive + "/security"},
+      {Described(R"("drives": {"C:": {"security": "D"}})"), "/computers/0/drives/C:/security"},
+      {Described(R"("registry": {"HKLM": {"security": 1}})"),
+       "/computers/0/registry/HKLM/security"},
+      {Described(R"("shares": [{"name": "x", "type": "tape"}])"), "/computers/0/shares/0/type"},
+      {Described(R"("shares": [{"name": "x"}])"), "/computers/0/shares/0"},
+      {Described(R"("services": [{"name": "x"}, {"name": "X"}])"), "/computers/0/services/1/name"},
+      {Described(R"("printers": [{"name": ""}])"), "/computers/0/printers/0/name"},
+      {Described("", R"("directoryObjects": [{}])"), "/directoryObjects/0"},
+      {Described("", R"("user": {"name": "u", "sid": "S-1-5"})"), "/user/sid"},
+      {Described("", R"("user": {"name": "u", "sid": "S-1-5-7", "groups": ["BA"]})"),
+       "/user/groups/0"},
+      {Described("", R"("user": {"name": "u", "sid": "S-1-5-7", "privileges": {"SeX": true}})"),
+       "/user/privileges/SeX"},
       {Described("", R"("timeZone": {"bias": 9999})"), "/timeZone/bias"},
       {Described("", R"("mappedDrives": {"Z:": "\\\\srv"})"), "/mappedDrives/Z:"},
       {Described("", R"("clock": "now")"), "/clock"}};

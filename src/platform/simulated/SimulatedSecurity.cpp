@@ -223,6 +223,7 @@ DWORD SimulatedSecurity::SetNamedSecurityInfoW(LPCWSTR object_name, DWORD object
     return error;
   }
   if (target.node != nullptr) {
+    if ((information & kDaclSecurityInformation) != 0) descriptor.control |= kDaclAutoInherited;
     target.node->Replace(std::move(descriptor));
     return 0;
   }

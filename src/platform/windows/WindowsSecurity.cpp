@@ -5,7 +5,8 @@
 #include <aclapi.h>
 #include <sddl.h>
 
-#include <algorithm>
+#include <cstring>
+#include <utility>
 
 #include "platform/operations/ErrorCodes.h"
 #include "platform/windows/Recorded.h"
@@ -29,6 +30,23 @@ DWORD Answer(DWORD code) {
   return code;
 }
 
+// Whether all entries of a list lie within it, which Wine's own test doesn't ask.
+bool IsSound(const void* list) {
+  ::ACL header;
+  std::memcpy(&header, list, sizeof header);
+  if (header.AclSize < sizeof header || !::IsValidAcl(AclOf(list))) return false;
+  const auto* const bytes = static_cast<const ::BYTE*>(list);
+  std::size_t offset = sizeof header;
+  for (::WORD index = 0; index < header.AceCount; ++index) {
+    ::ACE_HEADER ace;
+    if (header.AclSize - offset < sizeof ace) return false;
+    std::memcpy(&ace, bytes + offset, sizeof ace);
+    if (ace.AceSize < sizeof ace || ace.AceSize > header.AclSize - offset) return false;
+    offset += ace.AceSize;
+  }
+  return true;
+}
+
 // Wine stores parts that aren't sound, or reads past them.
 DWORD PartsError(DWORD information, const void* owner, const void* group, const void* dacl,
                  const void* sacl) {
@@ -41,7 +59,7 @@ DWORD PartsError(DWORD information, const void* owner, const void* group, const 
   }
   for (const auto& [bit, list] :
        {std::pair(kDaclSecurityInformation, dacl), std::pair(kSaclSecurityInformation, sacl)}) {
-    if ((information & bit) != 0 && list != nullptr && !::IsValidAcl(AclOf(list))) {
+    if ((information & bit) != 0 && list != nullptr && !IsSound(list)) {
       return kErrorInvalidAcl;
     }
   }

@@ -1,0 +1,365 @@
+#include <array>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "contract/World.h"
+#include "platform/automation/Text.h"
+#include "platform/operations/ErrorCodes.h"
+#include "platform/operations/Handles.h"
+#include "support/SecurityText.h"
+
+namespace veldmark {
+namespace {
+
+constexpr DWORD kFile = 1;
+constexpr DWORD kService = 2;
+constexpr DWORD kPrinter = 3;
+constexpr DWORD kKey = 4;
+constexpr DWORD kShare = 5;
+constexpr DWORD kOwnerAndList = kOwnerSecurityInformation | kDaclSecurityInformation;
+constexpr DWORD kProtectedList = kDaclSecurityInformation | kProtectedDaclSecurityInformation;
+constexpr DWORD kUnprotectedList = kDaclSecurityInformation | kUnprotectedDaclSecurityInformation;
+
+class SecurityContract : public Contract {
+ protected:
+  SecurityContract() : security_(platform_.security) {
+    FileHandle(files_, files_.CreateFileW(In(u"\\a.txt").c_str(), kGenericWrite, 0, nullptr,
+                                          kCreateAlways, 0, nullptr));
+  }
+
+  // The rendered descriptor of a named object, or "!" and the code.
+  std::string Get(TextView name, DWORD type, DWORD information = kDaclSecurityInformation) {
+    LocalMemory<void> descriptor(platform_.system);
+    const DWORD code =
+        security_.GetNamedSecurityInfoW(Text(name).c_str(), type, information, nullptr, nullptr,
+                                        nullptr, nullptr, descriptor.Receive());
+    if (code != 0) return "!" + std::to_string(code);
+    return SecurityText::OfDescriptor(descriptor.Get());
+  }
+
+  // Stores the list of a string descriptor.
+  DWORD Set(TextView name, DWORD type, LPCWSTR string, DWORD information) {
+    LocalMemory<std::uint8_t> descriptor(platform_.system);
+    EXPECT_NE(Convert(string, descriptor), 0) << ToUtf8(string);
+    DWORD list = 0;
+    std::memcpy(&list, descriptor.Get() + 16, sizeof list);
+    return security_.SetNamedSecurityInfoW(Text(name).c_str(), type, information, nullptr, nullptr,
+                                           list == 0 ? nullptr : descriptor.Get() + list, nullptr);
+  }
+
+  BOOL Convert(LPCWSTR string, LocalMemory<std::uint8_t>& descriptor, DWORD* size = nullptr) {
+    void* block = nullptr;
+    const BOOL result = security_.ConvertStringSecurityDescriptorToSecurityDescriptorW(
+        string, kSddlRevision1, &block, size);
+    if (result != 0) descriptor.Reset(static_cast<std::uint8_t*>(block));
+    return result;
+  }
+
+  FileHandle ProcessToken(DWORD access) {
+    HANDLE token = nullptr;
+    EXPECT_TRUE(security_.OpenProcessToken(security_.GetCurrentProcess(), access, &token));
+    return FileHandle(files_, token);
+  }
+
+  Text Key(TextView rest = {}) const {
+    return u"CURRENT_USER\\" + world_->scratch_key() + Text(rest);
+  }
+
+  Security& security_;
+};
+
+TEST_F(SecurityContract, ReadsWholeDescriptorsIntoBuffersThatAreLargeEnough) {
+  std::array<std::uint8_t, 1024> buffer;
+  for (const Text& path : {In(u"\\a.txt"), world_->scratch()}) {
+    const FileHandle handle(
+        files_, files_.CreateFileW(path.c_str(), kReadControl, kFileShareRead | kFileShareDelete,
+                                   nullptr, kOpenExisting, kFileFlagBackupSemantics, nullptr));
+    ASSERT_TRUE(handle) << ToUtf8(path);
+    for (const bool by_handle : {false, true}) {
+      const auto read = [&](DWORD information, DWORD room, DWORD& needed) {
+        return by_handle ? security_.GetKernelObjectSecurity(handle.Get(), information,
+                                                             buffer.data(), room, &needed)
+                         : security_.GetFileSecurityW(path.c_str(), information, buffer.data(),
+                                                      room, &needed);
+      };
+      DWORD needed = 0;
+      DWORD same = 0;
+      EXPECT_FALSE(read(kOwnerAndList, 0, needed));
+      EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
+      ASSERT_GT(needed, 20u);
+      buffer.fill(0xEE);
+      EXPECT_FALSE(read(kOwnerAndList, needed - 1, same));
+      EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
+      EXPECT_EQ(same, needed);
+      EXPECT_EQ(buffer[0], 0xEE);
+      ASSERT_TRUE(read(kOwnerAndList, needed, same));
+      EXPECT_EQ(security_.GetSecurityDescriptorLength(buffer.data()), needed);
+      const std::string text = SecurityText::OfDescriptor(buffer.data());
+      EXPECT_TRUE(text.starts_with("O:S-") || text.starts_with("O:BA")) << text;
+      EXPECT_EQ(text, Get(path, kFile, kOwnerAndList));
+      ASSERT_TRUE(read(kDaclSecurityInformation, needed, same));
+      EXPECT_LT(same, needed);
+      EXPECT_TRUE(SecurityText::OfDescriptor(buffer.data()).starts_with("D:"));
+    }
+  }
+  DWORD needed = 0;
+  const FileHandle data_only(
+      files_, files_.CreateFileW(In(u"\\a.txt").c_str(), kFileReadData, kFileShareRead, nullptr,
+                                 kOpenExisting, 0, nullptr));
+  EXPECT_FALSE(security_.GetKernelObjectSecurity(data_only.Get(), kOwnerAndList, buffer.data(),
+                                                 1024, &needed));
+  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied) << "opened without the right to read it";
+  EXPECT_FALSE(
+      security_.GetKernelObjectSecurity(nullptr, kOwnerAndList, buffer.data(), 1024, &needed));
+  EXPECT_EQ(LastPlatformError(), kErrorInvalidHandle);
+}
+
+TEST_F(SecurityContract, TellsWhatIsMissingByThePublishedCodes) {
+  struct Row {
+    DWORD type;
+    Text name;
+    DWORD code;
+  };
+  const Text other = u"\\\\vk-missing\\";
+  const std::vector<Row> table = {{kFile, In(u"\\none"), kErrorFileNotFound},
+                                  {kFile, In(u"\\none\\x"), kErrorPathNotFound},
+                                  {kFile, other + u"share\\x", kErrorBadNetPath},
+                                  {kKey, Key(u"\\None"), kErrorFileNotFound},
+                                  {kKey, u"NO_ROOT\\x", kErrorInvalidParameter},
+                                  {kKey, other + u"MACHINE\\SOFTWARE", kErrorRpcServerUnavailable},
+                                  {kService, u"No such service", kErrorServiceDoesNotExist},
+                                  {kService, other + u"Eventlog", kErrorRpcServerUnavailable},
+                                  {kPrinter, u"No such printer", kErrorInvalidPrinterName},
+                                  {kShare, u"No such share", kErrorNetNameNotFound},
+                                  {kShare, other + u"share", kErrorRpcServerUnavailable},
+                                  {0, u"anything", kErrorInvalidParameter}};
+  for (const auto& [type, name, code] : table) {
+    if (code == kErrorBadNetPath && WhyNot(Trait::MissingServers)) continue;
+    EXPECT_EQ(Get(name, type), "!" + std::to_string(code)) << type << " " << ToUtf8(name);
+    EXPECT_EQ(Set(name, type, u"D:(A;;GA;;;WD)", kProtectedList), code) << ToUtf8(name);
+    if (type != kFile) continue;
+    DWORD needed = 0;
+    EXPECT_FALSE(security_.GetFileSecurityW(name.c_str(), kOwnerAndList, nullptr, 0, &needed));
+    EXPECT_EQ(LastPlatformError(), code) << ToUtf8(name);
+  }
+  EXPECT_EQ(security_.GetNamedSecurityInfoW(Key().c_str(), kKey, kOwnerAndList, nullptr, nullptr,
+                                            nullptr, nullptr, nullptr),
+            kErrorInvalidParameter);
+}
+
+TEST_F(SecurityContract, StoresAListAndHandsOutItsPartsWithinOneBlock) {
+  ASSERT_EQ(Set(Key(), kKey, u"D:(D;;0x20;;;BG)(A;CI;KA;;;WD)", kProtectedList), 0u);
+  LocalMemory<void> descriptor(platform_.system);
+  void* owner = nullptr;
+  void* group = &owner;
+  void* list = nullptr;
+  void* system_list = &owner;
+  ASSERT_EQ(security_.GetNamedSecurityInfoW(Key().c_str(), kKey, kOwnerAndList, &owner, &group,
+                                            &list, &system_list, descriptor.Receive()),
+            0u);
+  EXPECT_EQ(SecurityText::OfList(static_cast<std::uint8_t*>(list)), "(1;00;20;BG)(0;02;f003f;WD)");
+  const auto* const start = static_cast<std::uint8_t*>(descriptor.Get());
+  const std::uint8_t* const end = start + security_.GetSecurityDescriptorLength(start);
+  for (const void* part : {owner, list}) EXPECT_TRUE(part > start && part < end);
+  EXPECT_EQ(group, nullptr);
+  EXPECT_EQ(system_list, nullptr);
+
+  constexpr std::uint8_t kShortList[] = {2, 0, 9, 0, 3, 0, 0, 0, 0};
+  constexpr std::uint8_t kBadSid[] = {7, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0};
+  EXPECT_EQ(security_.SetNamedSecurityInfoW(Key().c_str(), kKey, kProtectedList, nullptr, nullptr,
+                                            kShortList, nullptr),
+            kErrorInvalidAcl);
+  EXPECT_EQ(security_.SetNamedSecurityInfoW(Key().c_str(), kKey, kOwnerSecurityInformation, kBadSid,
+                                            nullptr, nullptr, nullptr),
+            kErrorInvalidSid);
+  if (const char* why = WhyNot(Trait::InheritedLists)) GTEST_SKIP() << why;
+  EXPECT_EQ(Get(Key(), kKey), "D:PAI(1;00;20;BG)(0;02;f003f;WD)");
+}
+
+TEST_F(SecurityContract, ReplacesWhatIsInheritedByWhatTheParentHandsDown) {
+  if (const char* why = WhyNot(Trait::InheritedLists)) GTEST_SKIP() << why;
+  RegistryKey key(registry_);
+  ASSERT_EQ(registry_.RegCreateKeyExW(kHkeyCurrentUser, (world_->scratch_key() + u"\\Sub").c_str(),
+                                      0, nullptr, 0, kKeyRead, nullptr, key.Receive(), nullptr),
+            0);
+  ASSERT_TRUE(files_.CreateDirectoryW(In(u"\\Sub").c_str(), nullptr));
+  const Text sub = Key(u"\\Sub");
+  struct Row {
+    Text above, below;
+    DWORD type;
+    LPCWSTR handed_down;
+    std::string all, own;
+  };
+  for (const Row& row :
+       {Row{Key(), sub, kKey, u"D:(A;CI;KA;;;WD)(A;;KR;;;BG)", "D:AI(0;00;20019;AU)(0;12;f003f;WD)",
+            "D:PAI(0;00;20019;AU)"},
+        Row{world_->scratch(), In(u"\\Sub"), kFile, u"D:(A;OICI;FA;;;WD)(A;OIIO;FR;;;BG)",
+            "D:AI(0;00;20019;AU)(0;13;1f01ff;WD)(0;19;120089;BG)", "D:PAI(0;00;20019;AU)"},
+        Row{world_->scratch(), In(u"\\a.txt"), kFile, u"D:(A;OICI;FA;;;WD)(A;OIIO;FR;;;BG)",
+            "D:AI(0;00;20019;AU)(0;10;1f01ff;WD)(0;10;120089;BG)", "D:PAI(0;00;20019;AU)"}}) {
+    ASSERT_EQ(Set(row.above, row.type, row.handed_down, kProtectedList), 0u);
+    ASSERT_EQ(Set(row.below, row.type, u"D:(A;;KR;;;AU)(A;ID;KR;;;AN)", kUnprotectedList), 0u);
+    EXPECT_EQ(Get(row.below, row.type), row.all);
+    ASSERT_EQ(Set(row.below, row.type, u"D:(A;;KR;;;AU)", kProtectedList), 0u);
+    EXPECT_EQ(Get(row.below, row.type), row.own);
+    EXPECT_EQ(security_.SetNamedSecurityInfoW(row.below.c_str(), row.type, kProtectedList, nullptr,
+                                              nullptr, nullptr, nullptr),
+              0u);
+    EXPECT_EQ(Get(row.below, row.type), "D:PAInull");
+  }
+}
+
+TEST_F(SecurityContract, BuildsDescriptorsOfStrings) {
+  struct Row {
+    LPCWSTR string;
+    std::string text;  // "!" and the code of a string that is none
+  };
+  const std::vector<Row> table = {
+      {u"", "D:none"},
+      {u"D:", "D:"},
+      {u"D:PAI", "D:PAI"},
+      {u"O:BAG:SYD:(A;OICI;FA;;;BA)(D;;GR;;;S-1-1-0)", "O:BA D:(0;03;1f01ff;BA)(1;00;80000000;WD)"},
+      {u"D:AI(A;CIIOID;0x1200a9;;;CO)", "D:AI(0;1a;1200a9;CO)"},
+      {u"D:(A;;CCDCLCSWRPWPDTLOCRSDRCWDWO;;;AU)", "D:(0;00;f01ff;AU)"},
+      {u"D:(A;;KRSD;;;BU)(A;;FRFW;;;BU)(A;;17;;;BU)",
+       "D:(0;00;30019;BU)(0;00;12019f;BU)(0;00;11;BU)"},
+      {u"O:S-1-5-21-1-2-3-4 G:SY", "O:S-1-5-21-1-2-3-4 D:none"},
+      {u"nonsense", "!87"},
+      {u"X:BA", "!87"},
+      {u"O:ZZ", "!1337"},
+      {u"D:(A;;FA;;;ZZ)", "!1336"},
+      {u"D:(A;;FA;;BA)", "!1336"},
+      {u"D:(A;;FA;;;BA", "!1336"},
+      {u"D:(A;XX;FA;;;BA)", "!1336"},
+      {u"D:(A;;QQ;;;BA)", "!1336"},
+      {u"D:(Q;;FA;;;BA)", "!1336"},
+      {u"D:NO_ACCESS_CONTROL", "D:null"},
+      {u"D:(OA;CI;RP;bf967aba-0de6-11d0-a285-00aa003049e2;;AU)", "D:(5;02;10;<bf967aba>;AU)"}};
+  for (const auto& [string, text] : table) {
+    if (text == "D:null" && WhyNot(Trait::WholeStringForm)) break;
+    LocalMemory<std::uint8_t> descriptor(platform_.system);
+    DWORD size = 0;
+    const bool good = Convert(string, descriptor, &size) != 0;
+    EXPECT_EQ(good ? SecurityText::OfDescriptor(descriptor.Get())
+                   : "!" + std::to_string(LastPlatformError()),
+              text)
+        << ToUtf8(string);
+    EXPECT_EQ(good ? security_.GetSecurityDescriptorLength(descriptor.Get()) : 0, size);
+  }
+  void* block = nullptr;
+  EXPECT_FALSE(
+      security_.ConvertStringSecurityDescriptorToSecurityDescriptorW(u"D:", 2, &block, nullptr));
+  EXPECT_EQ(LastPlatformError(), kErrorUnknownRevision);
+}
+
+TEST_F(SecurityContract, SwitchesThePrivilegesThatTheTokenHas) {
+  LUID luid{77, 77};
+  EXPECT_FALSE(security_.LookupPrivilegeValueW(nullptr, u"SeNoSuchPrivilege", &luid));
+  EXPECT_EQ(LastPlatformError(), kErrorNoSuchPrivilege);
+  EXPECT_FALSE(security_.LookupPrivilegeValueW(u"\\\\vk-missing", u"SeBackupPrivilege", &luid));
+  EXPECT_EQ(LastPlatformError(), kErrorRpcServerUnavailable);
+  EXPECT_EQ(luid.LowPart, 77u);
+  EXPECT_TRUE(security_.LookupPrivilegeValueW(u"", u"sechangenotifyprivilege", &luid));
+
+  struct Row {
+    LUID luid;
+    DWORD attributes, room;
+    BOOL result;
+    DWORD error, count, before;  // of those changed, and the state before
+  };
+  constexpr DWORD kRoom = sizeof(TOKEN_PRIVILEGES);
+  const FileHandle token = ProcessToken(kTokenAdjustPrivileges | kTokenQuery);
+  const DWORD was = kSePrivilegeEnabled;
+  for (const Row& row :
+       {Row{luid, 0, kRoom - 1, 0, kErrorInsufficientBuffer, 0, 0},
+        Row{luid, 0, kRoom, 1, 0, 1, was}, Row{luid, kSePrivilegeEnabled, kRoom, 1, 0, 1, 0},
+        Row{{0, 0}, kSePrivilegeEnabled, kRoom, 1, kErrorNotAllAssigned, 0, 0}}) {
+    const TOKEN_PRIVILEGES wanted{1, {{row.luid, row.attributes}}};
+    TOKEN_PRIVILEGES before{};
+    DWORD size = 0;
+    EXPECT_EQ(security_.AdjustTokenPrivileges(token.Get(), 0, &wanted, row.room, &before, &size),
+              row.result);
+    EXPECT_EQ(LastPlatformError(), row.error);
+    EXPECT_EQ(before.PrivilegeCount, row.count);
+    EXPECT_EQ(before.Privileges[0].Attributes & kSePrivilegeEnabled, row.before);
+  }
+  const TOKEN_PRIVILEGES wanted{1, {{luid, kSePrivilegeEnabled}}};
+  const FileHandle query = ProcessToken(kTokenQuery);
+  EXPECT_FALSE(security_.AdjustTokenPrivileges(query.Get(), 0, &wanted, 0, nullptr, nullptr));
+  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+  EXPECT_FALSE(security_.AdjustTokenPrivileges(nullptr, 0, &wanted, 0, nullptr, nullptr));
+  EXPECT_EQ(LastPlatformError(), kErrorInvalidHandle);
+  HANDLE none = nullptr;
+  EXPECT_FALSE(security_.OpenProcessToken(nullptr, kTokenQuery, &none));
+  EXPECT_EQ(LastPlatformError(), kErrorInvalidHandle);
+}
+
+TEST_F(SecurityContract, ChecksAClientsAccessAgainstADescriptor) {
+  const FileHandle client(files_, world_->OpenImpersonationToken());
+  const FileHandle process = ProcessToken(kTokenQuery);
+  struct Row {
+    LPCWSTR descriptor;
+    HANDLE token;
+    DWORD desired;
+    DWORD error;  // of the call, or 0 where the test could be made
+    bool allowed;
+  };
+  const std::vector<Row> table = {
+      {u"O:BGG:BAD:(A;;0x3;;;WD)", client.Get(), 1, 0, true},
+      {u"O:BGG:BAD:(A;;0x3;;;WD)", client.Get(), 4, 0, false},
+      {u"O:BGG:BAD:(A;;0x1;;;AN)", client.Get(), 1, 0, false},
+      {u"O:BGG:BAD:(D;;0x1;;;WD)(A;;0x3;;;WD)", client.Get(), 1, 0, false},
+      {u"O:BGG:BAD:(D;;0x1;;;WD)(A;;0x3;;;WD)", client.Get(), 2, 0, true},
+      {u"O:BGG:BAD:(A;;0x3;;;WD)(D;;0x1;;;WD)", client.Get(), 1, 0, true},
+      {u"O:BGG:BAD:(A;CIIO;0x3;;;WD)", client.Get(), 1, 0, false},
+      {u"O:BGG:BAD:(A;;GR;;;WD)", client.Get(), 0x20094, 0, true},
+      {u"O:BGG:BAD:", client.Get(), 0x20000, 0, false},
+      {u"O:WDG:BAD:", client.Get(), 0x60000, 0, true},
+      {u"O:WDG:BAD:", client.Get(), 1, 0, false},
+      {u"O:BGG:BAD:(A;;0x3;;;WD)", process.Get(), 1, kErrorNoImpersonationToken, false},
+      {u"O:BGG:BAD:(A;;0x3;;;WD)", nullptr, 1, kErrorInvalidHandle, false},
+      {u"O:BGG:BAD:(A;;0x3;;;WD)", client.Get(), kGenericRead, kErrorGenericNotMapped, false},
+      {u"D:(A;;0x3;;;WD)", client.Get(), 1, kErrorInvalidSecurityDescriptor, false}};
+  GENERIC_MAPPING mapping{0x20094, 0x20028, 0x20004, 0xF01FF};
+  for (const auto& [string, token, desired, error, allowed] : table) {
+    LocalMemory<std::uint8_t> descriptor(platform_.system);
+    ASSERT_TRUE(Convert(string, descriptor));
+    const auto check = [&](void* privileges, DWORD& room, DWORD& granted, BOOL& status) {
+      return security_.AccessCheckByType(descriptor.Get(), nullptr, token, desired, nullptr, 0,
+                                         &mapping, privileges, &room, &granted, &status);
+    };
+    DWORD room = 0;
+    DWORD granted = 77;
+    BOOL status = 77;
+    if (error == 0) {
+      EXPECT_FALSE(check(nullptr, room, granted, status));
+      EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
+      EXPECT_GE(room, 20u);
+    }
+    alignas(8) std::uint8_t privileges[64];
+    room = sizeof privileges;
+    EXPECT_EQ(check(privileges, room, granted, status), error == 0 ? 1 : 0) << ToUtf8(string);
+    if (error != 0) {
+      EXPECT_EQ(LastPlatformError(), error) << ToUtf8(string);
+    } else {
+      EXPECT_EQ(status != 0, allowed) << ToUtf8(string) << " " << desired;
+      EXPECT_EQ(granted, allowed ? desired : 0u) << ToUtf8(string);
+    }
+  }
+}
+
+TEST_F(SecurityContract, TellsOfSharesByLevelServerAndName) {
+  NetworkManagement& network = platform_.network_management;
+  NetworkBuffer buffer(network);
+  EXPECT_EQ(network.NetShareGetInfo(nullptr, u"No such share", 502, buffer.Receive()),
+            kErrorNetNameNotFound);
+  EXPECT_EQ(network.NetShareGetInfo(u"", u"No such share", 777, buffer.Receive()),
+            kErrorInvalidLevel);
+  EXPECT_EQ(network.NetShareGetInfo(u"\\\\vk-missing", u"C$", 502, buffer.Receive()),
+            kErrorBadNetPath);
+  EXPECT_EQ(network.NetApiBufferFree(nullptr), 0u);
+}
+
+}  // namespace
+}  // namespace veldmark
