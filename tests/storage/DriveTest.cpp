@@ -8,31 +8,30 @@ namespace veldmark {
 namespace {
 
 /// Drives of every kind: a stick in A, a disc in D, a share under P, nothing in F.
+void AddDrives(StorageWorld& world) {
+  simulated::Computer& local = world.local();
+  local.AddDrive(u'A', kDriveRemovable);
+  local.AddDrive(u'D', kDriveCdrom);
+  local.AddDrive(u'F', kDriveRemovable);
+  local.volume(u'A').label = u"STICK";
+  local.volume(u'D').label = u"DISC";
+  local.volume(u'D').serial = 0xFEDCBA98;
+  local.volume(u'F').ready = false;
+  local.volume(u'C').serial = 0x1A2B3C4D;
+  world.estate().MapDrive(u'P', u"\\\\SRV\\Share");
+}
+
 struct DriveWorld : StorageWorld {
-  DriveWorld() {
-    local().AddDrive(u'A', kDriveRemovable);
-    local().AddDrive(u'D', kDriveCdrom);
-    local().AddDrive(u'F', kDriveRemovable);
-    local().volume(u'A').label = u"STICK";
-    local().volume(u'D').label = u"DISC";
-    local().volume(u'D').serial = 0xFEDCBA98;
-    local().volume(u'F').ready = false;
-    local().volume(u'C').serial = 0x1A2B3C4D;
-    estate().MapDrive(u'P', u"\\\\SRV\\Share");
-  }
+  DriveWorld() { AddDrives(*this); }
+};
+
+class Drives : public StorageTest {
+ protected:
+  Drives() { AddDrives(*this); }
 
   static Ref<CDrive> Drive(const Text& letter) {
     Variant key(letter);
     return Make<SystemRoot>()->GetMyComputer()->GetDrives()->Item(key);
-  }
-};
-
-class Drives : public testing::Test, protected DriveWorld {
- protected:
-  void TearDown() override {
-    EXPECT_EQ(Apartment::Current().counters[Counter::kDrive], 0);
-    EXPECT_EQ(Apartment::Current().counters[Counter::kDrives], 0);
-    EXPECT_EQ(ledger().Report(), "");
   }
 };
 
@@ -68,7 +67,7 @@ TEST_F(Drives, TellTheirSpaceAsCurrencyOnceItIsAskedFor) {
     const Ref<CDrive> drive = Drive(u"c");
     journal().Clear();
     for (int attempt = 1; attempt <= 2; ++attempt) {
-      Variant available, free, total;
+      Variant total;
       EXPECT_EQ(ErrorOf([&] { total = Call(*drive, u"TotalSize", MemberKind::kGet); }), c.raised);
       EXPECT_EQ(journal().Count("GetDiskFreeSpaceExW"),
                 c.raised ? static_cast<std::size_t>(attempt) : 1u);
@@ -90,12 +89,9 @@ TEST_F(Drives, TellTheirSpaceAsCurrencyOnceItIsAskedFor) {
 
 TEST_F(Drives, RaiseTheNumberThatStandsInErrWhereTheSpaceCannotBeTold) {
   const Ref<CDrive> drive = Drive(u"F");
-  struct Case {
-    std::int32_t stands, raised;
-  };
-  for (const Case& c : {Case{0, 5}, Case{77, 77}}) {
-    Err().Set(AutomationError(c.stands, u"Before", u""));
-    EXPECT_EQ(ErrorOf([&] { drive->TotalSize(); }), c.raised);
+  for (const auto& [stands, raised] : {std::pair{0, 5}, {77, 77}}) {
+    Err().Set(AutomationError(stands, u"Before", u""));
+    EXPECT_EQ(ErrorOf([&] { drive->TotalSize(); }), raised);
     EXPECT_EQ(Err().Source(), u"Before");
     EXPECT_EQ(Err().Description(), u"The device is not ready.");
   }

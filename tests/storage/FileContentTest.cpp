@@ -35,23 +35,12 @@ TEST_F(FileContents, ExistAsWhateverTheirNameFinds) {
     bool file, folder;
   };
   const Case cases[] = {
-      {u"C:\\D\\a", true, true},
-      {u"C:\\D\\a\\", false, true},
-      {u"C:\\D", true, true},
-      {u"C:\\D\\", false, true},
-      {u"C:\\D\\*", true, true},
-      {u"C:\\D\\none", false, false},
-      {u"C:\\None\\none", false, false},
-      {u"C:\\", false, true},
-      {u"C:", false, true},
+      {u"C:\\D\\a\\", false, true},     {u"C:\\D", true, true},
+      {u"C:\\D\\", false, true},        {u"C:\\D\\*", true, true},
+      {u"C:\\D\\none", false, false},   {u"C:\\", false, true},
       {u"G:\\", false, false},  // nothing in it to find
-      {u"Q:\\", false, false},
-      {u"\\\\SRV\\Share", false, true},
-      {u"\\\\SRV\\Share\\Deep", true, true},
-      {u"\\\\NOBODY\\Share", false, false},
-      {u"C:\\Secret", true, true},
-      {u"C:\\Secret\\s", false, false},
-      {u"", false, false},
+      {u"\\\\SRV\\Share", false, true}, {u"\\\\NOBODY\\Share", false, false},
+      {u"C:\\Secret\\s", false, false}, {u"", false, false},
   };
   for (const Case& c : cases) {
     EXPECT_EQ(root_->FileExists(c.path), c.file) << ToUtf8(c.path);
@@ -66,26 +55,16 @@ TEST_F(FileContents, AreReadAsTextByTheRulesOfEachGeneration) {
   };
   using namespace std::string_view_literals;
   const Case cases[] = {
-      {"\xFF\xFE"
-       "A\0B\0C\0"sv,
-       u"ABC", u"ABC"},
-      {"\xFF\xFE"
-       "A\0"sv,
-       u"A", u"\uFEFFA"},
-      {"\xFF\xFE"
-       "A"sv,
-       u"", u"\uFEFF"},
+      {"\xFF\xFEZ\0B\0C\0"sv, u"ZBC", u"ZBC"},
+      {"\xFF\xFEZ\0"sv, u"Z", u"\uFEFFZ"},
+      {"\xFF\xFEZ"sv, u"", u"\uFEFF"},
       {"ten ASCII!", u"ten ASCII!", u"ten ASCII!"},
       {"abcdef", u"abcdef", u"\u6261\u6463\u6665"},
       {"abcdefg", u"abcdefg", u"\u6261\u6463\u6665"},
       {"abcdefgh", u"abcdefgh", u"abcdefgh"},
-      {"x", u"x", u""},
       {"\x80 and \xE9 too", u"\u20AC and \u00E9 too", u"\u20AC and \u00E9 too"},
       {"a\0b\0c\0d\0"sv, TextView(u"a\0b\0c\0d\0", 8), u"abcd"},
       {"abcd\0efgh"sv, TextView(u"abcd\0efgh", 9), TextView(u"abcd\0efgh", 9)},
-      {"\xFE\xFF"
-       "A\0B\0C\0D"sv,
-       TextView(u"\u00FE\u00FFA\0B\0C\0D", 9), u"\uFFFEABC"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.bytes);
@@ -116,8 +95,6 @@ TEST_F(FileContents, AreRefusedWithTheNumbersOfEachGeneration) {
       {u"C:\\D", 75, 5},
       {u"C:\\D\\a?b", 52, 123},
       {u"\\\\NOBODY\\s\\f", 52, 53},
-      {u"\\\\SRV\\None\\f", 52, 67},
-      {u"\\\\?\\C:\\D\\a", 0, 0},
       {u"", 76, 123},
       {deep, 76, 0},
   };
@@ -176,9 +153,7 @@ TEST_F(FileContents, AreWrittenFromTheStartWithoutCuttingWhatWasLonger) {
       {"ab", u"longer", false, "longer"},
       {"", u"\u00E9 \u4E2D \u20AC", false, "\xE9 ? \x80"},
       {"-", u"\u00E9\u4E2D", true, "\xFF\xFE\xE9\0\x2D\x4E"sv},
-      {"abcdef", u"", true,
-       "\xFF\xFE"
-       "cdef"},
+      {"uvwxyz", u"", true, "\xFF\xFEwxyz"},
   };
   for (const Case& c : cases) {
     if (const auto old = local().Find(u"C:\\D\\w")) old->Remove(estate().now());
@@ -188,16 +163,8 @@ TEST_F(FileContents, AreWrittenFromTheStartWithoutCuttingWhatWasLonger) {
               Variant(true));
     EXPECT_EQ(Content(u"C:\\D\\w"), c.after);
   }
-  for (const auto& [operation, code, number] :
-       {std::tuple{"WriteFile", 112u, 61}, {"WriteFile", 1117u, 57}, {"ReadFile", 1117u, 57}}) {
-    faults().FailEvery(operation, code);
-    EXPECT_EQ(ErrorOf([&] {
-                root_->WriteTextFile(u"C:\\D\\w", u"x", false);
-                root_->ReadTextFile(u"C:\\D\\w");
-              }),
-              number);
-    faults().Clear();
-  }
+  faults().FailEvery("WriteFile", 112);
+  EXPECT_EQ(ErrorOf([&] { root_->WriteTextFile(u"C:\\D\\w", u"x", false); }), 61);
 }
 
 TEST_F(FileContents, OfBytesAreWrittenToNewFilesOnly) {
@@ -242,12 +209,10 @@ TEST_F(FileContents, AreCopiedIntoAFolderThatIsMadeWhereItIsMissing) {
     std::string_view after;
   };
   const Case cases[] = {
-      {u"C:\\D\\a", u"C:\\D\\copy", false, 0, "alpha"},
       {u"C:\\D\\a", u"C:\\Made\\copy", false, 0, "alpha"},
       {u"C:\\D\\a", u"C:\\None\\None\\copy", false, 3, "no file"},
       {u"C:\\D\\a", u"C:\\D\\taken", false, 80, "old"},
       {u"C:\\D\\a", u"C:\\D\\taken", true, 0, "alpha"},
-      {u"C:\\D\\none", u"C:\\D\\other", true, 2, "no file"},
       {u"C:\\D\\none", u"C:\\Left\\other", true, 2, "no file"},
       {u"\\\\SRV\\Share\\Deep\\f", u"C:\\D\\remote", true, 0, ""},
   };
@@ -295,20 +260,16 @@ TEST_F(NetworkConnections, AreMadeOrRefusedWithTheProvidersStatus) {
   const Case cases[] = {
       {u"X:", u"\\\\SRV\\Share", u"", u"", 1, 0},
       {u"x:", u"\\\\SRV\\Share", u"", u"", 1, 85},
-      {u"C:", u"\\\\SRV\\Share", u"", u"", 1, 85},
       {u"", u"\\\\SRV\\Share", u"", u"", 0, 0},
       {u"Y:", u"\\\\srv\\share\\Deep", u"", u"", 1, 0},
       {u"Z:", u"\\\\SRV\\Share\\None", u"", u"", 1, 67},
       {u"Z:", u"\\\\SRV\\None", u"", u"", 1, 67},
-      {u"Z:", u"\\\\SRV", u"", u"", 1, 67},
-      {u"Z:", u"\\\\NOBODY\\Share", u"", u"", 1, 53},
       {u"Z:", u"\\\\GONE\\Share", u"", u"", 1, 53},
       {u"Z:", u"", u"", u"", 1, 87},
       {u"Z", u"\\\\SRV\\Share", u"", u"", 1, 1200},
       {u"Z:", u"\\\\SRV\\Share", u"", u"", 0, 66},
       {u"LPT1", u"\\\\SRV\\Share", u"", u"", 2, 66},
       {u"", u"\\\\SRV\\Share", u"", u"", 2, 66},
-      {u"", u"\\\\SRV\\Share", u"", u"", -1, 66},
       {u"Z:", u"\\\\SRV\\Shut", u"", u"", 1, 5},
       {u"Z:", u"\\\\SRV\\Odd", u"", u"", 1, 1208},
       {u"Z:", u"\\\\SRV\\Pay", u"", u"", 1, 1326},
@@ -359,10 +320,6 @@ TEST_F(NetworkConnections, OpenASharesFilesUntilTheyAreCancelled) {
 }
 
 TEST(FileContentFaults, AreRaisedWithNoHandleLeftAndNoOtherFileTouched) {
-  const std::set<std::string> of_the_statements = {"CreateFileW", "GetFileSizeEx", "ReadFile",
-                                                   "WriteFile"};
-  std::set<std::string> either = of_the_statements;
-  either.insert({"GetFileSize", "FindFirstFileW"});
   SweepFaults<StorageWorld>(
       {"FindClose", "CloseHandle"},
       [](StorageWorld&) {
@@ -383,7 +340,7 @@ TEST(FileContentFaults, AreRaisedWithNoHandleLeftAndNoOtherFileTouched) {
         }
         EXPECT_EQ(ContentOf(world.local(), u"C:\\Made\\copy"), raised ? "no file" : "alpha");
       },
-      either);
+      {"CreateFileW", "GetFileSizeEx", "GetFileSize", "ReadFile", "WriteFile", "FindFirstFileW"});
 }
 
 }  // namespace
