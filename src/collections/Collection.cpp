@@ -3,6 +3,7 @@
 #include <bit>
 #include <cmath>
 #include <functional>
+#include <optional>
 
 #include "collections/CollectionEnumerator.h"
 #include "platform/automation/CaseMapping.h"
@@ -75,29 +76,26 @@ struct Place {
 }  // namespace
 
 CollectionKey CollectionKey::Plain(TextView text) {
-  if (std::optional<Text> decoded = Decoded(text)) return {*decoded, true};
-  return {ToFolded(text), false};
+  if (std::optional<Text> decoded = Decoded(text)) return {*decoded, Kind::kEncoded};
+  return {ToFolded(text), Kind::kPlain};
 }
 
-CollectionKey::CollectionKey(TextView text, bool encoded) : encoded_(encoded) {
-  if (text.size() > short_.size()) {
-    long_ = std::make_unique<Text>(text);
-  } else {
-    length_ = static_cast<std::uint8_t>(text.copy(short_.data(), short_.size()));
-  }
+CollectionKey::CollectionKey(TextView text, Kind kind)
+    : length_(static_cast<std::uint32_t>(text.size())), kind_(kind) {
+  if (text.size() > short_.size()) long_ = std::make_unique<char16_t[]>(text.size());
+  text.copy(long_ ? long_.get() : short_.data(), text.size());
 }
 
 std::uint32_t CollectionKey::Hash() const noexcept {
   const auto hash = static_cast<std::uint32_t>(std::hash<TextView>()(Units()));
-  return encoded_ ? ~hash : hash;
+  return kind_ == Kind::kEncoded ? ~hash : hash;
 }
 
 Collection::Collection() = default;
 
 Collection::~Collection() = default;
 
-void Collection::Add(Variant item, std::optional<CollectionKey> key, const Variant& before,
-                     const Variant& after) {
+void Collection::Add(Variant item, CollectionKey key, const Variant& before, const Variant& after) {
   std::size_t position = order_.size();
   if (!before.IsMissing()) {
     if (!after.IsMissing()) Raise(runtime_error::kInvalidCall);
@@ -106,9 +104,9 @@ void Collection::Add(Variant item, std::optional<CollectionKey> key, const Varia
     position = PositionOf(after) + 1;
   }
   if (item.If<Reference>()) item = item.Dereferenced();
-  const std::uint32_t hash = key ? key->Hash() : 0;
-  if (key) {
-    if (Find(*key, hash) != KeyIndex::kNone) Raise(runtime_error::kKeyAlreadyPresent);
+  const std::uint32_t hash = key.Hash();
+  if (!key.IsNone()) {
+    if (Find(key, hash) != KeyIndex::kNone) Raise(runtime_error::kKeyAlreadyPresent);
     keyed_.Reserve();
   }
   const std::uint32_t slot = FreeSlot();
@@ -116,7 +114,7 @@ void Collection::Add(Variant item, std::optional<CollectionKey> key, const Varia
 
   // From here on nothing fails.
   free_.pop_back();
-  if (key) keyed_.Insert(hash, slot);
+  if (!key.IsNone()) keyed_.Insert(hash, slot);
   Entry& entry = At(slot);
   entry.item = std::move(item);
   entry.key = std::move(key);
@@ -191,7 +189,7 @@ void Collection::RemoveAt(std::size_t position) {
   free_.push_back(slot);
   // The item may end with this, and what it does then must find the list in order.
   const Entry entry = std::exchange(At(slot), {});
-  if (entry.key) keyed_.Erase(entry.key->Hash(), slot);
+  if (!entry.key.IsNone()) keyed_.Erase(entry.key.Hash(), slot);
   order_.erase(order_.begin() + static_cast<std::ptrdiff_t>(position));
   for (CollectionEnumerator* enumerator : enumerators_) enumerator->OnRemoved(position);
 }

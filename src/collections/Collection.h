@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -19,27 +18,32 @@ class CollectionEnumerator;
 
 /// A key of a `Collection`. A plain key is compared without regard to case. An encoded key stands
 /// for `GetCollectionKey(text)` without spelling it out, so it equals exactly the keys of the same
-/// code units; a plain key that happens to read like an encoding is one.
+/// code units; a plain key that happens to read like an encoding is one. An item without a key has
+/// one that is none.
 class CollectionKey {
  public:
+  CollectionKey() = default;
   static CollectionKey Plain(TextView text);
-  static CollectionKey Encoded(TextView text) { return {text, true}; }
+  static CollectionKey Encoded(TextView text) { return {text, Kind::kEncoded}; }
 
+  bool IsNone() const { return kind_ == Kind::kNone; }
   bool operator==(const CollectionKey& other) const {
-    return encoded_ == other.encoded_ && Units() == other.Units();
+    return kind_ == other.kind_ && Units() == other.Units();
   }
   std::uint32_t Hash() const noexcept;
 
  private:
-  CollectionKey(TextView text, bool encoded);
+  enum class Kind : std::uint8_t { kNone, kPlain, kEncoded };
 
-  TextView Units() const { return long_ ? *long_ : TextView(short_.data(), length_); }
+  CollectionKey(TextView text, Kind kind);
+
+  TextView Units() const { return {long_ ? long_.get() : short_.data(), length_}; }
 
   // Most names are short; kept in place they cost no allocation, and a look-up one wait less.
-  std::unique_ptr<Text> long_;
-  std::array<char16_t, 19> short_{};
-  std::uint8_t length_ = 0;  ///< of the short one
-  bool encoded_;             ///< a plain one is case-folded
+  std::unique_ptr<char16_t[]> long_;
+  std::array<char16_t, 20> short_{};
+  std::uint32_t length_ = 0;
+  Kind kind_ = Kind::kNone;  ///< a plain one is case-folded
 };
 
 /// The runtime's keyed list: items in insertion order, found by 1-based position or by key, both in
@@ -53,8 +57,8 @@ class Collection : public ReferenceCounted {
   /// position or a key; at most one of them, else 5). A by-reference item is read through. Raises
   /// 457 for a key that is present already, and as `Item` does for a place that isn't there; the
   /// list then stays as it was.
-  void Add(Variant item, std::optional<CollectionKey> key = {},
-           const Variant& before = Variant::Missing(), const Variant& after = Variant::Missing());
+  void Add(Variant item, CollectionKey key = {}, const Variant& before = Variant::Missing(),
+           const Variant& after = Variant::Missing());
 
   /// The item at a position (a number of any type, rounded half to even; out of range raises 9) or
   /// under a plain key (a text, also of digits; absent raises 5). Another type of index raises 13.
@@ -73,7 +77,7 @@ class Collection : public ReferenceCounted {
 
   struct Entry {
     Variant item;
-    std::optional<CollectionKey> key;
+    CollectionKey key;
   };
 
   Entry& At(std::uint32_t slot);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <utility>
 
 #include "collections/Collection.h"
@@ -46,7 +45,7 @@ class CollectionClass : public Exported<Class> {
     });
   }
   /// The same under a key of the caller's choice, or none.
-  bool StoreAs(Element& element, std::optional<CollectionKey> key) {
+  bool StoreAs(Element& element, CollectionKey key) {
     return Swallow([&] { items_->Add(Variant(Ref<Object>(&element)), std::move(key)); });
   }
   static Ref<Element> ElementIn(const Variant& item) {

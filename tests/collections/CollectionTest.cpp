@@ -248,8 +248,7 @@ TEST(Collection, BehavesAsANaiveListUnderRandomChangesAndWalks) {
           const int place = below(3);
           const std::int32_t expected = place && !in_range ? 9 : found >= 0 ? 457 : 0;
           const std::int32_t number = NumberOf([&] {
-            list->Add(Variant(id),
-                      key.empty() ? std::nullopt : std::optional(CollectionKey::Plain(spelled)),
+            list->Add(Variant(id), key.empty() ? CollectionKey() : CollectionKey::Plain(spelled),
                       place == 1 ? index : Variant::Missing(),
                       place == 2 ? index : Variant::Missing());
           });
