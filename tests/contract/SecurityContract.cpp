@@ -322,12 +322,13 @@ TEST_F(SecurityContract, ChecksAClientsAccessAgainstADescriptor) {
       {u"O:BGG:BAD:(A;;0x3;;;WD)", client.Get(), kGenericRead, kErrorGenericNotMapped, false},
       {u"D:(A;;0x3;;;WD)", client.Get(), 1, kErrorInvalidSecurityDescriptor, false}};
   GENERIC_MAPPING mapping{0x20094, 0x20028, 0x20004, 0xF01FF};
-  for (const auto& [string, token, desired, error, allowed] : table) {
+  for (const Row& row : table) {
+    const auto& [string, token, desired, error, allowed] = row;
     LocalMemory<std::uint8_t> descriptor(platform_.system);
     ASSERT_TRUE(Convert(string, descriptor));
     const auto check = [&](void* privileges, DWORD& room, DWORD& granted, BOOL& status) {
-      return security_.AccessCheckByType(descriptor.Get(), nullptr, token, desired, nullptr, 0,
-                                         &mapping, privileges, &room, &granted, &status);
+      return security_.AccessCheckByType(descriptor.Get(), nullptr, row.token, row.desired, nullptr,
+                                         0, &mapping, privileges, &room, &granted, &status);
     };
     DWORD room = 0;
     DWORD granted = 77;

@@ -117,7 +117,8 @@ void SecuredNode::Describe(SecurityDescriptor descriptor) {
   if (descriptor.owner.empty()) descriptor.owner = before->descriptor().owner;
   if (descriptor.group.empty()) descriptor.group = before->descriptor().group;
   if ((descriptor.control & kDaclPresent) == 0) {
-    descriptor.control |= before->descriptor().control & (kDaclPresent | kDaclAutoInherited);
+    descriptor.control |=
+        before->descriptor().control & (kDaclPresent | kDaclAutoInherited | kDaclProtected);
     descriptor.dacl = before->descriptor().dacl;
   }
   Adopt(std::move(descriptor));
