@@ -45,8 +45,9 @@ std::string Show(const Variant& value) {
   }
 }
 
-void Check(std::initializer_list<Case> cases) {
-  for (const auto& [value, outcome] : cases) {
+template <std::same_as<Case>... Cases>
+void Check(const Cases&... cases) {
+  for (const auto& [value, outcome] : {cases...}) {
     SCOPED_TRACE(Show(value));
     const auto* failure = std::get_if<Failure>(&outcome);
     const Variant* expected = std::get_if<Variant>(&outcome);
@@ -62,207 +63,116 @@ void Check(std::initializer_list<Case> cases) {
   }
 }
 
+template <class... Values>
+std::vector<TextView> Texts(const Values&... values) {
+  return {values...};
+}
+
 std::int32_t operator""_l(unsigned long long value) { return static_cast<std::int32_t>(value); }
 
 TEST(Conversion, WholeNumbersRoundHalfToEvenAndStayInTheirRange) {
   using enum VariantType;
-  Check({{0.5, 0_l},
-         {1.5, 2_l},
-         {2.5, 2_l},
-         {-2.5, -2},
-         {2147483647.4, 2147483647_l},
-         {2147483647.5, Failure{kLong, 6}},
-         {-2147483648.5, std::numeric_limits<std::int32_t>::min()},
-         {-2147483649.0, Failure{kLong, 6}},
-         {std::nan(""), Failure{kLong, 6}},
-         {-0.5, std::uint8_t{0}},
-         {255.5, Failure{kByte, 6}},
-         {-1, Failure{kByte, 6}},
-         {32768, Failure{kInteger, 6}},
-         {true, std::uint8_t{255}},
-         {true, std::int16_t{-1}},
-         {true, -1.0},
-         {9223372036854775807.0, Failure{kLongLong, 6}},
-         {-9223372036854775808.0, std::numeric_limits<std::int64_t>::min()},
-         {Currency{25000}, 2_l},
-         {Currency{35000}, 4_l},
-         {Currency{-25000}, -2},
-         {Currency{-35001}, -4},
-         {Date{46348.5}, 46348_l},
-         {Variant(), 0_l},
-         {Null{}, Failure{kLong, 94}},
-         {Status{5}, Failure{kLong, 13}},
-         {Variant::Missing(), Failure{kText, 13}},
-         {ByteArray(), Failure{kText, 13}}});
+  Check(Case{0.5, 0_l}, Case{1.5, 2_l}, Case{2.5, 2_l}, Case{-2.5, -2},
+        Case{2147483647.4, 2147483647_l}, Case{2147483647.5, Failure{kLong, 6}},
+        Case{-2147483648.5, std::numeric_limits<std::int32_t>::min()},
+        Case{-2147483649.0, Failure{kLong, 6}}, Case{std::nan(""), Failure{kLong, 6}},
+        Case{-0.5, std::uint8_t{0}}, Case{255.5, Failure{kByte, 6}}, Case{-1, Failure{kByte, 6}},
+        Case{32768, Failure{kInteger, 6}}, Case{true, std::uint8_t{255}},
+        Case{true, std::int16_t{-1}}, Case{true, -1.0},
+        Case{9223372036854775807.0, Failure{kLongLong, 6}},
+        Case{-9223372036854775808.0, std::numeric_limits<std::int64_t>::min()},
+        Case{Currency{25000}, 2_l}, Case{Currency{35000}, 4_l}, Case{Currency{-25000}, -2},
+        Case{Currency{-35001}, -4}, Case{Date{46348.5}, 46348_l}, Case{Variant(), 0_l},
+        Case{Null{}, Failure{kLong, 94}}, Case{Status{5}, Failure{kLong, 13}},
+        Case{Variant::Missing(), Failure{kText, 13}}, Case{ByteArray(), Failure{kText, 13}});
 }
 
 TEST(Conversion, TextsReadAsNumbersTheWayTheyAreWritten) {
   using enum VariantType;
-  Check({{u"15", 15_l},
-         {u" 1.5e3 ", 1500_l},
-         {u"1e+3", 1000.0},
-         {u"\t-7\r\n", -7},
-         {u"- 5", -5},
-         {u"5-", -5},
-         {u"(5)", -5},
-         {u"$5", 5_l},
-         {u"1,234", 1234_l},
-         {u"1,2,3.5", 123.5},
-         {u".5", 0.5},
-         {u"5.", 5.0},
-         {u"-0", 0.0},
-         {u"1e-400", 0.0},
-         {u"0.0000e9999999999999999999", 0.0},
-         {u"1e400", Failure{kDouble, 6}},
-         {Text(u"5\0x", 3), 5_l},
-         {u"2.5", 2_l},
-         {u"3.5", 4_l},
-         {u"2.50000000000000000000001", 3_l},
-         {u"9223372036854775807", kMost64},
-         {u"9223372036854775807.4", kMost64},
-         {u"9223372036854775807.5", Failure{kLongLong, 6}},
-         {u"-9223372036854775808", std::numeric_limits<std::int64_t>::min()},
-         {u"-9223372036854775809", Failure{kLongLong, 6}},
-         {u"1e5", Failure{kInteger, 6}},
-         {u"2147483648", Failure{kLong, 6}},
-         {Text(40000, u'9'), Failure{kDouble, 6}},
-         {u"0." + Text(40000, u'3'), 1.0 / 3},
-         {u"&HFF", 255_l},
-         {u"&hffff", std::int16_t{-1}},
-         {u"&HFFFF", 65535_l},
-         {u"&HFFFFFFFF", -1},
-         {u"&HFFFFFFFF", 4294967295.0},
-         {u"&HFFFFFFFFFFFFFFFF", std::int64_t{-1}},
-         {u"&H10000000000000000", Failure{kLongLong, 6}},
-         {u"&H10000", Failure{kInteger, 6}},
-         {u"&O17", 15_l},
-         {u"&O18", Failure{kLong, 13}},
-         {u"&H", Failure{kLong, 13}}});
+  Check(Case{u"15", 15_l}, Case{u" 1.5e3 ", 1500_l}, Case{u"1e+3", 1000.0}, Case{u"\t-7\r\n", -7},
+        Case{u"- 5", -5}, Case{u"5-", -5}, Case{u"(5)", -5}, Case{u"$5", 5_l},
+        Case{u"1,234", 1234_l}, Case{u"1,2,3.5", 123.5}, Case{u".5", 0.5}, Case{u"5.", 5.0},
+        Case{u"-0", 0.0}, Case{u"1e-400", 0.0}, Case{u"0.0000e9999999999999999999", 0.0},
+        Case{u"1e400", Failure{kDouble, 6}}, Case{Text(u"5\0x", 3), 5_l}, Case{u"2.5", 2_l},
+        Case{u"3.5", 4_l}, Case{u"2.50000000000000000000001", 3_l},
+        Case{u"9223372036854775807", kMost64}, Case{u"9223372036854775807.4", kMost64},
+        Case{u"9223372036854775807.5", Failure{kLongLong, 6}},
+        Case{u"-9223372036854775808", std::numeric_limits<std::int64_t>::min()},
+        Case{u"-9223372036854775809", Failure{kLongLong, 6}}, Case{u"1e5", Failure{kInteger, 6}},
+        Case{u"2147483648", Failure{kLong, 6}}, Case{Text(40000, u'9'), Failure{kDouble, 6}},
+        Case{u"0." + Text(40000, u'3'), 1.0 / 3}, Case{u"&HFF", 255_l},
+        Case{u"&hffff", std::int16_t{-1}}, Case{u"&HFFFF", 65535_l}, Case{u"&HFFFFFFFF", -1},
+        Case{u"&HFFFFFFFF", 4294967295.0}, Case{u"&HFFFFFFFFFFFFFFFF", std::int64_t{-1}},
+        Case{u"&H10000000000000000", Failure{kLongLong, 6}}, Case{u"&H10000", Failure{kInteger, 6}},
+        Case{u"&O17", 15_l}, Case{u"&O18", Failure{kLong, 13}}, Case{u"&H", Failure{kLong, 13}});
   for (const char16_t* text : {u"", u" ", u".", u",5", u"1e", u"1e+", u"--5", u"(5", u"5)", u"0x10",
                                u"1 2", u"1.2.3", u"$$5", u"-5-", u"five", u"\u0665", u"1d3"}) {
-    Check({{text, Failure{VariantType::kDouble, 13}}, {text, Failure{VariantType::kLong, 13}}});
+    Check(Case{text, Failure{VariantType::kDouble, 13}},
+          Case{text, Failure{VariantType::kLong, 13}});
   }
 }
 
 TEST(Conversion, CurrencyKeepsFourExactDecimals) {
   using enum VariantType;
-  Check({{u"1.00005", Currency{10000}},
-         {u"1.00015", Currency{10002}},
-         {u"1.000050000000000000001", Currency{10001}},
-         {u"922337203685477.5807", Currency{kMost64}},
-         {u"-922337203685477.5808", Currency{std::numeric_limits<std::int64_t>::min()}},
-         {u"922337203685477.58075", Failure{kCurrency, 6}},
-         {u"&H10", Currency{160000}},
-         {1.00005, Currency{10001}},  // the nearest double lies above the half
-         {0.00015, Currency{1}},      // and this one below
-         {0.5 / 10000, Currency{1}},
-         {0.03125, Currency{312}},
-         {1e15, Failure{kCurrency, 6}},
-         {kMost64, Failure{kCurrency, 6}},
-         {true, Currency{-10000}},
-         {Currency{123400}, u"12.34"},
-         {Currency{-1}, u"-0.0001"},
-         {Currency{120000}, u"12"},
-         {Currency{std::numeric_limits<std::int64_t>::min()}, u"-922337203685477.5808"},
-         {Currency{5000}, 0.5}});
+  Check(Case{u"1.00005", Currency{10000}}, Case{u"1.00015", Currency{10002}},
+        Case{u"1.000050000000000000001", Currency{10001}},
+        Case{u"922337203685477.5807", Currency{kMost64}},
+        Case{u"-922337203685477.5808", Currency{std::numeric_limits<std::int64_t>::min()}},
+        Case{u"922337203685477.58075", Failure{kCurrency, 6}}, Case{u"&H10", Currency{160000}},
+        // The nearest double lies above the half in one, and below in the other.
+        Case{1.00005, Currency{10001}}, Case{0.00015, Currency{1}}, Case{0.5 / 10000, Currency{1}},
+        Case{0.03125, Currency{312}}, Case{1e15, Failure{kCurrency, 6}},
+        Case{kMost64, Failure{kCurrency, 6}}, Case{true, Currency{-10000}},
+        Case{Currency{123400}, u"12.34"}, Case{Currency{-1}, u"-0.0001"},
+        Case{Currency{120000}, u"12"},
+        Case{Currency{std::numeric_limits<std::int64_t>::min()}, u"-922337203685477.5808"},
+        Case{Currency{5000}, 0.5});
 }
 
 TEST(Conversion, NumbersReadAsTextsOfFifteenDigits) {
-  Check({{0.1 + 0.2, u"0.3"},
-         {1.0 / 3, u"0.333333333333333"},
-         {2.0 / 3, u"0.666666666666667"},
-         {1e14, u"100000000000000"},
-         {1e15, u"1E+15"},
-         {999999999999999.0, u"999999999999999"},
-         {123456789012345678.0, u"1.23456789012346E+17"},
-         {0.0001, u"0.0001"},
-         {0.00001, u"1E-05"},
-         {-0.00000015, u"-1.5E-07"},
-         {1e300, u"1E+300"},
-         {1234567.891, u"1234567.891"},
-         {-0.0, u"0"},
-         {HUGE_VAL, u"1.#INF"},
-         {std::uint8_t{200}, u"200"},
-         {std::numeric_limits<std::int64_t>::min(), u"-9223372036854775808"},
-         {true, u"True"},
-         {Variant(), u""},
-         {Null{}, Failure{VariantType::kText, 94}}});
+  Check(Case{0.1 + 0.2, u"0.3"}, Case{1.0 / 3, u"0.333333333333333"},
+        Case{2.0 / 3, u"0.666666666666667"}, Case{1e14, u"100000000000000"}, Case{1e15, u"1E+15"},
+        Case{999999999999999.0, u"999999999999999"},
+        Case{123456789012345678.0, u"1.23456789012346E+17"}, Case{0.0001, u"0.0001"},
+        Case{0.00001, u"1E-05"}, Case{-0.00000015, u"-1.5E-07"}, Case{1e300, u"1E+300"},
+        Case{1234567.891, u"1234567.891"}, Case{-0.0, u"0"}, Case{HUGE_VAL, u"1.#INF"},
+        Case{std::uint8_t{200}, u"200"},
+        Case{std::numeric_limits<std::int64_t>::min(), u"-9223372036854775808"},
+        Case{true, u"True"}, Case{Variant(), u""}, Case{Null{}, Failure{VariantType::kText, 94}});
 }
 
 TEST(Conversion, BooleansAreWordsOrNumbers) {
   using enum VariantType;
-  Check({{u"True", true},
-         {u"FALSE", false},
-         {u"#true#", true},
-         {u"0.1", true},
-         {u"0", false},
-         {u"&H0", false},
-         {u" True", Failure{kBoolean, 13}},
-         {u"yes", Failure{kBoolean, 13}},
-         {u"", Failure{kBoolean, 13}},
-         {0.4, true},
-         {Currency{1}, true},
-         {Date{0}, false},
-         {Variant(), false}});
+  Check(Case{u"True", true}, Case{u"FALSE", false}, Case{u"#true#", true}, Case{u"0.1", true},
+        Case{u"0", false}, Case{u"&H0", false}, Case{u" True", Failure{kBoolean, 13}},
+        Case{u"yes", Failure{kBoolean, 13}}, Case{u"", Failure{kBoolean, 13}}, Case{0.4, true},
+        Case{Currency{1}, true}, Case{Date{0}, false}, Case{Variant(), false});
 }
 
 TEST(Conversion, DatesReadAsTextsAndBack) {
   using enum VariantType;
   const Date both = MakeDate(2026, 11, 22, 21, 17, 5);
   const Date day = MakeDate(2026, 11, 22);
-  Check({{both, u"11/22/2026 9:17:05 PM"},
-         {day, u"11/22/2026"},
-         {Date{0}, u"12:00:00 AM"},
-         {Date{0.5}, u"12:00:00 PM"},
-         {Date{-1.25}, u"12/29/1899 6:00:00 AM"},
-         {Date{46347.999999}, u"11/22/2026"},
-         {Date{2958465.999999}, Failure{kText, 6}},
-         {u"2026-11-22", day},
-         {u"2026-11-22 21:17:05", both},
-         {u"21:17:05 2026-11-22", both},
-         {u"11/22/2026 9:17:05 PM", both},
-         {u"22/11/2026", day},
-         {u"2026/22/11", day},
-         {u"11-22-26", day},
-         {u"Nov 22, 2026", day},
-         {u"22 november 2026", day},
-         {u"Sunday, November 22, 2026", day},
-         {u"11/2026", MakeDate(2026, 11, 1)},
-         {u"Nov 2026", MakeDate(2026, 11, 1)},
-         {u"1/2/29", MakeDate(2029, 1, 2)},
-         {u"1/2/30", MakeDate(1930, 1, 2)},
-         {u"1/1/100", Date{-657434}},
-         {u"9 PM", Date{0.875}},
-         {u"9:17 pm", MakeDate(1899, 12, 30, 21, 17)},
-         {u"12:30 AM", MakeDate(1899, 12, 30, 0, 30)},
-         {u"12 p", Date{0.5}},
-         {u"36526.5", Date{36526.5}},
-         {-657434.5, Date{-657434.5}},
-         {-657435.0, Failure{kDate, 6}},
-         {2958466, Failure{kDate, 6}},
-         {true, Date{-1}}});
-  for (const char16_t* text : {u"",
-                               u"2/29/2023",
-                               u"2026-13-32",
-                               u"24:00",
-                               u"9:60",
-                               u"1:2:3:4",
-                               u"9:17 PM AM",
-                               u"2026-11-",
-                               u"-2026-11-22",
-                               u"2026--11-22",
-                               u"11 Nov 22 2026",
-                               u"Nov Dec 2026",
-                               u"Nov",
-                               u"/",
-                               u":",
-                               u"1/2/3/4",
-                               u"11/22",
-                               u"2026-11-22T21:17:05",
-                               u"12345/1/1",
-                               u"0/1/2026",
-                               u"noon"}) {
-    Check({{text, Failure{kDate, 13}}});
+  Check(Case{both, u"11/22/2026 9:17:05 PM"}, Case{day, u"11/22/2026"},
+        Case{Date{0}, u"12:00:00 AM"}, Case{Date{0.5}, u"12:00:00 PM"},
+        Case{Date{-1.25}, u"12/29/1899 6:00:00 AM"}, Case{Date{46347.999999}, u"11/22/2026"},
+        Case{Date{2958465.999999}, Failure{kText, 6}}, Case{u"2026-11-22", day},
+        Case{u"2026-11-22 21:17:05", both}, Case{u"21:17:05 2026-11-22", both},
+        Case{u"11/22/2026 9:17:05 PM", both}, Case{u"22/11/2026", day}, Case{u"2026/22/11", day},
+        Case{u"11-22-26", day}, Case{u"Nov 22, 2026", day}, Case{u"22 november 2026", day},
+        Case{u"Sunday, November 22, 2026", day}, Case{u"11/2026", MakeDate(2026, 11, 1)},
+        Case{u"Nov 2026", MakeDate(2026, 11, 1)}, Case{u"1/2/29", MakeDate(2029, 1, 2)},
+        Case{u"1/2/30", MakeDate(1930, 1, 2)}, Case{u"1/1/100", Date{-657434}},
+        Case{u"9 PM", Date{0.875}}, Case{u"9:17 pm", MakeDate(1899, 12, 30, 21, 17)},
+        Case{u"12:30 AM", MakeDate(1899, 12, 30, 0, 30)}, Case{u"12 p", Date{0.5}},
+        Case{u"36526.5", Date{36526.5}}, Case{-657434.5, Date{-657434.5}},
+        Case{-657435.0, Failure{kDate, 6}}, Case{2958466, Failure{kDate, 6}}, Case{true, Date{-1}});
+  for (const TextView text :
+       Texts(u"", u"2/29/2023", u"2026-13-32", u"24:00", u"9:60", u"1:2:3:4", u"9:17 PM AM",
+             u"2026-11-", u"-2026-11-22", u"2026--11-22", u"11 Nov 22 2026", u"Nov Dec 2026",
+             u"Nov", u"/", u":", u"1/2/3/4", u"11/22", u"2026-11-22T21:17:05", u"12345/1/1",
+             u"0/1/2026", u"noon")) {
+    Check(Case{text, Failure{kDate, 13}});
   }
 }
 
@@ -290,18 +200,12 @@ TEST(Conversion, ReferencesAndObjectsGiveWhatStandsBehindThem) {
   const Ref<Object> mute = Make<Standing>(std::nullopt);
   const auto endless = Make<Standing>(Variant());
   endless->value = Variant(Ref<Object>(endless));
-  Check({{Variant::ByReference(holder), u"7"},
-         {plain, 12_l},
-         {nested, u"12"},
-         {plain, Variant(plain)},
-         {mute, Failure{kText, 13}},
-         {Ref<Object>(endless), Failure{kLong, 13}},
-         {Ref<Object>(), Failure{kLong, 13}},
-         {5, Failure{kObject, 13}},
-         {Variant(), Failure{kObject, 13}},
-         {TextArray({u"a"}), Variant(TextArray({u"a"}))},
-         {TextArray({u"a"}), Failure{kByteArray, 13}},
-         {5, Failure{kEmpty, 13}}});
+  Check(Case{Variant::ByReference(holder), u"7"}, Case{plain, 12_l}, Case{nested, u"12"},
+        Case{plain, Variant(plain)}, Case{mute, Failure{kText, 13}},
+        Case{Ref<Object>(endless), Failure{kLong, 13}}, Case{Ref<Object>(), Failure{kLong, 13}},
+        Case{5, Failure{kObject, 13}}, Case{Variant(), Failure{kObject, 13}},
+        Case{TextArray({u"a"}), Variant(TextArray({u"a"}))},
+        Case{TextArray({u"a"}), Failure{kByteArray, 13}}, Case{5, Failure{kEmpty, 13}});
   endless->value.reset();
 
   holder.Assign(u"41");

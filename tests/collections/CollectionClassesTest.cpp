@@ -3,51 +3,25 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "accounts/CGroup.h"
 #include "accounts/CUser.h"
-#include "collections/CAces.h"
-#include "collections/CDomains.h"
-#include "collections/CDrives.h"
-#include "collections/CEventLogEntries.h"
 #include "collections/CEventLogs.h"
-#include "collections/CFiles.h"
 #include "collections/CFolders.h"
 #include "collections/CGroups.h"
-#include "collections/CNetworks.h"
-#include "collections/CPathNames.h"
 #include "collections/CPrinters.h"
-#include "collections/CRegKeys.h"
-#include "collections/CRegValues.h"
 #include "collections/CServers.h"
-#include "collections/CServices.h"
-#include "collections/CShares.h"
-#include "collections/CSids.h"
-#include "collections/CTasks.h"
-#include "collections/CTriggers.h"
 #include "collections/CUsers.h"
-#include "collections/CVolumes.h"
 #include "eventlog/CEventLog.h"
-#include "eventlog/CEventLogEntry.h"
-#include "network/CDomain.h"
-#include "network/CNetwork.h"
+#include "frame/ObjectModel.h"
 #include "network/CServer.h"
 #include "platform/automation/Interface.h"
-#include "registry/CRegKey.h"
-#include "registry/CRegValue.h"
-#include "security/CAce.h"
 #include "security/CSid.h"
 #include "services/CPrinter.h"
-#include "services/CService.h"
-#include "storage/CDrive.h"
-#include "storage/CFile.h"
 #include "storage/CFolder.h"
-#include "storage/CPathName.h"
-#include "storage/CShare.h"
-#include "storage/CVolume.h"
 #include "support/ApartmentFixture.h"
-#include "tasks/CTask.h"
 #include "tasks/CTrigger.h"
 
 namespace veldmark {
@@ -57,94 +31,79 @@ namespace {
 enum class Names { kNone, kAnyCase, kExact, kHidden };
 
 struct ListClass {
-  const Interface& (*list)();
-  const Interface& (*element)();
+  const Interface& List() const { return Table(name); }
+  /// Arguments are named after their class.
+  const Interface& Element() const {
+    return Table(u"C" + FromUtf8(argument.substr(argument.starts_with("ByRef ") ? 7 : 1)));
+  }
+  void PutKey(Object& element, TextView key) const {
+    if (const auto* set = std::get_if<Setter>(&this->key)) return (*set)(element, Text(key));
+    const Text property = std::get<const char16_t*>(this->key);
+    if (!property.empty()) Call(element, property, MemberKind::kPut, {Variant(key)});
+  }
+  static const Interface& Table(TextView name) {
+    return **std::ranges::find(ObjectModel(), name, [](auto* table) { return table->name; });
+  }
+
+  using Setter = void (*)(Object&, Text);
+  const char16_t* name;
   Names names;
-  const char* slots;
-  const char* argument;
-  void (*put_key)(Object& element, TextView key);
+  std::string slots, argument;
+  std::variant<const char16_t*, Setter> key;  ///< the property, or how the library puts it
   std::optional<Counter> counter;
 };
 
-template <class Member>
-struct ClassOf;
-template <class C, class T>
-struct ClassOf<T C::*> {
-  using Type = C;
-};
-template <auto kKey>
-void PutKey(Object& object, TextView key) {
-  auto& element = static_cast<typename ClassOf<decltype(kKey)>::Type&>(object);
-  if constexpr (std::is_member_object_pointer_v<decltype(kKey)>) {
-    element.*kKey = key;
-  } else {
-    (element.*kKey)(Text(key));
-  }
+template <auto kSet, class Element>
+void SetBy(Object& element, Text key, void (Element::*)(Text)) {
+  (static_cast<Element&>(element).*kSet)(std::move(key));
 }
-void PutNoKey(Object&, TextView) {}
-
-template <class List, class Element>
-ListClass Of(Names names, const char* slots, const char* argument,
-             void (*put_key)(Object&, TextView), std::optional<Counter> counter) {
-  return {&List::Describe, &Element::Describe, names, slots, argument, put_key, counter};
+template <auto kSet>
+void Set(Object& element, Text key) {
+  SetBy<kSet>(element, std::move(key), kSet);
 }
 
 constexpr const char* kPlain = "Add Item Count Remove NewEnum";
 constexpr const char* kKeyed = "Add Item Count Remove NewEnum ItemByKey ItemByIndex";
+using enum Names;
 
 const ListClass kListClasses[] = {
-    Of<CDrives, CDrive>(Names::kAnyCase, kPlain, "oDrive", PutKey<&CDrive::DriveLetter>,
-                        Counter::kDrives),
-    Of<CNetworks, CNetwork>(Names::kAnyCase, kPlain, "oNetwork", PutKey<&CNetwork::NetworkName>,
-                            Counter::kNetworks),
-    Of<CSids, CSid>(Names::kAnyCase, kPlain, "oSid", PutKey<&CSid::SetSidText>, Counter::kSids),
-    Of<CAces, CAce>(Names::kNone, kPlain, "oAce", PutNoKey, Counter::kAces),
-    Of<CEventLogEntries, CEventLogEntry>(Names::kNone, kPlain, "oEventLogEntry", PutNoKey,
-                                         Counter::kEventLogEntries),
-    Of<CFolders, CFolder>(Names::kExact, kKeyed, "oFolder", PutKey<&CFolder::FolderName>,
-                          Counter::kFolders),
-    Of<CFiles, CFile>(Names::kExact, "Add Item Count Remove NewEnum ItemByIndex ItemByKey", "oFile",
-                      PutKey<&CFile::FileName>, Counter::kFiles),
-    Of<CDomains, CDomain>(Names::kExact, kKeyed, "oDomain", PutKey<&CDomain::DomainName>,
-                          Counter::kDomains),
-    Of<CEventLogs, CEventLog>(Names::kExact, kKeyed, "oEventLog", PutKey<&CEventLog::SetLogName>,
-                              Counter::kEventLogs),
-    Of<CPrinters, CPrinter>(Names::kExact, kKeyed, "oPrinter", PutKey<&CPrinter::PrinterName>,
-                            Counter::kPrinters),
-    Of<CRegKeys, CRegKey>(Names::kExact, kKeyed, "ByRef oRegKey", PutKey<&CRegKey::Name>, {}),
-    Of<CRegValues, CRegValue>(Names::kExact, kKeyed, "ByRef oRegValue", PutKey<&CRegValue::Name>,
-                              {}),
-    Of<CServers, CServer>(Names::kExact,
-                          "Add Item Count Remove NewEnum ContainsKey ItemByKey ItemByIndex",
-                          "oServer", PutKey<&CServer::ServerName>, Counter::kServers),
-    Of<CServices, CService>(Names::kExact, kKeyed, "oService", PutKey<&CService::ServiceName>,
-                            Counter::kServices),
-    Of<CShares, CShare>(Names::kExact, kKeyed, "oShare", PutKey<&CShare::ShareName>,
-                        Counter::kShares),
-    Of<CTasks, CTask>(Names::kExact, kKeyed, "oTask", PutKey<&CTask::Name>, {}),
-    Of<CTriggers, CTrigger>(Names::kExact, kKeyed, "oTrigger", PutKey<&CTrigger::SetText>, {}),
-    Of<CVolumes, CVolume>(Names::kExact, kKeyed, "oVolume", PutKey<&CVolume::VolumeName>,
-                          Counter::kVolumes),
-    Of<CPathNames, CPathName>(Names::kExact, "Add Item ItemByKey ItemByIndex Count Remove NewEnum",
-                              "oPathName", PutKey<&CPathName::PathName>, Counter::kPathNames),
-    Of<CUsers, CUser>(Names::kExact, kKeyed, "oUser", PutKey<&CUser::SetAccountDisplayName>,
-                      Counter::kUsers),
-    Of<CGroups, CGroup>(Names::kHidden, kKeyed, "oGroup", PutKey<&CGroup::SetAccountDisplayName>,
-                        Counter::kGroups),
-};
+    {u"CDrives", kAnyCase, kPlain, "oDrive", u"DriveLetter", Counter::kDrives},
+    {u"CNetworks", kAnyCase, kPlain, "oNetwork", u"NetworkName", Counter::kNetworks},
+    {u"CSids", kAnyCase, kPlain, "oSid", Set<&CSid::SetSidText>, Counter::kSids},
+    {u"CAces", kNone, kPlain, "oAce", u"", Counter::kAces},
+    {u"CEventLogEntries", kNone, kPlain, "oEventLogEntry", u"", Counter::kEventLogEntries},
+    {u"CFolders", kExact, kKeyed, "oFolder", u"FolderName", Counter::kFolders},
+    {u"CFiles", kExact, "Add Item Count Remove NewEnum ItemByIndex ItemByKey", "oFile", u"FileName",
+     Counter::kFiles},
+    {u"CDomains", kExact, kKeyed, "oDomain", u"DomainName", Counter::kDomains},
+    {u"CEventLogs", kExact, kKeyed, "oEventLog", Set<&CEventLog::SetLogName>, Counter::kEventLogs},
+    {u"CPrinters", kExact, kKeyed, "oPrinter", u"PrinterName", Counter::kPrinters},
+    {u"CRegKeys", kExact, kKeyed, "ByRef oRegKey", u"Name", {}},
+    {u"CRegValues", kExact, kKeyed, "ByRef oRegValue", u"Name", {}},
+    {u"CServers", kExact, "Add Item Count Remove NewEnum ContainsKey ItemByKey ItemByIndex",
+     "oServer", u"ServerName", Counter::kServers},
+    {u"CServices", kExact, kKeyed, "oService", u"ServiceName", Counter::kServices},
+    {u"CShares", kExact, kKeyed, "oShare", u"ShareName", Counter::kShares},
+    {u"CTasks", kExact, kKeyed, "oTask", u"Name", {}},
+    {u"CTriggers", kExact, kKeyed, "oTrigger", Set<&CTrigger::SetText>, {}},
+    {u"CVolumes", kExact, kKeyed, "oVolume", u"VolumeName", Counter::kVolumes},
+    {u"CPathNames", kExact, "Add Item ItemByKey ItemByIndex Count Remove NewEnum", "oPathName",
+     u"PathName", Counter::kPathNames},
+    {u"CUsers", kExact, kKeyed, "oUser", Set<&CUser::SetAccountDisplayName>, Counter::kUsers},
+    {u"CGroups", kHidden, kKeyed, "oGroup", Set<&CGroup::SetAccountDisplayName>, Counter::kGroups}};
 
 class CollectionFamily : public ApartmentFixture, public testing::WithParamInterface<ListClass> {
  protected:
   Ref<Object> NewElement(TextView key) {
-    Ref<Object> element = GetParam().element().create();
-    GetParam().put_key(*element, key);
+    Ref<Object> element = GetParam().Element().create();
+    GetParam().PutKey(*element, key);
     elements_.push_back(element);
     return element;
   }
   /// A list of new elements with these keys; they are numbered from 1.
   Ref<Object> NewList(std::initializer_list<TextView> keys = {}) {
     elements_.clear();
-    Ref<Object> list = GetParam().list().create();
+    Ref<Object> list = GetParam().List().create();
     for (const TextView key : keys) Call(*list, u"Add", MemberKind::kMethod, {NewElement(key)});
     return list;
   }
@@ -184,10 +143,10 @@ class CollectionFamily : public ApartmentFixture, public testing::WithParamInter
 };
 
 INSTANTIATE_TEST_SUITE_P(All, CollectionFamily, testing::ValuesIn(kListClasses),
-                         [](const auto& tested) { return ToUtf8(tested.param.list().name); });
+                         [](const auto& tested) { return ToUtf8(tested.param.name); });
 
 TEST_P(CollectionFamily, HasTheSlotsThatClientsAreBoundTo) {
-  const Interface& table = GetParam().list();
+  const Interface& table = GetParam().List();
   std::string slots;
   for (const Member& member : table.members) {
     const std::string name = ToUtf8(member.name);
@@ -201,7 +160,7 @@ TEST_P(CollectionFamily, HasTheSlotsThatClientsAreBoundTo) {
     const bool has_argument = name != "Count" && name != "NewEnum";
     ASSERT_EQ(member.parameters.size(), has_argument ? 1u : 0u);
     if (name == "Add" || name.starts_with("ItemBy") || name == "Item") {
-      EXPECT_EQ(&member.result.class_table(), &GetParam().element());
+      EXPECT_EQ(&member.result.class_table(), &GetParam().Element());
     }
     if (!has_argument) continue;
     const Parameter& argument = member.parameters[0];
@@ -244,7 +203,7 @@ TEST_P(CollectionFamily, LooksUpByPositionAndByNameAsItsRuleSays) {
       {"empty", Variant(), {"error 13", "error 13", "error 13", "error 13"}},
       {"null", Variant(Null()), {"error 13", "error 13", "error 94", "error 94"}},
   };
-  const bool swallows = GetParam().list().name == u"CDrives";
+  const bool swallows = GetParam().List().name == u"CDrives";
   for (const auto& test : cases) {
     SCOPED_TRACE(test.name);
     const Ref<Object> list = NewList({u"Alpha", u"2", u"1.5", u"True"});
@@ -262,12 +221,12 @@ TEST_P(CollectionFamily, LooksUpByPositionAndByNameAsItsRuleSays) {
 }
 
 TEST_P(CollectionFamily, FindsAnyNameByItemByKeyAndAnyPositionByItemByIndex) {
-  if (GetParam().list().IdOf(u"ItemByKey") == kUnknownMember) {
-    EXPECT_TRUE(GetParam().names == Names::kNone || GetParam().names == Names::kAnyCase);
+  if (GetParam().List().IdOf(u"ItemByKey") == kUnknownMember) {
+    EXPECT_TRUE(GetParam().names == kNone || GetParam().names == kAnyCase);
     return;
   }
   const Ref<Object> list = NewList({u"Share", u"SHARE", u"2", u""});
-  const bool hidden = GetParam().names == Names::kHidden;
+  const bool hidden = GetParam().names == kHidden;
   const std::pair<Variant, const char*> keys[] = {
       {Variant(u"Share"), "1"}, {Variant(u"SHARE"), "2"},       {Variant(u"2"), "3"},
       {Variant(2), "3"},        {Variant(u"share"), "error 5"}, {Variant(u"1"), "error 5"},
@@ -286,8 +245,8 @@ TEST_P(CollectionFamily, FindsAnyNameByItemByKeyAndAnyPositionByItemByIndex) {
 }
 
 TEST_P(CollectionFamily, TreatsANameThatIsThereAlreadyAsItsRuleSays) {
-  const TextView name = GetParam().list().name;
-  const bool keyless = GetParam().names == Names::kNone;
+  const TextView name = GetParam().List().name;
+  const bool keyless = GetParam().names == kNone;
   const bool groups = name == u"CGroups";
   const Ref<Object> list = NewList();
   Err().Clear();
@@ -295,14 +254,14 @@ TEST_P(CollectionFamily, TreatsANameThatIsThereAlreadyAsItsRuleSays) {
   EXPECT_EQ(Add(list, NewElement(u"Name")), groups ? "1" : "2");
   EXPECT_EQ(Err().Number(), keyless || name == u"CUsers" || name == u"CPrinters" ? 0 : 457);
   EXPECT_EQ(Add(list, NewElement(u"NAME")), groups ? "1" : "3");
-  EXPECT_EQ(All(list), keyless || name == u"CUsers"        ? "1 2 3 "
-                       : GetParam().names == Names::kExact ? "1 3 "
-                                                           : "1 ");
+  EXPECT_EQ(All(list), keyless || name == u"CUsers" ? "1 2 3 "
+                       : GetParam().names == kExact ? "1 3 "
+                                                    : "1 ");
   // The key is that of the moment of the add.
-  GetParam().put_key(*elements_[0], u"Renamed");
+  GetParam().PutKey(*elements_[0], u"Renamed");
   EXPECT_EQ(Add(list, elements_[0]), "1");
   const std::string found =
-      GetParam().names == Names::kExact || GetParam().names == Names::kAnyCase ? "1" : "error 5";
+      GetParam().names == kExact || GetParam().names == kAnyCase ? "1" : "error 5";
   EXPECT_EQ(Outcome(list, u"Item", MemberKind::kGet, Variant(u"Name")),
             name == u"CDrives" && found != "1" ? "Nothing" : found);
 }
@@ -326,7 +285,7 @@ TEST_P(CollectionFamily, StoresNothingButElementsOfItsClassAndHoldsThemToItsEnd)
   const auto own = [&] { return GetParam().counter ? counters[*GetParam().counter] : 0; };
   const std::int32_t counted = GetParam().counter ? 1 : 0;
   const std::int32_t all_before = all();
-  const Ref<Object> other = GetParam().list().create();
+  const Ref<Object> other = GetParam().List().create();
   EXPECT_EQ(own(), 2 * counted);
   EXPECT_EQ(all() - all_before, counted);
   list = nullptr;

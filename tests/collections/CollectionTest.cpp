@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <functional>
 #include <limits>
+#include <list>
 #include <random>
 #include <string>
 #include <vector>
@@ -12,20 +13,10 @@
 #include "frame/Support.h"
 #include "platform/automation/Error.h"
 #include "platform/automation/Interface.h"
+#include "support/ErrorOf.h"
 
 namespace veldmark {
 namespace {
-
-/// The number of the error that `body` raises; 0 for none.
-template <class Body>
-std::int32_t NumberOf(Body&& body) {
-  try {
-    body();
-    return 0;
-  } catch (const AutomationError& error) {
-    return error.number;
-  }
-}
 
 std::int32_t IdOf(const Variant& item) { return *item.If<std::int32_t>(); }
 
@@ -94,10 +85,10 @@ TEST(Collection, TellsPositionsFromKeysByTheTypeOfTheIndex) {
     list->Add(Variant(1), CollectionKey::Plain(u"key1"));
     list->Add(Variant(2), CollectionKey::Plain(u"Key2"));
     list->Add(Variant(3), CollectionKey::Plain(u"\u00C4\u03C9"));
-    const std::int32_t before_error = NumberOf([&] { list->Add(Variant(9), {}, test.index); });
+    const std::int32_t before_error = ErrorOf([&] { list->Add(Variant(9), {}, test.index); });
     if (test.item < 0) {
-      EXPECT_EQ(NumberOf([&] { list->Item(test.index); }), -test.item);
-      EXPECT_EQ(NumberOf([&] { list->Remove(test.index); }), -test.item);
+      EXPECT_EQ(ErrorOf([&] { list->Item(test.index); }), -test.item);
+      EXPECT_EQ(ErrorOf([&] { list->Remove(test.index); }), -test.item);
       if (!test.index.IsMissing()) {
         EXPECT_EQ(before_error, -test.item);
         EXPECT_EQ(list->Count(), 3);
@@ -119,11 +110,10 @@ TEST(Collection, RefusesAKeyTwiceAndTwoPlacesAndStaysAsItWas) {
   list->Add(Variant(1), CollectionKey::Plain(u"One"));
   list->Add(Variant(2));
   const Variant first(std::int32_t{1}), missing = Variant::Missing(), third(std::int32_t{3});
-  EXPECT_EQ(NumberOf([&] { list->Add(Variant(3), CollectionKey::Plain(u"oNE")); }), 457);
-  EXPECT_EQ(NumberOf([&] { list->Add(Variant(3), CollectionKey::Plain(u"oNE"), first); }), 457);
-  EXPECT_EQ(NumberOf([&] { list->Add(Variant(3), CollectionKey::Plain(u"3"), first, first); }), 5);
-  EXPECT_EQ(NumberOf([&] { list->Add(Variant(3), CollectionKey::Plain(u"3"), missing, third); }),
-            9);
+  EXPECT_EQ(ErrorOf([&] { list->Add(Variant(3), CollectionKey::Plain(u"oNE")); }), 457);
+  EXPECT_EQ(ErrorOf([&] { list->Add(Variant(3), CollectionKey::Plain(u"oNE"), first); }), 457);
+  EXPECT_EQ(ErrorOf([&] { list->Add(Variant(3), CollectionKey::Plain(u"3"), first, first); }), 5);
+  EXPECT_EQ(ErrorOf([&] { list->Add(Variant(3), CollectionKey::Plain(u"3"), missing, third); }), 9);
   EXPECT_EQ(IdsOf(*list), (std::vector<std::int32_t>{1, 2}));
   // What was refused left no key behind, and a key is free again once its item is gone.
   list->Add(Variant(3), CollectionKey::Plain(u"3"), missing, Variant(u"ONE"));
@@ -139,9 +129,9 @@ TEST(Collection, TakesAnEncodedKeyForWhatItsEncodingSpells) {
     for (unsigned i = random() % 30; i > 0; --i) text += static_cast<char16_t>(random() % 0x300);
     const auto list = Make<Collection>();
     list->Add(Variant(1), CollectionKey::Encoded(text));
-    EXPECT_EQ(NumberOf([&] { list->Item(Variant(GetCollectionKey(text))); }), 0) << ToUtf8(text);
-    EXPECT_EQ(NumberOf([&] { list->Item(Variant(u"-" + text)); }), 5);
-    EXPECT_EQ(NumberOf([&] { list->Item(CollectionKey::Encoded(text + u"x")); }), 5);
+    EXPECT_EQ(ErrorOf([&] { list->Item(Variant(GetCollectionKey(text))); }), 0) << ToUtf8(text);
+    EXPECT_EQ(ErrorOf([&] { list->Item(Variant(u"-" + text)); }), 5);
+    EXPECT_EQ(ErrorOf([&] { list->Item(CollectionKey::Encoded(text + u"x")); }), 5);
   }
   for (const TextView unspelled :
        {u"65", u"65-0", u"65-", u"065-0-", u"256-0-", u"65-00-", u"6x-0-", u"-65-0-", u"65--0-",
@@ -161,19 +151,11 @@ class NaiveList {
  public:
   static constexpr std::int32_t kCount = -1;  ///< below this, the places of walks
 
-  std::size_t PlaceOf(std::int32_t position) const {
-    std::size_t place = 0;
-    for (; place < elements_.size(); ++place) {
-      if (elements_[place].id >= 0 && position-- == 0) break;
-    }
-    return place;
-  }
   std::int32_t PositionOf(const std::string& key) const {
     std::int32_t position = 0;
     for (const Element& element : elements_) {
-      if (element.id < 0) continue;
-      if (!key.empty() && element.key == key) return position;
-      ++position;
+      if (element.id >= 0 && !key.empty() && element.key == key) return position;
+      position += element.id >= 0;
     }
     return -1;
   }
@@ -182,23 +164,20 @@ class NaiveList {
         std::ranges::count_if(elements_, [](const Element& element) { return element.id >= 0; }));
   }
   void Insert(std::int32_t position, std::int32_t id, std::string key) {
-    elements_.insert(At(PlaceOf(position)), Element{id, std::move(key)});
+    elements_.insert(Place(position), Element{id, std::move(key)});
   }
-  void Remove(std::int32_t position) { elements_.erase(At(PlaceOf(position))); }
-  std::int32_t IdAt(std::int32_t position) const { return elements_[PlaceOf(position)].id; }
+  void Remove(std::int32_t position) { elements_.erase(Place(position)); }
+  std::int32_t IdAt(std::int32_t position) { return Place(position)->id; }
 
-  void Begin(std::int32_t walk) { elements_.insert(elements_.begin(), Element{walk, {}}); }
-  void End(std::int32_t walk) { elements_.erase(At(Find(walk))); }
+  void Begin(std::int32_t walk) { elements_.push_front({walk, {}}); }
+  void End(std::int32_t walk) { elements_.erase(Find(walk)); }
   /// The next item of a walk, or -1 at the end.
   std::int32_t Step(std::int32_t walk) {
-    for (std::size_t place = Find(walk) + 1; place < elements_.size(); ++place) {
-      const std::int32_t id = elements_[place].id;
-      if (id < 0) continue;
-      End(walk);
-      elements_.insert(At(place), Element{walk, {}});
-      return id;
-    }
-    return -1;
+    const auto place = Find(walk);
+    const auto next = std::find_if(place, elements_.end(), [](auto& e) { return e.id >= 0; });
+    if (next == elements_.end()) return -1;
+    elements_.splice(std::next(next), elements_, place);
+    return next->id;
   }
 
  private:
@@ -206,15 +185,14 @@ class NaiveList {
     std::int32_t id;
     std::string key;
   };
-  std::vector<Element>::iterator At(std::size_t place) {
-    return elements_.begin() + static_cast<std::ptrdiff_t>(place);
+  std::list<Element>::iterator Place(std::int32_t position) {
+    return std::ranges::find_if(elements_, [&](auto& e) { return e.id >= 0 && position-- == 0; });
   }
-  std::size_t Find(std::int32_t id) const {
-    return static_cast<std::size_t>(std::ranges::find(elements_, id, &Element::id) -
-                                    elements_.begin());
+  std::list<Element>::iterator Find(std::int32_t id) {
+    return std::ranges::find(elements_, id, &Element::id);
   }
 
-  std::vector<Element> elements_;
+  std::list<Element> elements_;
 };
 
 TEST(Collection, BehavesAsANaiveListUnderRandomChangesAndWalks) {
@@ -247,7 +225,7 @@ TEST(Collection, BehavesAsANaiveListUnderRandomChangesAndWalks) {
         case 2: {
           const int place = below(3);
           const std::int32_t expected = place && !in_range ? 9 : found >= 0 ? 457 : 0;
-          const std::int32_t number = NumberOf([&] {
+          const std::int32_t number = ErrorOf([&] {
             list->Add(Variant(id), key.empty() ? CollectionKey() : CollectionKey::Plain(spelled),
                       place == 1 ? index : Variant::Missing(),
                       place == 2 ? index : Variant::Missing());
@@ -259,11 +237,11 @@ TEST(Collection, BehavesAsANaiveListUnderRandomChangesAndWalks) {
           break;
         }
         case 3:
-          ASSERT_EQ(NumberOf([&] { list->Remove(index); }), in_range ? 0 : 9);
+          ASSERT_EQ(ErrorOf([&] { list->Remove(index); }), in_range ? 0 : 9);
           if (in_range) naive.Remove(anywhere - 1);
           break;
         case 4:
-          ASSERT_EQ(NumberOf([&] { list->Remove(Variant(spelled)); }), found >= 0 ? 0 : 5);
+          ASSERT_EQ(ErrorOf([&] { list->Remove(Variant(spelled)); }), found >= 0 ? 0 : 5);
           if (found >= 0) naive.Remove(found);
           break;
         case 5:

@@ -261,8 +261,8 @@ TEST_F(FilesAndFolders, MayGoWhileTheyAreListed) {
       }
     } while (files_.FindNextFileW(find.Get(), &data));
     if (!WhyNot(Trait::ListedFoldersStay)) {
-      EXPECT_FALSE(files_.RemoveDirectoryW(In(u"\\empty").c_str()));
-      EXPECT_EQ(LastPlatformError(), kErrorSharingViolation) << "the listing holds the folder";
+      EXPECT_EQ(Code(files_.RemoveDirectoryW(In(u"\\empty").c_str())), kErrorSharingViolation)
+          << "the listing holds the folder";
     }
   }
   EXPECT_EQ(seen, ". .. 1 2 3 ");
@@ -283,14 +283,12 @@ TEST_F(FilesAndFolders, KeepTheAttributesThatCanBeSet) {
   EXPECT_EQ(files_.GetFileAttributesW(folder.c_str()), kFileAttributeDirectory);
   EXPECT_TRUE(
       files_.SetFileAttributesW(file.c_str(), kFileAttributeArchive | kFileAttributeReadOnly));
-  EXPECT_FALSE(files_.DeleteFileW(file.c_str()));
-  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+  EXPECT_EQ(Code(files_.DeleteFileW(file.c_str())), kErrorAccessDenied);
   WIN32_FILE_ATTRIBUTE_DATA record;
   EXPECT_TRUE(files_.GetFileAttributesExW(file.c_str(), kGetFileExInfoStandard, &record));
   EXPECT_EQ(record.dwFileAttributes, kFileAttributeArchive | kFileAttributeReadOnly);
   EXPECT_EQ(record.nFileSizeLow, 4u);
-  EXPECT_FALSE(files_.GetFileAttributesExW(file.c_str(), 1, &record));
-  EXPECT_EQ(LastPlatformError(), kErrorInvalidParameter);
+  EXPECT_EQ(Code(files_.GetFileAttributesExW(file.c_str(), 1, &record)), kErrorInvalidParameter);
   EXPECT_TRUE(files_.SetFileAttributesW(file.c_str(), 0));
   EXPECT_TRUE(files_.DeleteFileW(file.c_str()));
 }
@@ -310,22 +308,19 @@ TEST_F(FilesAndFolders, ReadOnlyOrGuardedAreNotWritten) {
   const Text folder = In(u"\\empty");
   files_.SetFileAttributesW(file.c_str(), kFileAttributeReadOnly);
   for (const DWORD disposition : {kOpenExisting, kCreateAlways, kOpenAlways, kTruncateExisting}) {
-    EXPECT_FALSE(Open(file, kGenericWrite, 0, disposition));
-    EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+    EXPECT_EQ(Code(Open(file, kGenericWrite, 0, disposition)), kErrorAccessDenied);
   }
-  EXPECT_FALSE(files_.CopyFileW(In(u"\\dir\\in.txt").c_str(), file.c_str(), 0));
-  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+  EXPECT_EQ(Code(files_.CopyFileW(In(u"\\dir\\in.txt").c_str(), file.c_str(), 0)),
+            kErrorAccessDenied);
   files_.SetFileAttributesW(folder.c_str(), kFileAttributeReadOnly);
-  EXPECT_FALSE(files_.RemoveDirectoryW(folder.c_str()));
-  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+  EXPECT_EQ(Code(files_.RemoveDirectoryW(folder.c_str())), kErrorAccessDenied);
 }
 
 TEST_F(FilesAndFolders, HiddenAreReplacedOnlyByName) {
   if (const char* why = WhyNot(Trait::SystemFileGuard)) GTEST_SKIP() << why;
   const Text file = In(u"\\file.txt");
   files_.SetFileAttributesW(file.c_str(), kFileAttributeHidden);
-  EXPECT_FALSE(Open(file, kGenericWrite, 0, kCreateAlways));
-  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+  EXPECT_EQ(Code(Open(file, kGenericWrite, 0, kCreateAlways)), kErrorAccessDenied);
   EXPECT_TRUE(Open(file, kGenericWrite, 0, kCreateAlways, kFileAttributeHidden));
   EXPECT_EQ(files_.GetFileAttributesW(file.c_str()), kFileAttributeHidden | kFileAttributeArchive);
 }
@@ -364,8 +359,8 @@ TEST_F(FilesAndFolders, OpenByTheirDisposition) {
 
 TEST_F(FilesAndFolders, AreTruncatedOnlyByThoseWhoWrite) {
   if (const char* why = WhyNot(Trait::AccessChecks)) GTEST_SKIP() << why;
-  EXPECT_FALSE(Open(In(u"\\file.txt"), kGenericRead, 0, kTruncateExisting));
-  EXPECT_EQ(LastPlatformError(), kErrorInvalidParameter);
+  EXPECT_EQ(Code(Open(In(u"\\file.txt"), kGenericRead, 0, kTruncateExisting)),
+            kErrorInvalidParameter);
 }
 
 TEST_F(FilesAndFolders, AreSharedAsBothSidesAgree) {
@@ -392,18 +387,16 @@ TEST_F(FilesAndFolders, AreSharedAsBothSidesAgree) {
         << std::hex << row.access << " " << row.share << " " << row.other_access;
   }
   FileHandle reader = Open(In(u"\\file.txt"), kR, kFileShareRead, kOpenExisting);
-  EXPECT_FALSE(files_.DeleteFileW(In(u"\\file.txt").c_str()));
-  EXPECT_EQ(LastPlatformError(), kErrorSharingViolation);
-  EXPECT_FALSE(files_.CopyFileW(In(u"\\dir\\in.txt").c_str(), In(u"\\file.txt").c_str(), 0));
-  EXPECT_EQ(LastPlatformError(), kErrorSharingViolation);
+  EXPECT_EQ(Code(files_.DeleteFileW(In(u"\\file.txt").c_str())), kErrorSharingViolation);
+  EXPECT_EQ(Code(files_.CopyFileW(In(u"\\dir\\in.txt").c_str(), In(u"\\file.txt").c_str(), 0)),
+            kErrorSharingViolation);
   reader = Open(In(u"\\dir\\in.txt"), kR, kShareAll, kOpenExisting);
   EXPECT_TRUE(files_.DeleteFileW(In(u"\\dir\\in.txt").c_str()));
   reader.Reset();
   EXPECT_EQ(List(In(u"\\dir\\in.txt")), "!2") << "gone with the last handle";
   const FileHandle folder = Open(In(u"\\dir"), kR, kFileShareRead | kFileShareWrite, kOpenExisting,
                                  kFileFlagBackupSemantics);
-  EXPECT_FALSE(files_.RemoveDirectoryW(In(u"\\dir").c_str()));
-  EXPECT_EQ(LastPlatformError(), kErrorSharingViolation);
+  EXPECT_EQ(Code(files_.RemoveDirectoryW(In(u"\\dir").c_str())), kErrorSharingViolation);
 }
 
 TEST_F(FilesAndFolders, AreReadAndWrittenAtAPosition) {
@@ -421,10 +414,9 @@ TEST_F(FilesAndFolders, AreReadAndWrittenAtAPosition) {
     EXPECT_EQ(position, 6);
     EXPECT_TRUE(files_.WriteFile(file.Get(), "!", 1, &count, nullptr));
     EXPECT_TRUE(files_.SetFilePointerEx(file.Get(), -1, nullptr, kFileCurrent));
-    EXPECT_FALSE(files_.SetFilePointerEx(file.Get(), -1, nullptr, kFileBegin));
-    EXPECT_EQ(LastPlatformError(), kErrorNegativeSeek);
-    EXPECT_FALSE(files_.SetFilePointerEx(file.Get(), 1, nullptr, 5));
-    EXPECT_EQ(LastPlatformError(), kErrorInvalidParameter);
+    EXPECT_EQ(Code(files_.SetFilePointerEx(file.Get(), -1, nullptr, kFileBegin)),
+              kErrorNegativeSeek);
+    EXPECT_EQ(Code(files_.SetFilePointerEx(file.Get(), 1, nullptr, 5)), kErrorInvalidParameter);
     EXPECT_TRUE(files_.GetFileSizeEx(file.Get(), &position));
     EXPECT_EQ(position, 7);
     DWORD high = 99;
@@ -436,15 +428,12 @@ TEST_F(FilesAndFolders, AreReadAndWrittenAtAPosition) {
   {
     const FileHandle appender = Open(In(u"\\file.txt"), kFileAppendData, 0, kOpenAlways);
     EXPECT_TRUE(files_.WriteFile(appender.Get(), "+", 1, &count, nullptr));
-    EXPECT_FALSE(files_.ReadFile(appender.Get(), bytes, 1, &count, nullptr));
-    EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+    EXPECT_EQ(Code(files_.ReadFile(appender.Get(), bytes, 1, &count, nullptr)), kErrorAccessDenied);
   }
   EXPECT_EQ(ContentOf(u"\\file.txt").substr(6), "!+");
   const FileHandle reader = Open(In(u"\\file.txt"), kGenericRead, 0, kOpenExisting);
-  EXPECT_FALSE(files_.WriteFile(reader.Get(), "x", 1, &count, nullptr));
-  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
-  EXPECT_FALSE(files_.FlushFileBuffers(reader.Get()));
-  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+  EXPECT_EQ(Code(files_.WriteFile(reader.Get(), "x", 1, &count, nullptr)), kErrorAccessDenied);
+  EXPECT_EQ(Code(files_.FlushFileBuffers(reader.Get())), kErrorAccessDenied);
 }
 
 TEST_F(FilesAndFolders, RecordWhenTheyWereWritten) {
@@ -470,8 +459,7 @@ TEST_F(FilesAndFolders, RecordWhenTheyWereWritten) {
 
 TEST_F(FilesAndFolders, AreCopiedWithContentAndAttributes) {
   struct Row {
-    const char16_t* from;
-    const char16_t* to;
+    const char16_t *from, *to;
     BOOL keep;
     DWORD error;
   };

@@ -70,8 +70,7 @@ TEST_F(MessageTexts, PutInsertsInOrLeaveThem) {
                                       reinterpret_cast<std::uintptr_t>(u"Bcd"), 42, 255};
   struct Row {
     const char16_t* text;
-    const char* filled;
-    const char* kept;
+    const char *filled, *kept;
   };
   for (const Row& row :
        std::vector<Row>{{u"%1-%2%%%n%r%tX%0Y", "A-Bcd%\r\n\r\tX", "%1-%2%%\r\n\r\tX"},

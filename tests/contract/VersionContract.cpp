@@ -63,8 +63,8 @@ TEST_F(VersionContract, AFileWithoutAResourceSaysWhy) {
     EXPECT_EQ(LastPlatformError(), error) << ToUtf8(path);
     EXPECT_EQ(handle, 0u);
     std::uint8_t bytes[64];
-    EXPECT_FALSE(versions_.GetFileVersionInfoW(path.c_str(), 0, sizeof bytes, bytes));
-    EXPECT_EQ(LastPlatformError(), error) << ToUtf8(path);
+    EXPECT_EQ(Code(versions_.GetFileVersionInfoW(path.c_str(), 0, sizeof bytes, bytes)), error)
+        << ToUtf8(path);
   }
 }
 

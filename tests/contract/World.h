@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/operations/LastError.h"
 #include "platform/operations/Platform.h"
 
 namespace veldmark {
@@ -71,6 +72,12 @@ class Contract : public testing::Test {
   // The scratch folder's path, followed by `rest`.
   std::u16string In(std::u16string_view rest) const {
     return world_->scratch() + std::u16string(rest);
+  }
+
+  // What a call failed with; 0 where it succeeded.
+  template <class Result>
+  static DWORD Code(const Result& result) {
+    return static_cast<bool>(result) ? 0 : LastPlatformError();
   }
 
   // Null if the behaviour is shown, else the reason to skip.

@@ -4,6 +4,7 @@
 
 #include "frame/Errors.h"
 #include "support/ApartmentFixture.h"
+#include "support/ErrorOf.h"
 #include "support/FaultSweep.h"
 
 namespace veldmark {
@@ -49,13 +50,8 @@ TEST_F(Logging, LinesAreAppendedInTheSystemsCodePageWhileTheFlagIsOn) {
 
 TEST_F(Logging, AFolderThatCannotBeWrittenRaisesTheFileError) {
   estate().SetModuleFolder(u"C:\\Missing");
-  try {
-    DebugLog(u"lost");
-    ADD_FAILURE();
-  } catch (const AutomationError& error) {
-    EXPECT_EQ(error.number, 3);
-    EXPECT_EQ(error.description, u"The system cannot find the path specified.");
-  }
+  EXPECT_EQ(FailureOf([] { DebugLog(u"lost"); }),
+            u"3|Veldmark2|The system cannot find the path specified.");
 }
 
 struct LoggingWorld : SimulatedApartment {

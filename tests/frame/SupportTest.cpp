@@ -6,6 +6,7 @@
 #include "platform/automation/Conversion.h"
 #include "platform/operations/ErrorCodes.h"
 #include "support/ApartmentFixture.h"
+#include "support/ErrorOf.h"
 #include "support/FaultSweep.h"
 
 namespace veldmark {
@@ -200,11 +201,7 @@ TEST_F(Support, ErrorTextsComeOnOneLineFromTheRightTable) {
 
 TEST_F(Support, PlatformErrorsAreRaisedWithNumberTextAndSource) {
   const auto raised = [](std::int32_t number, std::optional<Text> source) {
-    try {
-      RaisePlatformError(number, std::move(source));
-    } catch (const AutomationError& error) {
-      return ToText(std::int64_t{error.number}) + u"|" + error.source + u"|" + error.description;
-    }
+    return FailureOf([&] { RaisePlatformError(number, std::move(source)); });
   };
   EXPECT_EQ(raised(5, {}), u"5|Veldmark2.CSupport|Access is denied.");
   EXPECT_EQ(raised(5, u""), u"5||Access is denied.");

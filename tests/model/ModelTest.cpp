@@ -29,25 +29,6 @@ TEST(Model, TheFilesInTheCheckoutSayWhatTheTablesSay) {
   }
 }
 
-TEST(Model, EveryClassThatAMemberMentionsIsListed) {
-  const auto classes = ObjectModel();
-  const auto check = [&](const TypeReference& type, const Text& member) {
-    if (type.type != BoundaryType::kClass) return;
-    EXPECT_NE(std::ranges::find(classes, &type.class_table()), classes.end())
-        << ToUtf8(member) << " mentions " << ToUtf8(type.class_table().name);
-  };
-  for (const Interface* table : classes) {
-    for (const Member& member : table->members) {
-      check(member.result, member.name);
-      for (const Parameter& parameter : member.parameters) check(parameter.type, member.name);
-    }
-    if (!table->events) continue;
-    for (const Event& event : table->events->events) {
-      for (const Parameter& parameter : event.parameters) check(parameter.type, event.name);
-    }
-  }
-}
-
 TEST(Model, NoTwoTypesShareAnIdentifierOrAName) {
   std::set<Identity> identities{LibraryIdentity()};
   std::set<Text> names;

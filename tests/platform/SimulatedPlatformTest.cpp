@@ -147,41 +147,6 @@ TEST_F(Simulation, KnowsWhatIsOpenAndWhatCameBackTwice) {
   EXPECT_FALSE(messages.FreeLibrary(module));
 }
 
-TEST_F(Simulation, NotesTheCallsInOrder) {
-  List(u"C:\\Data\\*");
-  platform_.timers.DoEvents();
-  EXPECT_EQ(simulated_.journal().entries(),
-            (std::vector<Journal::Entry>{
-                {"FindFirstFileW", "C:\\Data\\*"}, {"FindClose", ""}, {"DoEvents", ""}}));
-  EXPECT_EQ(simulated_.journal().Count("FindClose"), 1u);
-}
-
-TEST_F(Simulation, FailsTheCallsThatItIsToldTo) {
-  FaultHook& faults = simulated_.faults();
-  WIN32_FIND_DATAW data;
-  faults.FailNth(2, 1117);
-  EXPECT_EQ(Read(u"C:\\Data\\a.txt"), 0u) << "opens, and fails to close";
-  EXPECT_TRUE(simulated_.ledger().IsClean()) << "what failed to close is closed";
-  EXPECT_EQ(faults.fired(), 1u);
-  faults.Clear();
-
-  faults.FailNthOf("CreateDirectoryW", 2, 5);
-  EXPECT_TRUE(files_.CreateDirectoryW(u"C:\\One", nullptr));
-  EXPECT_FALSE(files_.CreateDirectoryW(u"C:\\Two", nullptr));
-  EXPECT_EQ(LastPlatformError(), 5u);
-  EXPECT_EQ(files_.GetFileAttributesW(u"C:\\Two"), kInvalidFileAttributes) << "no effect";
-  EXPECT_TRUE(files_.CreateDirectoryW(u"C:\\Two", nullptr));
-
-  faults.FailEvery("RegOpenKeyExW", 5);
-  HKEY key{0};
-  for (int time = 0; time < 2; ++time) {
-    EXPECT_EQ(platform_.registry.RegOpenKeyExW(kHkeyUsers, u"x", 0, kKeyRead, &key), 5);
-  }
-  faults.FailEvery("FindFirstFileW", 21);
-  EXPECT_EQ(files_.FindFirstFileW(u"C:\\*", &data), kInvalidHandleValue);
-  EXPECT_EQ(LastPlatformError(), 21u);
-}
-
 TEST_F(Simulation, TellsFilesBeyondFourGigabytesAndReadsThemAsZeros) {
   simulated_.estate().local().AddFile(u"C:\\big", "head").Size(0x1'0000'0002);
   WIN32_FIND_DATAW data;

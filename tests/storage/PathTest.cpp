@@ -73,11 +73,9 @@ class OddProvider final : public NetworkProvider {
 };
 
 TEST(MappedDrives, GiveTheirShareAndAReadableNameForIt) {
-  struct Case {
-    const char16_t* name;
-    const char16_t* volume;
-  };
-  const Case cases[] = {
+  const struct {
+    const char16_t *name, *volume;
+  } cases[] = {
       {u"\\\\srv\\share\\", u"Share on 'Srv'"},
       {u"\\\\SRV\\COMMON FILES\\", u"Common Files on 'Srv'"},
       {u"\\\\srv\\share\\sub\\", u"Share\\sub on 'Srv'"},
@@ -102,7 +100,7 @@ TEST(MappedDrives, GiveTheirShareAndAReadableNameForIt) {
                  whole.version_information,
                  whole.multimedia};
   Apartment::Start(mixed);
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     provider.name = c.name;
     Text volume, share;
     Engine().GetUNCPath(u"Z", volume, share);

@@ -119,13 +119,11 @@ TEST_F(Versions, RaiseThePlatformsErrorOnlyWhereANumberStandsInTheErrorObject) {
   local().AddFile(u"C:\\D\\module").Messages({});
   local().AddFile(u"C:\\D\\busy").Locked();
   local().AddFile(u"C:\\D\\closed").DenyRead();
-  struct Case {
-    const char16_t* path;
-    const char16_t* description;
+  const struct {
+    const char16_t *path, *description;
     std::int32_t raised;
     Text text;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {u"C:\\D\\a", u"5", 1812, GetAPIErrorText(5)},
       {u"C:\\D\\module", u" 2 ", 1813, GetAPIErrorText(2)},
       {u"C:\\D\\none", u"&H5", 2, GetAPIErrorText(5)},
@@ -136,7 +134,7 @@ TEST_F(Versions, RaiseThePlatformsErrorOnlyWhereANumberStandsInTheErrorObject) {
       {u"C:\\D\\a", u"Access is denied.", 13, Text(StandardErrorText(13))},
       {u"C:\\D\\a", u"3000000000", 6, Text(StandardErrorText(6))},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(ToUtf8(c.path));
     const auto file = Make<CFile>();
     file->PutPath(c.path);
@@ -177,13 +175,12 @@ TEST_F(Versions, AreReadAsFarAsTheirLengthsCanBeTrusted) {
   const Sample sample;
   constexpr std::size_t kValueLength = 2;
   constexpr std::uint16_t kTooLong = 0xFFFF;
-  struct Case {
+  const struct {
     const char* what;
     Bytes bytes;
     std::int32_t raised;
     const char* texts;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"sound", sample.bytes, 0, " Comments=some text"},
       {"the whole claims more than there is", sample.With(0, kTooLong), 0, " Comments=some text"},
       {"the whole claims nothing", sample.With(0, 0), 13, ""},
@@ -205,7 +202,7 @@ TEST_F(Versions, AreReadAsFarAsTheirLengthsCanBeTrusted) {
       {"nothing but a head", {8, 0, 0, 0, 0, 0, 'V', 0}, 13, ""},
       {"less than a head", {8, 0, 0, 0, 0}, 13, ""},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     const Ref<CFile> file = FileWith(c.bytes);
     Err().Clear();

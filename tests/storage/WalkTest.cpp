@@ -6,14 +6,11 @@ namespace {
 using Walks = StorageTest;
 
 TEST_F(Walks, PutEachEntryInItsListAndCountFoldersAsFilesWhereNoneAreWanted) {
-  struct Case {
+  const struct {
     const char16_t* path;
-    bool get_folders;
-    bool get_files;
-    const char* folders;
-    const char* files;
-  };
-  const Case cases[] = {
+    bool get_folders, get_files;
+    const char *folders, *files;
+  } cases[] = {
       {u"C:\\D", true, true, " C:\\D\\o C:\\D\\x", " C:\\D\\a C:\\D\\b"},
       {u"C:\\D\\", true, false, " C:\\D\\o C:\\D\\x", "Nothing"},
       {u"c:\\d", false, true, "Nothing", " c:\\d\\. c:\\d\\.. c:\\d\\a c:\\d\\b c:\\d\\o c:\\d\\x"},
@@ -26,7 +23,7 @@ TEST_F(Walks, PutEachEntryInItsListAndCountFoldersAsFilesWhereNoneAreWanted) {
       {u"\\\\?\\UNC\\SRV\\Share\\Deep", true, true, "", " \\\\SRV\\Share\\Deep\\f"},
       {u"", true, true, "Nothing", "Nothing"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(ToUtf8(c.path));
     Ref<CFolders> folders;
     Ref<CFiles> files;
@@ -41,18 +38,17 @@ TEST_F(Walks, PutEachEntryInItsListAndCountFoldersAsFilesWhereNoneAreWanted) {
 }
 
 TEST_F(Walks, ListPathNamesByTheSameRule) {
-  struct Case {
+  const struct {
     std::vector<Variant> arguments;
     const char* names;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {{}, " C:\\D\\a C:\\D\\b C:\\D\\o/ C:\\D\\x/"},
       {{true, false}, " C:\\D\\o/ C:\\D\\x/"},
       {{false}, " C:\\D\\. C:\\D\\.. C:\\D\\a C:\\D\\b C:\\D\\o C:\\D\\x"},
       {{false, false}, ""},
   };
   const Ref<CFolder> folder = Engine().GetFolder(u"C:\\D");
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const Ref<Object> names =
         ToObject(Call(*folder, u"GetPathNames", MemberKind::kMethod, c.arguments));
     std::string listed;
@@ -132,14 +128,13 @@ TEST_F(Walks, AskAtEveryThousandObjectsAndKeepWhatWasFoundBefore) {
     asked.push_back(ToLong(arguments[0]));
     if (asked.back() == stop_at) arguments[1].Assign(true);
   });
-  struct Case {
+  const struct {
     std::int32_t stop_at;
     std::vector<std::int32_t> asked;
     std::int32_t found;
-  };
-  const Case cases[] = {{-1, {0, 0, 1000, 2000}, 2001}, {0, {0}, 0}, {1000, {0, 0, 1000}, 1000}};
+  } cases[] = {{-1, {0, 0, 1000, 2000}, 2001}, {0, {0}, 0}, {1000, {0, 0, 1000}, 1000}};
   const Ref<CFolder> folder = Engine().GetFolder(u"C:\\Big");
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     for (const bool async : {false, true}) {
       SCOPED_TRACE(c.stop_at);
       folder->PutAsyncFetch(async);
@@ -175,18 +170,16 @@ struct Recorder {
 };
 
 TEST_F(Walks, DeliverByEventsInThePlaceOfListsUntilAListenerCancels) {
-  struct Case {
+  const struct {
     int cancel_at;
-    const char* contents;
-    const char* files;
-  };
-  const Case cases[] = {
+    const char *contents, *files;
+  } cases[] = {
       {0, " 2:C:\\D\\a 2:C:\\D\\b 1:C:\\D\\o 1:C:\\D\\x",
        " 2:C:\\D\\. 2:C:\\D\\.. 2:C:\\D\\a 2:C:\\D\\b 2:C:\\D\\o 2:C:\\D\\x"},
       {1, " 2:C:\\D\\a", " 2:C:\\D\\."},
       {3, " 2:C:\\D\\a 2:C:\\D\\b 1:C:\\D\\o", " 2:C:\\D\\. 2:C:\\D\\.. 2:C:\\D\\a"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const Ref<CFolder> folder = Engine().GetFolder(u"C:\\D");
     Recorder recorder(c.cancel_at);
     recorder.ListenTo(*folder);

@@ -17,4 +17,15 @@ std::int32_t ErrorOf(Action&& action) {
   }
 }
 
+/// The whole error that `action` raises, "5|Veldmark2.CFolder|Access is denied."; empty for none.
+template <class Action>
+Text FailureOf(Action&& action) {
+  try {
+    action();
+    return {};
+  } catch (const AutomationError& error) {
+    return ToText(std::int64_t{error.number}) + u"|" + error.source + u"|" + error.description;
+  }
+}
+
 }  // namespace veldmark
