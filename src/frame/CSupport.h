@@ -103,11 +103,12 @@ class CSupport : public ReferenceCounted {
                                       Object* object, const Text& parent_type,
                                       const Text& parent_path, const Text& sid_lookup_server,
                                       const Text& string_sd);
-  /// The list of a share, by `NetShareGetInfo`. For a share without a descriptor `object`, a
+  /// The list of a share, by `NetShareGetInfo`. `parent_type` stands for the class of a missing
+  /// `object`. For a share without a descriptor `object`, a
   /// `CShare`, tells its type: a folder's allows everyone everything, any other has none (Nothing);
   /// without an object 91. Raises the platform's status, 2310 for an unknown share.
   Ref<CSecurityDescriptor> GetShareSD(const Text& server_name, const Text& share_name,
-                                      Object* object);
+                                      Object* object, const Text& parent_type = {});
   /// Writes the list of a descriptor to the object that it names as its parent, by
   /// `SetNamedSecurityInfoW`. Denied entries that are inherited or without rights are left out, and
   /// so are those of types other than 0, 1, 5 and 6. The list inherits unless `IsProtected` is
@@ -153,7 +154,8 @@ class CSupport : public ReferenceCounted {
   /// Writes over the beginning of a file; what was longer stays.
   void WriteTextFile(const Text& file_name, const Text& contents, bool as_unicode);
   /// A file's text, from UTF-16 or the system's code page. Raises the platform's error, 9 for an
-  /// empty file and for one of 2 GiB or more (from 4 GiB on 7 or 6).
+  /// empty file and for a size that counts as none, as those from 2 GiB on do, and 7 or 6 for one
+  /// that there is no memory for.
   Text ReadTextFileAPI(const Text& file_name);
   /// A file's bytes, counted from 0, with the same errors.
   ByteArray ReadBinaryFileAPI(const Text& file_name);

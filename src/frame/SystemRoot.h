@@ -26,7 +26,7 @@ class CUser;
 
 /// The root of the object model: what a caller creates first. It has no state of its own, so any
 /// two are interchangeable. Every member raises the error of what it asks for unless it says
-/// otherwise; those marked "not built" raise 445.
+/// otherwise; those that docs/status.md lists raise 445.
 class SystemRoot : public Exported<SystemRoot>, Counted<Counter::kSystemRoot> {
  public:
   static const Interface& Describe();

@@ -58,7 +58,7 @@ Ref<CAces> CAcl::GetAces() const { return m_oAces; }
 Ref<CAce> CAcl::Grant(const Text& SidText, AceTypeEnum AceType, std::int32_t AccessMask,
                       AceFlagsEnum AceFlags, const Text& ObjectTypeGUID,
                       const Text& InhObjectTypeGUID) {
-  return ReRaising([&] {
+  return ReRaisingAs(u"CAcl", [&] {
     const auto granted = Make<CAce>();
     granted->AceType = AceType;
     granted->AccessMask = AccessMask;

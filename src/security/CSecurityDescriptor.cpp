@@ -15,6 +15,8 @@
 namespace veldmark {
 namespace {
 
+constexpr TextView kClassName = u"CSecurityDescriptor";
+
 /// The generic rights of a client's question, whatever the object.
 constexpr GENERIC_MAPPING kCheckMapping = {0x20094, 0x20028, 0x20004, 0xF01FF};
 
@@ -52,12 +54,12 @@ Ref<CSid> CSecurityDescriptor::GetOwnerSid() const { return m_oOwnerSid; }
 Ref<CAcl> CSecurityDescriptor::GetDACL() const { return m_oDACL; }
 
 void CSecurityDescriptor::Save() {
-  ReRaising([&] { Engine().SetNamedSD(this); });
+  ReRaisingAs(kClassName, [&] { Engine().SetNamedSD(this); });
 }
 
 bool CSecurityDescriptor::CheckAccess(std::int32_t ClientToken, std::int32_t AccessMask,
                                       const Text& ObjectTypeGUID, std::int32_t ObjectTypeLevel) {
-  return ReRaising([&] {
+  return ReRaisingAs(kClassName, [&] {
     const auto* const descriptor = m_vBinarySD.If<ByteArray>();
     if (!descriptor) Raise(runtime_error::kTypeMismatch);
     GUID object_type;

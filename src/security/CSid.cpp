@@ -72,7 +72,9 @@ const Text& CSid::AccountDisplayName() {
 
 std::int32_t CSid::pSid() {
   const auto address = reinterpret_cast<std::uintptr_t>(SidBuffer().data());
-  if (address > static_cast<std::uintptr_t>(std::numeric_limits<std::int32_t>::max())) {
+  // A 32-bit program's addresses all fit, the upper half as negative numbers.
+  constexpr bool kFits = sizeof address <= sizeof(std::int32_t);
+  if (!kFits && address > static_cast<std::uintptr_t>(std::numeric_limits<std::int32_t>::max())) {
     Raise(runtime_error::kOverflow);
   }
   return static_cast<std::int32_t>(address);

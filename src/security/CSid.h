@@ -32,7 +32,8 @@ class CSid : public Exported<CSid>, Counted<Counter::kSid> {
   Ref<Object> GetAccount();
   /// "DOMAIN\name", or "(Account Unknown)". Never raises.
   const Text& AccountDisplayName();
-  /// The address of the binary form in this process. Raises 6 where it has more than 31 bits, and
+  /// The address of the binary form in this process. Raises 6 in a 64-bit program where it has more
+  /// than 31 bits, and
   /// the error of the text where there is nothing to make the binary form from.
   std::int32_t pSid();
   /// The length of the binary form in bytes; raises as `pSid` does, and 1337 where the form is cut.

@@ -119,9 +119,7 @@ Ref<CSecurityDescriptor> CSupport::GetNamedSD(const Text& object_name, SE_OBJECT
       }
     } else if (object_type == SE_LMSHARE) {
       const ShareName name(object_name);
-      const auto descriptor = GetShareSD(name.server, name.share, object);
-      if (descriptor && !object) descriptor->ParentObjectType = parent_type;
-      return descriptor;
+      return GetShareSD(name.server, name.share, object, parent_type);
     } else {
       const DWORD status = platform.security.GetNamedSecurityInfoW(
           object_name.c_str(), static_cast<DWORD>(object_type),
@@ -144,12 +142,12 @@ Ref<CSecurityDescriptor> CSupport::GetNamedSD(const Text& object_name, SE_OBJECT
 }
 
 Ref<CSecurityDescriptor> CSupport::GetShareSD(const Text& server_name, const Text& share_name,
-                                              Object* object) {
+                                              Object* object, const Text& parent_type) {
   return ReRaising([&]() -> Ref<CSecurityDescriptor> {
     const Text server = ToUpper(server_name);
     const Text server_path = server.empty() ? Text() : Text(kNetworkStart) + server;
     const auto descriptor = Make<CSecurityDescriptor>();
-    const Text object_class = TypeName(object);
+    const Text object_class = object ? TypeName(object) : parent_type;
     descriptor->SetParentObject(object_class,
                                 server.empty() ? share_name : server_path + u"\\" + share_name);
     NetworkManagement& network = Apartment::Current().platform.network_management;

@@ -21,7 +21,8 @@ class CFile : public Exported<CFile>, Counted<Counter::kFile> {
   /// stay off if the deletion then fails. False for an object without a path, with `Err` untouched;
   /// else `Err` is cleared first, and a failure raises the platform's error.
   bool Delete(bool delete_read_only);
-  /// Not built yet: raises 445.
+  /// Owner and list as they are now, by `GetFileSecurityW`; see `CSupport::GetFileSD`. Raises the
+  /// platform's error.
   Ref<CSecurityDescriptor> GetSecurityDescriptor();
 
   /// Full plain path; the put takes the long form too.

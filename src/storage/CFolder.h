@@ -37,7 +37,8 @@ class CFolder : public Exported<CFolder>, ObjectFoundListener, Counted<Counter::
   Ref<CFolders> GetSubFolders();
   /// Sub-folders and files in one walk, each entry in its own list.
   void GetFolderContents(Ref<CFolders>& sub_folders, Ref<CFiles>& files);
-  /// Not built yet: raises 445.
+  /// Owner and list as they are now, by `GetFileSecurityW`; see `CSupport::GetFileSD`. Raises the
+  /// platform's error.
   Ref<CSecurityDescriptor> GetSecurityDescriptor();
   /// The paths of what the folder holds. Without `get_folders`, folders count as files.
   Ref<CPathNames> GetPathNames(bool get_folders, bool get_files);

@@ -140,7 +140,8 @@ std::set<std::string> ListedAsNotBuilt() {
   all << file.rdbuf();
   const std::string text = all.str();
   const std::size_t begin = text.find("- `SystemRoot`:");
-  const std::string entry = text.substr(begin, text.find("\n- ", begin) - begin);
+  const std::string entry =
+      text.substr(begin, std::min(text.find("\n- ", begin), text.find("\n\n", begin)) - begin);
   std::set<std::string> names;
   std::size_t open = entry.find('`', entry.find(':'));
   while (open != std::string::npos) {

@@ -63,6 +63,7 @@ class DescriptorWorld : public SimulatedApartment {
     server.AddPrinter(u"Laser",
                       simulated::DescriptorOf(u"O:SYG:SYD:(A;;0x20008;;;WD)(A;OIIO;GA;;;CO)"));
     server.AddService(u"Spooler", simulated::DescriptorOf(u"O:SYG:SYD:(A;;GA;;;BA)"));
+    estate().current_user().Key(u"Keyed").Security(u"O:BAG:SYD:P(A;;GA;;;BA)");
     estate().AddDirectoryObject(u"CN=Anna", simulated::DescriptorOf(kObjectEntries));
   }
 
@@ -99,8 +100,9 @@ TEST_F(Descriptors, OfFilesTellOwnerAndList) {
   const auto list = descriptor->GetDACL();
   EXPECT_TRUE(list->IsProtected);
   EXPECT_EQ(list->Revision(), 2);
-  EXPECT_EQ(list->BytesInUse() + list->BytesFree(),
-            static_cast<std::int32_t>(list->BinaryACL().If<ByteArray>()->elements.size()));
+  EXPECT_EQ(list->BytesInUse(), 8 + 24 + 24 + 20);
+  EXPECT_EQ(list->BytesFree(), 0);
+  EXPECT_EQ(list->BinaryACL().If<ByteArray>()->elements.size(), 76u);
   EXPECT_EQ(AceOf(descriptor, 3)->PermissionsString(), u"R");
   EXPECT_EQ(AceOf(descriptor, 3)->InheritanceScope(), u"This file only");
 
@@ -135,6 +137,23 @@ TEST_F(Descriptors, OfFilesThatRefuseComeByAnOpenHandle) {
   }
 }
 
+TEST_F(Descriptors, OfFilesAreReadEntryByEntryAsPlainOnes) {
+  FileNodeOf(u"C:\\D\\a").Security(u"O:BAG:SYD:P(OA;;RP;;;SY)(A;;FR;;;SY)");
+  const auto descriptor = Of(u"C:\\D\\a");
+  // The object flags of the first entry stand where a SID would begin.
+  EXPECT_EQ(AceOf(descriptor, 1)->AceType, ACCESS_ALLOWED_OBJECT_ACE_TYPE);
+  EXPECT_FALSE(AceOf(descriptor, 1)->GetSid()->IsValid());
+  EXPECT_EQ(AceOf(descriptor, 2)->GetSid()->SidText(), u"S-1-5-18");
+  // Of a handle that doesn't open, only that it was refused is told.
+  faults().FailEvery("GetFileSecurityW", 32);
+  faults().FailEvery("CreateFileW", 32);
+  EXPECT_EQ(ErrorOf([&] { Of(u"C:\\D\\a"); }), 5);
+  faults().Clear();
+  faults().FailEvery("GetFileSecurityW", 5);
+  faults().FailEvery("GetKernelObjectSecurity", 1117);
+  EXPECT_EQ(ErrorOf([&] { Of(u"C:\\D\\a"); }), 1117);
+}
+
 TEST_F(Descriptors, OfNamedObjectsFollowTheirKind) {
   struct Case {
     const char16_t* name;
@@ -149,6 +168,7 @@ TEST_F(Descriptors, OfNamedObjectsFollowTheirKind) {
       {u"\\\\SRV\\Laser", SE_PRINTER, u"CPrinter", "0 0 20008 S-1-1-0\n0 9 F000C S-1-3-0\n"},
       {u"\\\\srv\\Guarded", SE_LMSHARE, u"CShare",
        "0 0 1301BF S-1-5-32-545\n0 0 1F01FF S-1-5-32-544\n"},
+      {u"CURRENT_USER\\Keyed", SE_REGISTRY_KEY, u"CRegKey", "0 0 F003F S-1-5-32-544\n"},
       {u"CN=Anna", SE_DS_OBJECT, u"LDAP",
        "5 0 10 S-1-5-11{00000001-0002-0003-0405-060708090A0B}\n"
        "5 2 20 S-1-5-18{10000001-0002-0003-0405-060708090A0B}\n"
@@ -167,7 +187,10 @@ TEST_F(Descriptors, OfNamedObjectsFollowTheirKind) {
   EXPECT_EQ(AceOf(Named(u"\\\\SRV\\Laser", SE_PRINTER), 2)->PermissionsString(),
             u"Manage Documents");
   EXPECT_EQ(Named(u"\\\\srv\\Guarded", SE_LMSHARE)->ParentObjectPath, u"\\\\SRV\\Guarded");
-  EXPECT_EQ(Named(u"\\\\srv\\Guarded", SE_LMSHARE)->GetOwnerSid(), nullptr);
+  const auto share = Named(u"\\\\srv\\Guarded", SE_LMSHARE);
+  EXPECT_EQ(share->GetOwnerSid(), nullptr);
+  EXPECT_EQ(AceOf(share, 1)->GetSid()->ResidesOnServer(), u"SRV");
+  EXPECT_EQ(AceOf(share, 1)->PermissionsString(), u"Change");
   struct Failure {
     const char16_t* name;
     std::int32_t type;
@@ -239,7 +262,7 @@ TEST_F(Descriptors, SaveWritesWhatTheEntriesSay) {
 
   const auto closed = Of(u"C:\\D\\closed");
   closed->Save();
-  EXPECT_EQ(ListOf(Of(u"C:\\D\\closed")), "");
+  EXPECT_EQ(Of(u"C:\\D\\closed")->GetDACL()->BinaryACL().If<ByteArray>()->elements.size(), 8u);
 }
 
 TEST_F(Descriptors, SaveLeavesOutWhatCantBeWritten) {
@@ -248,7 +271,9 @@ TEST_F(Descriptors, SaveLeavesOutWhatCantBeWritten) {
   journal().Clear();
   descriptor->Save();
   EXPECT_EQ(ListOf(Named(u"CN=Anna", SE_DS_OBJECT)), list);
-  EXPECT_EQ(Named(u"CN=Anna", SE_DS_OBJECT)->GetDACL()->Revision(), 4);
+  // 52 bytes beside the SID for each object entry.
+  EXPECT_EQ(journal().entries().front().operation, "LocalAlloc");
+  EXPECT_EQ(journal().entries().front().argument, std::to_string(8 + 4 * 52 + 12 + 12 + 12 + 16));
   AceOf(descriptor, 1)->AceType = SYSTEM_AUDIT_ACE_TYPE;
   AceOf(descriptor, 2)->AceType = ACCESS_ALLOWED_COMPOUND_ACE_TYPE;
   AceOf(descriptor, 3)->PutIsInherited(true);

@@ -24,6 +24,16 @@ TEST(Permissions, HaveAShortVerdictForEachKindOfObject) {
       {0x1F01BF, u"CFolder", "RWXDPO"},
       {0x120116, u"CFile", "Special"},
       {0x20000, u"CFile", "Special"},
+      // One stray right makes these special; without its rule each would be "D" or "O".
+      {0x10001, u"CFile", "Special"},
+      {0x10008, u"CFile", "Special"},
+      {0x10080, u"CFile", "Special"},
+      {0x10002, u"CFile", "Special"},
+      {0x10004, u"CFile", "Special"},
+      {0x10010, u"CFile", "Special"},
+      {0x10100, u"CFile", "Special"},
+      {0x10020, u"CFile", "Special"},
+      {0xC0000, u"CFile", "Special"},
       {0x40, u"CFile", "Special"},
       {0x10000, u"CFile", "D"},
       {0x90000, u"CFile", "DO"},
@@ -73,7 +83,8 @@ TEST(Permissions, AreSpelledOutInTwoLetterCodes) {
       {0xF01FF, u"CService", "QcCcQsEdSaSoPcInUd"},
       {0xF001F, u"CPrinter", "AdPrEsAsAjRpCpDeTo"},
       {0x40, u"CFile", ""},
-      {0x10000000, u"Service", "RdRaRxWdAdWaWxExRpCpDeTo"},
+      {0x10000000, u"RegKey", "RdRxWdAdWxExRpCpDeTo"},
+      {0x80000000, u"Printer", "RxRp"},
       {0, u"CFolder", ""},
   };
   for (const Case& c : cases) {

@@ -57,6 +57,12 @@ TEST_F(Sids, ReadBackFromTextAsTheirBinaryFormHasThem) {
     EXPECT_EQ(sid->SidLength(), same->SidLength());
     EXPECT_EQ(same->ResidesOnServer(), u"SRV");
   }
+  const auto system = root.GetSidFromText(u"S-1-5-18");
+  for (const char16_t* text : {u"S-1-5-19", u"S-1-5-18-544", u"S-1-3-18"}) {
+    auto other = root.GetSidFromText(text);
+    EXPECT_FALSE(system->IsEqual(other)) << ToUtf8(text);
+  }
+  EXPECT_EQ(system->SIDType(), 0);
 }
 
 TEST_F(Sids, RefuseTextsThatAreNone) {
@@ -84,11 +90,13 @@ TEST_F(Sids, RefuseTextsThatAreNone) {
   Text many = u"S-1-5";
   for (int i = 0; i < 256; ++i) many += u"-1";
   EXPECT_EQ(ErrorOf([&] { root.GetSidFromText(many); }), 6);
+  Err().Set(AutomationError(1, u"Before", u""));
   try {
     root.GetSidFromText(u"S-1-5");
     FAIL();
   } catch (const AutomationError& error) {
     EXPECT_EQ(error.description, GetAPIErrorText(87));
+    EXPECT_EQ(error.source, u"Before");
   }
 }
 
@@ -104,6 +112,7 @@ TEST_F(Sids, PrintEveryAuthorityInItsOwnWay) {
       {{0, 0, 0x80, 0, 0, 0}, u"S-1-"},
       {{1, 2, 3, 4, 5, 200}, u"S-1-0x0102030405200-21-7"},
       {{0, 10, 0, 0, 0, 99}, u"S-1-0x001000000099-21-7"},
+      {{0, 1, 0x80, 0, 0, 0}, u"S-1-0x0001128000000"},
   };
   SystemRoot root;
   for (const Case& c : cases) {
@@ -122,6 +131,7 @@ TEST_F(Sids, TakeOnlyBytesThatHoldOne) {
   EXPECT_EQ(with(Variant(ByteArray())), 1337);
   ByteArray sid = SidBytes({0, 0, 0, 0, 0, 5}, {18});
   EXPECT_EQ(with(Variant(sid)), 0);
+  EXPECT_EQ(root.GetSidObjectFromSid(Variant(sid), u"SRV")->ResidesOnServer(), u"SRV");
   sid.elements[1] = 2;
   EXPECT_EQ(with(Variant(sid)), 1337);
   sid.elements.resize(7);

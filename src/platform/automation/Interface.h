@@ -41,6 +41,7 @@ enum class BoundaryType {
 struct TypeReference {
   BoundaryType type = BoundaryType::kVoid;
   bool by_reference = false;
+  bool secret = false;                                  ///< a text to be wiped after the call
   const Interface& (*class_table)() = nullptr;          ///< with `kClass`
   const Enumeration& (*enumeration_table)() = nullptr;  ///< with `kEnumeration`
 };

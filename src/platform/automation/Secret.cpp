@@ -16,9 +16,13 @@ Secret::Secret(TextView text) : units_(text.size() + 1) { text.copy(units_.data(
 
 Secret Secret::TakenFrom(Text& text) {
   Secret secret(text);
+  Wipe(text);
+  return secret;
+}
+
+void Wipe(Text& text) noexcept {
   Wipe(text.data(), text.size());
   text.clear();
-  return secret;
 }
 
 Secret::~Secret() { Wipe(units_.data(), units_.size()); }

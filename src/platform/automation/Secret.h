@@ -29,9 +29,12 @@ class Secret {
   std::vector<char16_t> units_;
 };
 
+/// Overwrites a text's memory and empties it.
+void Wipe(Text& text) noexcept;
+
 template <>
 struct Boundary<Secret> {
-  static TypeReference Type() { return {.type = BoundaryType::kText}; }
+  static TypeReference Type() { return {.type = BoundaryType::kText, .secret = true}; }
   static Secret FromVariant(const Variant& value) {
     Text text = ToText(value);
     return Secret::TakenFrom(text);

@@ -172,12 +172,12 @@ Place FindRoot(const Path& path, Estate& estate) {
     place.error = kErrorAccessDenied;
     return place;
   }
-  if (!place.drive->volume.ready) {
-    place.error = kErrorNotReady;
-    return place;
-  }
   if (share->folder == nullptr) {
     place.error = kErrorBadDevType;
+    return place;
+  }
+  if (!place.drive->volume.ready) {
+    place.error = kErrorNotReady;
     return place;
   }
   place.share = share;

@@ -3,6 +3,7 @@
 
 #include "platform/automation/Boundary.h"
 #include "platform/automation/Enumerator.h"
+#include "platform/automation/Secret.h"
 #include "platform/automation/com/ClassFace.h"
 #include "platform/automation/com/ComRef.h"
 #include "platform/automation/com/Face.h"
@@ -100,6 +101,24 @@ class IncomingArguments {
   ShortList<VARIANT*> sources_;
 };
 
+/// Wipes the texts of secret parameters, which a call's values hold, when the call is over.
+class SecretsEnd {
+ public:
+  SecretsEnd(const Member& member, std::span<Variant> values) : member_(member), values_(values) {}
+  SecretsEnd(const SecretsEnd&) = delete;
+  SecretsEnd& operator=(const SecretsEnd&) = delete;
+  ~SecretsEnd() {
+    for (std::size_t i = 0; i < values_.size(); ++i) {
+      Text* const text = values_[i].If<Text>();
+      if (text && member_.parameters[i].type.secret) Wipe(*text);
+    }
+  }
+
+ private:
+  const Member& member_;
+  std::span<Variant> values_;
+};
+
 /// Hands the arguments of a property without parameters on to the default member of its value:
 /// `x.Files(1)` for `x.Files.Item(1)`.
 HRESULT InvokeDefault(const Variant& value, DISPPARAMS& parameters, VARIANT* result,
@@ -132,6 +151,7 @@ HRESULT InvokeMember(Object& self, const Member& member, DISPPARAMS& parameters,
   IncomingArguments incoming(member, parameters);
   const std::size_t count = member.parameters.size();
   ShortList<Variant> values(count);
+  const SecretsEnd secrets_end(member, values.All());
   if (const HRESULT arranged = incoming.Arrange(bad); FAILED(arranged)) return refuse(arranged);
   if (const HRESULT read = incoming.Read(values.All(), bad); FAILED(read)) return refuse(read);
 
