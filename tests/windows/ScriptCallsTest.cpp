@@ -63,19 +63,6 @@ TEST_F(ScriptCalls, ErrorsArriveWithTheNumberSourceAndTextThatWereRaised) {
   });
 }
 
-TEST_F(ScriptCalls, CallsThatDoNotFitAreRefusedWithTheRuntimesNumbers) {
-  const auto* vb = L"VBScript";
-  Check({
-      {vb, L"On Error Resume Next\no.Missing\no.Name = Err.Number", u"438"},
-      {vb, L"On Error Resume Next\no.Children = 1\no.Name = Err.Number", u"438"},
-      {vb, L"On Error Resume Next\no.Join\no.Name = Err.Number", u"449"},
-      {vb, L"On Error Resume Next\no.Join 1, 2, 3, 4\no.Name = Err.Number", u"450"},
-      {vb, L"On Error Resume Next\no.Number = \"many\"\no.Name = Err.Number", u"13"},
-      {vb, L"On Error Resume Next\no.Number = 1E12\no.Name = Err.Number", u"6"},
-      {vb, L"On Error Resume Next\nx = o.NameOf(New RegExp)\no.Name = Err.Number", u"13"},
-  });
-}
-
 TEST_F(ScriptCalls, ArgumentsCrossInEveryShapeThatScriptsSend) {
   const auto* vb = L"VBScript";
   const auto* js = L"JScript";
