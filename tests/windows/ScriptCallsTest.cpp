@@ -51,6 +51,7 @@ TEST_F(ScriptCalls, ErrorsArriveWithTheNumberSourceAndTextThatWereRaised) {
        u"5 d;13 d;91 d;457 d;911 d;2221 d;-2147221503 d;438 d;65535 d;"},
       {vb, L"On Error Resume Next\no.Fail 70, \"denied\"\no.Name = Err.Source",
        u"Veldmark2.CSpecimen"},
+      {vb, L"On Error Resume Next\no.Number = 1E12\no.Name = Err.Number", u"6"},
       {L"JScript",
        L"var s = '';\n"
        L"var numbers = [5, 13, 91, 457, 911, 2221];\n"
