@@ -7,6 +7,7 @@
 #include "platform/automation/com/ComObject.h"
 #include "platform/automation/com/ComRef.h"
 #include "platform/automation/com/Face.h"
+#include "support/ErrorOf.h"
 #include "windows/CSpecimen.h"
 
 namespace veldmark {
@@ -294,14 +295,6 @@ TEST_F(ClientCalls, WhatACallersRecordClaimsIsNotTakenOnTrust) {
     V_ARRAY(&variant) = array;
     return variant;
   };
-  const auto number_of = [](const auto& act) {
-    try {
-      act();
-      return 0;
-    } catch (const AutomationError& error) {
-      return error.number;
-    }
-  };
   SAFEARRAY* const numbers = make(VT_I8);
   SAFEARRAY* const untyped = make(VT_I8);
   untyped->fFeatures &= static_cast<USHORT>(~FADF_HAVEVARTYPE);
@@ -317,7 +310,7 @@ TEST_F(ClientCalls, WhatACallersRecordClaimsIsNotTakenOnTrust) {
   };
   for (const auto& [what, value, number] : cases) {
     const VARIANT& claimed = value;
-    EXPECT_EQ(number_of([&] { abi::Read(com::AsRaw(claimed)); }), number) << what;
+    EXPECT_EQ(ErrorOf([&] { abi::Read(com::AsRaw(claimed)); }), number) << what;
   }
   // An array in the client's own storage is filled, but not replaced.
   for (const int own : {FADF_FIXEDSIZE, FADF_STATIC, FADF_AUTO, FADF_EMBEDDED, 0}) {
@@ -326,7 +319,7 @@ TEST_F(ClientCalls, WhatACallersRecordClaimsIsNotTakenOnTrust) {
     VARIANT by = By(VT_ARRAY | VT_UI1, &bytes);
     for (const ByteArray& fresh : {ByteArray({8, 9}, 0), ByteArray({1, 2, 3}, 0)}) {
       const int refusal = own != 0 && fresh.elements.size() == 3 ? 10 : 0;
-      EXPECT_EQ(number_of([&] { abi::Assign(com::AsRaw(by), Variant(fresh)); }), refusal);
+      EXPECT_EQ(ErrorOf([&] { abi::Assign(com::AsRaw(by), Variant(fresh)); }), refusal);
     }
     EXPECT_EQ(static_cast<std::uint8_t*>(bytes->pvData)[1], own != 0 ? 9 : 2);
     bytes->fFeatures &= static_cast<USHORT>(~own);
