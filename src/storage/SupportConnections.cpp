@@ -7,8 +7,6 @@
 namespace veldmark {
 namespace {
 
-constexpr TextView kClassName = u"SystemRoot";
-
 NetworkProvider& Provider() { return Apartment::Current().platform.network_provider; }
 
 DWORD Flags(bool make_persistent) { return make_persistent ? kConnectUpdateProfile : 0; }
@@ -17,9 +15,9 @@ void Check(DWORD status) {
   if (status == kErrorSuccess) return;
   const auto number = static_cast<std::int32_t>(status);
   if (status == kErrorExtendedError) {
-    Raise(number, SourceOf(kClassName), u"A error specific to the network provider occurred");
+    Raise(number, {}, u"A error specific to the network provider occurred");
   }
-  RaisePlatformError(number, SourceOf(kClassName));
+  RaisePlatformError(number);
 }
 
 }  // namespace

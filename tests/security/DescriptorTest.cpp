@@ -151,7 +151,7 @@ TEST_F(Descriptors, OfFilesAreReadEntryByEntryAsPlainOnes) {
   faults().Clear();
   faults().FailEvery("GetFileSecurityW", 5);
   faults().FailEvery("GetKernelObjectSecurity", 1117);
-  EXPECT_EQ(ErrorOf([&] { Of(u"C:\\D\\a"); }), 1117);
+  EXPECT_EQ(ErrorOf([&] { Of(u"C:\\D\\open"); }), 1117);
 }
 
 TEST_F(Descriptors, OfNamedObjectsFollowTheirKind) {
