@@ -2,9 +2,10 @@
 ' takes that folder away again. Under ./run --sandbox it visits the computers of examples/estate.json instead.
 Option Explicit
 
-' What WRITE_RIGHTS below has and reading has not.
+Const EVERYONE = "S-1-1-0"
+Const WRITE_RIGHTS = &H120116
+' Those of them that reading doesn't need as well.
 Const WRITE_ONLY = &H116
-Const PROGRAM = "C:\windows\system32\kernel32.dll"
 
 Dim root
 Set root = CreateObject("Veldmark2.SystemRoot")
@@ -25,7 +26,7 @@ Next
 
 Dim home, base
 home = "C:\Veldmark2 tour"
-root.CreateFolder home
+If Not root.FolderExists(home) Then root.CreateFolder home
 Set base = root.GetFolder(home)
 
 Heading "A folder of our own: " & base.Path
@@ -47,7 +48,6 @@ Dim descriptor, entry
 Set descriptor = base.GetSecurityDescriptor()
 WScript.Echo "Owner: " & descriptor.GetOwnerSid().SidText
 ShowPermissions descriptor
-Const EVERYONE = "S-1-1-0", WRITE_RIGHTS = &H120116
 descriptor.GetDACL().Grant EVERYONE, 0, WRITE_RIGHTS, 0
 descriptor.Save
 WScript.Echo "Everyone may write now: " & EveryoneMayWrite(root.GetFolder(home).GetSecurityDescriptor())
@@ -55,14 +55,20 @@ For Each entry In descriptor.GetDACL().GetAces()
   If entry.GetSid().SidText = EVERYONE And entry.AceFlags = 0 Then entry.AccessMask = entry.AccessMask And Not WRITE_ONLY
 Next
 descriptor.Save
-WScript.Echo "Taken back:             " & Not EveryoneMayWrite(root.GetFolder(home).GetSecurityDescriptor())
+WScript.Echo "Taken back:             " & (Not EveryoneMayWrite(root.GetFolder(home).GetSecurityDescriptor()))
 
 Heading "A text, written and read"
 root.WriteTextFile home & "\Note.txt", "Seven words that came back as sent.", True
 WScript.Echo root.ReadTextFile(home & "\Note.txt")
 
 Heading "A program's version"
-ShowVersion root.GetFile(PROGRAM)
+Dim program
+For Each program In Array("C:\windows\system32\kernel32.dll", "C:\windows\system32\spooler.dll")
+  If root.FileExists(program) Then
+    ShowVersion root.GetFile(program)
+    Exit For
+  End If
+Next
 
 Heading "A walk with progress"
 Dim status
@@ -147,15 +153,24 @@ Function Gigabytes(bytes)
 End Function
 
 Function DriveTypeText(kind)
-  DriveTypeText = Array("unknown", "unknown", "removable", "fixed", "network", "disc", "memory")(kind)
+  Select Case kind
+    Case 2: DriveTypeText = "removable"
+    Case 3: DriveTypeText = "fixed"
+    Case 4: DriveTypeText = "network"
+    Case 5: DriveTypeText = "disc"
+    Case 6: DriveTypeText = "memory"
+    Case Else: DriveTypeText = "unknown"
+  End Select
 End Function
 
 ' Who, what, which rights, and where they apply.
 Sub ShowPermissions(descriptor)
-  Dim entry
+  Dim entry, verb
   WScript.Echo PadRight("Who", 46) & PadRight("Does", 8) & PadRight("Rights", 14) & "Where"
   For Each entry In descriptor.GetDACL().GetAces()
-    WScript.Echo PadRight(entry.GetSid().SidText, 46) & PadRight(Array("allow", "deny")(entry.AceType), 8) & _
+    verb = "allow"
+    If entry.AceType = 1 Then verb = "deny"
+    WScript.Echo PadRight(entry.GetSid().SidText, 46) & PadRight(verb, 8) & _
       PadRight(entry.PermissionsString, 14) & entry.InheritanceScope
   Next
 End Sub

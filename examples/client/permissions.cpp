@@ -58,7 +58,7 @@ HRESULT Read(_SystemRoot* root, BSTR path, _CSecurityDescriptor** descriptor) {
 }
 
 HRESULT GrantAndShow(_SystemRoot* root, BSTR path, const wchar_t* account) {
-  constexpr long kReadAndExecute = 0x1200A9;
+  constexpr long kModify = 0x1301BF;
   Pointer<_CSecurityDescriptor> descriptor;
   Pointer<_CAcl> list;
   Pointer<_CAce> granted;
@@ -67,9 +67,8 @@ HRESULT GrantAndShow(_SystemRoot* root, BSTR path, const wchar_t* account) {
   if (SUCCEEDED(result)) result = Show(descriptor.Get());
   if (SUCCEEDED(result)) result = descriptor->GetDACL(&list);
   if (SUCCEEDED(result)) {
-    result =
-        list->Grant(Bstr(account), static_cast<AceTypeEnum>(ACCESS_ALLOWED_ACE_TYPE),
-                    kReadAndExecute, static_cast<AceFlagsEnum>(0), Bstr(L""), Bstr(L""), &granted);
+    result = list->Grant(Bstr(account), static_cast<AceTypeEnum>(ACCESS_ALLOWED_ACE_TYPE), kModify,
+                         static_cast<AceFlagsEnum>(0), Bstr(L""), Bstr(L""), &granted);
   }
   if (SUCCEEDED(result)) std::puts("as it is to be");
   if (SUCCEEDED(result)) result = Show(descriptor.Get());
