@@ -101,9 +101,8 @@ struct SECURITY_ATTRIBUTES {
 // Path names are NUL-terminated. A plain path ("C:\Data\a.txt", "\\srv\share\a.txt", or relative to
 // the current folder) is normalised: "/" counts as "\", "." and ".." are resolved, blanks and dots
 // at the end of a name are dropped; its full form is limited to 259 characters (247 for a new
-// folder). A long path ("\\?\C:\..." or
-// "\\?\UNC\srv\share\...") is taken as it stands, up to 32767 characters. The codes common to all
-// operations that take a path:
+// folder). A long path ("\\?\C:\..." or "\\?\UNC\srv\share\...") is taken as it stands, up to 32767
+// characters. The codes common to all operations that take a path:
 //    2  the last name of the path doesn't exist
 //    3  another name of the path, or its drive, doesn't exist; the path is empty
 //    5  the caller lacks the access
@@ -117,12 +116,12 @@ class FileSystem {
   virtual ~FileSystem() = default;
 
   // Begins a listing with the first entry that matches the last name of `file_name`, which may hold
-  // wildcards
-  // ("*" and "?", matched against the long and the short name; "*.*" matches all). Fills `data` and
-  // returns a find handle that the caller closes with FindClose; kInvalidHandleValue on failure: 2
-  // if nothing matches (also for a drive's root named without a pattern), 3 for a missing folder, 5
-  // where listing is denied, 123 for a pattern that can't be a name, 267 if what should be the
-  // folder is a file. A folder's listing begins with "." and "..", except in a drive's root.
+  // wildcards ("*" and "?", matched against the long and the short name; "*.*" matches all). Fills
+  // `data` and returns a find handle that the caller closes with FindClose; kInvalidHandleValue on
+  // failure: 2 if nothing matches (also for a drive's root named without a pattern), 3 for a
+  // missing folder, 5 where listing is denied, 123 for a pattern that can't be a name, 267 if what
+  // should be the folder is a file. A folder's listing begins with "." and "..", except in a
+  // drive's root.
   virtual HANDLE FindFirstFileW(LPCWSTR file_name, WIN32_FIND_DATAW* data) = 0;
 
   // Fills `data` with the next entry and returns non-zero; 0 at the end (18) or on failure (6: no
@@ -218,8 +217,8 @@ class FileSystem {
 
   // The bytes of the volume that a folder lies on: free to the caller by his quota, in all, and
   // free in all; each may be null, as may the folder: the current one. Non-zero on success; 3 for a
-  // missing folder; 267: a file; 5, 21, 53, 67, 123. A drive needs no "\" behind it; of a share
-  // it is asked, and in use it goes without.
+  // missing folder; 267: a file; 5, 21, 53, 67, 123. A drive needs no "\" behind it. A share's root
+  // ought to have one; the platform takes it without, too.
   virtual BOOL GetDiskFreeSpaceExW(LPCWSTR folder, std::uint64_t* free_to_caller,
                                    std::uint64_t* total, std::uint64_t* total_free) = 0;
 
