@@ -2,9 +2,9 @@
 
 #include "frame/CSupport.h"
 #include "frame/Errors.h"
+#include "frame/RuntimeFile.h"
 #include "frame/Support.h"
 #include "platform/operations/Handles.h"
-#include "storage/RuntimeFile.h"
 
 namespace veldmark {
 namespace {

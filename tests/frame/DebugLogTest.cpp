@@ -50,8 +50,7 @@ TEST_F(Logging, LinesAreAppendedInTheSystemsCodePageWhileTheFlagIsOn) {
 
 TEST_F(Logging, AFolderThatCannotBeWrittenRaisesTheFileError) {
   estate().SetModuleFolder(u"C:\\Missing");
-  EXPECT_EQ(FailureOf([] { DebugLog(u"lost"); }),
-            u"3|Veldmark2|The system cannot find the path specified.");
+  EXPECT_EQ(FailureOf([] { DebugLog(u"lost"); }), u"76|Veldmark2|Path not found");
 }
 
 struct LoggingWorld : SimulatedApartment {
@@ -64,7 +63,10 @@ struct LoggingWorld : SimulatedApartment {
 TEST(LoggingFaults, AFailedWriteIsRaisedAndTheFileClosed) {
   SweepFaults<LoggingWorld>(
       {"CloseHandle"}, [](LoggingWorld&) { DebugLog(u"na\u00EFve"); },
-      [](LoggingWorld&, const std::string&, bool) {});
+      [](LoggingWorld&, const std::string& failed, bool raised) {
+        EXPECT_EQ(raised, failed != "CloseHandle");
+      },
+      {"CreateFileW", "WriteFile"});
 }
 
 TEST_F(ApartmentFixture, TheObjectCountsReportShowsWhatIsAliveInItsOrder) {

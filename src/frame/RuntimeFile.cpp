@@ -1,4 +1,4 @@
-#include "storage/RuntimeFile.h"
+#include "frame/RuntimeFile.h"
 
 #include <algorithm>
 
@@ -57,11 +57,13 @@ std::int32_t RuntimeNumber(DWORD code) {
 
 }  // namespace
 
-RuntimeFile::RuntimeFile(FileSystem& files, const Text& path)
+RuntimeFile::RuntimeFile(FileSystem& files, const Text& path, Mode mode)
     : files_(files),
-      file_(files, files.CreateFileW(path.c_str(), kGenericRead | kGenericWrite,
-                                     kFileShareRead | kFileShareWrite, nullptr, kOpenAlways,
-                                     kFileAttributeNormal, nullptr)) {
+      file_(files, files.CreateFileW(
+                       path.c_str(),
+                       mode == Mode::kAppend ? kFileAppendData : kGenericRead | kGenericWrite,
+                       kFileShareRead | kFileShareWrite, nullptr, kOpenAlways, kFileAttributeNormal,
+                       nullptr)) {
   if (!file_) RaiseRuntimeError();
 }
 
