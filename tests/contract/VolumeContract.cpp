@@ -60,7 +60,8 @@ TEST_F(Volumes, DescribeThemselvesAtTheirRootOnly) {
   EXPECT_NE(Text(file_system), u"");
   EXPECT_GE(longest, 110u);
   EXPECT_NE(flags, 0u);
-  for (LPCWSTR const root : {Root().c_str(), LPCWSTR{nullptr}}) {
+  const Text own_root = Root();
+  for (LPCWSTR const root : {own_root.c_str(), LPCWSTR{nullptr}}) {
     EXPECT_TRUE(
         files_.GetVolumeInformationW(root, nullptr, 0, nullptr, nullptr, nullptr, nullptr, 0));
   }
