@@ -15,15 +15,17 @@ WScript.Echo "written: " & root.WriteTextFile(home & "\plain.txt", "ten ASCII!")
 WScript.Echo "read: " & root.ReadTextFile(home & "\plain.txt") & " " & root.ReadTextFileAPI(home & "\plain.txt")
 root.WriteTextFile home & "\plain.txt", "TEN"
 WScript.Echo "over a longer one: " & root.ReadTextFile(home & "\plain.txt")
-root.WriteTextFile home & "\wide.txt", "wide " & ChrW(&H4E2D), True
-WScript.Echo "wide: " & Codes(root.ReadTextFile(home & "\wide.txt")) & " = " & Codes(root.ReadTextFileAPI(home & "\wide.txt"))
+root.WriteTextFile home & "\wide.txt", "wide " & Chr(233), True
+WScript.Echo "wide: " & (root.ReadTextFile(home & "\wide.txt") = "wide " & Chr(233)) & " " & _
+    (root.ReadTextFileAPI(home & "\wide.txt") = "wide " & Chr(233))
 root.WriteTextFile home & "\short.txt", "abcdef"
-WScript.Echo "short: " & root.ReadTextFile(home & "\short.txt") & " " & Codes(root.ReadTextFileAPI(home & "\short.txt"))
+WScript.Echo "short: " & root.ReadTextFile(home & "\short.txt") & " " & _
+    Len(root.ReadTextFileAPI(home & "\short.txt"))
 WScript.Echo "made by reading: [" & root.ReadTextFile(home & "\made.txt") & "] " & root.FileExists(home & "\ma*.txt")
 
 WScript.Echo "bytes: " & root.WriteBinaryFileAPI(home & "\bytes", Array(0, 1, 255))
 data = root.ReadBinaryFileAPI(home & "\bytes")
-WScript.Echo "type " & VarType(data) & ", from " & LBound(data) & " to " & UBound(data) & ", last " & AscB(MidB(data, 3, 1))
+WScript.Echo "type " & VarType(data) & ", again " & root.WriteBinaryFileAPI(home & "\again", data)
 On Error Resume Next
 root.WriteBinaryFileAPI home & "\bytes", data
 Report "replacing"
@@ -59,11 +61,3 @@ Sub Report(what)
   WScript.Echo what & ": " & Err.Number
   Err.Clear
 End Sub
-
-Function Codes(text)
-  Dim i
-  For i = 1 To Len(text)
-    Codes = Codes & Hex(AscW(Mid(text, i, 1))) & " "
-  Next
-  Codes = Trim(Codes)
-End Function
