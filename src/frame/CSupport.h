@@ -35,7 +35,8 @@ class ObjectFoundListener {
   ~ObjectFoundListener() = default;
 };
 
-/// The engine: all platform work of an apartment. It has no state of its own. Its methods stand
+/// The engine: all platform work of an apartment. It has no state that a caller
+/// could see. Its methods stand
 /// beside the subsystem that they serve (`storage/SupportFolders.cpp`).
 class CSupport : public ReferenceCounted {
  public:
@@ -179,6 +180,9 @@ class CSupport : public ReferenceCounted {
   Ref<CFile> BuildFileFromFindData(const Text& path, const WIN32_FIND_DATAW& find_data);
 
   std::vector<ObjectFoundListener*> listeners_;
+  // This computer as GetServerNameFromPath tells it, once the platform has: the name holds until
+  // the computer restarts, and asking costs as much as opening a file.
+  Text own_server_name_;
 };
 
 }  // namespace veldmark

@@ -11,6 +11,9 @@
 namespace veldmark {
 namespace {
 
+/// What stands for a name that the platform doesn't tell.
+constexpr TextView kUnknownServer = u"(UNKNOWN)";
+
 constexpr TextView kNetworkStart = u"\\\\";
 
 }  // namespace
@@ -25,7 +28,8 @@ Text CSupport::GetServerNameFromPath(const Text& path) {
       const TextView behind = TextView(path).substr(kNetworkStart.size());
       server = ToUpper(behind.substr(0, behind.find(u'\\')));
     } else {
-      server = ToUpper(ComputerName());
+      server = own_server_name_.empty() ? ToUpper(ComputerName()) : own_server_name_;
+      if (server != kUnknownServer) own_server_name_ = server;
     }
   });
   return server;

@@ -46,8 +46,14 @@ TEST_F(Paths, NameTheComputerThatTheyLieOn) {
   for (const auto& [path, server] : cases) {
     EXPECT_EQ(Engine().GetServerNameFromPath(path), server) << ToUtf8(path);
   }
+  EXPECT_EQ(journal().Count("GetComputerNameW"), 1u);
+}
+
+TEST_F(Paths, AskForTheComputersNameUntilThePlatformTellsIt) {
   faults().FailEvery("GetComputerNameW", 5);
   EXPECT_EQ(Engine().GetServerNameFromPath(u"c:\\x"), u"(UNKNOWN)");
+  faults().Clear();
+  EXPECT_EQ(Engine().GetServerNameFromPath(u"c:\\x"), u"LOCALHOST");
 }
 
 /// A provider that answers with a name of any shape.
