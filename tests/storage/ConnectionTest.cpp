@@ -2,7 +2,7 @@
 #include "frame/SystemRoot.h"
 #include "platform/automation/Secret.h"
 #include "platform/simulated/SimulatedPlatform.h"
-#include "support/ErrorOf.h"
+#include "support/MixedPlatform.h"
 
 namespace veldmark {
 namespace {
@@ -34,17 +34,7 @@ class RecordingProvider final : public NetworkProvider {
 TEST(Connections, GiveTheProviderWhatTheCallerGave) {
   simulated::SimulatedPlatform simulated;
   RecordingProvider provider;
-  const Platform whole = simulated.platform();
-  Platform mixed{whole.files,
-                 provider,
-                 whole.messages,
-                 whole.registry,
-                 whole.system,
-                 whole.timers,
-                 whole.security,
-                 whole.network_management,
-                 whole.version_information,
-                 whole.multimedia};
+  Platform mixed = WithProvider(simulated.platform(), provider);
   Apartment::Start(mixed);
   SystemRoot root;
   const auto add = [&](const Text& local, const Text& remote, const Text& user,

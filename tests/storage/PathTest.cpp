@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "storage/StorageFixture.h"
+#include "support/MixedPlatform.h"
 
 namespace veldmark {
 namespace {
@@ -94,17 +95,7 @@ TEST(MappedDrives, GiveTheirShareAndAReadableNameForIt) {
   };
   simulated::SimulatedPlatform simulated;
   OddProvider provider;
-  const Platform whole = simulated.platform();
-  Platform mixed{whole.files,
-                 provider,
-                 whole.messages,
-                 whole.registry,
-                 whole.system,
-                 whole.timers,
-                 whole.security,
-                 whole.network_management,
-                 whole.version_information,
-                 whole.multimedia};
+  Platform mixed = WithProvider(simulated.platform(), provider);
   Apartment::Start(mixed);
   for (const auto& c : cases) {
     provider.name = c.name;
