@@ -3,8 +3,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "automation/Text.h"
 #include "collections/Collection.h"
-#include "platform/automation/Text.h"
 
 namespace veldmark {
 namespace {

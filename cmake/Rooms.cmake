@@ -41,7 +41,7 @@ endfunction()
 function(veldmark_core_libraries)
   veldmark_sources(core "src/*.cpp")
   list(FILTER core EXCLUDE REGEX
-       "/src/(server|platform/windows|platform/simulated|platform/automation/com)/")
+       "/src/(server|platform/windows|platform/simulated|automation/com)/")
   veldmark_library(veldmark_core ${core})
   veldmark_precompile(veldmark_core)
 

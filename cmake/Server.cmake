@@ -17,7 +17,7 @@ function(veldmark_windows_libraries)
     veldmark_core
     advapi32 netapi32 mpr ws2_32 winspool version winmm ole32 oleaut32 uuid user32 kernel32)
 
-  veldmark_sources(com "src/platform/automation/com/*.cpp")
+  veldmark_sources(com "src/automation/com/*.cpp")
   veldmark_library(veldmark_com ${com})
   veldmark_precompile(veldmark_com)
   if(com)

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "frame/Apartment.h"
+#include "apartment/Apartment.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "security/Guid.h"
 

@@ -4,12 +4,12 @@
 #include <cstdlib>
 #include <vector>
 
-#include "collections/CAces.h"
-#include "frame/Apartment.h"
-#include "frame/CSupport.h"
+#include "apartment/Apartment.h"
+#include "apartment/CSupport.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "security/CAce.h"
+#include "security/CAces.h"
 #include "security/CAcl.h"
 #include "security/CSecurityDescriptor.h"
 #include "security/CSid.h"

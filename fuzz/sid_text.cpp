@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "frame/Apartment.h"
+#include "apartment/Apartment.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "security/BinarySid.h"

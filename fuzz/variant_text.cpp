@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "platform/automation/Conversion.h"
-#include "platform/automation/Error.h"
+#include "automation/Conversion.h"
+#include "automation/Error.h"
 
 namespace {
 

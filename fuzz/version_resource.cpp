@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "frame/Apartment.h"
-#include "platform/automation/Error.h"
+#include "apartment/Apartment.h"
+#include "automation/Error.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "storage/VersionResource.h"

@@ -4,7 +4,7 @@
 #include <limits>
 #include <stdexcept>
 
-#include "frame/ObjectModel.h"
+#include "root/ObjectModel.h"
 
 namespace veldmark {
 namespace {

@@ -1,6 +1,6 @@
 #include "model/ManifestWriter.h"
 
-#include "frame/ObjectModel.h"
+#include "root/ObjectModel.h"
 
 namespace veldmark {
 namespace {

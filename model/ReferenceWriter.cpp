@@ -1,6 +1,6 @@
 #include "model/ReferenceWriter.h"
 
-#include "frame/ObjectModel.h"
+#include "root/ObjectModel.h"
 
 namespace veldmark {
 namespace {

@@ -13,7 +13,7 @@
 
 #include "Measure.h"
 #include "Veldmark2_h.h"
-#include "frame/Apartment.h"
+#include "apartment/Apartment.h"
 #include "platform/windows/WindowsPlatform.h"
 #include "security/BinarySid.h"
 

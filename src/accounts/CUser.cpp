@@ -1,6 +1,6 @@
 #include "accounts/CUser.h"
 
-#include "platform/automation/Declare.h"
+#include "automation/Declare.h"
 
 namespace veldmark {
 

@@ -5,10 +5,10 @@
 #include <functional>
 #include <optional>
 
+#include "automation/CaseMapping.h"
+#include "automation/Conversion.h"
+#include "automation/Error.h"
 #include "collections/CollectionEnumerator.h"
-#include "platform/automation/CaseMapping.h"
-#include "platform/automation/Conversion.h"
-#include "platform/automation/Error.h"
 
 namespace veldmark {
 namespace {

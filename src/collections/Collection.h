@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
+#include "automation/Enumerator.h"
+#include "automation/Variant.h"
 #include "collections/KeyIndex.h"
-#include "platform/automation/Enumerator.h"
-#include "platform/automation/Variant.h"
 
 namespace veldmark {
 

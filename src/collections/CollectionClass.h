@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <utility>
 
+#include "apartment/Conversions.h"
+#include "apartment/Counted.h"
+#include "apartment/Errors.h"
+#include "automation/Conversion.h"
+#include "automation/Object.h"
 #include "collections/Collection.h"
-#include "frame/Counted.h"
-#include "frame/Errors.h"
-#include "frame/Support.h"
-#include "platform/automation/Conversion.h"
-#include "platform/automation/Object.h"
 
 namespace veldmark {
 

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "automation/Enumerator.h"
 #include "collections/Collection.h"
-#include "platform/automation/Enumerator.h"
 
 namespace veldmark {
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "automation/Declare.h"
 #include "collections/CollectionClass.h"
-#include "platform/automation/Declare.h"
 
 namespace veldmark {
 

@@ -1,7 +1,7 @@
 #include "eventlog/CEventLog.h"
 
+#include "automation/Declare.h"
 #include "eventlog/MessageModules.h"
-#include "platform/automation/Declare.h"
 
 namespace veldmark {
 

@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "frame/Counted.h"
-#include "platform/automation/Object.h"
-#include "platform/automation/Text.h"
+#include "apartment/Counted.h"
+#include "automation/Object.h"
+#include "automation/Text.h"
 
 namespace veldmark {
 

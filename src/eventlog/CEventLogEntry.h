@@ -1,7 +1,7 @@
 #pragma once
 
-#include "frame/Counted.h"
-#include "platform/automation/Object.h"
+#include "apartment/Counted.h"
+#include "automation/Object.h"
 
 namespace veldmark {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "frame/Apartment.h"
-#include "frame/Errors.h"
-#include "platform/automation/Conversion.h"
+#include "apartment/Apartment.h"
+#include "apartment/Errors.h"
+#include "automation/Conversion.h"
 
 namespace veldmark {
 namespace {

@@ -1,6 +1,6 @@
 #include "network/CServerAccountPolicy.h"
 
-#include "platform/automation/Declare.h"
+#include "automation/Declare.h"
 
 namespace veldmark {
 

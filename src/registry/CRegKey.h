@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/automation/Object.h"
-#include "platform/automation/Text.h"
+#include "automation/Object.h"
+#include "automation/Text.h"
 
 namespace veldmark {
 

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "frame/Errors.h"
-#include "frame/Support.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/Handles.h"
 

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "platform/automation/Text.h"
-#include "platform/automation/Variant.h"
+#include "automation/Text.h"
+#include "automation/Variant.h"
 #include "platform/operations/Registry.h"
 
 namespace veldmark {

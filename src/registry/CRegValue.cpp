@@ -1,6 +1,6 @@
 #include "registry/CRegValue.h"
 
-#include "platform/automation/Declare.h"
+#include "automation/Declare.h"
 
 namespace veldmark {
 

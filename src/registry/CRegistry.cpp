@@ -1,6 +1,6 @@
 #include "registry/CRegistry.h"
 
-#include "platform/automation/Declare.h"
+#include "automation/Declare.h"
 
 namespace veldmark {
 

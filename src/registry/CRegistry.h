@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/automation/Object.h"
+#include "automation/Object.h"
 
 namespace veldmark {
 

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <limits>
 
-#include "frame/Support.h"
+#include "apartment/Conversions.h"
 #include "platform/operations/ErrorCodes.h"
 
 namespace veldmark {

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "frame/Support.h"
+#include "apartment/Conversions.h"
 #include "platform/operations/ErrorCodes.h"
 
 namespace veldmark {

@@ -6,10 +6,10 @@
 #include <cstring>
 #include <limits>
 
-#include "frame/BitsHelper.h"
-#include "frame/Errors.h"
-#include "frame/Support.h"
-#include "platform/automation/Conversion.h"
+#include "apartment/BitsHelper.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
+#include "automation/Conversion.h"
 #include "platform/operations/ErrorCodes.h"
 
 namespace veldmark {

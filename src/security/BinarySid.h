@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "platform/automation/Text.h"
+#include "automation/Text.h"
 
 namespace veldmark {
 

@@ -1,6 +1,6 @@
 #include "security/CAce.h"
 
-#include "platform/automation/Declare.h"
+#include "automation/Declare.h"
 #include "security/AceFlags.h"
 #include "security/CSid.h"
 #include "security/PermissionText.h"

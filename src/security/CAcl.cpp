@@ -1,12 +1,12 @@
 #include "security/CAcl.h"
 
-#include "collections/CAces.h"
-#include "frame/CSupport.h"
-#include "frame/Errors.h"
-#include "platform/automation/CaseMapping.h"
-#include "platform/automation/Conversion.h"
-#include "platform/automation/Declare.h"
+#include "apartment/CSupport.h"
+#include "apartment/Errors.h"
+#include "automation/CaseMapping.h"
+#include "automation/Conversion.h"
+#include "automation/Declare.h"
 #include "security/CAce.h"
+#include "security/CAces.h"
 #include "security/CSid.h"
 
 namespace veldmark {

@@ -3,10 +3,10 @@
 #include <array>
 #include <vector>
 
-#include "frame/CSupport.h"
-#include "frame/Errors.h"
-#include "frame/Support.h"
-#include "platform/automation/Declare.h"
+#include "apartment/CSupport.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
+#include "automation/Declare.h"
 #include "platform/operations/ErrorCodes.h"
 #include "security/CAcl.h"
 #include "security/CSid.h"

@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include "frame/Counted.h"
-#include "platform/automation/Object.h"
-#include "platform/automation/Text.h"
-#include "platform/automation/Variant.h"
+#include "apartment/Counted.h"
+#include "automation/Object.h"
+#include "automation/Text.h"
+#include "automation/Variant.h"
 
 namespace veldmark {
 

@@ -3,8 +3,8 @@
 #include <limits>
 
 #include "accounts/CUser.h"
-#include "frame/Errors.h"
-#include "platform/automation/Declare.h"
+#include "apartment/Errors.h"
+#include "automation/Declare.h"
 
 namespace veldmark {
 namespace {

@@ -2,12 +2,12 @@
 
 #include <utility>
 
-#include "collections/CAces.h"
-#include "frame/Apartment.h"
-#include "frame/CStatus.h"
+#include "apartment/Apartment.h"
+#include "apartment/CStatus.h"
 #include "security/AccessRights.h"
 #include "security/BinaryAcl.h"
 #include "security/CAce.h"
+#include "security/CAces.h"
 #include "security/CAcl.h"
 #include "security/CSecurityDescriptor.h"
 #include "security/CSid.h"

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "frame/Errors.h"
-#include "frame/Support.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
 
 namespace veldmark {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "platform/automation/Text.h"
+#include "automation/Text.h"
 
 namespace veldmark {
 

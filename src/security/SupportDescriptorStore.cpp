@@ -1,12 +1,12 @@
 #include <optional>
 
-#include "collections/CAces.h"
-#include "frame/CSupport.h"
-#include "frame/Errors.h"
-#include "frame/Support.h"
+#include "apartment/CSupport.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
 #include "platform/operations/Handles.h"
 #include "security/BinaryAcl.h"
 #include "security/CAce.h"
+#include "security/CAces.h"
 #include "security/CAcl.h"
 #include "security/CSecurityDescriptor.h"
 #include "security/CSid.h"

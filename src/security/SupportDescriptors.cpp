@@ -1,12 +1,12 @@
 #include <cstring>
 #include <vector>
 
-#include "frame/CSupport.h"
-#include "frame/Errors.h"
-#include "frame/Support.h"
-#include "platform/automation/CaseMapping.h"
-#include "platform/automation/Conversion.h"
-#include "platform/automation/Interface.h"
+#include "apartment/CSupport.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
+#include "automation/CaseMapping.h"
+#include "automation/Conversion.h"
+#include "automation/Interface.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/Handles.h"
 #include "security/CSecurityDescriptor.h"

@@ -1,8 +1,8 @@
 #include <array>
 
-#include "frame/CSupport.h"
-#include "frame/Errors.h"
-#include "frame/Support.h"
+#include "apartment/CSupport.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
 #include "platform/operations/Handles.h"
 
 namespace veldmark {

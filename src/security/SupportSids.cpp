@@ -1,5 +1,5 @@
-#include "frame/CSupport.h"
-#include "frame/Errors.h"
+#include "apartment/CSupport.h"
+#include "apartment/Errors.h"
 #include "security/CSid.h"
 
 namespace veldmark {

@@ -1,8 +1,8 @@
 #include "server/ClassFactory.h"
 
-#include "frame/Apartment.h"
-#include "platform/automation/com/Face.h"
-#include "platform/automation/com/Failure.h"
+#include "apartment/Apartment.h"
+#include "automation/com/Face.h"
+#include "automation/com/Failure.h"
 #include "server/ServerPlatform.h"
 
 namespace veldmark {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/automation/Interface.h"
-#include "platform/automation/ModuleCount.h"
-#include "platform/automation/com/ComObject.h"
+#include "automation/Interface.h"
+#include "automation/ModuleCount.h"
+#include "automation/com/ComObject.h"
 
 namespace veldmark {
 

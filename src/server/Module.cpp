@@ -1,12 +1,12 @@
 #include <memory>
 
-#include "frame/Apartment.h"
-#include "frame/ObjectModel.h"
-#include "platform/automation/ModuleCount.h"
-#include "platform/automation/com/ComRef.h"
-#include "platform/automation/com/Face.h"
-#include "platform/automation/com/Sdk.h"
-#include "platform/automation/com/ThreadSlots.h"
+#include "apartment/Apartment.h"
+#include "automation/ModuleCount.h"
+#include "automation/com/ComRef.h"
+#include "automation/com/Face.h"
+#include "automation/com/Sdk.h"
+#include "automation/com/ThreadSlots.h"
+#include "root/ObjectModel.h"
 #include "server/ClassFactory.h"
 #include "server/Registration.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "frame/ObjectModel.h"
+#include "root/ObjectModel.h"
 #include "server/ModulePath.h"
 #include "server/RegistryChanges.h"
 #include "server/RegistryKey.h"

@@ -8,7 +8,7 @@
 #include <mutex>
 #include <string>
 
-#include "platform/automation/Error.h"
+#include "automation/Error.h"
 #include "platform/simulated/EstateFile.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "server/ModulePath.h"

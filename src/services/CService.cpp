@@ -1,6 +1,6 @@
 #include "services/CService.h"
 
-#include "platform/automation/Declare.h"
+#include "automation/Declare.h"
 
 namespace veldmark {
 

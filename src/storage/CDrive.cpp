@@ -2,9 +2,9 @@
 
 #include <array>
 
-#include "frame/CSupport.h"
-#include "frame/Errors.h"
-#include "platform/automation/Declare.h"
+#include "apartment/CSupport.h"
+#include "apartment/Errors.h"
+#include "automation/Declare.h"
 #include "storage/CFolder.h"
 
 namespace veldmark {

@@ -1,10 +1,10 @@
 #include "storage/CFile.h"
 
-#include "frame/CSupport.h"
-#include "frame/Errors.h"
-#include "frame/NotBuilt.h"
-#include "frame/Support.h"
-#include "platform/automation/Declare.h"
+#include "apartment/CSupport.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
+#include "apartment/NotBuilt.h"
+#include "automation/Declare.h"
 #include "security/CSecurityDescriptor.h"
 #include "storage/PathForms.h"
 

@@ -2,15 +2,15 @@
 
 #include <vector>
 
-#include "collections/CFiles.h"
-#include "collections/CFolders.h"
-#include "collections/CPathNames.h"
-#include "frame/Errors.h"
-#include "frame/NotBuilt.h"
-#include "frame/Support.h"
-#include "platform/automation/Declare.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
+#include "apartment/NotBuilt.h"
+#include "automation/Declare.h"
 #include "security/CSecurityDescriptor.h"
 #include "storage/CFile.h"
+#include "storage/CFiles.h"
+#include "storage/CFolders.h"
+#include "storage/CPathNames.h"
 #include "storage/PathForms.h"
 
 namespace veldmark {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "frame/CSupport.h"
-#include "frame/Counted.h"
-#include "platform/automation/Events.h"
-#include "platform/automation/Object.h"
-#include "platform/automation/Text.h"
-#include "platform/automation/Variant.h"
+#include "apartment/CSupport.h"
+#include "apartment/Counted.h"
+#include "automation/Events.h"
+#include "automation/Object.h"
+#include "automation/Text.h"
+#include "automation/Variant.h"
 #include "storage/FileAttribute.h"
 
 namespace veldmark {

@@ -1,6 +1,6 @@
 #include "storage/CPathName.h"
 
-#include "platform/automation/Declare.h"
+#include "automation/Declare.h"
 
 namespace veldmark {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "frame/Counted.h"
-#include "platform/automation/Object.h"
-#include "platform/automation/Text.h"
+#include "apartment/Counted.h"
+#include "automation/Object.h"
+#include "automation/Text.h"
 
 namespace veldmark {
 

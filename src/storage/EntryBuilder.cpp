@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "frame/Support.h"
-#include "platform/automation/CaseMapping.h"
-#include "platform/automation/Error.h"
+#include "apartment/Conversions.h"
+#include "automation/CaseMapping.h"
+#include "automation/Error.h"
 #include "storage/CFile.h"
 #include "storage/CFolder.h"
 #include "storage/FolderListing.h"

@@ -2,9 +2,9 @@
 
 #include <array>
 
-#include "platform/automation/Object.h"
-#include "platform/automation/Text.h"
-#include "platform/automation/Values.h"
+#include "automation/Object.h"
+#include "automation/Text.h"
+#include "automation/Values.h"
 #include "platform/operations/FileSystem.h"
 
 namespace veldmark {

@@ -1,6 +1,6 @@
 #include "storage/FolderListing.h"
 
-#include "frame/Support.h"
+#include "apartment/Conversions.h"
 
 namespace veldmark {
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/automation/Text.h"
+#include "automation/Text.h"
 #include "platform/operations/Handles.h"
 
 namespace veldmark {

@@ -1,7 +1,7 @@
-#include "frame/CSupport.h"
-#include "frame/Errors.h"
-#include "frame/Support.h"
-#include "platform/automation/Secret.h"
+#include "apartment/CSupport.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
+#include "automation/Secret.h"
 #include "platform/operations/ErrorCodes.h"
 
 namespace veldmark {

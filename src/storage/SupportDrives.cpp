@@ -1,10 +1,10 @@
 #include <array>
 
-#include "collections/CDrives.h"
-#include "frame/CSupport.h"
-#include "frame/Errors.h"
-#include "frame/Support.h"
+#include "apartment/CSupport.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
 #include "storage/CDrive.h"
+#include "storage/CDrives.h"
 
 namespace veldmark {
 namespace {

@@ -1,9 +1,9 @@
 #include <cstring>
 
-#include "frame/CSupport.h"
-#include "frame/Errors.h"
-#include "frame/RuntimeFile.h"
-#include "frame/Support.h"
+#include "apartment/CSupport.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
+#include "apartment/RuntimeFile.h"
 #include "platform/operations/Handles.h"
 
 namespace veldmark {

@@ -1,8 +1,8 @@
-#include "collections/CFiles.h"
-#include "frame/CSupport.h"
-#include "frame/Errors.h"
-#include "frame/Support.h"
+#include "apartment/CSupport.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
 #include "storage/CFile.h"
+#include "storage/CFiles.h"
 #include "storage/EntryBuilder.h"
 #include "storage/FolderListing.h"
 

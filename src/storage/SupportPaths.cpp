@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <vector>
 
-#include "frame/CSupport.h"
-#include "frame/Errors.h"
-#include "frame/Support.h"
-#include "platform/automation/CaseMapping.h"
+#include "apartment/CSupport.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
+#include "automation/CaseMapping.h"
 #include "platform/operations/ErrorCodes.h"
 #include "storage/PathForms.h"
 

@@ -1,9 +1,9 @@
 #include <vector>
 
-#include "frame/CSupport.h"
-#include "frame/Errors.h"
-#include "frame/Support.h"
-#include "platform/automation/Conversion.h"
+#include "apartment/CSupport.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
+#include "automation/Conversion.h"
 #include "storage/CFile.h"
 #include "storage/VersionResource.h"
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "frame/Support.h"
-#include "platform/automation/CaseMapping.h"
+#include "apartment/Conversions.h"
+#include "automation/CaseMapping.h"
 #include "platform/operations/ErrorCodes.h"
 
 namespace veldmark {

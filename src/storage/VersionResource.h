@@ -5,7 +5,7 @@
 #include <optional>
 #include <span>
 
-#include "platform/automation/Text.h"
+#include "automation/Text.h"
 #include "platform/operations/VersionInformation.h"
 
 namespace veldmark {

@@ -1,6 +1,6 @@
 #include "tasks/CTask.h"
 
-#include "platform/automation/Declare.h"
+#include "automation/Declare.h"
 
 namespace veldmark {
 

@@ -1,6 +1,6 @@
 #include "tasks/CTrigger.h"
 
-#include "platform/automation/Declare.h"
+#include "automation/Declare.h"
 
 namespace veldmark {
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "platform/automation/Object.h"
-#include "platform/automation/Text.h"
+#include "automation/Object.h"
+#include "automation/Text.h"
 
 namespace veldmark {
 

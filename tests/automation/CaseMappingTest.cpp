@@ -1,4 +1,4 @@
-#include "platform/automation/CaseMapping.h"
+#include "automation/CaseMapping.h"
 
 #include <gtest/gtest.h>
 

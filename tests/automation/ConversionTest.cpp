@@ -1,4 +1,4 @@
-#include "platform/automation/Conversion.h"
+#include "automation/Conversion.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +6,8 @@
 #include <limits>
 #include <optional>
 
-#include "platform/automation/CivilTime.h"
-#include "platform/automation/Error.h"
+#include "automation/CivilTime.h"
+#include "automation/Error.h"
 
 namespace veldmark {
 namespace {

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "frame/Support.h"
-#include "platform/automation/Error.h"
-#include "platform/automation/Interface.h"
+#include "apartment/Conversions.h"
+#include "automation/Error.h"
+#include "automation/Interface.h"
 #include "support/ErrorOf.h"
 
 namespace veldmark {

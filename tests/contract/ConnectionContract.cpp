@@ -1,7 +1,7 @@
 #include <vector>
 
+#include "automation/Text.h"
 #include "contract/World.h"
-#include "platform/automation/Text.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/LastError.h"
 

@@ -2,8 +2,8 @@
 #include <string>
 #include <vector>
 
+#include "automation/Text.h"
 #include "contract/World.h"
-#include "platform/automation/Text.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/Handles.h"
 

@@ -7,10 +7,10 @@
 #include <set>
 #include <string>
 
-#include "frame/ObjectModel.h"
 #include "model/IdlWriter.h"
 #include "model/ManifestWriter.h"
 #include "model/ReferenceWriter.h"
+#include "root/ObjectModel.h"
 
 namespace veldmark {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "frame/Errors.h"
+#include "apartment/Errors.h"
 #include "platform/operations/ErrorCodes.h"
 #include "support/ApartmentFixture.h"
 #include "support/FaultSweep.h"

@@ -1,10 +1,10 @@
 #include <cstring>
 
-#include "collections/CAces.h"
-#include "frame/CSupport.h"
+#include "apartment/CSupport.h"
 #include "security/BinaryAcl.h"
 #include "security/BinaryDescriptor.h"
 #include "security/CAce.h"
+#include "security/CAces.h"
 #include "security/CAcl.h"
 #include "security/CSid.h"
 #include "security/Guid.h"

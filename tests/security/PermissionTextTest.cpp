@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/automation/Text.h"
+#include "automation/Text.h"
 
 namespace veldmark {
 namespace {

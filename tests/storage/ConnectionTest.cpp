@@ -1,7 +1,7 @@
-#include "frame/Apartment.h"
-#include "frame/SystemRoot.h"
-#include "platform/automation/Secret.h"
+#include "apartment/Apartment.h"
+#include "automation/Secret.h"
 #include "platform/simulated/SimulatedPlatform.h"
+#include "root/SystemRoot.h"
 #include "support/MixedPlatform.h"
 
 namespace veldmark {

@@ -1,7 +1,7 @@
-#include "collections/CDrives.h"
-#include "frame/CMyComputer.h"
-#include "frame/SystemRoot.h"
+#include "root/CMyComputer.h"
+#include "root/SystemRoot.h"
 #include "storage/CDrive.h"
+#include "storage/CDrives.h"
 #include "storage/StorageFixture.h"
 
 namespace veldmark {

@@ -1,5 +1,5 @@
-#include "frame/SystemRoot.h"
 #include "platform/operations/Handles.h"
+#include "root/SystemRoot.h"
 #include "storage/StorageFixture.h"
 
 namespace veldmark {

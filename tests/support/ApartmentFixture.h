@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "frame/Apartment.h"
+#include "apartment/Apartment.h"
 #include "platform/simulated/SimulatedPlatform.h"
 
 namespace veldmark {

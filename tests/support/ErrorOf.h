@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "platform/automation/Error.h"
+#include "automation/Error.h"
 
 namespace veldmark {
 

@@ -7,7 +7,7 @@
 #include <set>
 #include <string>
 
-#include "platform/automation/Error.h"
+#include "automation/Error.h"
 #include "support/ApartmentFixture.h"
 
 namespace veldmark {

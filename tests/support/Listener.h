@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "platform/automation/Events.h"
-#include "platform/automation/Object.h"
+#include "automation/Events.h"
+#include "automation/Object.h"
 
 namespace veldmark {
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/automation/Identity.h"
-#include "platform/automation/com/ComRef.h"
+#include "automation/Identity.h"
+#include "automation/com/ComRef.h"
 
 namespace veldmark {
 

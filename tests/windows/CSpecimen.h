@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/automation/Declare.h"
-#include "platform/automation/Enumerator.h"
-#include "platform/automation/Events.h"
+#include "automation/Declare.h"
+#include "automation/Enumerator.h"
+#include "automation/Events.h"
 
 namespace veldmark {
 

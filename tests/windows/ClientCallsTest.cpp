@@ -3,10 +3,10 @@
 
 #include <functional>
 
-#include "platform/automation/ModuleCount.h"
-#include "platform/automation/com/ComObject.h"
-#include "platform/automation/com/ComRef.h"
-#include "platform/automation/com/Face.h"
+#include "automation/ModuleCount.h"
+#include "automation/com/ComObject.h"
+#include "automation/com/ComRef.h"
+#include "automation/com/Face.h"
 #include "support/ErrorOf.h"
 #include "windows/CSpecimen.h"
 

@@ -8,7 +8,7 @@
 #include <map>
 #include <vector>
 
-#include "frame/ObjectModel.h"
+#include "root/ObjectModel.h"
 #include "windows/BuiltServer.h"
 
 namespace veldmark {

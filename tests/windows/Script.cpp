@@ -2,7 +2,7 @@
 
 #include <activscp.h>
 
-#include "platform/automation/com/ComObject.h"
+#include "automation/com/ComObject.h"
 
 namespace veldmark {
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/automation/com/ComRef.h"
+#include "automation/com/ComRef.h"
 
 namespace veldmark {
 

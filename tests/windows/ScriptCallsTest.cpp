@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/automation/ModuleCount.h"
+#include "automation/ModuleCount.h"
 #include "windows/CSpecimen.h"
 #include "windows/Script.h"
 

@@ -5,8 +5,8 @@
 #include <fstream>
 #include <thread>
 
-#include "frame/ObjectModel.h"
-#include "frame/SystemRoot.h"
+#include "root/ObjectModel.h"
+#include "root/SystemRoot.h"
 #include "windows/BuiltServer.h"
 
 namespace veldmark {

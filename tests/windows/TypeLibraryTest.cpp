@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "frame/ObjectModel.h"
-#include "platform/automation/com/Sdk.h"
+#include "automation/com/Sdk.h"
+#include "root/ObjectModel.h"
 #include "windows/BuiltServer.h"
 
 namespace veldmark {

@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "platform/automation/CaseMapping.h"
+#include "automation/CaseMapping.h"
 #include "platform/simulated/FileNames.h"
 
 namespace veldmark::simulated {

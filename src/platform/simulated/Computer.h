@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/automation/Text.h"
+#include "automation/Text.h"
 #include "platform/operations/FileSystem.h"
 #include "platform/operations/NetworkManagement.h"
 #include "platform/simulated/FileNode.h"

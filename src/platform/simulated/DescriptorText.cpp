@@ -3,7 +3,7 @@
 #include <array>
 #include <stdexcept>
 
-#include "platform/automation/CaseMapping.h"
+#include "automation/CaseMapping.h"
 #include "platform/operations/ErrorCodes.h"
 
 namespace veldmark::simulated {

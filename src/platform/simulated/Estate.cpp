@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "platform/automation/CaseMapping.h"
+#include "automation/CaseMapping.h"
 #include "platform/simulated/FileNames.h"
 #include "platform/simulated/PublishedMessages.h"
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <set>
 
-#include "platform/automation/Text.h"
+#include "automation/Text.h"
 #include "platform/operations/System.h"
 #include "platform/simulated/Computer.h"
 #include "platform/simulated/Token.h"

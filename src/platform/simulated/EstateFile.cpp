@@ -11,7 +11,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/automation/CaseMapping.h"
+#include "automation/CaseMapping.h"
 #include "platform/simulated/FileNames.h"
 #include "platform/simulated/VersionDescription.h"
 

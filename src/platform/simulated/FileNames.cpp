@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/automation/CaseMapping.h"
+#include "automation/CaseMapping.h"
 
 namespace veldmark::simulated {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "platform/automation/Text.h"
+#include "automation/Text.h"
 
 namespace veldmark::simulated {
 

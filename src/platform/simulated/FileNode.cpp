@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/automation/CaseMapping.h"
+#include "automation/CaseMapping.h"
 #include "platform/simulated/FileNames.h"
 
 namespace veldmark::simulated {

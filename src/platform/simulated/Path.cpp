@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/automation/CaseMapping.h"
+#include "automation/CaseMapping.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/simulated/FileNames.h"
 

@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/automation/Text.h"
+#include "automation/Text.h"
 #include "platform/simulated/Estate.h"
 
 namespace veldmark::simulated {

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <utility>
 
-#include "platform/automation/CaseMapping.h"
+#include "automation/CaseMapping.h"
 
 namespace veldmark::simulated {
 namespace {

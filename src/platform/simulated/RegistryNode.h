@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/automation/Text.h"
+#include "automation/Text.h"
 #include "platform/operations/Registry.h"
 #include "platform/simulated/Calendar.h"
 #include "platform/simulated/DescriptorText.h"

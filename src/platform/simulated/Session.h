@@ -6,7 +6,7 @@
 #include <memory>
 #include <string_view>
 
-#include "platform/automation/Text.h"
+#include "automation/Text.h"
 #include "platform/simulated/Estate.h"
 #include "platform/simulated/FaultHook.h"
 #include "platform/simulated/Journal.h"

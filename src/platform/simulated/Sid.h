@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "platform/automation/Text.h"
+#include "automation/Text.h"
 #include "platform/operations/Types.h"
 
 namespace veldmark::simulated {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/automation/CaseMapping.h"
+#include "automation/CaseMapping.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/LastError.h"
 #include "platform/simulated/FileAccess.h"

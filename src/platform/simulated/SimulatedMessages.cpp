@@ -4,7 +4,7 @@
 #include <charconv>
 #include <string>
 
-#include "platform/automation/CaseMapping.h"
+#include "automation/CaseMapping.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/simulated/FileAccess.h"
 #include "platform/simulated/Path.h"

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <memory>
 
-#include "platform/automation/CaseMapping.h"
+#include "automation/CaseMapping.h"
 #include "platform/operations/ErrorCodes.h"
 
 namespace veldmark::simulated {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <stdexcept>
 
-#include "platform/automation/CaseMapping.h"
+#include "automation/CaseMapping.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/LastError.h"
 #include "platform/simulated/AccessCheck.h"

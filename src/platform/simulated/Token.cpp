@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "platform/automation/CaseMapping.h"
+#include "automation/CaseMapping.h"
 
 namespace veldmark::simulated {
 namespace {

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/automation/Text.h"
+#include "automation/Text.h"
 
 namespace veldmark::simulated {
 

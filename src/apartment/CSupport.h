@@ -1,0 +1,188 @@
+#pragma once
+
+#include <vector>
+
+#include "automation/Object.h"
+#include "automation/Text.h"
+#include "automation/Values.h"
+#include "automation/Variant.h"
+#include "platform/operations/FileSystem.h"
+#include "security/BinarySid.h"
+#include "security/ObjectType.h"
+
+namespace veldmark {
+
+class CDrive;
+class CDrives;
+class CFile;
+class CFiles;
+class CFolder;
+class CFolders;
+class CPathNames;
+class CSecurityDescriptor;
+class CSid;
+class Secret;
+
+/// A listener of the engine's one event. A subscription never keeps its listener alive.
+class ObjectFoundListener {
+ public:
+  /// One object of an enumeration in progress. `cancel` ends the enumeration.
+  virtual void m_oSupport_ObjectFound(Object& object, bool& cancel) = 0;
+  /// The object to be kept alive while it listens.
+  virtual Object& Listener() = 0;
+
+ protected:
+  ~ObjectFoundListener() = default;
+};
+
+/// The engine: all platform work of an apartment. It has no state that a caller
+/// could see. Its methods stand
+/// beside the subsystem that they serve (`storage/SupportFolders.cpp`).
+class CSupport : public ReferenceCounted {
+ public:
+  /// Subscribes a listener, once however often it asks.
+  void Subscribe(ObjectFoundListener& listener);
+  void Unsubscribe(ObjectFoundListener& listener) noexcept;
+  /// The event `ObjectFound`: calls every subscribed listener in turn. What one raises goes to the
+  /// caller.
+  void RaiseObjectFound(Object& object, bool& cancel);
+
+  /// The name of the user of this thread; "(unknown)" when the platform doesn't tell.
+  Text UserName();
+  /// The name of this computer; "(unknown)" when the platform doesn't tell.
+  Text ComputerName();
+
+  // Folders (storage/SupportFolders.cpp)
+
+  /// Walks one level of a folder. With `async` every object goes to the listeners of `ObjectFound`
+  /// and both outputs stay Nothing. An empty path returns False. Raises the platform's error when
+  /// the folder can't be opened.
+  bool GetFolderContents(const Text& path, Ref<CFolders>& sub_folders, Ref<CFiles>& files,
+                         bool get_folders, bool get_files, bool async);
+  /// The same walk as names alone.
+  Ref<CPathNames> GetPathNames(const Text& path, bool get_folders, bool get_files, bool async);
+  /// The sub-folders of a folder, without status and cancellation.
+  Ref<CFolders> GetFolders(const Text& path);
+  /// The folder at a path. The root of a drive or share is answered without asking the platform,
+  /// whether it exists or not; for any other path the platform's error is raised, usually 2 or 3.
+  Ref<CFolder> GetFolder(const Text& path);
+  /// Makes a folder from a path as it stands, without turning it into the long form.
+  bool CreateFolder(const Text& full_path);
+
+  // Paths (storage/SupportPaths.cpp)
+
+  /// The plain form of a long path.
+  Text StripLongPathChars(const Text& path);
+  /// The network location of a mapped drive: `share_name` is its path, `volume_name` reads "Share
+  /// on 'Server'". Both stay as they are where the drive isn't mapped.
+  void GetUNCPath(const Text& drive_letter, Text& volume_name, Text& share_name);
+  /// The upper-cased computer that a path lies on.
+  Text GetServerNameFromPath(const Text& path);
+
+  // SIDs (security/SupportSids.cpp)
+
+  /// The SID of a text, with the server to ask about it. Raises as the free `GetSidBufferFromText`
+  /// does. The text that it tells is made from its binary form.
+  Ref<CSid> GetSidFromText(const Text& sid_text, const Text& server_name);
+  /// The SID at the beginning of an array of bytes. Raises 13 for anything else than such an array
+  /// and 1337 where the SID leaves it.
+  Ref<CSid> GetSidObjectFromSid(const Variant& object_sid, const Text& resides_on_server);
+
+  // Security descriptors (security/SupportDescriptors.cpp, SupportDescriptorStore.cpp)
+
+  /// Owner and list of a file or folder, by `GetFileSecurityW`, and where that is denied or the
+  /// file in use by an open handle. `object` has a property `Path`. Every entry is read as a plain
+  /// one. Raises the platform's error; 1336, 1337 or 1338 for a list, SID or descriptor whose
+  /// lengths leave it.
+  Ref<CSecurityDescriptor> GetFileSD(const Text& path, Object& object);
+  /// Owner and list of a named object, by `GetNamedSecurityInfoW`, or of a descriptor string.
+  /// `object` may be Nothing: then parent type and path are those given, and accounts are asked of
+  /// `sid_lookup_server`; else they come from the object, which has a property `ServerName`. A
+  /// share goes to `GetShareSD`. Nothing where the platform has no descriptor. Raises as
+  /// `GetFileSD`.
+  Ref<CSecurityDescriptor> GetNamedSD(const Text& object_name, SE_OBJECT_TYPE object_type,
+                                      Object* object, const Text& parent_type,
+                                      const Text& parent_path, const Text& sid_lookup_server,
+                                      const Text& string_sd);
+  /// The list of a share, by `NetShareGetInfo`. `parent_type` stands for the class of a missing
+  /// `object`. For a share without a descriptor `object`, a
+  /// `CShare`, tells its type: a folder's allows everyone everything, any other has none (Nothing);
+  /// without an object 91. Raises the platform's status, 2310 for an unknown share.
+  Ref<CSecurityDescriptor> GetShareSD(const Text& server_name, const Text& share_name,
+                                      Object* object, const Text& parent_type = {});
+  /// Writes the list of a descriptor to the object that it names as its parent, by
+  /// `SetNamedSecurityInfoW`. Denied entries that are inherited or without rights are left out, and
+  /// so are those of types other than 0, 1, 5 and 6. The list inherits unless `IsProtected` is
+  /// set. Raises the platform's error, and 91 without a list.
+  void SetNamedSD(CSecurityDescriptor* descriptor);
+
+  // Privileges (security/SupportPrivileges.cpp)
+
+  /// Turns a privilege of this process on or off. True also where the process lacks it. Raises the
+  /// platform's error with " (OPT)" or " (ATP)" behind its text, for the operation that failed.
+  bool SetPrivilegesInAccessToken(const Text& system_name, const Text& privilege_name, bool enable);
+
+  // Files (storage/SupportFiles.cpp)
+
+  Ref<CFiles> GetFiles(const Text& path);
+  Ref<CFile> GetFile(const Text& path);
+  /// Fills the version fields of a file with a path, in storage/SupportVersions.cpp. A field that
+  /// the resource doesn't have stays as it is. Raises the platform's error where the resource can't
+  /// be read and 13 where it is cut short. A file without one raises the type mismatch of turning
+  /// `Err.Description` into a number, unless a number stands there: then the platform's error is
+  /// raised with that number's text.
+  void LoadFileVersionInfo(CFile& file);
+
+  // Drives (storage/SupportDrives.cpp)
+
+  /// The drives of this computer; none where the platform doesn't tell.
+  Ref<CDrives> GetDrives();
+  /// The drive of a path "C:".
+  Ref<CDrive> GetDriveInfo(const Text& drive_path, bool load_info);
+  /// Fills the space values. A failure raises the number that stands in `Err`, which is 5 for none,
+  /// with the platform's text.
+  void LoadDriveInfo(CDrive& drive);
+
+  // Contents of files (storage/SupportFileContents.cpp)
+
+  /// Whether any entry, file or folder, matches a path, which may have wildcards.
+  bool FileExists(const Text& path);
+  /// The same, or a folder with anything in it.
+  bool FolderExists(const Text& path);
+  /// A file's text by the runtime's file statements (RuntimeFile.h), from the system's code page
+  /// or, behind its mark, from UTF-16. A missing file is made and is empty.
+  Text ReadTextFile(const Text& file_name);
+  /// Writes over the beginning of a file; what was longer stays.
+  void WriteTextFile(const Text& file_name, const Text& contents, bool as_unicode);
+  /// A file's text, from UTF-16 or the system's code page. Raises the platform's error, 9 for an
+  /// empty file and for a size that counts as none, as those from 2 GiB on do, and 7 or 6 for one
+  /// that there is no memory for.
+  Text ReadTextFileAPI(const Text& file_name);
+  /// A file's bytes, counted from 0, with the same errors.
+  ByteArray ReadBinaryFileAPI(const Text& file_name);
+  /// Writes a new file and returns the number of bytes. Raises the platform's error, which is 183
+  /// for a file that exists: it is empty then. Without elements it raises 9, with the file made.
+  std::int32_t WriteBinaryFileAPI(const Text& file_name, const ByteArray& data);
+  /// Copies a file, making the target's folder where that alone is missing.
+  void CopyFile(const Text& existing_file, const Text& new_file, bool overwrite);
+
+  // Connections (storage/SupportConnections.cpp)
+
+  /// Connects to a network resource, with or without a local name. Raises the platform's status.
+  void AddNetworkConnection(Text local_name, Text remote_name, const Text& user_name,
+                            const Secret& password, DWORD resource_type, HWND owner,
+                            bool make_persistent);
+  /// Ends a connection by its local name, or one without by its remote name.
+  void CancelNetworkConnection(const Text& remote_name, bool make_persistent, bool force);
+
+ private:
+  Ref<CFolder> BuildFolderFromFindData(const Text& path, const WIN32_FIND_DATAW& find_data);
+  Ref<CFile> BuildFileFromFindData(const Text& path, const WIN32_FIND_DATAW& find_data);
+
+  std::vector<ObjectFoundListener*> listeners_;
+  // This computer as GetServerNameFromPath tells it, once the platform has: the name holds until
+  // the computer restarts, and asking costs as much as opening a file.
+  Text own_server_name_;
+};
+
+}  // namespace veldmark

@@ -1,0 +1,238 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <type_traits>
+#include <utility>
+
+#include "automation/Conversion.h"
+#include "automation/Error.h"
+#include "automation/Interface.h"
+
+namespace veldmark {
+
+class Enumerator;
+
+/// An exported class, known by its table.
+template <class T>
+concept ExportedClass = std::derived_from<T, Object> && requires {
+  { T::Describe() } -> std::same_as<const Interface&>;
+};
+
+/// An enumeration with named values: a 32-bit enum for which `DescribeEnumeration(E)` is found by
+/// its argument.
+template <class T>
+concept ExportedEnumeration = std::is_enum_v<T> && requires(T value) {
+  { DescribeEnumeration(value) } -> std::same_as<const Enumeration&>;
+};
+
+/// How a C++ value crosses the boundary as a variant: `Type` describes it, `FromVariant` converts
+/// and raises 13 or 6 where it can't, `ToVariant` hands it out.
+template <class T>
+struct Boundary;
+
+template <class T, BoundaryType kType, T (*kConvert)(const Variant&)>
+struct PlainBoundary {
+  static TypeReference Type() { return {.type = kType}; }
+  static T FromVariant(const Variant& value) { return kConvert(value); }
+  static Variant ToVariant(T value) { return Variant(std::move(value)); }
+};
+
+template <>
+struct Boundary<bool> : PlainBoundary<bool, BoundaryType::kBoolean, ToBoolean> {};
+template <>
+struct Boundary<std::uint8_t> : PlainBoundary<std::uint8_t, BoundaryType::kByte, ToByte> {};
+template <>
+struct Boundary<std::int16_t> : PlainBoundary<std::int16_t, BoundaryType::kInteger, ToInteger> {};
+template <>
+struct Boundary<std::int32_t> : PlainBoundary<std::int32_t, BoundaryType::kLong, ToLong> {};
+template <>
+struct Boundary<std::int64_t> : PlainBoundary<std::int64_t, BoundaryType::kLongLong, ToLongLong> {};
+template <>
+struct Boundary<double> : PlainBoundary<double, BoundaryType::kDouble, ToDouble> {};
+template <>
+struct Boundary<Currency> : PlainBoundary<Currency, BoundaryType::kCurrency, ToCurrency> {};
+template <>
+struct Boundary<Date> : PlainBoundary<Date, BoundaryType::kDate, ToDate> {};
+template <>
+struct Boundary<Text> : PlainBoundary<Text, BoundaryType::kText, ToText> {};
+
+template <>
+struct Boundary<Variant> {
+  static TypeReference Type() { return {.type = BoundaryType::kVariant}; }
+  static Variant FromVariant(const Variant& value) { return value.Dereferenced(); }
+  static Variant ToVariant(Variant value) { return value; }
+};
+
+/// What lies behind references to variants; a reference to a typed variable is left as it is.
+inline const Variant& BehindReferences(const Variant& value) {
+  const Variant* plain = &value;
+  while (const Reference* reference = plain->If<Reference>()) {
+    Variant* const* next = std::get_if<Variant*>(reference);
+    if (!next) break;
+    plain = *next;
+  }
+  return *plain;
+}
+
+/// A script's array, whose elements are variants, converts element by element.
+template <class T, BoundaryType kType>
+struct ArrayBoundary {
+  static TypeReference Type() { return {.type = kType}; }
+  static T FromVariant(const Variant& value) {
+    const Variant& plain = BehindReferences(value);
+    if (const T* array = plain.If<T>()) return *array;
+    const VariantArray* loose = plain.If<VariantArray>();
+    if (!loose) Raise(runtime_error::kTypeMismatch);
+    T array;
+    array.bounds = loose->bounds;
+    array.elements.reserve(loose->elements.size());
+    for (const Variant& element : loose->elements) {
+      array.elements.push_back(
+          Boundary<typename decltype(array.elements)::value_type>::FromVariant(element));
+    }
+    return array;
+  }
+  static Variant ToVariant(T value) { return Variant(std::move(value)); }
+};
+
+template <>
+struct Boundary<ByteArray> : ArrayBoundary<ByteArray, BoundaryType::kByteArray> {};
+template <>
+struct Boundary<LongArray> : ArrayBoundary<LongArray, BoundaryType::kLongArray> {};
+template <>
+struct Boundary<TextArray> : ArrayBoundary<TextArray, BoundaryType::kTextArray> {};
+
+template <>
+struct Boundary<Ref<Object>> {
+  static TypeReference Type() { return {.type = BoundaryType::kAnyObject}; }
+  static Ref<Object> FromVariant(const Variant& value) { return ToObject(value); }
+  static Variant ToVariant(Ref<Object> value) { return Variant(std::move(value)); }
+};
+
+template <>
+struct Boundary<Ref<Enumerator>> {
+  static TypeReference Type() { return {.type = BoundaryType::kEnumerator}; }
+  static Ref<Enumerator> FromVariant(const Variant& value);
+  static Variant ToVariant(Ref<Enumerator> value);
+};
+
+/// An object argument is told by its class: another class raises 13; an empty variant is Nothing,
+/// so that a script's fresh variable serves as an out-argument.
+template <ExportedClass Class>
+struct Boundary<Ref<Class>> {
+  static TypeReference Type() {
+    return {.type = BoundaryType::kClass, .class_table = &Class::Describe};
+  }
+  static Ref<Class> FromVariant(const Variant& value) {
+    const Variant plain = value.Dereferenced();
+    if (plain.Type() == VariantType::kEmpty) return nullptr;
+    return Narrow(ToObject(plain));
+  }
+  static Variant ToVariant(Ref<Class> value) { return Variant(std::move(value)); }
+  static Ref<Class> Narrow(const Ref<Object>& object) {
+    if (!object) return nullptr;
+    if (&object->GetInterface() != &Class::Describe()) Raise(runtime_error::kTypeMismatch);
+    return static_cast<Class*>(object.Get());
+  }
+};
+
+template <ExportedEnumeration E>
+struct Boundary<E> {
+  static const Enumeration& Table() { return DescribeEnumeration(E{}); }
+  static TypeReference Type() {
+    return {.type = BoundaryType::kEnumeration, .enumeration_table = &Table};
+  }
+  static E FromVariant(const Variant& value) { return static_cast<E>(ToLong(value)); }
+  static Variant ToVariant(E value) { return Variant(static_cast<std::int32_t>(value)); }
+};
+
+/// How a C++ parameter is declared: by value, `const&`, `TextView` and `Class*` are in-arguments, a
+/// plain reference is a by-reference argument.
+template <class P>
+struct ParameterForm {
+  using Value = std::remove_cvref_t<P>;
+  static constexpr bool kByReference =
+      std::is_lvalue_reference_v<P> && !std::is_const_v<std::remove_reference_t<P>>;
+  static P Pass(Value& value) {
+    if constexpr (std::is_reference_v<P>) {
+      return value;
+    } else {
+      return std::move(value);
+    }
+  }
+};
+template <>
+struct ParameterForm<TextView> {
+  using Value = Text;
+  static constexpr bool kByReference = false;
+  static TextView Pass(Value& value) { return value; }
+};
+template <class Class>
+struct ParameterForm<Class*> {
+  using Value = Ref<Class>;
+  static constexpr bool kByReference = false;
+  static Class* Pass(Value& value) { return value.Get(); }
+};
+
+/// A callable member of `Class`: a member function, or a function that takes the object first.
+template <auto kMember>
+struct MemberForm;
+
+template <class C, class R, class... P>
+struct MemberSignature {
+  using Class = C;
+  using Result = std::remove_cvref_t<R>;
+  template <template <class...> class Receiver, auto kMember>
+  using Apply = Receiver<std::integral_constant<decltype(kMember), kMember>, C, Result, P...>;
+
+  static std::vector<Parameter> Parameters() {
+    std::vector<Parameter> parameters(sizeof...(P));
+    std::size_t i = 0;
+    ((parameters[i].type = Boundary<typename ParameterForm<P>::Value>::Type(),
+      parameters[i].type.by_reference = ParameterForm<P>::kByReference, ++i),
+     ...);
+    return parameters;
+  }
+  static TypeReference ResultType() {
+    if constexpr (std::is_void_v<R>) {
+      return {};
+    } else {
+      return Boundary<Result>::Type();
+    }
+  }
+};
+
+template <class C, class R, class... P, R (C::*kMember)(P...)>
+struct MemberForm<kMember> : MemberSignature<C, R, P...> {
+  static R Call(C& self, P... arguments) { return (self.*kMember)(std::forward<P>(arguments)...); }
+};
+template <class C, class R, class... P, R (C::*kMember)(P...) const>
+struct MemberForm<kMember> : MemberSignature<C, R, P...> {
+  static R Call(C& self, P... arguments) { return (self.*kMember)(std::forward<P>(arguments)...); }
+};
+template <class C, class R, class... P, R (*kMember)(C&, P...)>
+struct MemberForm<kMember> : MemberSignature<C, R, P...> {
+  static R Call(C& self, P... arguments) { return kMember(self, std::forward<P>(arguments)...); }
+};
+
+/// Calls a member and writes its by-reference arguments back, also when it raises: it has cleared
+/// its out-arguments then, and the caller is to see that. The member's own error stays the one that
+/// is told, whatever the writing meets, and stands in `Err` also where the member has no handler.
+template <class Call, class WriteBack>
+void CallThenWriteBack(Call call, WriteBack write_back) {
+  try {
+    call();
+  } catch (...) {
+    ErrObject::KeepCurrent();
+    try {
+      write_back();
+    } catch (...) {
+      // The caller can't be told two errors.
+    }
+    throw;
+  }
+  write_back();
+}
+
+}  // namespace veldmark

@@ -1,0 +1,31 @@
+#include "automation/ThreadSlot.h"
+
+// On Windows the slot stands in automation/com/ThreadSlot.cpp.
+#ifndef _WIN32
+
+namespace veldmark::thread_slot {
+namespace {
+
+struct Slot {
+  void* value = nullptr;
+  void (*end)(void*) = nullptr;
+
+  ~Slot() {
+    if (value) end(value);
+  }
+};
+
+thread_local Slot slot;
+
+}  // namespace
+
+void* Get() noexcept { return slot.value; }
+
+void Put(void* value, void (*end)(void*)) noexcept {
+  slot.value = value;
+  slot.end = end;
+}
+
+}  // namespace veldmark::thread_slot
+
+#endif

@@ -1,0 +1,31 @@
+#include "network/CServers.h"
+
+#include "collections/CollectionTable.h"
+#include "network/CServer.h"
+
+namespace veldmark {
+
+const Interface& CServers::Describe() {
+  static const Interface table =
+      CollectionTable<CServers>(u"CServers", u"Servers, found by name.")
+          .Plain(u"oServer")
+          .Method<&CServers::ContainsKey>(u"ContainsKey", u"False, whatever the list holds.",
+                                          {u"vntIndexKey"})
+          .ItemByKey()
+          .ItemByIndex();
+  return table;
+}
+
+CollectionKey CServers::KeyOf(CServer& server) { return CollectionKey::Encoded(server.ServerName); }
+
+bool CServers::ContainsKey(Variant& vntIndexKey) {
+  const bool contains = Swallow([&] {
+    items_->Item(CollectionKey::Encoded(ToText(vntIndexKey)));
+    // What was found is assigned to an object that was never set, which is an error of its own.
+    Raise(runtime_error::kObjectNotSet);
+  });
+  Err().Clear();
+  return contains;
+}
+
+}  // namespace veldmark

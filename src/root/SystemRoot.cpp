@@ -1,0 +1,297 @@
+#include "root/SystemRoot.h"
+
+#include "accounts/CGroup.h"
+#include "accounts/CGroups.h"
+#include "accounts/CUser.h"
+#include "apartment/CStatus.h"
+#include "apartment/CSupport.h"
+#include "apartment/Conversions.h"
+#include "apartment/Errors.h"
+#include "apartment/NotBuilt.h"
+#include "automation/Declare.h"
+#include "network/CDomain.h"
+#include "network/CNetHood.h"
+#include "network/CServer.h"
+#include "registry/CRegistry.h"
+#include "root/CMyComputer.h"
+#include "security/CSecurityDescriptor.h"
+#include "security/CSid.h"
+#include "storage/CFile.h"
+#include "storage/CFolder.h"
+
+namespace veldmark {
+namespace {
+
+constexpr TextView kClassName = u"SystemRoot";
+constexpr std::int32_t kObsoleteFunction = kAutomationErrorBase + 911;
+
+/// The class that stands for a kind of named object; empty for a kind that has none.
+TextView ParentTypeOf(SE_OBJECT_TYPE object_type) {
+  switch (object_type) {
+    case SE_FILE_OBJECT:
+      return u"CFile";
+    case SE_SERVICE:
+      return u"CService";
+    case SE_PRINTER:
+      return u"CPrinter";
+    case SE_REGISTRY_KEY:
+      return u"CRegKey";
+    case SE_LMSHARE:
+      return u"CShare";
+    case SE_DS_OBJECT:
+    case SE_DS_OBJECT_ALL:
+      return u"LDAP";
+    default:
+      return {};
+  }
+}
+
+}  // namespace
+
+const Interface& SystemRoot::Describe() {
+  static const Interface table =
+      Declare<SystemRoot>(u"SystemRoot", u"The root of the object model.")
+          .Get<&SystemRoot::LocalComputerName>(u"LocalComputerName", u"The name of this computer.")
+          .Get<&SystemRoot::LocalUserName>(u"LocalUserName", u"The name of the user who runs this.")
+          .Method<&SystemRoot::GetMyComputer>(u"GetMyComputer", u"The local computer.")
+          .Method<&SystemRoot::GetNetHood>(u"GetNetHood", u"The network neighbourhood.")
+          .Method<&SystemRoot::GetWellKnownGroups>(u"GetWellKnownGroups", u"The well-known groups.")
+          .Method<&SystemRoot::GetDomainFromServerName>(
+              u"GetDomainFromServerName", u"The domain that a server belongs to.", {u"ServerName"})
+          .Method<&SystemRoot::GetFolder>(
+              u"GetFolder", u"The folder at a path, or the root of a drive or share.", {u"Path"})
+          .Method<&SystemRoot::FolderExists>(u"FolderExists",
+                                             u"True if something of this name exists.", {u"Path"})
+          .Method<&SystemRoot::GetFile>(u"GetFile", u"The file at a path.", {u"Path"})
+          .Method<&SystemRoot::FileExists>(
+              u"FileExists", u"True if a file or folder matches; wildcards work.", {u"Path"})
+          .Method<&SystemRoot::GetStatusObject>(u"GetStatusObject",
+                                                u"Progress and cancellation of walks.")
+          .Method<&SystemRoot::ConvertUTCtoLocal>(
+              u"ConvertUTCtoLocal", u"Universal time as local time, by the bias in force now.",
+              {u"dtUTC"})
+          .Method<&SystemRoot::ReadTextFile>(u"ReadTextFile", u"The text of a file.",
+                                             {u"szFileName"})
+          .Method<&SystemRoot::WriteTextFile>(
+              u"WriteTextFile", u"Writes a text to a file.",
+              {u"szFileName", u"szFileContents", {u"bWriteAsUnicode", false}})
+          .Method<&SystemRoot::SetPrivilege>(u"SetPrivilege",
+                                             u"Turns a privilege of this process on or off.",
+                                             {u"SystemName", u"PrivilegeName", {u"bEnable", true}})
+          .Method<&SystemRoot::ClearSidCache>(u"ClearSidCache",
+                                              u"Forgets the accounts that were looked up by SID.")
+          .Method<&SystemRoot::GetRegistry>(u"GetRegistry", u"The registry.")
+          .Method<&SystemRoot::GetServer>(u"GetServer", u"A server by its name.",
+                                          {u"ServerName", u"DomainName"})
+          .Method<&SystemRoot::GetUser>(u"GetUser", u"A user account.",
+                                        {u"AccountDomain", u"UserName"})
+          .Method<&SystemRoot::GetGroup>(u"GetGroup", u"A group account.",
+                                         {u"AccountDomain", u"GroupName"})
+          .Method<&SystemRoot::CopyFile>(u"CopyFile", u"Copies a file.",
+                                         {u"ExistingFile", u"NewFile", u"bOverwrite"})
+          .Method<&SystemRoot::AddNetworkConnection>(u"AddNetworkConnection",
+                                                     u"Connects a network resource.",
+                                                     {u"LocalName",
+                                                      u"RemoteName",
+                                                      u"UserName",
+                                                      u"Password",
+                                                      u"ResourceType",
+                                                      u"hWndOwner",
+                                                      {u"bMakePersistent", false}})
+          .Method<&SystemRoot::CancelNetworkConnection>(
+              u"CancelNetworkConnection", u"Ends the connection to a network resource.",
+              {u"RemoteName", {u"bMakePersistent", false}, {u"bForce", false}})
+          .Method<&SystemRoot::GetDomain>(u"GetDomain", u"A domain by its name.", {u"DomainName"})
+          .Method<&SystemRoot::GetNamedSD>(
+              u"GetNamedSD", u"The security descriptor of a named object.",
+              {u"ObjectName", u"ObjectType", {u"SidLookupServer", u""}})
+          .Method<&SystemRoot::SetNamedSD>(u"SetNamedSD",
+                                           u"Writes a security descriptor back to its object.",
+                                           {u"oSecurityDescriptor"})
+          .Method<&SystemRoot::LookupSidText>(u"LookupSidText", u"The SID of an account as text.",
+                                              {u"ServerName", u"DomainName", u"AccountName"})
+          .Method<&SystemRoot::CreateSD>(u"CreateSD", u"Obsolete: always raises an error.",
+                                         {u"pSD"})
+          .Method<&SystemRoot::CreateSDFromStringSD>(
+              u"CreateSDFromStringSD", u"The security descriptor that a string describes.",
+              {u"StringSD", {u"SidLookupServer", u""}})
+          .Method<&SystemRoot::CreateSDFromStringSD_API>(
+              u"CreateSDFromStringSD_API", u"The same through the platform's own parser.",
+              {u"StringSD", {u"SidLookupServer", u""}})
+          .Method<&SystemRoot::CreateSDFromStringSD2>(
+              u"CreateSDFromStringSD2", u"The same with a controller of the forest's root domain.",
+              {u"StringSD", {u"SidLookupServer", u""}, {u"ForestRootDC", u""}})
+          .Method<&SystemRoot::ReadTextFileAPI>(
+              u"ReadTextFileAPI", u"The text of a file, on long paths too.", {u"szFileName"})
+          .Method<&SystemRoot::ReadBinaryFileAPI>(u"ReadBinaryFileAPI", u"The bytes of a file.",
+                                                  {u"szFileName"})
+          .Method<&SystemRoot::WriteBinaryFileAPI>(
+              u"WriteBinaryFileAPI", u"Writes bytes to a file.", {u"szFileName", u"aData"})
+          .Method<&SystemRoot::GetSidObjectFromSid>(u"GetSidObjectFromSid",
+                                                    u"A SID object from a binary SID.",
+                                                    {u"objectSID", {u"ResidesOnServer", u""}})
+          .Method<&SystemRoot::GetSidFromText>(u"GetSidFromText", u"A SID object from its text.",
+                                               {u"SidText"})
+          .Method<&SystemRoot::CreateFolder>(
+              u"CreateFolder", u"Makes a folder; its parent must exist.", {u"FullPath"})
+          .Method<&SystemRoot::GetSidFromText2>(
+              u"GetSidFromText2", u"A SID object from its text, with the server to ask about it.",
+              {u"SidText", u"ServerName"});
+  return table;
+}
+
+Text SystemRoot::LocalComputerName() { return Engine().ComputerName(); }
+
+Text SystemRoot::LocalUserName() { return Engine().UserName(); }
+
+Ref<CMyComputer> SystemRoot::GetMyComputer() {
+  return ReRaisingAs(kClassName, [] { return Make<CMyComputer>(); });
+}
+
+Ref<CNetHood> SystemRoot::GetNetHood() {
+  return ReRaisingAs(kClassName, [] { return Make<CNetHood>(); });
+}
+
+Ref<CFolder> SystemRoot::GetFolder(const Text& path) {
+  return ReRaisingAs(kClassName, [&] { return Engine().GetFolder(path); });
+}
+
+Ref<CFile> SystemRoot::GetFile(const Text& path) {
+  return ReRaisingAs(kClassName, [&] { return Engine().GetFile(path); });
+}
+
+Ref<CStatus> SystemRoot::GetStatusObject() { return Apartment::Current().g_oStatus; }
+
+Date SystemRoot::ConvertUTCtoLocal(Date utc) {
+  Date local;
+  Swallow([&] { local = ConvertUtcToLocal(utc); });
+  return local;
+}
+
+void SystemRoot::ClearSidCache() { Apartment::Current().g_colSidCache = Make<Collection>(); }
+
+Ref<CRegistry> SystemRoot::GetRegistry() {
+  return ReRaisingAs(kClassName, [] { return Make<CRegistry>(); });
+}
+
+Ref<CDomain> SystemRoot::GetDomain(const Text& domain_name) {
+  return ReRaisingAs(kClassName, [&] {
+    auto domain = Make<CDomain>();
+    domain->DomainName = domain_name;
+    return domain;
+  });
+}
+
+Ref<CSecurityDescriptor> SystemRoot::CreateSD(std::int32_t) {
+  Raise(kObsoleteFunction, u"Veldmark", u"Function is obsolete");
+}
+
+bool SystemRoot::CreateFolder(const Text& full_path) {
+  return ReRaising([&] { return Engine().CreateFolder(ApiFolderPath(full_path)); });
+}
+
+bool SystemRoot::SetPrivilege(const Text& system_name, const Text& privilege_name, bool enable) {
+  return ReRaising(
+      [&] { return Engine().SetPrivilegesInAccessToken(system_name, privilege_name, enable); });
+}
+
+Ref<CSecurityDescriptor> SystemRoot::GetNamedSD(const Text& object_name, SE_OBJECT_TYPE object_type,
+                                                const Text& sid_lookup_server) {
+  return ReRaising([&] {
+    const TextView parent_type = ParentTypeOf(object_type);
+    return Engine().GetNamedSD(object_name, object_type, nullptr, Text(parent_type),
+                               parent_type.empty() ? Text() : object_name, sid_lookup_server,
+                               Text());
+  });
+}
+
+void SystemRoot::SetNamedSD(CSecurityDescriptor* descriptor) {
+  ReRaising([&] { Engine().SetNamedSD(descriptor); });
+}
+
+Ref<CSid> SystemRoot::GetSidObjectFromSid(const Variant& object_sid,
+                                          const Text& resides_on_server) {
+  return ReRaising([&] { return Engine().GetSidObjectFromSid(object_sid, resides_on_server); });
+}
+
+Ref<CSid> SystemRoot::GetSidFromText(const Text& sid_text) {
+  return ReRaising([&] { return Engine().GetSidFromText(sid_text, Text()); });
+}
+
+Ref<CSid> SystemRoot::GetSidFromText2(const Text& sid_text, const Text& server_name) {
+  return ReRaising([&] { return Engine().GetSidFromText(sid_text, server_name); });
+}
+
+bool SystemRoot::FileExists(const Text& path) {
+  return ReRaising([&] { return Engine().FileExists(path); });
+}
+
+bool SystemRoot::FolderExists(const Text& path) {
+  return ReRaisingAs(kClassName, [&] { return Engine().FolderExists(path); });
+}
+
+Text SystemRoot::ReadTextFile(const Text& file_name) {
+  return ReRaising([&] { return Engine().ReadTextFile(file_name); });
+}
+
+bool SystemRoot::WriteTextFile(const Text& file_name, const Text& contents, bool write_as_unicode) {
+  return ReRaising([&] {
+    Engine().WriteTextFile(file_name, contents, write_as_unicode);
+    return true;
+  });
+}
+
+Text SystemRoot::ReadTextFileAPI(const Text& file_name) {
+  return ReRaising([&] { return Engine().ReadTextFileAPI(file_name); });
+}
+
+ByteArray SystemRoot::ReadBinaryFileAPI(const Text& file_name) {
+  return ReRaising([&] { return Engine().ReadBinaryFileAPI(file_name); });
+}
+
+std::int32_t SystemRoot::WriteBinaryFileAPI(const Text& file_name, ByteArray& data) {
+  return ReRaising([&] { return Engine().WriteBinaryFileAPI(file_name, data); });
+}
+
+void SystemRoot::CopyFile(const Text& existing_file, const Text& new_file, bool overwrite) {
+  ReRaising([&] { Engine().CopyFile(existing_file, new_file, overwrite); });
+}
+
+bool SystemRoot::AddNetworkConnection(const Text& local_name, const Text& remote_name,
+                                      const Text& user_name, const Secret& password,
+                                      ResourceTypeEnum resource_type, std::int32_t owner_window,
+                                      bool make_persistent) {
+  return ReRaisingAs(kClassName, [&] {
+    // Window handles have 32 bits that count, sign-extended.
+    const auto owner = reinterpret_cast<HWND>(std::intptr_t{owner_window});
+    Engine().AddNetworkConnection(local_name, remote_name, user_name, password,
+                                  static_cast<DWORD>(resource_type), owner, make_persistent);
+    return true;
+  });
+}
+
+bool SystemRoot::CancelNetworkConnection(const Text& remote_name, bool make_persistent,
+                                         bool force) {
+  return ReRaisingAs(kClassName, [&] {
+    Engine().CancelNetworkConnection(remote_name, make_persistent, force);
+    return true;
+  });
+}
+
+Ref<CGroups> SystemRoot::GetWellKnownGroups() { RaiseNotBuilt(); }
+Ref<CDomain> SystemRoot::GetDomainFromServerName(const Text&) { RaiseNotBuilt(); }
+Ref<CServer> SystemRoot::GetServer(const Text&, const Text&) { RaiseNotBuilt(); }
+Ref<CUser> SystemRoot::GetUser(const Text&, const Text&) { RaiseNotBuilt(); }
+Ref<CGroup> SystemRoot::GetGroup(const Text&, const Text&) { RaiseNotBuilt(); }
+Text SystemRoot::LookupSidText(const Text&, const Text&, const Text&) { RaiseNotBuilt(); }
+Ref<CSecurityDescriptor> SystemRoot::CreateSDFromStringSD(const Text&, const Text&) {
+  RaiseNotBuilt();
+}
+Ref<CSecurityDescriptor> SystemRoot::CreateSDFromStringSD_API(const Text&, const Text&) {
+  RaiseNotBuilt();
+}
+Ref<CSecurityDescriptor> SystemRoot::CreateSDFromStringSD2(const Text&, const Text&, const Text&) {
+  RaiseNotBuilt();
+}
+
+}  // namespace veldmark

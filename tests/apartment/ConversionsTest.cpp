@@ -1,0 +1,219 @@
+#include "apartment/Conversions.h"
+
+#include <gtest/gtest.h>
+
+#include "apartment/Errors.h"
+#include "automation/Conversion.h"
+#include "platform/operations/ErrorCodes.h"
+#include "support/ApartmentFixture.h"
+#include "support/ErrorOf.h"
+#include "support/FaultSweep.h"
+
+namespace veldmark {
+namespace {
+
+class Support : public ApartmentFixture {
+ protected:
+  // A block that the platform gives away, holding a text.
+  const char16_t* TaskText(TextView text) {
+    auto* block = static_cast<char16_t*>(
+        platform.system.CoTaskMemAlloc((text.size() + 1) * sizeof(char16_t)));
+    text.copy(block, text.size());
+    block[text.size()] = 0;
+    return block;
+  }
+
+  FILETIME Stamp(int year, int month, int day, int hour, int milliseconds = 0) {
+    const SYSTEMTIME parts{static_cast<WORD>(year),
+                           static_cast<WORD>(month),
+                           0,
+                           static_cast<WORD>(day),
+                           static_cast<WORD>(hour),
+                           0,
+                           0,
+                           static_cast<WORD>(milliseconds)};
+    FILETIME stamp{};
+    EXPECT_NE(platform.system.SystemTimeToFileTime(&parts, &stamp), 0);
+    return stamp;
+  }
+
+  void SetZone(LONG bias, LONG standard, LONG daylight, DWORD current) {
+    TIME_ZONE_INFORMATION zone{};
+    zone.Bias = bias;
+    zone.StandardBias = standard;
+    zone.DaylightBias = daylight;
+    estate().SetTimeZone(zone, current);
+  }
+};
+
+Text TextOf(const Variant& buffer) { return ByteArrayToString(buffer.If<ByteArray>()->elements); }
+
+TEST_F(Support, TextsAreReadOutOfPlatformMemory) {
+  EXPECT_EQ(WidePtrToString(nullptr, true), u"");
+  EXPECT_EQ(WidePtrToString(u"share", false), u"share");
+  EXPECT_EQ(WidePtrToString(TaskText(u"share"), true), u"share");
+  EXPECT_EQ(WidePtrToString(TaskText(u""), true), u"");  // given back all the same: the ledger
+
+  EXPECT_EQ(WideMultiSzToString(nullptr), u"");
+  EXPECT_EQ(WideMultiSzToString(u"\0"), u"");
+  EXPECT_EQ(WideMultiSzToString(u"RpcSs\0Tcpip\0"), Text(u"RpcSs\0Tcpip", 11));
+
+  EXPECT_EQ(AnsiBufferToString("caf\xE9 \x80x", 6), u"café €");
+  EXPECT_EQ(AnsiBufferToString("abc", 0), u"");
+  EXPECT_EQ(AnsiBufferToString(nullptr, 5), u"");
+
+  const std::uint8_t bytes[] = {0x41, 0, 0, 0xD8, 0x42};
+  EXPECT_EQ(ByteArrayToString(bytes), Text(u"A\xD800"));
+  EXPECT_EQ(ByteArrayToString({}), u"");
+
+  const Text padded(u"ab  \0cd ", 8);
+  EXPECT_EQ(TrimAtNul(padded), u"ab  ");
+  EXPECT_EQ(TrimAtNulRight(padded), u"ab");
+  EXPECT_EQ(TrimAtNulRight(u"  "), u"");
+
+  const std::uint8_t record[] = {0, 0x78, 0x56, 0x34, 0x92};
+  EXPECT_EQ(ReadLongAt(record + 1), static_cast<std::int32_t>(0x92345678u));
+  EXPECT_EQ(ReadLongAt(nullptr), 0);
+}
+
+TEST_F(Support, TextsAreLaidOutForThePlatform) {
+  EXPECT_EQ(TextOf(ApiStringBuffer(u"a\xD800")), Text(u"a\xD800\0", 3));
+  EXPECT_EQ(TextOf(ApiServerName(u"SRV")), Text(u"\\\\SRV\0", 6));
+  EXPECT_EQ(TextOf(ApiServerName(u"\\\\SRV")), Text(u"\\\\SRV\0", 6));
+  EXPECT_EQ(TextOf(ApiServerName(u"a\\\\b")), Text(u"a\\\\b\0", 5));
+  EXPECT_EQ(TextOf(ApiServerName(u"")), Text(1, u'\0'));
+  const Variant name = ApiServerName(u"SRV");
+  EXPECT_EQ(TextView(BufferText(name)), u"\\\\SRV");
+  EXPECT_THROW(BufferText(Variant(u"SRV")), AutomationError);
+
+  LSA_UNICODE_STRING record{1, 1, nullptr};
+  ByteArray bytes({9});
+  InitLsaString(record, u"", bytes);
+  EXPECT_EQ(record.Length + record.MaximumLength, 0);
+  EXPECT_EQ(bytes.elements.size(), 1u);
+  InitLsaString(record, u"Sé", bytes);
+  EXPECT_EQ(record.Length, 4);
+  EXPECT_EQ(record.MaximumLength, 6);
+  EXPECT_EQ(TextView(record.Buffer, 2), u"Sé");
+  EXPECT_EQ(bytes.elements.size(), 4u);
+  InitLsaString(record, Text(32767, u'x'), bytes);
+  EXPECT_EQ(record.Length, 65534);
+  EXPECT_GE(record.MaximumLength, record.Length);
+  EXPECT_THROW(InitLsaString(record, Text(32768, u'x'), bytes), AutomationError);
+}
+
+TEST_F(Support, PathsTakeTheirLongForm) {
+  const struct {
+    TextView path, file, folder;
+  } cases[] = {{u"C:\\f.txt", u"\\\\?\\C:\\f.txt", u"\\\\?\\C:\\f.txt\\"},
+               {u"\\\\srv\\share\\f", u"\\\\?\\UNC\\srv\\share\\f", u"\\\\?\\UNC\\srv\\share\\f\\"},
+               {u"\\\\?\\C:\\f", u"\\\\?\\C:\\f", u"\\\\?\\C:\\f\\"},
+               {u"a\\\\?\\b", u"a\\\\?\\b", u"a\\\\?\\b\\"},
+               {u"C:", u"\\\\?\\C:", u"\\\\?\\C:\\"},
+               {u"C:\\", u"\\\\?\\C:\\", u"\\\\?\\C:\\"},
+               {u"relative", u"\\\\?\\relative", u"\\\\?\\relative\\"},
+               {u"\\\\", u"\\\\?\\UNC\\", u"\\\\?\\UNC\\"},
+               {u"", u"\\\\?\\", u"\\\\?\\\\"}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(ApiFilePath(c.path), c.file);
+    EXPECT_EQ(ApiFolderPath(c.path), c.folder);
+  }
+  EXPECT_EQ(StripTrailingBackslash(u"C:\\a\\\\"), u"C:\\a\\");
+  EXPECT_EQ(StripTrailingBackslash(u""), u"");
+}
+
+TEST_F(Support, TimeStampsBecomeDates) {
+  SetZone(300, 0, -60, kTimeZoneIdStandard);
+  EXPECT_EQ(FileTimeToDate(Stamp(2026, 11, 22, 18, 999), false), MakeDate(2026, 11, 22, 18));
+  EXPECT_EQ(FileTimeToDate(Stamp(2026, 11, 22, 18), true), MakeDate(2026, 11, 22, 13));
+  EXPECT_EQ(FileTimeToDate(Stamp(2026, 7, 1, 18), true), MakeDate(2026, 7, 1, 13));  // bias of now
+  EXPECT_EQ(FileTimeToDate(Stamp(1700, 1, 1, 6), false).days, MakeDate(1700, 1, 1).days + 0.25);
+  EXPECT_EQ(FileTimeToDate(Stamp(10000, 1, 1, 0), false).days, 0);
+  EXPECT_EQ(FileTimeToDate({0xFFFFFFFF, 0xFFFFFFFF}, false).days, 0);
+  EXPECT_EQ(FileTimeToDate({0xFFFFFFFF, 0xFFFFFFFF}, true).days, 0);
+
+  EXPECT_EQ(UnixTimeToDate(0).days, 0);
+  EXPECT_EQ(UnixTimeToDate(86400).days, 25570);
+  EXPECT_EQ(UnixTimeToDate(-86400).days, 25568);
+  EXPECT_EQ(UnixTimeToDate(-2147483647 - 1).days, 25569 - 2147483648.0 / 86400);
+
+  EXPECT_EQ(UTCDateToLocalDate(MakeDate(2026, 11, 22, 3)), MakeDate(2026, 11, 21, 22));
+}
+
+TEST_F(Support, UniversalTimeFollowsThePartOfTheYear) {
+  const Date utc = MakeDate(2026, 11, 22, 3, 30);
+  const struct {
+    DWORD part;
+    Date local;
+  } cases[] = {{kTimeZoneIdInvalid, {}},
+               {kTimeZoneIdUnknown, {}},
+               {kTimeZoneIdStandard, MakeDate(2026, 11, 21, 22, 20)},
+               {kTimeZoneIdDaylight, MakeDate(2026, 11, 21, 23, 30)}};
+  for (const auto& c : cases) {
+    SetZone(300, 10, -60, c.part);
+    EXPECT_EQ(ConvertUtcToLocal(utc), c.local) << c.part;
+  }
+  SetZone(300, 0, 0, kTimeZoneIdStandard);
+  EXPECT_EQ(ConvertUtcToLocal(utc), MakeDate(2026, 11, 21, 22, 30));
+  EXPECT_EQ(ConvertUtcToLocal(MakeDate(1899, 12, 30)), MakeDate(1899, 12, 29, 19));
+  EXPECT_EQ(ConvertUtcToLocal({-657434}), Date{});  // leaves the calendar
+}
+
+TEST_F(Support, KeysAreSpelledInBytesAndIndexesInDigits) {
+  EXPECT_EQ(GetCollectionKey(u"Ab"), u"65-0-98-0-");
+  EXPECT_EQ(GetCollectionKey(u"\x20AC\xFFFF"), u"172-32-255-255-");
+  EXPECT_EQ(GetCollectionKey(u""), u"");
+  Swallow([] { Raise(5); });
+  EXPECT_TRUE(IsIndexKey(u"12"));
+  EXPECT_EQ(Err().Number(), 0);
+  EXPECT_TRUE(IsIndexKey(u""));
+  for (const TextView text : {u"12a", u"1.5", u"-1", u" 1", u"\u0661"}) {
+    EXPECT_FALSE(IsIndexKey(text));
+  }
+}
+
+TEST_F(Support, ErrorTextsComeOnOneLineFromTheRightTable) {
+  estate().AddSystemMessage(4001, u"First line.  \r\nSecond.\r\n\r\n");
+  estate().AddSystemMessage(4002, u"%1 and %2 but %10 \r\nof %1");
+  estate().AddSystemMessage(4003, u"Blanks behind   ");
+  EXPECT_EQ(GetAPIErrorText(5), u"Access is denied.");
+  EXPECT_EQ(GetAPIErrorText(4001), u"First line.   Second. ");
+  EXPECT_EQ(GetAPIErrorText(4003), u"Blanks behind");
+  EXPECT_EQ(GetAPIErrorText(654321), u"");
+  EXPECT_EQ(GetAPIErrorText(4002), u"%1 and %2 but %10  of %1");
+  EXPECT_EQ(GetAPIErrorText(4002, TextArray({u"A", u"(%1)"})), u"A and (%1) but A0  of A");
+  EXPECT_EQ(GetAPIErrorText(4002, TextArray({u"A"}, 1)), u"%1 and A but %10  of %1");
+  EXPECT_EQ(GetAPIErrorText(4002, VariantArray({Variant(7)})), u"7 and %2 but 70  of 7");
+  EXPECT_THROW(GetAPIErrorText(5, Variant(u"A")), AutomationError);
+  EXPECT_EQ(Err().Number(), 13);
+
+  for (const auto& [number, loads] : {std::pair{2099, 0u}, {2100, 1u}, {2999, 1u}, {3000, 0u}}) {
+    journal().Clear();
+    GetAPIErrorText(number);
+    EXPECT_EQ(journal().Count("LoadLibraryExW"), loads) << number;
+  }
+  estate().AddModule(u"netmsg.dll", {{2221, u"Nobody of that name.\r\n"}});
+  EXPECT_EQ(GetAPIErrorText(2221), u"Nobody of that name.");
+  estate().RemoveModule(u"netmsg.dll");
+  estate().AddSystemMessage(2221, u"From the system.\r\n");
+  EXPECT_EQ(GetAPIErrorText(2221), u"From the system.");
+}
+
+TEST_F(Support, PlatformErrorsAreRaisedWithNumberTextAndSource) {
+  const auto raised = [](std::int32_t number, std::optional<Text> source) {
+    return FailureOf([&] { RaisePlatformError(number, std::move(source)); });
+  };
+  EXPECT_EQ(raised(5, {}), u"5|Veldmark2.CSupport|Access is denied.");
+  EXPECT_EQ(raised(5, u""), u"5||Access is denied.");
+  EXPECT_EQ(raised(654321, SourceOf(u"CFolder")), u"654321|Veldmark2.CFolder|");
+}
+
+TEST(SupportFaults, AMessageThatCannotBeReadIsAnEmptyTextAndLeaksNothing) {
+  SweepFaults<SimulatedApartment>(
+      {"LoadLibraryExW", "FormatMessageW", "LocalFree", "FreeLibrary"},
+      [](SimulatedApartment&) { GetAPIErrorText(2221); },
+      [](SimulatedApartment&, const std::string&, bool) {});
+}
+
+}  // namespace
+}  // namespace veldmark
