@@ -103,4 +103,6 @@ else()
   endforeach()
   add_test(NAME sources_are_formatted
            COMMAND ${PROJECT_SOURCE_DIR}/cmake/check-format ${PROJECT_SOURCE_DIR})
+  add_test(NAME sources_stand_in_order
+           COMMAND ${PROJECT_SOURCE_DIR}/cmake/check-order ${PROJECT_SOURCE_DIR})
 endif()

@@ -1,7 +1,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "platform/simulated/EstateFile.h"
+#include "platform/simulated/estate_file/EstateFile.h"
 
 // Whatever the text, it is an estate or an error that names its place.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

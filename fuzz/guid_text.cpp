@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "apartment/Apartment.h"
-#include "platform/simulated/SimulatedPlatform.h"
+#include "platform/simulated/families/SimulatedPlatform.h"
 #include "security/Guid.h"
 
 namespace {

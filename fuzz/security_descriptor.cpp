@@ -7,7 +7,7 @@
 #include "apartment/Apartment.h"
 #include "apartment/CSupport.h"
 #include "platform/operations/ErrorCodes.h"
-#include "platform/simulated/SimulatedPlatform.h"
+#include "platform/simulated/families/SimulatedPlatform.h"
 #include "security/CAce.h"
 #include "security/CAces.h"
 #include "security/CAcl.h"

@@ -6,7 +6,7 @@
 
 #include "apartment/Apartment.h"
 #include "platform/operations/ErrorCodes.h"
-#include "platform/simulated/SimulatedPlatform.h"
+#include "platform/simulated/families/SimulatedPlatform.h"
 #include "security/BinarySid.h"
 
 namespace {

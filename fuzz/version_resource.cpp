@@ -8,7 +8,7 @@
 #include "apartment/Apartment.h"
 #include "automation/Error.h"
 #include "platform/operations/ErrorCodes.h"
-#include "platform/simulated/SimulatedPlatform.h"
+#include "platform/simulated/families/SimulatedPlatform.h"
 #include "storage/VersionResource.h"
 
 namespace {

@@ -45,19 +45,19 @@ void Apartment::End() noexcept {
 }
 
 void Apartment::RunStartUp() {
-  g_bDebug = false;
+  debug = false;
   Swallow([this] {
     CRegSettings settings;
     settings.HKeyRoot = static_cast<std::int32_t>(0x80000002);
     settings.Path = kSettingsPath;
-    g_bDebug = ToBoolean(settings.GetString(u"Config", u"Debug", u"False"));
+    debug = ToBoolean(settings.GetString(u"Config", u"Debug", u"False"));
   });
   err.Clear();
-  Swallow([this] { g_oSupport = Make<CSupport>(); });
-  Swallow([this] { g_oStatus = Make<CStatus>(); });
+  Swallow([this] { engine = Make<CSupport>(); });
+  Swallow([this] { status = Make<CStatus>(); });
   for (Ref<Collection>* cache :
-       {&g_colSidCache, &g_colAccountCache, &g_colPDCs, &g_colServers, &g_colDomains,
-        &g_colMessageModules, &g_colCategoryTexts, &g_colMachinePaths}) {
+       {&sid_cache, &account_cache, &pdc_cache, &server_cache, &domain_cache, &message_modules,
+        &category_texts, &machine_paths}) {
     Swallow([cache] { *cache = Make<Collection>(); });
   }
   err.Clear();
@@ -66,28 +66,27 @@ void Apartment::RunStartUp() {
 void Apartment::ReleaseState() noexcept {
   // While an object ends it may still ask for its apartment, so each reference is emptied before
   // its object goes.
-  g_oGuidResolver = nullptr;
-  g_oTimer = nullptr;
-  for (const auto& timer : running_timers) platform.timers.KillTimer(nullptr, timer.first);
+  guid_resolver = nullptr;
+  timer = nullptr;
+  for (const auto& [id, hold] : running_timers) platform.timers.KillTimer(nullptr, id);
   running_timers.clear();
-  g_oWellKnownGroups = nullptr;
-  for (Ref<Collection>* cache :
-       {&g_colMachinePaths, &g_colCategoryTexts, &g_colMessageModules, &g_colDomains, &g_colServers,
-        &g_colPDCs, &g_colAccountCache, &g_colSidCache}) {
+  well_known_groups = nullptr;
+  for (Ref<Collection>* cache : {&machine_paths, &category_texts, &message_modules, &domain_cache,
+                                 &server_cache, &pdc_cache, &account_cache, &sid_cache}) {
     *cache = nullptr;
   }
-  g_oStatus = nullptr;
-  g_oSupport = nullptr;
+  status = nullptr;
+  engine = nullptr;
 }
 
 CSupport& Engine() {
-  const Ref<CSupport>& engine = Apartment::Current().g_oSupport;
+  const Ref<CSupport>& engine = Apartment::Current().engine;
   if (!engine) Raise(runtime_error::kObjectNotSet);
   return *engine;
 }
 
 CStatus& StatusObject() {
-  const Ref<CStatus>& status = Apartment::Current().g_oStatus;
+  const Ref<CStatus>& status = Apartment::Current().status;
   if (!status) Raise(runtime_error::kObjectNotSet);
   return *status;
 }

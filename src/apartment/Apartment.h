@@ -8,7 +8,6 @@
 #include "automation/Error.h"
 #include "automation/ModuleCount.h"
 #include "automation/Object.h"
-#include "collections/Collection.h"
 #include "platform/operations/Platform.h"
 
 namespace veldmark {
@@ -17,6 +16,7 @@ class CGroups;
 class CStatus;
 class CSupport;
 class CTimer;
+class Collection;
 
 /// The module state of one apartment: what the library keeps for a thread that uses it. The
 /// start-up routine makes it before the thread's first object; it ends with the thread.
@@ -41,24 +41,24 @@ class Apartment {
   ErrObject err;
   Counters counters;
 
-  bool g_bDebug = false;
-  Ref<CSupport> g_oSupport;
-  Ref<CStatus> g_oStatus;
-  Ref<Collection> g_colSidCache;
-  Ref<Collection> g_colAccountCache;
-  Ref<Collection> g_colPDCs;
-  Ref<Collection> g_colServers;
-  Ref<Collection> g_colDomains;
-  Ref<Collection> g_colMessageModules;
-  Ref<Collection> g_colCategoryTexts;
-  Ref<Collection> g_colMachinePaths;
-  Ref<CGroups> g_oWellKnownGroups;
-  Ref<CTimer> g_oTimer;
+  bool debug = false;
+  Ref<CSupport> engine;
+  Ref<CStatus> status;
+  Ref<Collection> sid_cache;
+  Ref<Collection> account_cache;
+  Ref<Collection> pdc_cache;
+  Ref<Collection> server_cache;
+  Ref<Collection> domain_cache;
+  Ref<Collection> message_modules;
+  Ref<Collection> category_texts;
+  Ref<Collection> machine_paths;
+  Ref<CGroups> well_known_groups;
+  Ref<CTimer> timer;
   /// The platform timers that run for this thread, those too whose identifier no `CTimer` knows any
   /// more. They end with the apartment, and till then the library stays loaded: a timer calls into
   /// it.
   std::vector<std::pair<UINT_PTR, std::unique_ptr<ModuleHold>>> running_timers;
-  Ref<Object> g_oGuidResolver;
+  Ref<Object> guid_resolver;
 
  private:
   void RunStartUp();

@@ -7,7 +7,7 @@
 namespace veldmark {
 
 /// Narrates the progress of long walks and asks whether to stop them. One instance an apartment, in
-/// `g_oStatus`.
+/// `status`.
 class CStatus : public Exported<CStatus> {
  public:
   static const Interface& Describe();

@@ -42,7 +42,7 @@ void CSupport::RaiseObjectFound(Object& object, bool& cancel) {
     // One that left in the middle of the event is gone, perhaps with its object.
     if (std::ranges::find(listeners_, listener) == listeners_.end()) continue;
     const Ref<Object> listening(&listener->Listener());
-    listener->m_oSupport_ObjectFound(object, cancel);
+    listener->OnObjectFound(object, cancel);
   }
 }
 

@@ -7,8 +7,6 @@
 #include "automation/Values.h"
 #include "automation/Variant.h"
 #include "platform/operations/FileSystem.h"
-#include "security/BinarySid.h"
-#include "security/ObjectType.h"
 
 namespace veldmark {
 
@@ -22,12 +20,13 @@ class CPathNames;
 class CSecurityDescriptor;
 class CSid;
 class Secret;
+enum SE_OBJECT_TYPE : std::int32_t;
 
 /// A listener of the engine's one event. A subscription never keeps its listener alive.
 class ObjectFoundListener {
  public:
   /// One object of an enumeration in progress. `cancel` ends the enumeration.
-  virtual void m_oSupport_ObjectFound(Object& object, bool& cancel) = 0;
+  virtual void OnObjectFound(Object& object, bool& cancel) = 0;
   /// The object to be kept alive while it listens.
   virtual Object& Listener() = 0;
 

@@ -19,8 +19,8 @@ const EventInterface& DescribeTimerEvents() {
 
 void VELDMARK_CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD) {
   Apartment* apartment = Apartment::TryCurrent();
-  if (!apartment || !apartment->g_oTimer) return;
-  const Ref<CTimer> timer = apartment->g_oTimer;
+  if (!apartment || !apartment->timer) return;
+  const Ref<CTimer> timer = apartment->timer;
   // The message loop that calls this has no way to take an error.
   Swallow([&timer] { timer->RaiseTimer(); });
 }
@@ -39,7 +39,7 @@ const Interface& CTimer::Describe() {
   return table;
 }
 
-CTimer::CTimer() { Apartment::Current().g_oTimer = this; }
+CTimer::CTimer() { Apartment::Current().timer = this; }
 
 CTimer::~CTimer() {
   if (Apartment::TryCurrent()) PutEnabled(false);

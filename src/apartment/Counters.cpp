@@ -38,11 +38,11 @@ void Counters::Increment(Counter counter) {
 Text GetObjectCountsReport() {
   const Apartment& apartment = Apartment::Current();
   const std::pair<TextView, const Ref<Collection>&> caches[] = {
-      {u"Account Collection = ", apartment.g_colAccountCache},
-      {u"PDC's Collection = ", apartment.g_colPDCs},
-      {u"Domain's Collection = ", apartment.g_colDomains},
-      {u"Server's Collection = ", apartment.g_colServers},
-      {u"SID's Collection = ", apartment.g_colSidCache},
+      {u"Account Collection = ", apartment.account_cache},
+      {u"PDC's Collection = ", apartment.pdc_cache},
+      {u"Domain's Collection = ", apartment.domain_cache},
+      {u"Server's Collection = ", apartment.server_cache},
+      {u"SID's Collection = ", apartment.sid_cache},
   };
   Text report;
   const auto append = [&report](TextView label, std::int32_t count) {

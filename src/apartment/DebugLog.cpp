@@ -13,7 +13,7 @@ constexpr TextView kLogName = u"\\VK2_DEBUG.LOG";
 
 void DebugLog(TextView text) {
   Apartment& apartment = Apartment::Current();
-  if (!apartment.g_bDebug) return;
+  if (!apartment.debug) return;
   const Platform& platform = apartment.platform;
   const std::vector<std::uint8_t> line = StringToAnsiBuffer(Text(text) + u"\r\n");
   const Text path = StripTrailingBackslash(platform.system.ModuleFolder()).append(kLogName);

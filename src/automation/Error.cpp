@@ -4,7 +4,7 @@
 #include <new>
 #include <stdexcept>
 
-#include "platform/operations/LastError.h"
+#include "automation/LastError.h"
 
 namespace veldmark {
 namespace {

@@ -28,7 +28,7 @@ void FreeModules(Messages& messages, TextView handles) {
 void ReleaseMessageModulesOfLastLog() noexcept {
   Apartment* apartment = Apartment::TryCurrent();
   if (!apartment || apartment->counters[Counter::kEventLog] != 1) return;
-  const Ref<Collection> cache = apartment->g_colMessageModules;
+  const Ref<Collection> cache = apartment->message_modules;
   for (std::int32_t position = cache ? cache->Count() : 0; position > 0; --position) {
     const Variant index(position);
     Swallow([&] { FreeModules(apartment->platform.messages, ToText(cache->Item(index))); });

@@ -160,7 +160,7 @@ Ref<CFile> SystemRoot::GetFile(const Text& path) {
   return ReRaisingAs(kClassName, [&] { return Engine().GetFile(path); });
 }
 
-Ref<CStatus> SystemRoot::GetStatusObject() { return Apartment::Current().g_oStatus; }
+Ref<CStatus> SystemRoot::GetStatusObject() { return Apartment::Current().status; }
 
 Date SystemRoot::ConvertUTCtoLocal(Date utc) {
   Date local;
@@ -168,7 +168,7 @@ Date SystemRoot::ConvertUTCtoLocal(Date utc) {
   return local;
 }
 
-void SystemRoot::ClearSidCache() { Apartment::Current().g_colSidCache = Make<Collection>(); }
+void SystemRoot::ClearSidCache() { Apartment::Current().sid_cache = Make<Collection>(); }
 
 Ref<CRegistry> SystemRoot::GetRegistry() {
   return ReRaisingAs(kClassName, [] { return Make<CRegistry>(); });

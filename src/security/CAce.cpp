@@ -37,8 +37,8 @@ CAce::CAce() = default;
 CAce::~CAce() = default;
 
 Ref<CSid> CAce::GetSid() {
-  if (!m_oSid) m_oSid = Make<CSid>();
-  return m_oSid;
+  if (!sid_) sid_ = Make<CSid>();
+  return sid_;
 }
 
 bool CAce::IsInherited() const { return (AceFlags & INHERITED_ACE) != 0; }
@@ -49,25 +49,25 @@ void CAce::PutIsInherited(bool inherited) {
 }
 
 Text CAce::PermissionsString() const {
-  return m_sObjectTypeName == kPrinterClass
+  return object_type_name_ == kPrinterClass
              ? GetSimplifiedPrinterPermString(AccessMask, AceFlags)
-             : GetSimplifiedPermString(AccessMask, m_sObjectTypeName);
+             : GetSimplifiedPermString(AccessMask, object_type_name_);
 }
 
 Text CAce::ExtendedPermissionsString() const {
-  return m_sObjectTypeName == kPrinterClass ? GetExtendedPrinterPermString(AccessMask, AceFlags)
-                                            : GetExtendedPermString(AccessMask, m_sObjectTypeName);
+  return object_type_name_ == kPrinterClass ? GetExtendedPrinterPermString(AccessMask, AceFlags)
+                                            : GetExtendedPermString(AccessMask, object_type_name_);
 }
 
 Text CAce::InheritanceScope() const {
-  if (m_sObjectTypeName == u"CFolder" || m_sObjectTypeName == u"CRegKey") {
+  if (object_type_name_ == u"CFolder" || object_type_name_ == u"CRegKey") {
     return GetInheritanceString(AceFlags);
   }
-  if (m_sObjectTypeName == u"CFile") return u"This file only";
-  if (m_sObjectTypeName == kPrinterClass) return GetPrinterInheritanceString(AceFlags);
+  if (object_type_name_ == u"CFile") return u"This file only";
+  if (object_type_name_ == kPrinterClass) return GetPrinterInheritanceString(AceFlags);
   return {};
 }
 
-void CAce::SetSid(Ref<CSid> sid) { m_oSid = std::move(sid); }
+void CAce::SetSid(Ref<CSid> sid) { sid_ = std::move(sid); }
 
 }  // namespace veldmark

@@ -41,11 +41,11 @@ class CAce : public Exported<CAce>, Counted<Counter::kAce> {
 
   void SetSid(Ref<CSid> sid);
   /// The class of the secured object, "CFolder", which the words depend on.
-  void SetObjectTypeName(Text name) { m_sObjectTypeName = std::move(name); }
+  void SetObjectTypeName(Text name) { object_type_name_ = std::move(name); }
 
  private:
-  Ref<CSid> m_oSid;
-  Text m_sObjectTypeName;
+  Ref<CSid> sid_;
+  Text object_type_name_;
 };
 
 }  // namespace veldmark

@@ -53,7 +53,7 @@ const Interface& CAcl::Describe() {
 CAcl::CAcl() = default;
 CAcl::~CAcl() = default;
 
-Ref<CAces> CAcl::GetAces() const { return m_oAces; }
+Ref<CAces> CAcl::GetAces() const { return aces_; }
 
 Ref<CAce> CAcl::Grant(const Text& SidText, AceTypeEnum AceType, std::int32_t AccessMask,
                       AceFlagsEnum AceFlags, const Text& ObjectTypeGUID,
@@ -66,29 +66,29 @@ Ref<CAce> CAcl::Grant(const Text& SidText, AceTypeEnum AceType, std::int32_t Acc
     granted->ObjectTypeGUID = ObjectTypeGUID;
     granted->InheritedObjectTypeGUID = InhObjectTypeGUID;
     granted->SetSid(Engine().GetSidFromText(SidText, Text()));
-    if (!m_oAces) Raise(runtime_error::kObjectNotSet);
+    if (!aces_) Raise(runtime_error::kObjectNotSet);
     const AceIdentity identity(*granted);
-    for (std::int32_t index = 1; index <= m_oAces->Count(); ++index) {
+    for (std::int32_t index = 1; index <= aces_->Count(); ++index) {
       Variant position(index);
-      const Ref<CAce> ace = m_oAces->Item(position);
+      const Ref<CAce> ace = aces_->Item(position);
       if (AceIdentity(*ace) == identity) {
         ace->AccessMask |= AccessMask;
         return granted;
       }
     }
-    m_oAces->Add(granted.Get());
+    aces_->Add(granted.Get());
     return granted;
   });
 }
 
-void CAcl::SetAces(Ref<CAces> aces) { m_oAces = std::move(aces); }
+void CAcl::SetAces(Ref<CAces> aces) { aces_ = std::move(aces); }
 
 void CAcl::SetBinary(std::uint8_t revision, Variant bytes, std::int32_t bytes_in_use,
                      std::int32_t bytes_free) {
-  m_bytRevision = revision;
-  m_vBinaryACL = std::move(bytes);
-  m_lBytesInUse = bytes_in_use;
-  m_lBytesFree = bytes_free;
+  revision_ = revision;
+  binary_acl_ = std::move(bytes);
+  bytes_in_use_ = bytes_in_use;
+  bytes_free_ = bytes_free;
 }
 
 }  // namespace veldmark

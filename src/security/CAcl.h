@@ -31,14 +31,14 @@ class CAcl : public Exported<CAcl>, Counted<Counter::kAcl> {
   /// entries' collection; nothing is added then.
   Ref<CAce> Grant(const Text& SidText, AceTypeEnum AceType, std::int32_t AccessMask,
                   AceFlagsEnum AceFlags, const Text& ObjectTypeGUID, const Text& InhObjectTypeGUID);
-  std::uint8_t Revision() const { return m_bytRevision; }
+  std::uint8_t Revision() const { return revision_; }
   /// The list as it was read, an array of bytes; empty for a new one.
-  const Variant& BinaryACL() const { return m_vBinaryACL; }
+  const Variant& BinaryACL() const { return binary_acl_; }
   /// True to inherit nothing. What it is at the save decides.
   bool IsProtected = false;
   /// The sizes in bytes of the list as it was read.
-  std::int32_t BytesFree() const { return m_lBytesFree; }
-  std::int32_t BytesInUse() const { return m_lBytesInUse; }
+  std::int32_t BytesFree() const { return bytes_free_; }
+  std::int32_t BytesInUse() const { return bytes_in_use_; }
 
   void SetAces(Ref<CAces> aces);
   /// What was read of a list.
@@ -46,11 +46,11 @@ class CAcl : public Exported<CAcl>, Counted<Counter::kAcl> {
                  std::int32_t bytes_free);
 
  private:
-  Ref<CAces> m_oAces;
-  Variant m_vBinaryACL;
-  std::int32_t m_lBytesFree = 0;
-  std::int32_t m_lBytesInUse = 0;
-  std::uint8_t m_bytRevision = 0;
+  Ref<CAces> aces_;
+  Variant binary_acl_;
+  std::int32_t bytes_free_ = 0;
+  std::int32_t bytes_in_use_ = 0;
+  std::uint8_t revision_ = 0;
 };
 
 }  // namespace veldmark

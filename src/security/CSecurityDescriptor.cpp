@@ -49,9 +49,9 @@ const Interface& CSecurityDescriptor::Describe() {
 CSecurityDescriptor::CSecurityDescriptor() = default;
 CSecurityDescriptor::~CSecurityDescriptor() = default;
 
-Ref<CSid> CSecurityDescriptor::GetOwnerSid() const { return m_oOwnerSid; }
+Ref<CSid> CSecurityDescriptor::GetOwnerSid() const { return owner_sid_; }
 
-Ref<CAcl> CSecurityDescriptor::GetDACL() const { return m_oDACL; }
+Ref<CAcl> CSecurityDescriptor::GetDACL() const { return dacl_; }
 
 void CSecurityDescriptor::Save() {
   ReRaisingAs(kClassName, [&] { Engine().SetNamedSD(this); });
@@ -60,7 +60,7 @@ void CSecurityDescriptor::Save() {
 bool CSecurityDescriptor::CheckAccess(std::int32_t ClientToken, std::int32_t AccessMask,
                                       const Text& ObjectTypeGUID, std::int32_t ObjectTypeLevel) {
   return ReRaisingAs(kClassName, [&] {
-    const auto* const descriptor = m_vBinarySD.If<ByteArray>();
+    const auto* const descriptor = binary_sd_.If<ByteArray>();
     if (!descriptor) Raise(runtime_error::kTypeMismatch);
     GUID object_type;
     OBJECT_TYPE_LIST list{};
@@ -93,9 +93,9 @@ bool CSecurityDescriptor::CheckAccess(std::int32_t ClientToken, std::int32_t Acc
   });
 }
 
-void CSecurityDescriptor::SetOwnerSid(Ref<CSid> sid) { m_oOwnerSid = std::move(sid); }
+void CSecurityDescriptor::SetOwnerSid(Ref<CSid> sid) { owner_sid_ = std::move(sid); }
 
-void CSecurityDescriptor::SetDACL(Ref<CAcl> dacl) { m_oDACL = std::move(dacl); }
+void CSecurityDescriptor::SetDACL(Ref<CAcl> dacl) { dacl_ = std::move(dacl); }
 
 void CSecurityDescriptor::SetParentObject(Text type, Text path) {
   ParentObjectType = std::move(type);
@@ -103,9 +103,9 @@ void CSecurityDescriptor::SetParentObject(Text type, Text path) {
 }
 
 void CSecurityDescriptor::SetBinary(std::uint8_t revision, std::int16_t control, ByteArray bytes) {
-  m_bytRevision = revision;
-  m_iControl = control;
-  m_vBinarySD = Variant(std::move(bytes));
+  revision_ = revision;
+  control_ = control;
+  binary_sd_ = Variant(std::move(bytes));
 }
 
 }  // namespace veldmark

@@ -24,11 +24,11 @@ class CSecurityDescriptor : public Exported<CSecurityDescriptor>,
   Ref<CSid> GetOwnerSid() const;
   /// Nothing where no list was made.
   Ref<CAcl> GetDACL() const;
-  std::uint8_t Revision() const { return m_bytRevision; }
+  std::uint8_t Revision() const { return revision_; }
   /// The control word, values of `SDControlEnum`; negative with `SDC_SELF_RELATIVE`.
-  std::int16_t Control() const { return m_iControl; }
+  std::int16_t Control() const { return control_; }
   /// The self-relative descriptor as it was read, an array of bytes; empty for one that wasn't.
-  const Variant& BinarySD() const { return m_vBinarySD; }
+  const Variant& BinarySD() const { return binary_sd_; }
   /// Writes the list back to the object that `ParentObjectType` and `ParentObjectPath` name; see
   /// `CSupport::SetNamedSD`. Owner and group stay as they are.
   void Save();
@@ -50,11 +50,11 @@ class CSecurityDescriptor : public Exported<CSecurityDescriptor>,
   void SetBinary(std::uint8_t revision, std::int16_t control, ByteArray bytes);
 
  private:
-  Ref<CSid> m_oOwnerSid;
-  Ref<CAcl> m_oDACL;
-  Variant m_vBinarySD;
-  std::int16_t m_iControl = 0;
-  std::uint8_t m_bytRevision = 0;
+  Ref<CSid> owner_sid_;
+  Ref<CAcl> dacl_;
+  Variant binary_sd_;
+  std::int16_t control_ = 0;
+  std::uint8_t revision_ = 0;
 };
 
 }  // namespace veldmark

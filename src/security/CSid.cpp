@@ -46,12 +46,12 @@ bool CSid::IsEqual(Ref<CSid>& oSid) {
 
 bool CSid::IsValid() {
   Swallow([&] { SidBuffer(); });
-  return IsValidSid(AsBytes(m_alSid));
+  return IsValidSid(AsBytes(sid_));
 }
 
 const Text& CSid::SidText() {
-  if (m_sSidText.empty() && m_alSid.size() > 1 && m_bSidLoaded) ComputeSidText();
-  return m_sSidText;
+  if (sid_text_.empty() && sid_.size() > 1 && sid_loaded_) ComputeSidText();
+  return sid_text_;
 }
 
 Ref<Object> CSid::GetAccount() {
@@ -64,10 +64,10 @@ Ref<Object> CSid::GetAccount() {
 const Text& CSid::AccountDisplayName() {
   Swallow([&] {
     LoadAccountOnce();
-    if (m_sAccountDisplayName.empty()) m_sAccountDisplayName = kAccountUnknown;
-    m_bAccountUnknown = true;
+    if (account_display_name_.empty()) account_display_name_ = kAccountUnknown;
+    account_unknown_ = true;
   });
-  return m_sAccountDisplayName;
+  return account_display_name_;
 }
 
 std::int32_t CSid::pSid() {
@@ -85,32 +85,32 @@ std::int32_t CSid::SidLength() {
 }
 
 const SidWords& CSid::SidBuffer() {
-  if (m_alSid.empty()) m_alSid = GetSidBufferFromText(m_sSidText);
-  return m_alSid;
+  if (sid_.empty()) sid_ = GetSidBufferFromText(sid_text_);
+  return sid_;
 }
 
 void CSid::PutSidBuffer(SidWords words) {
-  m_alSid = std::move(words);
-  m_bSidLoaded = true;
+  sid_ = std::move(words);
+  sid_loaded_ = true;
 }
 
 void CSid::ComputeSidText() {
-  Swallow([&] { m_sSidText = IsValid() ? SidToText(AsBytes(m_alSid)) : Text(); });
+  Swallow([&] { sid_text_ = IsValid() ? SidToText(AsBytes(sid_)) : Text(); });
 }
 
 void CSid::LoadAccountInfo() {
   Swallow([&] {
-    if (m_sSidText.empty() && m_alSid.size() > 1) ComputeSidText();
-    m_sAccountName = kAccountUnknown;
-    m_bAccountUnknown = true;
+    if (sid_text_.empty() && sid_.size() > 1) ComputeSidText();
+    account_name_ = kAccountUnknown;
+    account_unknown_ = true;
   });
 }
 
 void CSid::LoadAccountOnce() {
   // A SID of its own takes three words; what is shorter can't be looked up.
-  if (m_bAccountLoaded || m_alSid.size() <= 1) return;
+  if (account_loaded_ || sid_.size() <= 1) return;
   LoadAccountInfo();
-  m_bAccountLoaded = true;
+  account_loaded_ = true;
 }
 
 }  // namespace veldmark

@@ -23,11 +23,11 @@ class CSid : public Exported<CSid>, Counted<Counter::kSid> {
   /// True for a sound binary form; never raises.
   bool IsValid();
   const Text& SidText();
-  Text AccountServer() { return Loaded(m_sAccountServer); }
-  Text AccountDomain() { return Loaded(m_sAccountDomain); }
-  Text AccountName() { return Loaded(m_sAccountName); }
+  Text AccountServer() { return Loaded(account_server_); }
+  Text AccountDomain() { return Loaded(account_domain_); }
+  Text AccountName() { return Loaded(account_name_); }
   /// 0 before the account was looked up. Looks nothing up.
-  SidTypeEnum SIDType() const { return m_eSidType; }
+  SidTypeEnum SIDType() const { return sid_type_; }
   /// The user or group behind the SID; a user of unknown account where it has none.
   Ref<Object> GetAccount();
   /// "DOMAIN\name", or "(Account Unknown)". Never raises.
@@ -38,21 +38,21 @@ class CSid : public Exported<CSid>, Counted<Counter::kSid> {
   std::int32_t pSid();
   /// The length of the binary form in bytes; raises as `pSid` does, and 1337 where the form is cut.
   std::int32_t SidLength();
-  WellKnownGroupTypeEnum WellKnownGroupType() const { return m_eWellKnownGroupType; }
+  WellKnownGroupTypeEnum WellKnownGroupType() const { return well_known_group_type_; }
   /// True once a look-up has found no account.
-  bool AccountUnknown() const { return m_bAccountUnknown; }
+  bool AccountUnknown() const { return account_unknown_; }
   /// True for a group of the domain BUILTIN.
-  bool IsBuiltin() const { return m_bIsBuiltin; }
+  bool IsBuiltin() const { return is_builtin_; }
 
   /// The binary form, made from the text where it has to be. Raises the error of the text.
   const SidWords& SidBuffer();
   void PutSidBuffer(SidWords words);
   /// Makes the text from the binary form; empty where that isn't sound.
   void ComputeSidText();
-  void SetSidText(Text sid_text) { m_sSidText = std::move(sid_text); }
+  void SetSidText(Text sid_text) { sid_text_ = std::move(sid_text); }
   /// The server to ask about the account; empty for this computer.
-  const Text& ResidesOnServer() const { return m_sResidesOnServer; }
-  void SetResidesOnServer(Text server) { m_sResidesOnServer = std::move(server); }
+  const Text& ResidesOnServer() const { return resides_on_server_; }
+  void SetResidesOnServer(Text server) { resides_on_server_ = std::move(server); }
 
  private:
   /// Finds no account: no operation that looks one up is on the platform's list yet.
@@ -63,19 +63,19 @@ class CSid : public Exported<CSid>, Counted<Counter::kSid> {
     return field;
   }
 
-  SidWords m_alSid;
-  Text m_sSidText;
-  Text m_sAccountServer;
-  Text m_sAccountDomain;
-  Text m_sAccountName;
-  Text m_sAccountDisplayName;
-  Text m_sResidesOnServer;
-  SidTypeEnum m_eSidType{};
-  WellKnownGroupTypeEnum m_eWellKnownGroupType{-1};
-  bool m_bAccountUnknown = false;
-  bool m_bIsBuiltin = false;
-  bool m_bAccountLoaded = false;
-  bool m_bSidLoaded = false;
+  SidWords sid_;
+  Text sid_text_;
+  Text account_server_;
+  Text account_domain_;
+  Text account_name_;
+  Text account_display_name_;
+  Text resides_on_server_;
+  SidTypeEnum sid_type_{};
+  WellKnownGroupTypeEnum well_known_group_type_{-1};
+  bool account_unknown_ = false;
+  bool is_builtin_ = false;
+  bool account_loaded_ = false;
+  bool sid_loaded_ = false;
 };
 
 }  // namespace veldmark

@@ -11,6 +11,7 @@
 #include "security/CSecurityDescriptor.h"
 #include "security/CSid.h"
 #include "security/Guid.h"
+#include "security/ObjectType.h"
 
 namespace veldmark {
 namespace {

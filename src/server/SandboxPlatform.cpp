@@ -9,8 +9,8 @@
 #include <string>
 
 #include "automation/Error.h"
-#include "platform/simulated/EstateFile.h"
-#include "platform/simulated/SimulatedPlatform.h"
+#include "platform/simulated/estate_file/EstateFile.h"
+#include "platform/simulated/families/SimulatedPlatform.h"
 #include "server/ModulePath.h"
 #include "server/ServerPlatform.h"
 

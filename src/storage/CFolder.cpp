@@ -98,7 +98,7 @@ const Interface& CFolder::Describe() {
 }
 
 CFolder::~CFolder() {
-  if (m_oSupport_) m_oSupport_->Unsubscribe(*this);
+  if (engine_) engine_->Unsubscribe(*this);
 }
 
 std::int32_t CFolder::Delete(bool delete_files_first, bool cascade) {
@@ -136,7 +136,7 @@ template <class Walk>
 auto CFolder::WithEngine(Walk&& walk) {
   const Ref<CFolder> keep_alive(this);
   return ReRaising([&] {
-    const Ref<CSupport> engine = m_oSupport_;
+    const Ref<CSupport> engine = engine_;
     const Text path = path_;
     return engine ? walk(*engine, path, true) : walk(Engine(), path, false);
   });
@@ -206,12 +206,12 @@ void CFolder::PutAttributes(FileAttribute value) {
 
 void CFolder::PutAsyncFetch(bool value) {
   async_fetch_ = value;
-  if (m_oSupport_) m_oSupport_->Unsubscribe(*this);
-  m_oSupport_ = value ? Apartment::Current().g_oSupport : nullptr;
-  if (m_oSupport_) m_oSupport_->Subscribe(*this);
+  if (engine_) engine_->Unsubscribe(*this);
+  engine_ = value ? Apartment::Current().engine : nullptr;
+  if (engine_) engine_->Subscribe(*this);
 }
 
-void CFolder::m_oSupport_ObjectFound(Object& object, bool& cancel) {
+void CFolder::OnObjectFound(Object& object, bool& cancel) {
   const Interface* table = &object.GetInterface();
   const std::int32_t event = table == &CFolder::Describe() ? kFolderFoundEvent
                              : table == &CFile::Describe() ? kFileFoundEvent

@@ -72,7 +72,7 @@ class CFolder : public Exported<CFolder>, ObjectFoundListener, Counted<Counter::
   void SetPlainPath(Text path) { path_ = std::move(path); }
 
  private:
-  void m_oSupport_ObjectFound(Object& object, bool& cancel) override;
+  void OnObjectFound(Object& object, bool& cancel) override;
   Object& Listener() override { return *this; }
 
   /// Calls `walk` with the engine to use, the path and whether it delivers by events. The folder
@@ -82,7 +82,7 @@ class CFolder : public Exported<CFolder>, ObjectFoundListener, Counted<Counter::
 
   Text path_;
   EventSource events_;
-  Ref<CSupport> m_oSupport_;
+  Ref<CSupport> engine_;
   FileAttribute attributes_ = FA_Normal;
   bool async_fetch_ = false;
 };

@@ -37,10 +37,10 @@ TEST(StartUp, TurnsTheDebugFlagOnForATextThatSaysSoAndForNothingElse) {
     if (setting) SetDebug(simulated.estate().local(), *setting);
     Platform platform = simulated.platform();
     Apartment& apartment = Apartment::Start(platform);
-    EXPECT_EQ(apartment.g_bDebug, debug) << ToUtf8(setting.value_or(u"absent"));
+    EXPECT_EQ(apartment.debug, debug) << ToUtf8(setting.value_or(u"absent"));
     EXPECT_EQ(apartment.err.Number(), 0);
-    EXPECT_TRUE(apartment.g_oSupport && apartment.g_oStatus && apartment.g_colSidCache &&
-                apartment.g_colMachinePaths);
+    EXPECT_TRUE(apartment.engine && apartment.status && apartment.sid_cache &&
+                apartment.machine_paths);
     EXPECT_EQ(&Apartment::Start(platform), &apartment) << "start-up runs once a thread";
     Apartment::End();
     EXPECT_EQ(Apartment::TryCurrent(), nullptr);
@@ -58,8 +58,8 @@ TEST(StartUp, SwallowsTheFailureOfAnyPlatformCall) {
       },
       [](SimulatedApartment&, const std::string& failed, bool) {
         EXPECT_EQ(Err().Number(), 0);
-        EXPECT_TRUE(Apartment::Current().g_oSupport && Apartment::Current().g_colSidCache);
-        EXPECT_EQ(Apartment::Current().g_bDebug, failed == "RegCloseKey");
+        EXPECT_TRUE(Apartment::Current().engine && Apartment::Current().sid_cache);
+        EXPECT_EQ(Apartment::Current().debug, failed == "RegCloseKey");
       });
 }
 
@@ -76,7 +76,7 @@ TEST(StartUp, GivesEachThreadItsOwnModuleState) {
     ended = true;
   }).join();
   ASSERT_TRUE(ended);
-  EXPECT_NE(other_status, Apartment::Current().g_oStatus.Get());
+  EXPECT_NE(other_status, Apartment::Current().status.Get());
   EXPECT_EQ(Apartment::Current().counters[Counter::kSystemRoot], 0);
   EXPECT_EQ(Err().Number(), 0);
 }
@@ -101,12 +101,12 @@ TEST_F(FrameTest, SharesStateBetweenRootsAndMakesNewObjectsWhereItSaysSo) {
   EXPECT_EQ(one->GetDomain(u"HARBOUR")->DomainName, u"HARBOUR");
   EXPECT_EQ(Apartment::Current().counters[Counter::kSystemRoot], 2);
 
-  const Ref<Collection> accounts = Apartment::Current().g_colAccountCache;
-  Apartment::Current().g_colSidCache->Add(Variant(1));
+  const Ref<Collection> accounts = Apartment::Current().account_cache;
+  Apartment::Current().sid_cache->Add(Variant(1));
   accounts->Add(Variant(1));
   one->ClearSidCache();
-  EXPECT_EQ(Apartment::Current().g_colSidCache->Count(), 0);
-  EXPECT_EQ(Apartment::Current().g_colAccountCache, accounts);
+  EXPECT_EQ(Apartment::Current().sid_cache->Count(), 0);
+  EXPECT_EQ(Apartment::Current().account_cache, accounts);
   EXPECT_EQ(accounts->Count(), 1);
 }
 
@@ -122,8 +122,8 @@ TEST_F(FrameTest, NamesComputerAndUserAndSaysUnknownWhereThePlatformFails) {
 
 TEST_F(FrameTest, FailsWith91WhereStartUpLeftNothingAndOtherwiseAsItsMembersSay) {
   const auto root = Make<SystemRoot>();
-  Apartment::Current().g_oSupport = nullptr;
-  Apartment::Current().g_oStatus = nullptr;
+  Apartment::Current().engine = nullptr;
+  Apartment::Current().status = nullptr;
   EXPECT_EQ(root->GetStatusObject(), nullptr);
   EXPECT_EQ(FailureOf([&] { root->GetFolder(u"C:\\"); }),
             u"91|Veldmark2.SystemRoot|Object variable or With block variable not set");

@@ -24,17 +24,17 @@ class Logging : public ApartmentFixture {
  protected:
   Logging() {
     local().AddFolder(u"C:\\Program Files\\Veldmark2");
-    Apartment::Current().g_bDebug = true;
+    Apartment::Current().debug = true;
   }
 };
 
 TEST_F(Logging, LinesAreAppendedInTheSystemsCodePageWhileTheFlagIsOn) {
-  Apartment::Current().g_bDebug = false;
+  Apartment::Current().debug = false;
   DebugLog(u"unheard");
   EXPECT_EQ(Content(local(), kLog), "no file");
   EXPECT_TRUE(journal().entries().empty());
 
-  Apartment::Current().g_bDebug = true;
+  Apartment::Current().debug = true;
   DebugLog(u"first");
   EXPECT_EQ(journal().Count("CloseHandle"), 1u);
   DebugLog(u"");
@@ -56,7 +56,7 @@ TEST_F(Logging, AFolderThatCannotBeWrittenRaisesTheFileError) {
 struct LoggingWorld : SimulatedApartment {
   LoggingWorld() {
     local().AddFolder(u"C:\\Program Files\\Veldmark2");
-    Apartment::Current().g_bDebug = true;
+    Apartment::Current().debug = true;
   }
 };
 
@@ -88,10 +88,10 @@ TEST_F(ApartmentFixture, TheObjectCountsReportShowsWhatIsAliveInItsOrder) {
       expected.append(u"\r\n").append(labels[i]).append(i % 3 == 1 ? u" = 1" : u" = 2");
     }
   }
-  apartment.g_colSidCache->Add(Variant(1));
-  apartment.g_colPDCs->Add(Variant(1));
-  apartment.g_colAccountCache = nullptr;
-  apartment.g_colMachinePaths->Add(Variant(1));
+  apartment.sid_cache->Add(Variant(1));
+  apartment.pdc_cache->Add(Variant(1));
+  apartment.account_cache = nullptr;
+  apartment.machine_paths->Add(Variant(1));
   EXPECT_EQ(GetObjectCountsReport(),
             expected + u"\r\nPDC's Collection = 1\r\nSID's Collection = 1");
 }

@@ -67,7 +67,7 @@ TEST_F(StatusTest, SurvivesSinksThatLeaveRaiseOrLetGoOfTheSource) {
   EXPECT_EQ(heard, std::vector<int>{1});
 
   Ref<CTimer> last = Make<CTimer>();
-  Apartment::Current().g_oTimer = nullptr;
+  Apartment::Current().timer = nullptr;
   Listen(*last, [&](auto, auto) { last = nullptr; });
   Listen(*last, [&](auto, auto) { Raise(42, u"Listener", u"no"); });
   EXPECT_THROW(last->RaiseTimer(), AutomationError);

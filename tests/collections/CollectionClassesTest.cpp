@@ -360,7 +360,7 @@ TEST_F(CollectionClasses, TheLastEventLogsEndFreesTheMessageFiles) {
     const HMODULE module = messages.LoadLibraryExW(u"netmsg.dll", nullptr, kLoadLibraryAsDatafile);
     return ToText(static_cast<std::int64_t>(static_cast<std::uintptr_t>(module)));
   };
-  Collection& cache = *Apartment::Current().g_colMessageModules;
+  Collection& cache = *Apartment::Current().message_modules;
   const auto fill = [&] {
     cache.Add(Variant(load() + u"|" + load()));
     cache.Add(Variant(u""));

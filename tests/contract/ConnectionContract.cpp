@@ -1,9 +1,9 @@
 #include <vector>
 
+#include "automation/LastError.h"
 #include "automation/Text.h"
 #include "contract/World.h"
 #include "platform/operations/ErrorCodes.h"
-#include "platform/operations/LastError.h"
 
 namespace veldmark {
 namespace {

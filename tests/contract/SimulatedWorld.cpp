@@ -1,6 +1,6 @@
 #include "contract/World.h"
-#include "platform/simulated/SimulatedPlatform.h"
-#include "platform/simulated/VersionDescription.h"
+#include "platform/simulated/estate/VersionDescription.h"
+#include "platform/simulated/families/SimulatedPlatform.h"
 
 namespace veldmark {
 namespace {

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/operations/LastError.h"
+#include "automation/LastError.h"
 #include "platform/operations/Platform.h"
 
 namespace veldmark {

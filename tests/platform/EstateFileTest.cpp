@@ -1,4 +1,4 @@
-#include "platform/simulated/EstateFile.h"
+#include "platform/simulated/estate_file/EstateFile.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/operations/Registry.h"
-#include "platform/simulated/VersionDescription.h"
+#include "platform/simulated/estate/VersionDescription.h"
 
 namespace veldmark::simulated {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/simulated/SimulatedPlatform.h"
+#include "platform/simulated/families/SimulatedPlatform.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/Handles.h"
-#include "platform/simulated/FileNames.h"
+#include "platform/simulated/estate/FileNames.h"
 
 namespace veldmark::simulated {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/Handles.h"
-#include "platform/simulated/SimulatedPlatform.h"
+#include "platform/simulated/families/SimulatedPlatform.h"
 #include "support/SecurityText.h"
 
 namespace veldmark::simulated {

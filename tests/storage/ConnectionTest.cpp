@@ -1,6 +1,6 @@
 #include "apartment/Apartment.h"
 #include "automation/Secret.h"
-#include "platform/simulated/SimulatedPlatform.h"
+#include "platform/simulated/families/SimulatedPlatform.h"
 #include "root/SystemRoot.h"
 #include "support/MixedPlatform.h"
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/simulated/VersionDescription.h"
+#include "platform/simulated/estate/VersionDescription.h"
 #include "storage/StorageFixture.h"
 
 namespace veldmark {

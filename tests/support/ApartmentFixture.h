@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "apartment/Apartment.h"
-#include "platform/simulated/SimulatedPlatform.h"
+#include "platform/simulated/families/SimulatedPlatform.h"
 
 namespace veldmark {
 

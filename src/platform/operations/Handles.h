@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "automation/LastError.h"
 #include "platform/operations/FileSystem.h"
-#include "platform/operations/LastError.h"
 #include "platform/operations/Messages.h"
 #include "platform/operations/NetworkManagement.h"
 #include "platform/operations/Registry.h"

@@ -4,7 +4,7 @@
 
 #include <type_traits>
 
-#include "platform/operations/LastError.h"
+#include "automation/LastError.h"
 
 namespace veldmark {
 

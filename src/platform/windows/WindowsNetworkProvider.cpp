@@ -1,7 +1,7 @@
 #include "platform/windows/WindowsNetworkProvider.h"
 
+#include "automation/LastError.h"
 #include "platform/operations/ErrorCodes.h"
-#include "platform/operations/LastError.h"
 #include "platform/windows/Recorded.h"
 #include "platform/windows/Sdk.h"
 #include "platform/windows/WineDifferences.h"

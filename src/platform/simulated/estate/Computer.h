@@ -1,0 +1,122 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "automation/Text.h"
+#include "platform/operations/FileSystem.h"
+#include "platform/operations/NetworkManagement.h"
+#include "platform/simulated/estate/FileNode.h"
+#include "platform/simulated/estate/RegistryNode.h"
+
+namespace veldmark::simulated {
+
+// The file system on a drive, or on the medium in it. Sizes are bytes.
+struct Volume {
+  Text label;
+  Text file_system = u"NTFS";
+  DWORD serial = 0;
+  DWORD flags = 0x000700FF;
+  DWORD maximum_component_length = 255;
+  std::uint64_t total = std::uint64_t{64} << 30;
+  std::uint64_t free = std::uint64_t{16} << 30;
+  std::optional<std::uint64_t> free_to_caller;  // what is free, where nothing else is said
+  bool ready = true;                            // false: there is no medium in the drive
+};
+
+struct Drive {
+  UINT type = kDriveFixed;
+  std::shared_ptr<FileNode> root;
+  Volume volume;
+};
+
+struct Share {
+  Text name;
+  std::shared_ptr<FileNode> folder;  // null for what isn't a folder
+  bool denied = false;
+  DWORD type = kShareTypeDisk;
+  Text path{};             // of the folder on its computer, or the name of what else is shared
+  SecurityRef security{};  // null: none
+  const Drive* drive = nullptr;  // the one that the folder lies on
+  // What a connection must give. A share that asks for either is closed without one.
+  std::optional<Text> user = std::nullopt;
+  std::optional<Text> password = std::nullopt;
+  bool provider_fails = false;  // connecting ends in the provider's own error
+
+  bool asks_who() const { return user.has_value() || password.has_value(); }
+};
+
+// A named object that has a descriptor.
+struct NamedObject {
+  Text name;
+  SecurityRef security;
+};
+
+enum class RemoteRegistry { Allowed, Denied, Stopped };
+
+// One computer of an estate: its drives, shares and registry. The adding members take local paths
+// such as "C:\Data\a.txt", add what is missing on the way, and throw std::invalid_argument for a
+// path that no folder or file can have.
+class Computer {
+ public:
+  Computer(Text name, Ticks now);
+
+  const Text& name() const { return name_; }
+
+  // A computer that can't be reached answers as one that doesn't exist.
+  bool is_reachable() const { return reachable_; }
+  void SetReachable(bool reachable) { reachable_ = reachable; }
+  RemoteRegistry remote_registry() const { return remote_registry_; }
+  void SetRemoteRegistry(RemoteRegistry state) { remote_registry_ = state; }
+
+  // A drive of fixed type is also shared for administration, as "C$".
+  FileNode& AddDrive(char16_t letter, UINT type = kDriveFixed);
+  FileNode& AddFolder(TextView path);
+  FileNode& AddFile(TextView path, std::string_view content = {});
+  // A share of another type than kShareTypeDisk has any path that describes it.
+  Share& AddShare(TextView name, TextView path, bool denied = false, DWORD type = kShareTypeDisk);
+  // With the descriptor that services and printers usually have, unless one is given. Replaces an
+  // object of the same name.
+  void AddService(TextView name, std::optional<SecurityDescriptor> security = std::nullopt);
+  void AddPrinter(TextView name, std::optional<SecurityDescriptor> security = std::nullopt);
+  // The volume of a drive that was added.
+  Volume& volume(char16_t letter);
+
+  // The file or folder at a local path; null if there is none.
+  std::shared_ptr<FileNode> Find(TextView path) const;
+
+  const std::map<char16_t, Drive>& drives() const { return drives_; }
+  // By name, without regard to case; null if there is none.
+  const Share* FindShare(TextView name) const;
+  Share* FindShare(TextView name);
+  NamedObject* FindService(TextView name);
+  NamedObject* FindPrinter(TextView name);
+
+  // Whether media commands find a disc player; without a word, where there is a drive for one.
+  bool has_disc_device() const;
+  void SetDiscDevice(bool present) { disc_device_ = present; }
+
+  RegistryNode& local_machine() { return *local_machine_; }
+  RegistryNode& users() { return *users_; }
+  const std::shared_ptr<RegistryNode>& local_machine_node() const { return local_machine_; }
+  const std::shared_ptr<RegistryNode>& users_node() const { return users_; }
+
+ private:
+  FileNode& Add(TextView path, bool is_folder);
+
+  Text name_;
+  Ticks now_;
+  bool reachable_ = true;
+  RemoteRegistry remote_registry_ = RemoteRegistry::Allowed;
+  std::optional<bool> disc_device_;
+  std::map<char16_t, Drive> drives_;
+  std::map<Text, Share> shares_;
+  std::map<Text, NamedObject> services_;
+  std::map<Text, NamedObject> printers_;
+  std::shared_ptr<RegistryNode> local_machine_;
+  std::shared_ptr<RegistryNode> users_;
+};
+
+}  // namespace veldmark::simulated

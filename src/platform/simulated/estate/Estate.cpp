@@ -1,0 +1,162 @@
+#include "platform/simulated/estate/Estate.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "automation/CaseMapping.h"
+#include "platform/simulated/estate/FileNames.h"
+#include "platform/simulated/estate/PublishedMessages.h"
+
+namespace veldmark::simulated {
+namespace {
+
+Text ConnectionKey(TextView computer, TextView share) {
+  return ToUpper(Text(computer) + u'\\' + Text(share));
+}
+
+}  // namespace
+
+std::optional<NetworkName> NetworkName::Parse(TextView text) {
+  if (!text.starts_with(u"\\\\")) return std::nullopt;
+  text.remove_prefix(2);
+  const std::size_t server_end = text.find(u'\\');
+  if (server_end == 0 || server_end == TextView::npos) return std::nullopt;
+  const std::size_t share_end = text.find(u'\\', server_end + 1);
+  NetworkName name{.server = Text(text.substr(0, server_end)),
+                   .share = Text(text.substr(server_end + 1, share_end - server_end - 1)),
+                   .below = Text()};
+  if (share_end != TextView::npos) name.below = text.substr(share_end + 1);
+  if (name.share.empty()) return std::nullopt;
+  return name;
+}
+
+Estate::Estate(WithoutComputers, Ticks now)
+    : start_(now), now_(now), system_messages_(PublishedSystemMessages()) {
+  token_ = std::make_shared<Token>(MakeAdministratorToken(*Sid::FromText(user_sid_)));
+  modules_[u"NETMSG.DLL"] = PublishedNetworkMessages();
+}
+
+Estate::Estate(TextView local, Ticks now) : Estate(WithoutComputers(), now) {
+  AddComputer(local).AddDrive(u'C');
+}
+
+Estate Estate::Empty(Ticks now) { return Estate(WithoutComputers(), now); }
+
+Computer& Estate::AddComputer(TextView name) {
+  if (!IsValidName(name) || name.size() > 15) {
+    throw std::invalid_argument("a computer's name has 1 to 15 characters");
+  }
+  if (FindComputer(name) != nullptr) throw std::invalid_argument("the name is taken");
+  return computers_.emplace_back(Text(name), now_);
+}
+
+Computer* Estate::FindComputer(TextView name) {
+  const std::size_t start = name.find_first_not_of(u'\\');
+  const TextView bare = start == TextView::npos ? TextView() : name.substr(start);
+  for (Computer& computer : computers_) {
+    if (EqualNoCase(computer.name(), bare)) return &computer;
+  }
+  return EqualNoCase(bare, u"localhost") && !computers_.empty() ? &local() : nullptr;
+}
+
+Computer* Estate::ReachComputer(TextView name) {
+  Computer* const computer = FindComputer(name);
+  return computer != nullptr && computer->is_reachable() ? computer : nullptr;
+}
+
+void Estate::SetTimeZone(const TIME_ZONE_INFORMATION& zone, DWORD current) {
+  time_zone_ = zone;
+  current_zone_ = current;
+}
+
+LONG Estate::bias() const {
+  switch (current_zone_) {
+    case kTimeZoneIdStandard:
+      return time_zone_.Bias + time_zone_.StandardBias;
+    case kTimeZoneIdDaylight:
+      return time_zone_.Bias + time_zone_.DaylightBias;
+    default:
+      return time_zone_.Bias;
+  }
+}
+
+void Estate::SetUser(Text name, Text sid) {
+  const auto parsed = Sid::FromText(sid);
+  if (!parsed) throw std::invalid_argument("is no SID");
+  SetToken(MakeAdministratorToken(*parsed));
+  user_name_ = std::move(name);
+  user_sid_ = std::move(sid);
+}
+
+Sid Estate::domain() const {
+  const Sid domain = token_->user().Domain();
+  return domain.bytes().size() > 12 ? domain : DefaultDomainSid();
+}
+
+void Estate::AddDirectoryObject(TextView name, std::optional<SecurityDescriptor> security) {
+  static constexpr TextView kUsual = u"O:BAG:BAD:AI(A;;GA;;;SY)(A;CI;GA;;;BA)(A;;RPLCLORC;;;AU)";
+  directory_objects_[ToUpper(name)] = {
+      Text(name), SecurityBlock::Make(security ? std::move(*security) : DescriptorOf(kUsual))};
+}
+
+NamedObject* Estate::FindDirectoryObject(TextView name) {
+  const auto found = directory_objects_.find(ToUpper(name));
+  return found == directory_objects_.end() ? nullptr : &found->second;
+}
+
+std::shared_ptr<RegistryNode> Estate::current_user_node() {
+  auto key = local().users().Find(user_sid_);
+  if (key == nullptr) {
+    // A user's own part of the registry is closed to other users.
+    local().users().Key(user_sid_).Security(u"D:P(A;CI;KA;;;" + user_sid_ +
+                                            u")(A;CI;KA;;;BA)(A;CI;KA;;;SY)");
+    key = local().users().Find(user_sid_);
+  }
+  key->Key(u"Software");
+  return key;
+}
+
+void Estate::MapDrive(char16_t letter, Text target) {
+  letter = UpperCase(letter);
+  if (letter < u'A' || letter > u'Z' || local().drives().contains(letter)) {
+    throw std::invalid_argument("no free drive letter");
+  }
+  if (!NetworkName::Parse(target)) {
+    throw std::invalid_argument("a mapped drive needs a server and a share");
+  }
+  while (target.ends_with(u'\\')) target.pop_back();
+  mapped_drives_[letter] = std::move(target);
+}
+
+void Estate::Connect(const Computer& computer, const Share& share) {
+  connections_.insert(ConnectionKey(computer.name(), share.name));
+}
+
+bool Estate::IsOpen(const Computer& computer, const Share& share) const {
+  return connections_.contains(ConnectionKey(computer.name(), share.name));
+}
+
+bool Estate::Disconnect(const Computer& computer, const Share& share) {
+  return connections_.erase(ConnectionKey(computer.name(), share.name)) != 0;
+}
+
+bool Estate::IsConnected(const Computer& computer, const Share& share) const {
+  if (IsOpen(computer, share)) return true;
+  const Text key = ConnectionKey(computer.name(), share.name);
+  return std::ranges::any_of(mapped_drives_, [&](const auto& mapped) {
+    const auto name = NetworkName::Parse(mapped.second);
+    return name && ConnectionKey(name->server, name->share) == key;
+  });
+}
+
+void Estate::AddSystemMessage(DWORD number, Text text) {
+  system_messages_[number] = std::move(text);
+}
+
+void Estate::AddModule(TextView name, MessageTable messages) {
+  modules_[ToUpper(name)] = std::move(messages);
+}
+
+void Estate::RemoveModule(TextView name) { modules_.erase(ToUpper(name)); }
+
+}  // namespace veldmark::simulated

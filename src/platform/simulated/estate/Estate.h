@@ -1,0 +1,131 @@
+#pragma once
+
+#include <deque>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+
+#include "automation/Text.h"
+#include "platform/operations/System.h"
+#include "platform/simulated/estate/Computer.h"
+#include "platform/simulated/estate/Token.h"
+
+namespace veldmark::simulated {
+
+// "\\srv\share\below", taken apart.
+struct NetworkName {
+  Text server;
+  Text share;
+  Text below;
+
+  // Nothing for a text without a server or without a share.
+  static std::optional<NetworkName> Parse(TextView text);
+};
+
+// A small world of computers, seen from one of them, with a clock that only moves when it is told
+// to. Everything that the simulated platform answers comes from here. Estates share nothing with
+// each other.
+class Estate {
+ public:
+  // The clock of an estate that says nothing else: 2024-03-05 14:30:00 UTC.
+  static constexpr Ticks kDefaultTime = 133'541'226'000'000'000;
+
+  // `local` is the name of the computer that the platform runs on. It starts with a drive C.
+  explicit Estate(TextView local = u"LOCALHOST", Ticks now = kDefaultTime);
+  // An estate without any computer yet: the first that is added is the local one.
+  static Estate Empty(Ticks now);
+
+  Estate(Estate&&) = default;
+  Estate& operator=(Estate&&) = default;
+
+  Computer& AddComputer(TextView name);
+  Computer& local() { return computers_.front(); }
+  const Computer& local() const { return computers_.front(); }
+  // By name, without regard to case and with or without leading backslashes; null if there is none.
+  Computer* FindComputer(TextView name);
+  // The same, for one that can be reached.
+  Computer* ReachComputer(TextView name);
+
+  Ticks now() const { return now_; }
+  void Advance(std::uint64_t milliseconds) { now_ += milliseconds * kTicksPerMillisecond; }
+  // Since the estate began, as timers tell it.
+  std::uint64_t milliseconds() const { return (now_ - start_) / kTicksPerMillisecond; }
+
+  // The zone and the part of the year that is in force (one of kTimeZoneId...).
+  void SetTimeZone(const TIME_ZONE_INFORMATION& zone, DWORD current);
+  const TIME_ZONE_INFORMATION& time_zone() const { return time_zone_; }
+  DWORD current_zone() const { return current_zone_; }
+  // Minutes from local time to UTC, now.
+  LONG bias() const;
+
+  const Text& user_name() const { return user_name_; }
+  // The user's program has a usual administrator's token, until it is given another. Throws
+  // std::invalid_argument if `sid` is none.
+  void SetUser(Text name, Text sid);
+  // What the user's program may do.
+  Token& token() { return *token_; }
+  const std::shared_ptr<Token>& shared_token() const { return token_; }
+  void SetToken(Token token) { *token_ = std::move(token); }
+  // What the accounts belong to that a descriptor names by alias: the user's domain, if he has one.
+  Sid domain() const;
+  // HKEY_CURRENT_USER: the local user's key below HKEY_USERS.
+  RegistryNode& current_user() { return *current_user_node(); }
+  std::shared_ptr<RegistryNode> current_user_node();
+
+  const Text& current_folder() const { return current_folder_; }
+  void SetCurrentFolder(Text path) { current_folder_ = std::move(path); }
+  const Text& module_folder() const { return module_folder_; }
+  void SetModuleFolder(Text path) { module_folder_ = std::move(path); }
+
+  // Redirects a drive letter of the local computer to a share ("\\srv\share", perhaps with folders
+  // behind it).
+  void MapDrive(char16_t letter, Text target);
+  const std::map<char16_t, Text>& mapped_drives() const { return mapped_drives_; }
+  // False if the letter isn't redirected.
+  bool UnmapDrive(char16_t letter) { return mapped_drives_.erase(letter) != 0; }
+
+  // Connections to shares without a drive letter, by computer and share in upper case.
+  void Connect(const Computer& computer, const Share& share);
+  bool IsOpen(const Computer& computer, const Share& share) const;
+  // False if there is none.
+  bool Disconnect(const Computer& computer, const Share& share);
+  // Whether there is a connection to the share, with or without a drive letter.
+  bool IsConnected(const Computer& computer, const Share& share) const;
+
+  // An object of the directory, by its distinguished name, with the descriptor that such objects
+  // usually have unless one is given. Replaces an object of the same name.
+  void AddDirectoryObject(TextView name, std::optional<SecurityDescriptor> security = std::nullopt);
+  // Without regard to case; null if there is none.
+  NamedObject* FindDirectoryObject(TextView name);
+
+  // The system's message texts: the published English ones, with additions.
+  const MessageTable& system_messages() const { return system_messages_; }
+  void AddSystemMessage(DWORD number, Text text);
+  // Modules that are found by a bare name, such as "netmsg.dll", which is there from the start.
+  void AddModule(TextView name, MessageTable messages);
+  void RemoveModule(TextView name);
+  const std::map<Text, MessageTable>& modules() const { return modules_; }
+
+ private:
+  struct WithoutComputers {};
+  Estate(WithoutComputers, Ticks now);
+
+  Ticks start_;
+  Ticks now_;
+  std::deque<Computer> computers_;
+  TIME_ZONE_INFORMATION time_zone_{};
+  DWORD current_zone_ = kTimeZoneIdUnknown;
+  Text user_name_ = u"user";
+  Text user_sid_ = u"S-1-5-21-1085031214-1563985344-725345543-1001";
+  std::shared_ptr<Token> token_;
+  std::map<Text, NamedObject> directory_objects_;
+  Text current_folder_ = u"C:\\";
+  Text module_folder_ = u"C:\\Program Files\\Veldmark2";
+  std::map<char16_t, Text> mapped_drives_;
+  std::set<Text> connections_;
+  MessageTable system_messages_;
+  std::map<Text, MessageTable> modules_;
+};
+
+}  // namespace veldmark::simulated

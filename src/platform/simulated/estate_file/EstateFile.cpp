@@ -1,0 +1,123 @@
+#include "platform/simulated/estate_file/EstateFile.h"
+
+#include <array>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+
+#include "automation/CaseMapping.h"
+#include "platform/simulated/estate_file/ComputerReader.h"
+#include "platform/simulated/estate_file/UserReader.h"
+#include "platform/simulated/estate_file/Values.h"
+
+namespace veldmark::simulated {
+namespace {
+
+using Json = nlohmann::json;
+
+void ReadTimeZone(const Node& node, Estate& estate) {
+  node.OnlyFields(
+      {"bias", "standardName", "standardBias", "daylightName", "daylightBias", "current"});
+  const auto bias = [&](const char* name) {
+    const auto field = node.Field(name);
+    return field ? static_cast<LONG>(field->Integer(-1440, 1440)) : 0;
+  };
+  TIME_ZONE_INFORMATION zone{};
+  const auto name = [&](const char* field_name, WCHAR(&place)[32]) {
+    const auto field = node.Field(field_name);
+    if (!field) return;
+    const Text text = field->String();
+    if (text.size() >= std::size(place)) field->Complain("may have 31 characters");
+    text.copy(place, text.size());
+  };
+  zone.Bias = bias("bias");
+  zone.StandardBias = bias("standardBias");
+  zone.DaylightBias = bias("daylightBias");
+  name("standardName", zone.StandardName);
+  name("daylightName", zone.DaylightName);
+  static constexpr std::array<DWORD, 4> kIds = {kTimeZoneIdUnknown, kTimeZoneIdStandard,
+                                                kTimeZoneIdDaylight, kTimeZoneIdInvalid};
+  const auto current = node.Field("current");
+  const std::size_t index =
+      current ? current->OneOf({"unknown", "standard", "daylight", "invalid"}) : 0;
+  estate.SetTimeZone(zone, kIds[index]);
+}
+
+}  // namespace
+
+Estate ReadEstate(std::string_view text) {
+  Json json;
+  try {
+    json = Json::parse(text);
+  } catch (const Json::parse_error& error) {
+    std::size_t line = 1;
+    std::size_t column = 1;
+    for (const char unit : text.substr(0, error.byte > 0 ? error.byte - 1 : 0)) {
+      column = unit == '\n' ? 1 : column + 1;
+      if (unit == '\n') ++line;
+    }
+    throw EstateFileError("line " + std::to_string(line) + ", column " + std::to_string(column),
+                          "is no JSON");
+  }
+  const Node root(json, "");
+  root.OnlyFields({"clock", "timeZone", "user", "currentFolder", "moduleFolder", "mappedDrives",
+                   "messages", "modules", "computers", "directoryObjects"});
+  const auto clock = root.Field("clock");
+  Estate estate = Estate::Empty(clock ? ReadTime(*clock) : Estate::kDefaultTime);
+  if (const auto zone = root.Field("timeZone")) ReadTimeZone(*zone, estate);
+  if (const auto user = root.Field("user")) ReadUser(*user, estate);
+  if (const auto folder = root.Field("currentFolder")) {
+    const Text path = folder->String();
+    const bool is_full = path.size() >= 3 && path[1] == u':' && path[2] == u'\\' &&
+                         UpperCase(path[0]) >= u'A' && UpperCase(path[0]) <= u'Z';
+    if (!is_full) folder->Complain("must be a full local path");
+    estate.SetCurrentFolder(path);
+  }
+  if (const auto folder = root.Field("moduleFolder")) estate.SetModuleFolder(folder->String());
+  if (const auto messages = root.Field("messages")) {
+    for (auto& [number, message] : ReadMessages(*messages)) {
+      estate.AddSystemMessage(number, message);
+    }
+  }
+  if (const auto modules = root.Field("modules")) {
+    for (const auto& [name, module] : modules->Members()) {
+      if (module.IsNull()) {
+        estate.RemoveModule(FromUtf8(name));
+      } else {
+        estate.AddModule(FromUtf8(name), ReadMessages(module));
+      }
+    }
+  }
+  const Node computers = root.Required("computers");
+  if (computers.Elements().empty()) computers.Complain("needs at least the local computer");
+  for (const Node& computer : computers.Elements()) ReadComputer(computer, estate);
+  if (const auto objects = root.Field("directoryObjects")) {
+    ReadNamedObjects(*objects, estate, [&](const Node& place, TextView text, auto security) {
+      if (estate.FindDirectoryObject(text) != nullptr) place.Complain("the name is taken");
+      estate.AddDirectoryObject(text, std::move(security));
+    });
+  }
+  if (const auto mapped = root.Field("mappedDrives")) {
+    for (const auto& [name, target] : mapped->Members()) {
+      const char16_t letter = ReadDriveLetter(target, name);
+      const Text share = target.String();
+      target.Try([&] { estate.MapDrive(letter, share); });
+    }
+  }
+  return estate;
+}
+
+Estate ReadEstateFile(const std::string& file_name) {
+  std::ifstream file(file_name, std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  if (!file) throw EstateFileError(file_name, "cannot be read");
+  try {
+    return ReadEstate(text);
+  } catch (const EstateFileError& error) {
+    throw EstateFileError(
+        file_name + ": " + (error.place().empty() ? "/" : error.place()),
+        std::string(error.what()).substr((error.place().empty() ? 1 : error.place().size()) + 2));
+  }
+}
+
+}  // namespace veldmark::simulated

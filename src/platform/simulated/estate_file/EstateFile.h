@@ -1,0 +1,31 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "platform/simulated/estate/Estate.h"
+
+namespace veldmark::simulated {
+
+// What is wrong with a described estate, and where: `place` is a JSON pointer such as
+// "/computers/0/drives/C:/children/2/size", or a line and column where the text is no JSON.
+class EstateFileError : public std::runtime_error {
+ public:
+  EstateFileError(std::string place, const std::string& problem)
+      : std::runtime_error((place.empty() ? "/" : place) + ": " + problem),
+        place_(std::move(place)) {}
+
+  const std::string& place() const { return place_; }
+
+ private:
+  std::string place_;
+};
+
+// The estate that a JSON text describes (docs/estate.md). Throws EstateFileError.
+Estate ReadEstate(std::string_view json);
+
+// The same from a file, whose name the errors' texts begin with.
+Estate ReadEstateFile(const std::string& file_name);
+
+}  // namespace veldmark::simulated

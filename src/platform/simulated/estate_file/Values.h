@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <string_view>
+#include <vector>
+
+#include "platform/simulated/estate/Estate.h"
+#include "platform/simulated/estate_file/Node.h"
+
+namespace veldmark::simulated {
+
+// The values that several subjects of an estate file are made of.
+
+// How deep folders and keys may be nested.
+inline constexpr int kDeepestFolder = 200;
+
+// "2024-03-05T14:30:00Z", perhaps with a fraction of a second.
+Ticks ReadTime(const Node& node);
+std::vector<std::uint8_t> ReadHex(const Node& node);
+// Texts by message number.
+MessageTable ReadMessages(const Node& node);
+// Of a field's name such as "C:".
+char16_t ReadDriveLetter(const Node& node, std::string_view name);
+// A descriptor as a string, in which account aliases belong to the estate's user's domain.
+SecurityDescriptor ReadSecurity(const Node& node, const Estate& estate);
+Sid ReadSid(const Node& node);
+
+// Services and printers: objects that have a name and perhaps a descriptor.
+template <typename Add>
+void ReadNamedObjects(const Node& node, const Estate& estate, Add add) {
+  for (const Node& object : node.Elements()) {
+    object.OnlyFields({"name", "security"});
+    const Node name = object.Required("name");
+    const Text text = name.String();
+    if (text.empty()) name.Complain("needs a name");
+    const auto field = object.Field("security");
+    add(name, text, field ? std::optional(ReadSecurity(*field, estate)) : std::nullopt);
+  }
+}
+
+}  // namespace veldmark::simulated

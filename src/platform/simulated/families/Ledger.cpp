@@ -1,0 +1,51 @@
+#include "platform/simulated/families/Ledger.h"
+
+#include <algorithm>
+#include <array>
+
+namespace veldmark::simulated {
+namespace {
+
+std::string Name(Resource resource) {
+  static constexpr std::array<const char*, 8> kNames = {
+      "find handle",  "file handle", "registry key", "module",
+      "local memory", "task memory", "token",        "network buffer"};
+  return kNames[static_cast<std::size_t>(resource)];
+}
+
+}  // namespace
+
+void Ledger::Opened(Resource resource, std::uintptr_t value, std::string_view operation,
+                    std::string detail) {
+  open_.push_back({resource, value, std::string(operation), std::move(detail)});
+}
+
+bool Ledger::Closed(Resource resource, std::uintptr_t value, std::string_view operation) {
+  // The latest is the likeliest to go first.
+  const auto found = std::find_if(open_.rbegin(), open_.rend(), [&](const Entry& entry) {
+    return entry.resource == resource && entry.value == value;
+  });
+  if (found == open_.rend()) {
+    Misused(resource, value, operation);
+    return false;
+  }
+  open_.erase(std::next(found).base());
+  return true;
+}
+
+void Ledger::Misused(Resource resource, std::uintptr_t value, std::string_view operation) {
+  faults_.push_back(std::string(operation) + ": " + std::to_string(value) + " is no open " +
+                    Name(resource));
+}
+
+std::string Ledger::Report() const {
+  std::string report;
+  for (const Entry& entry : open_) {
+    report +=
+        "open " + Name(entry.resource) + " of " + entry.operation + "(" + entry.detail + ")\n";
+  }
+  for (const std::string& fault : faults_) report += "fault: " + fault + "\n";
+  return report;
+}
+
+}  // namespace veldmark::simulated

@@ -1,0 +1,46 @@
+#include "platform/simulated/families/Session.h"
+
+#include "automation/LastError.h"
+
+namespace veldmark::simulated {
+
+DWORD Session::Begin(std::string_view operation, TextView argument) {
+  BeginSafe(operation, argument);
+  return faults.Next(operation);
+}
+
+void Session::BeginSafe(std::string_view operation, TextView argument) {
+  SetLastPlatformError(0);
+  journal.Record(operation, ToUtf8(argument));
+}
+
+void* Session::AllocateLocal(std::size_t size, std::string_view operation, std::string detail) {
+  return Allocate(local_memory, Resource::LocalMemory, size, operation, std::move(detail));
+}
+
+void* Session::AllocateNetwork(std::size_t size, std::string_view operation, std::string detail) {
+  return Allocate(network_memory, Resource::NetworkBuffer, size, operation, std::move(detail));
+}
+
+void* Session::Allocate(Blocks& blocks, Resource resource, std::size_t size,
+                        std::string_view operation, std::string detail) {
+  // A block of no bytes is a block all the same.
+  auto block = std::make_unique<std::byte[]>(size == 0 ? 1 : size);
+  void* const memory = block.get();
+  blocks[memory] = std::move(block);
+  ledger.Opened(resource, reinterpret_cast<std::uintptr_t>(memory), operation, std::move(detail));
+  return memory;
+}
+
+BOOL Fail(DWORD code) {
+  SetLastPlatformError(code);
+  return 0;
+}
+
+TextView ViewOf(const char16_t* text) { return text == nullptr ? TextView() : TextView(text); }
+
+std::uintptr_t ValueOf(HANDLE handle) { return reinterpret_cast<std::uintptr_t>(handle); }
+
+HANDLE HandleOf(std::uintptr_t value) { return reinterpret_cast<HANDLE>(value); }
+
+}  // namespace veldmark::simulated

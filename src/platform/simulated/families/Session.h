@@ -1,0 +1,86 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string_view>
+
+#include "automation/Text.h"
+#include "platform/simulated/estate/Estate.h"
+#include "platform/simulated/families/FaultHook.h"
+#include "platform/simulated/families/Journal.h"
+#include "platform/simulated/families/Ledger.h"
+
+namespace veldmark::simulated {
+
+// A file or folder that a handle stands for.
+struct OpenFile {
+  std::shared_ptr<FileNode> node;
+  Sharing sharing;
+  DWORD access = 0;  // what the handle may do, without generic bits
+  bool deletes_on_close = false;
+  std::uint64_t position = 0;
+
+  bool reads() const { return (access & kFileReadData) != 0; }
+  bool writes() const { return (access & (kFileWriteData | kFileAppendData)) != 0; }
+  bool appends_only() const { return (access & kFileWriteData) == 0; }
+};
+
+// A token that a handle stands for.
+struct OpenToken {
+  std::shared_ptr<Token> token;
+  DWORD access = 0;
+  bool is_for_impersonation = false;
+};
+
+// What the families of one simulated platform share.
+struct Session {
+  using Blocks = std::map<void*, std::unique_ptr<std::byte[]>>;
+
+  explicit Session(Estate described) : estate(std::move(described)) {}
+
+  // Begins a call: clears the last error, notes the call, and returns 0 or the code that the call
+  // is to fail with before it has any effect.
+  DWORD Begin(std::string_view operation, TextView argument = {});
+
+  // Clears the last error for a call that can't fail.
+  void BeginSafe(std::string_view operation, TextView argument = {});
+
+  // A value for a new handle, never handed out before. Handles are small positive numbers.
+  std::uintptr_t NewHandle() { return next_handle += 4; }
+
+  // A zeroed block of the local heap, noted as handed out by this operation.
+  void* AllocateLocal(std::size_t size, std::string_view operation, std::string detail);
+
+  // The same for a block of the network functions.
+  void* AllocateNetwork(std::size_t size, std::string_view operation, std::string detail);
+
+  Estate estate;
+  Ledger ledger;
+  Journal journal;
+  FaultHook faults;
+  std::uintptr_t next_handle = 0x100;
+  Blocks local_memory;
+  Blocks network_memory;
+  // Files and tokens are closed by the same operation.
+  std::map<std::uintptr_t, std::unique_ptr<OpenFile>> files;
+  std::map<std::uintptr_t, OpenToken> tokens;
+  // The file handles that hold a connection open: its drive ("Z:") or share, in upper case.
+  std::map<std::uintptr_t, Text> network_handles;
+
+ private:
+  void* Allocate(Blocks& blocks, Resource resource, std::size_t size, std::string_view operation,
+                 std::string detail);
+};
+
+// Sets the last error and returns the failure form of most operations.
+BOOL Fail(DWORD code);
+
+// A NUL-terminated text; empty for null.
+TextView ViewOf(const char16_t* text);
+
+std::uintptr_t ValueOf(HANDLE handle);
+HANDLE HandleOf(std::uintptr_t value);
+
+}  // namespace veldmark::simulated

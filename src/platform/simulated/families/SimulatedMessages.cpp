@@ -1,0 +1,326 @@
+#include "platform/simulated/families/SimulatedMessages.h"
+
+#include <algorithm>
+#include <charconv>
+#include <string>
+
+#include "automation/CaseMapping.h"
+#include "platform/operations/ErrorCodes.h"
+#include "platform/simulated/estate/FileAccess.h"
+#include "platform/simulated/estate/Path.h"
+
+namespace veldmark::simulated {
+namespace {
+
+constexpr DWORD kErrorBadExeFormat = 193;
+constexpr DWORD kNotAnArgument = 100;
+
+bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+
+// English and the neutral defaults, the only languages of the tables.
+bool IsKnownLanguage(DWORD language) {
+  return language == 0 || language == 0x400 || language == 0x800 || (language & 0x3FF) == 0x09;
+}
+
+// One insert's number and format, as "%1" or "%12!-8s!".
+struct Insert {
+  DWORD number = kNotAnArgument;
+  Text format = u"s";
+  std::size_t end = 0;
+};
+
+Insert ReadInsert(TextView text, std::size_t start) {
+  Insert insert;
+  insert.number = text[start] - u'0';
+  insert.end = start + 1;
+  if (insert.end < text.size() && IsDigit(text[insert.end])) {
+    insert.number = insert.number * 10 + (text[insert.end++] - u'0');
+  }
+  if (insert.end < text.size() && text[insert.end] == u'!') {
+    const std::size_t close = text.find(u'!', insert.end + 1);
+    if (close != TextView::npos) {
+      insert.format = text.substr(insert.end + 1, close - insert.end - 1);
+      insert.end = close + 1;
+    }
+  }
+  return insert;
+}
+
+Text NumberText(std::uintptr_t value, char16_t conversion) {
+  char digits[32];
+  const auto narrow = static_cast<std::uint32_t>(value);
+  std::to_chars_result result{};
+  switch (conversion) {
+    case u'd':
+    case u'i':
+      result = std::to_chars(digits, digits + sizeof digits, static_cast<std::int32_t>(narrow));
+      break;
+    case u'u':
+      result = std::to_chars(digits, digits + sizeof digits, narrow);
+      break;
+    default:
+      result = std::to_chars(digits, digits + sizeof digits, narrow, 16);
+  }
+  Text text(digits, result.ptr);
+  return conversion == u'X' ? ToUpper(text) : text;
+}
+
+// Formats one argument by what stands between the exclamation marks: flags, width, precision, size,
+// conversion.
+Text FormatArgument(std::uintptr_t value, TextView format) {
+  std::size_t index = 0;
+  bool left = false;
+  bool zero = false;
+  for (; index < format.size() && TextView(u"-0#+ ").find(format[index]) != TextView::npos;
+       ++index) {
+    left = left || format[index] == u'-';
+    zero = zero || format[index] == u'0';
+  }
+  const auto number = [&] {
+    std::size_t result = 0;
+    for (; index < format.size() && IsDigit(format[index]); ++index) {
+      result = std::min<std::size_t>(result * 10 + (format[index] - u'0'), 0xFFFF);
+    }
+    return result;
+  };
+  const std::size_t width = number();
+  std::size_t precision = Text::npos;
+  if (index < format.size() && format[index] == u'.') {
+    ++index;
+    precision = number();
+  }
+  const char16_t conversion = format.empty() ? u's' : format.back();
+  Text text;
+  if (TextView(u"diuxX").find(conversion) != TextView::npos) {
+    text = NumberText(value, conversion);
+  } else if (conversion == u'c' || conversion == u'C') {
+    text = Text(1, static_cast<char16_t>(value));
+  } else {
+    zero = false;
+    const auto* const argument = reinterpret_cast<LPCWSTR>(value);
+    text = argument == nullptr ? Text(u"(null)") : Text(argument).substr(0, precision);
+  }
+  if (text.size() < width) {
+    const std::size_t missing = width - text.size();
+    text.insert(left ? text.size() : 0, missing, zero && !left ? u'0' : u' ');
+  }
+  return text;
+}
+
+// The text with its escapes resolved; nothing where an insert has no argument.
+std::optional<Text> Compose(TextView text, bool keeps_inserts, const std::uintptr_t* arguments) {
+  Text result;
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    const char16_t unit = text[index];
+    if (unit == u'\r' || unit == u'\n') {
+      result += u"\r\n";
+      if (unit == u'\r' && index + 1 < text.size() && text[index + 1] == u'\n') ++index;
+      continue;
+    }
+    if (unit != u'%' || index + 1 == text.size()) {
+      result += unit;
+      continue;
+    }
+    const char16_t escape = text[++index];
+    switch (escape) {
+      case u'0':
+        return result;
+      case u'n':
+        result += u"\r\n";
+        break;
+      case u'r':
+        result += u'\r';
+        break;
+      case u't':
+        result += u'\t';
+        break;
+      default:
+        if (keeps_inserts) {
+          result += u'%';
+          result += escape;
+        } else if (escape >= u'1' && escape <= u'9') {
+          const Insert insert = ReadInsert(text, index);
+          if (arguments == nullptr) return std::nullopt;
+          result += FormatArgument(arguments[insert.number - 1], insert.format);
+          index = insert.end - 1;
+        } else {
+          result += escape == u'b' ? u' ' : escape;
+        }
+    }
+  }
+  return result;
+}
+
+// Breaks or joins lines as the width in the flags asks: 0xFF joins all, another number breaks
+// before it.
+Text Rewrap(const Text& text, DWORD width) {
+  Text result;
+  std::size_t column = 0;
+  std::size_t start = 0;
+  while (start < text.size()) {
+    const std::size_t end = std::min(text.find_first_of(u" \r\n", start), text.size());
+    const std::size_t length = end - start;
+    if (width != kFormatMessageMaxWidthMask && column > 0 && column + length > width) {
+      while (result.ends_with(u' ')) result.pop_back();
+      result += u"\r\n";
+      column = 0;
+    }
+    result.append(text, start, length);
+    column += length;
+    start = std::min(text.find_first_not_of(u" \r\n", end), text.size());
+    if (end < text.size()) {
+      result += u' ';
+      ++column;
+    }
+  }
+  return result;
+}
+
+}  // namespace
+
+HMODULE SimulatedMessages::LoadLibraryExW(LPCWSTR library_file_name, HANDLE, DWORD flags) {
+  const TextView name = ViewOf(library_file_name);
+  if (const DWORD fault = session_.Begin("LoadLibraryExW", name)) {
+    Fail(fault);
+    return HMODULE{0};
+  }
+  const bool is_bare = name.find_first_of(u"\\/:") == TextView::npos;
+  if (is_bare) {
+    Text identity = ToUpper(name);
+    if (identity.find(u'.') == Text::npos) identity += u".DLL";
+    const auto& modules = session_.estate.modules();
+    if (const auto found = modules.find(identity); found != modules.end()) {
+      return Load(identity, found->second, name);
+    }
+    const bool as_data = (flags & kLoadLibraryAsDatafile) != 0;
+    Fail(name.empty() ? kErrorInvalidParameter : as_data ? kErrorFileNotFound : kErrorModNotFound);
+    return HMODULE{0};
+  }
+  const Place place = Find(Path::Parse(name, session_.estate), session_.estate);
+  DWORD error = place.error == kErrorPathNotFound ? kErrorFileNotFound : place.error;
+  if (place.node != nullptr) {
+    const FileNode& node = *place.node;
+    const Token& token = session_.estate.token();
+    if (node.is_folder() || node.read_denied() ||
+        CheckFileAccess(token, place, kFileReadData).error != 0) {
+      error = kErrorAccessDenied;
+    } else if (!node.CanOpen({.reads = true, .lets_read = true, .lets_delete = true})) {
+      error = kErrorSharingViolation;
+    } else if (node.messages() != nullptr) {
+      return Load(ToUpper(name), *node.messages(), name);
+    } else {
+      error = kErrorBadExeFormat;
+    }
+  }
+  Fail(error);
+  return HMODULE{0};
+}
+
+BOOL SimulatedMessages::FreeLibrary(HMODULE module) {
+  const DWORD fault = session_.Begin("FreeLibrary");
+  const auto value = static_cast<std::uintptr_t>(module);
+  if (!session_.ledger.Closed(Resource::Module, value, "FreeLibrary")) {
+    return Fail(value == 0 ? kErrorInvalidHandle : kErrorModNotFound);
+  }
+  const auto found = std::find_if(modules_.begin(), modules_.end(),
+                                  [&](const auto& entry) { return entry.second.handle == module; });
+  if (--found->second.loads == 0) modules_.erase(found);
+  return fault == 0 ? 1 : Fail(fault);
+}
+
+DWORD SimulatedMessages::FormatMessageW(DWORD flags, const void* source, DWORD message_id,
+                                        DWORD language_id, LPWSTR buffer, DWORD size,
+                                        void* arguments) {
+  if (const DWORD fault =
+          session_.Begin("FormatMessageW", ToText(static_cast<std::int64_t>(message_id)))) {
+    return static_cast<DWORD>(Fail(fault));
+  }
+  const bool allocates = (flags & kFormatMessageAllocateBuffer) != 0;
+  if (buffer == nullptr) return static_cast<DWORD>(Fail(kErrorInvalidParameter));
+  if (allocates) *reinterpret_cast<LPWSTR*>(buffer) = nullptr;
+  TextView text;
+  if (const DWORD error = FindText(flags, source, message_id, language_id, text)) {
+    return static_cast<DWORD>(Fail(error));
+  }
+  const bool has_array = (flags & kFormatMessageArgumentArray) != 0;
+  std::optional<Text> composed =
+      Compose(text, (flags & kFormatMessageIgnoreInserts) != 0,
+              has_array ? static_cast<const std::uintptr_t*>(arguments) : nullptr);
+  if (!composed) return static_cast<DWORD>(Fail(kErrorInvalidParameter));
+  if (const DWORD width = flags & kFormatMessageMaxWidthMask) *composed = Rewrap(*composed, width);
+  const std::size_t length = composed->size();
+  if (allocates) {
+    auto* const block = static_cast<LPWSTR>(
+        session_.AllocateLocal(std::max<std::size_t>(length + 1, size) * sizeof(WCHAR),
+                               "FormatMessageW", std::to_string(message_id)));
+    std::copy(composed->begin(), composed->end(), block);
+    *reinterpret_cast<LPWSTR*>(buffer) = block;
+  } else {
+    if (length + 1 > size) return static_cast<DWORD>(Fail(kErrorInsufficientBuffer));
+    std::copy_n(composed->c_str(), length + 1, buffer);
+  }
+  return static_cast<DWORD>(length);
+}
+
+HMODULE SimulatedMessages::Load(const Text& identity, const MessageTable& messages, TextView name) {
+  auto found = modules_.find(identity);
+  if (found == modules_.end()) {
+    const HMODULE handle{session_.NewHandle()};
+    found = modules_.emplace(identity, LoadedModule{handle, messages, 0}).first;
+  }
+  ++found->second.loads;
+  session_.ledger.Opened(Resource::Module, static_cast<std::uintptr_t>(found->second.handle),
+                         "LoadLibraryExW", ToUtf8(name));
+  return found->second.handle;
+}
+
+const SimulatedMessages::LoadedModule* SimulatedMessages::FindModule(const void* source) const {
+  for (const auto& [identity, module] : modules_) {
+    if (static_cast<std::uintptr_t>(module.handle) == reinterpret_cast<std::uintptr_t>(source)) {
+      return &module;
+    }
+  }
+  return nullptr;
+}
+
+DWORD SimulatedMessages::FindText(DWORD flags, const void* source, DWORD message_id,
+                                  DWORD language_id, TextView& text) const {
+  if ((flags & kFormatMessageFromString) != 0) {
+    if (source == nullptr ||
+        (flags & (kFormatMessageFromHmodule | kFormatMessageFromSystem)) != 0) {
+      return kErrorInvalidParameter;
+    }
+    text = static_cast<LPCWSTR>(source);
+    return 0;
+  }
+  DWORD error = kErrorInvalidParameter;
+  if ((flags & kFormatMessageFromHmodule) != 0) {
+    const LoadedModule* const module = FindModule(source);
+    if (module == nullptr) {
+      // The null module is the program itself, which has no messages.
+      if (source != nullptr) {
+        session_.ledger.Misused(Resource::Module, reinterpret_cast<std::uintptr_t>(source),
+                                "FormatMessageW");
+      }
+      error = kErrorResourceDataNotFound;
+    } else if (module->messages.empty()) {
+      error = kErrorResourceTypeNotFound;
+    } else if (const auto found = module->messages.find(message_id);
+               found == module->messages.end()) {
+      error = kErrorMrMidNotFound;
+    } else {
+      text = found->second;
+      error = IsKnownLanguage(language_id) ? 0 : kErrorResourceLangNotFound;
+    }
+  }
+  if (error != 0 && (flags & kFormatMessageFromSystem) != 0) {
+    const MessageTable& messages = session_.estate.system_messages();
+    const auto found = messages.find(message_id);
+    if (found == messages.end()) return kErrorMrMidNotFound;
+    text = found->second;
+    error = IsKnownLanguage(language_id) ? 0 : kErrorResourceLangNotFound;
+  }
+  return error;
+}
+
+}  // namespace veldmark::simulated

@@ -1,0 +1,130 @@
+#include "platform/simulated/families/SimulatedNetworkProvider.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+#include "automation/CaseMapping.h"
+#include "platform/operations/ErrorCodes.h"
+
+namespace veldmark::simulated {
+namespace {
+
+// The letter of "Z:", in upper case; 0 for anything else.
+char16_t DriveOf(TextView name) {
+  if (name.size() != 2 || name[1] != u':') return 0;
+  const char16_t letter = UpperCase(name[0]);
+  return letter >= u'A' && letter <= u'Z' ? letter : u'\0';
+}
+
+bool IsPrinterPort(TextView name) {
+  return name.size() == 4 && EqualNoCase(name.substr(0, 3), u"LPT") && name[3] >= u'1' &&
+         name[3] <= u'9';
+}
+
+bool IsFolderBelow(const FileNode& root, TextView path) {
+  std::shared_ptr<const FileNode> node = root.shared_from_this();
+  while (!path.empty() && node != nullptr) {
+    const std::size_t end = std::min(path.find(u'\\'), path.size());
+    if (end > 0) node = node->Child(path.substr(0, end));
+    path.remove_prefix(std::min(end + 1, path.size()));
+  }
+  return node != nullptr && node->is_folder();
+}
+
+}  // namespace
+
+DWORD SimulatedNetworkProvider::WNetGetUniversalNameW(LPCWSTR local_path, DWORD info_level,
+                                                      void* buffer, DWORD* buffer_size) {
+  const TextView path = ViewOf(local_path);
+  if (const DWORD fault = session_.Begin("WNetGetUniversalNameW", path)) return fault;
+  if (info_level != kUniversalNameInfoLevel) return kErrorInvalidLevel;
+  if (buffer_size == nullptr) return kErrorInvalidParameter;
+  if (path.size() < 2 || path[1] != u':') return kErrorBadDevice;
+  const auto& mapped = session_.estate.mapped_drives();
+  const auto found = mapped.find(UpperCase(path[0]));
+  if (found == mapped.end()) return kErrorNotConnected;
+  const Text name = found->second + Text(path.substr(2));
+  const std::size_t text_size = (name.size() + 1) * sizeof(WCHAR);
+  const std::size_t needed = sizeof(UNIVERSAL_NAME_INFOW) + text_size;
+  if (buffer == nullptr || *buffer_size < needed) {
+    *buffer_size = static_cast<DWORD>(needed);
+    return kErrorMoreData;
+  }
+  auto* const text = static_cast<std::uint8_t*>(buffer) + sizeof(UNIVERSAL_NAME_INFOW);
+  const UNIVERSAL_NAME_INFOW record{reinterpret_cast<LPWSTR>(text)};
+  std::memcpy(buffer, &record, sizeof record);
+  std::memcpy(text, name.c_str(), text_size);
+  return 0;
+}
+
+DWORD SimulatedNetworkProvider::WNetAddConnection3W(HWND, const NETRESOURCEW* resource,
+                                                    LPCWSTR password, LPCWSTR user_name, DWORD) {
+  const TextView local = resource == nullptr ? TextView() : ViewOf(resource->lpLocalName);
+  const TextView remote = resource == nullptr ? TextView() : ViewOf(resource->lpRemoteName);
+  // What is noted of a call never holds the password.
+  const Text noted = Text(local) + u" -> " + Text(remote) + u" as " + Text(ViewOf(user_name));
+  if (const DWORD fault = session_.Begin("WNetAddConnection3W", noted)) return fault;
+  Estate& estate = session_.estate;
+
+  if (remote.empty()) return kErrorInvalidParameter;
+  if (resource->dwType > kResourceTypePrint) return kErrorBadDevType;
+  const char16_t drive = DriveOf(local);
+  if (!local.empty()) {
+    if (drive == 0 && !IsPrinterPort(local)) return kErrorBadDevice;
+    const DWORD needed = drive != 0 ? kResourceTypeDisk : kResourceTypePrint;
+    if (resource->dwType != needed) return kErrorBadDevType;
+    if (estate.local().drives().contains(drive) || estate.mapped_drives().contains(drive)) {
+      return kErrorAlreadyAssigned;
+    }
+  }
+  const auto name = NetworkName::Parse(remote);
+  if (!name) return kErrorBadNetName;
+  const Computer* const computer = estate.ReachComputer(name->server);
+  if (computer == nullptr) return kErrorBadNetPath;
+  const Share* const share = computer->FindShare(name->share);
+  if (share == nullptr) return kErrorBadNetName;
+  if (share->provider_fails) return kErrorExtendedError;
+  if (resource->dwType == kResourceTypePrint) return kErrorBadDevType;
+  if (share->denied) return kErrorAccessDenied;
+  // Null stands for the caller himself, who isn't known to a share that asks.
+  if (share->user && (user_name == nullptr || !EqualNoCase(*share->user, user_name))) {
+    return kErrorLogonFailure;
+  }
+  if (share->password && (password == nullptr || *share->password != password)) {
+    return kErrorInvalidPassword;
+  }
+  if (!IsFolderBelow(*share->folder, name->below)) return kErrorBadNetName;
+  if (drive != 0) {
+    estate.MapDrive(drive, Text(remote));
+  } else {
+    estate.Connect(*computer, *share);
+  }
+  return 0;
+}
+
+DWORD SimulatedNetworkProvider::WNetCancelConnection2W(LPCWSTR connection, DWORD, BOOL force) {
+  const TextView named = ViewOf(connection);
+  if (const DWORD fault = session_.Begin("WNetCancelConnection2W", named)) return fault;
+  Estate& estate = session_.estate;
+  const char16_t drive = DriveOf(named);
+  const auto name = NetworkName::Parse(named);
+  const Computer* const computer = name ? estate.FindComputer(name->server) : nullptr;
+  const Share* const share = computer != nullptr ? computer->FindShare(name->share) : nullptr;
+  const bool connected = drive != 0 ? estate.mapped_drives().contains(drive)
+                                    : share != nullptr && estate.IsOpen(*computer, *share);
+  if (!connected) return kErrorNotConnected;
+  const Text key =
+      drive != 0 ? Text{drive, u':'} : ToUpper(u"\\\\" + name->server + u"\\" + name->share);
+  const bool in_use = std::ranges::any_of(session_.network_handles,
+                                          [&](const auto& handle) { return handle.second == key; });
+  if (in_use && force == 0) return kErrorOpenFiles;
+  if (drive != 0) {
+    estate.UnmapDrive(drive);
+  } else {
+    estate.Disconnect(*computer, *share);
+  }
+  return 0;
+}
+
+}  // namespace veldmark::simulated

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "platform/operations/Platform.h"
+#include "platform/simulated/families/Session.h"
+#include "platform/simulated/families/SimulatedFileSystem.h"
+#include "platform/simulated/families/SimulatedMessages.h"
+#include "platform/simulated/families/SimulatedMultimedia.h"
+#include "platform/simulated/families/SimulatedNetworkManagement.h"
+#include "platform/simulated/families/SimulatedNetworkProvider.h"
+#include "platform/simulated/families/SimulatedRegistry.h"
+#include "platform/simulated/families/SimulatedSecurity.h"
+#include "platform/simulated/families/SimulatedSystem.h"
+#include "platform/simulated/families/SimulatedTimers.h"
+#include "platform/simulated/families/SimulatedVersionInformation.h"
+
+namespace veldmark::simulated {
+
+// All families over one estate, with the estate's books. Used on one thread at a time.
+class SimulatedPlatform {
+ public:
+  explicit SimulatedPlatform(Estate estate = Estate()) : session_(std::move(estate)) {}
+  SimulatedPlatform(const SimulatedPlatform&) = delete;
+  SimulatedPlatform& operator=(const SimulatedPlatform&) = delete;
+
+  Platform platform() {
+    return {files_,
+            network_provider_,
+            messages_,
+            registry_,
+            system_,
+            timers_,
+            security_,
+            network_management_,
+            version_information_,
+            multimedia_};
+  }
+
+  SimulatedSecurity& security() { return security_; }
+  Estate& estate() { return session_.estate; }
+  Ledger& ledger() { return session_.ledger; }
+  Journal& journal() { return session_.journal; }
+  FaultHook& faults() { return session_.faults; }
+
+ private:
+  Session session_;
+  SimulatedFileSystem files_{session_};
+  SimulatedNetworkProvider network_provider_{session_};
+  SimulatedMessages messages_{session_};
+  SimulatedRegistry registry_{session_};
+  SimulatedSystem system_{session_};
+  SimulatedTimers timers_{session_};
+  SimulatedSecurity security_{session_};
+  SimulatedNetworkManagement network_management_{session_};
+  SimulatedVersionInformation version_information_{session_};
+  SimulatedMultimedia multimedia_{session_};
+};
+
+}  // namespace veldmark::simulated

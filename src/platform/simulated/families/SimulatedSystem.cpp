@@ -1,0 +1,243 @@
+#include "platform/simulated/families/SimulatedSystem.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/operations/ErrorCodes.h"
+
+namespace veldmark::simulated {
+namespace {
+
+constexpr UINT kCodePageWestern = 1252;
+// They choose among ways to write what a code page lacks, of which it has but one here.
+constexpr DWORD kBestFitAndCompositionFlags = 0x670;
+
+// Copies a name with its NUL if `size` characters are enough for it.
+bool Copy(TextView name, LPWSTR buffer, DWORD size) {
+  if (size < name.size() + 1) return false;
+  std::copy(name.begin(), name.end(), buffer);
+  buffer[name.size()] = u'\0';
+  return true;
+}
+
+// The Western code page: Latin-1 but for these 32. Bytes without a character stand for themselves.
+constexpr std::array<char16_t, 32> kWesternHigh = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+constexpr unsigned char kFirstWesternHigh = 0x80;
+
+char16_t FromWestern(unsigned char byte) {
+  const std::size_t index = byte - std::size_t{kFirstWesternHigh};
+  return index < kWesternHigh.size() ? kWesternHigh[index] : byte;
+}
+
+std::optional<char> ToWestern(char16_t unit) {
+  const auto* const found = std::ranges::find(kWesternHigh, unit);
+  if (found != kWesternHigh.end()) {
+    return static_cast<char>(kFirstWesternHigh + (found - kWesternHigh.begin()));
+  }
+  if (unit > 0xFF || FromWestern(static_cast<unsigned char>(unit)) != unit) return std::nullopt;
+  return static_cast<char>(unit);
+}
+
+bool IsKnown(UINT code_page) {
+  return code_page == kCodePageUtf8 || code_page == kCodePageAnsi || code_page == kCodePageWestern;
+}
+
+}  // namespace
+
+BOOL SimulatedSystem::GetUserNameW(LPWSTR buffer, DWORD* size) {
+  if (const DWORD fault = session_.Begin("GetUserNameW")) return Fail(fault);
+  const Text& name = session_.estate.user_name();
+  const bool fits = Copy(name, buffer, *size);
+  *size = static_cast<DWORD>(name.size() + 1);
+  return fits ? 1 : Fail(kErrorInsufficientBuffer);
+}
+
+BOOL SimulatedSystem::GetComputerNameW(LPWSTR buffer, DWORD* size) {
+  if (const DWORD fault = session_.Begin("GetComputerNameW")) return Fail(fault);
+  const Text& name = session_.estate.local().name();
+  const bool fits = Copy(name, buffer, *size);
+  *size = static_cast<DWORD>(fits ? name.size() : name.size() + 1);
+  return fits ? 1 : Fail(kErrorBufferOverflow);
+}
+
+DWORD SimulatedSystem::GetTimeZoneInformation(TIME_ZONE_INFORMATION* information) {
+  if (const DWORD fault = session_.Begin("GetTimeZoneInformation")) {
+    Fail(fault);
+    return kTimeZoneIdInvalid;
+  }
+  if (session_.estate.current_zone() == kTimeZoneIdInvalid) {
+    Fail(kErrorInvalidParameter);
+    return kTimeZoneIdInvalid;
+  }
+  *information = session_.estate.time_zone();
+  return session_.estate.current_zone();
+}
+
+BOOL SimulatedSystem::FileTimeToLocalFileTime(const FILETIME* file_time,
+                                              FILETIME* local_file_time) {
+  if (const DWORD fault = session_.Begin("FileTimeToLocalFileTime")) return Fail(fault);
+  const std::int64_t shift = std::int64_t{session_.estate.bias()} * 60 * kTicksPerSecond;
+  *local_file_time = ToFileTime(ToTicks(*file_time) - static_cast<Ticks>(shift));
+  return 1;
+}
+
+BOOL SimulatedSystem::FileTimeToSystemTime(const FILETIME* file_time, SYSTEMTIME* system_time) {
+  if (const DWORD fault = session_.Begin("FileTimeToSystemTime")) return Fail(fault);
+  const auto time = ToSystemTime(ToTicks(*file_time));
+  if (!time) return Fail(kErrorInvalidParameter);
+  *system_time = *time;
+  return 1;
+}
+
+BOOL SimulatedSystem::SystemTimeToFileTime(const SYSTEMTIME* system_time, FILETIME* file_time) {
+  if (const DWORD fault = session_.Begin("SystemTimeToFileTime")) return Fail(fault);
+  const auto ticks = ToTicks(*system_time);
+  if (!ticks) return Fail(kErrorInvalidParameter);
+  *file_time = ToFileTime(*ticks);
+  return 1;
+}
+
+INT SimulatedSystem::VariantTimeToSystemTime(double variant_time, SYSTEMTIME* system_time) {
+  if (const DWORD fault = session_.Begin("VariantTimeToSystemTime")) return Fail(fault);
+  const auto time = DateToSystemTime(variant_time);
+  if (!time) return 0;
+  *system_time = *time;
+  return 1;
+}
+
+INT SimulatedSystem::SystemTimeToVariantTime(const SYSTEMTIME* system_time, double* variant_time) {
+  if (const DWORD fault = session_.Begin("SystemTimeToVariantTime")) return Fail(fault);
+  const auto date = SystemTimeToDate(*system_time);
+  if (!date) return 0;
+  *variant_time = *date;
+  return 1;
+}
+
+std::u16string SimulatedSystem::ModuleFolder() {
+  session_.BeginSafe("ModuleFolder");
+  return session_.estate.module_folder();
+}
+
+INT SimulatedSystem::MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR multi_byte,
+                                         INT multi_byte_size, LPWSTR wide, INT wide_size) {
+  if (const DWORD fault = session_.Begin("MultiByteToWideChar")) return Fail(fault);
+  if (multi_byte == nullptr || multi_byte_size == 0 || multi_byte_size < -1 || wide_size < 0 ||
+      (wide_size > 0 && wide == nullptr)) {
+    return Fail(kErrorInvalidParameter);
+  }
+  const bool is_utf8 = code_page == kCodePageUtf8;
+  if (!IsKnown(code_page)) return Fail(kErrorInvalidParameter);
+  const DWORD known =
+      is_utf8 ? kMultiByteErrInvalidChars : kMultiBytePrecomposed | kMultiByteErrInvalidChars;
+  if ((flags & ~known) != 0) return Fail(kErrorInvalidFlags);
+  const std::string_view bytes =
+      multi_byte_size == -1
+          ? std::string_view(multi_byte, std::string_view(multi_byte).size() + 1)
+          : std::string_view(multi_byte, static_cast<std::size_t>(multi_byte_size));
+  Text text;
+  if (is_utf8) {
+    text = FromUtf8(bytes);
+    // What was malformed is the only thing that doesn't come back the same.
+    const bool strict = (flags & kMultiByteErrInvalidChars) != 0;
+    if (strict && ToUtf8(text) != bytes) return Fail(kErrorNoUnicodeTranslation);
+  } else {
+    for (const char byte : bytes) text += FromWestern(static_cast<unsigned char>(byte));
+  }
+  if (wide_size > 0) {
+    if (text.size() > static_cast<std::size_t>(wide_size)) return Fail(kErrorInsufficientBuffer);
+    std::copy(text.begin(), text.end(), wide);
+  }
+  return static_cast<INT>(text.size());
+}
+
+INT SimulatedSystem::WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, INT wide_size,
+                                         char* multi_byte, INT multi_byte_size,
+                                         LPCSTR default_character, BOOL* used_default) {
+  if (const DWORD fault = session_.Begin("WideCharToMultiByte")) return Fail(fault);
+  const bool is_utf8 = code_page == kCodePageUtf8;
+  if (wide == nullptr || wide_size == 0 || wide_size < -1 || multi_byte_size < 0 ||
+      (multi_byte_size > 0 && multi_byte == nullptr) || !IsKnown(code_page) ||
+      (is_utf8 && (default_character != nullptr || used_default != nullptr))) {
+    return Fail(kErrorInvalidParameter);
+  }
+  const DWORD known = is_utf8 ? kWideErrInvalidChars : kBestFitAndCompositionFlags;
+  if ((flags & ~known) != 0) return Fail(kErrorInvalidFlags);
+  const TextView text = wide_size == -1 ? TextView(wide, TextView(wide).size() + 1)
+                                        : TextView(wide, static_cast<std::size_t>(wide_size));
+  std::string bytes;
+  if (is_utf8) {
+    bytes = ToUtf8(text);
+    if (flags != 0 && FromUtf8(bytes) != text) return Fail(kErrorNoUnicodeTranslation);
+  } else {
+    bool lacking = false;
+    for (const char16_t unit : text) {
+      const std::optional<char> byte = ToWestern(unit);
+      lacking |= !byte;
+      bytes += byte.value_or(default_character == nullptr ? '?' : *default_character);
+    }
+    if (used_default != nullptr) *used_default = lacking;
+  }
+  if (multi_byte_size > 0) {
+    if (bytes.size() > static_cast<std::size_t>(multi_byte_size)) {
+      return Fail(kErrorInsufficientBuffer);
+    }
+    std::copy(bytes.begin(), bytes.end(), multi_byte);
+  }
+  return static_cast<INT>(bytes.size());
+}
+
+INT SimulatedSystem::lstrlenW(LPCWSTR text) {
+  session_.BeginSafe("lstrlenW", ViewOf(text));
+  return static_cast<INT>(ViewOf(text).size());
+}
+
+void* SimulatedSystem::CoTaskMemAlloc(std::size_t size) {
+  if (session_.Begin("CoTaskMemAlloc", ToText(static_cast<std::int64_t>(size))) != 0) {
+    return nullptr;
+  }
+  // A block of no bytes is a block all the same.
+  std::vector<std::byte> block(std::max<std::size_t>(size, 1));
+  void* const memory = block.data();
+  blocks_[memory] = std::move(block);
+  session_.ledger.Opened(Resource::TaskMemory, reinterpret_cast<std::uintptr_t>(memory),
+                         "CoTaskMemAlloc", std::to_string(size));
+  return memory;
+}
+
+void SimulatedSystem::CoTaskMemFree(void* memory) {
+  session_.BeginSafe("CoTaskMemFree");
+  if (memory == nullptr) return;
+  const bool was_open = session_.ledger.Closed(
+      Resource::TaskMemory, reinterpret_cast<std::uintptr_t>(memory), "CoTaskMemFree");
+  if (was_open) blocks_.erase(memory);
+}
+
+HLOCAL SimulatedSystem::LocalAlloc(UINT, std::size_t size) {
+  if (const DWORD fault = session_.Begin("LocalAlloc", ToText(static_cast<std::int64_t>(size)))) {
+    Fail(fault);
+    return nullptr;
+  }
+  return session_.AllocateLocal(size, "LocalAlloc", std::to_string(size));
+}
+
+HLOCAL SimulatedSystem::LocalFree(HLOCAL memory) {
+  const DWORD fault = session_.Begin("LocalFree");
+  if (memory == nullptr) return nullptr;
+  if (!session_.ledger.Closed(Resource::LocalMemory, reinterpret_cast<std::uintptr_t>(memory),
+                              "LocalFree")) {
+    Fail(kErrorInvalidHandle);
+    return memory;
+  }
+  session_.local_memory.erase(memory);
+  if (fault == 0) return nullptr;
+  Fail(fault);
+  return memory;
+}
+
+}  // namespace veldmark::simulated

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <map>
+
+#include "platform/operations/Timers.h"
+#include "platform/simulated/families/Session.h"
+
+namespace veldmark::simulated {
+
+// Timers on an estate's clock: due ones fire in the next turn of the message loop, in the order in
+// which they fell due, once a turn each.
+class SimulatedTimers final : public Timers {
+ public:
+  explicit SimulatedTimers(Session& session) : session_(session) {}
+
+  UINT_PTR SetTimer(HWND window, UINT_PTR id, UINT elapse, TIMERPROC callback) override;
+  BOOL KillTimer(HWND window, UINT_PTR id) override;
+  void DoEvents() override;
+
+  std::size_t running() const { return timers_.size(); }
+
+ private:
+  struct Timer {
+    std::uint64_t due;
+    std::uint64_t elapse;
+    TIMERPROC callback;
+  };
+
+  Session& session_;
+  std::map<UINT_PTR, Timer> timers_;
+  UINT_PTR last_id_ = 0;
+};
+
+}  // namespace veldmark::simulated
