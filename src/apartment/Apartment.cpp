@@ -9,6 +9,7 @@
 #include "apartment/Errors.h"
 #include "automation/Conversion.h"
 #include "automation/ThreadSlot.h"
+#include "collections/Collection.h"
 #include "registry/CRegSettings.h"
 
 namespace veldmark {

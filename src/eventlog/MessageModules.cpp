@@ -6,6 +6,7 @@
 #include "apartment/Apartment.h"
 #include "apartment/Errors.h"
 #include "automation/Conversion.h"
+#include "collections/Collection.h"
 
 namespace veldmark {
 namespace {

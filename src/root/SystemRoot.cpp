@@ -9,6 +9,7 @@
 #include "apartment/Errors.h"
 #include "apartment/NotBuilt.h"
 #include "automation/Declare.h"
+#include "collections/Collection.h"
 #include "network/CDomain.h"
 #include "network/CNetHood.h"
 #include "network/CServer.h"

@@ -6,6 +6,7 @@
 #include "apartment/CStatus.h"
 #include "apartment/CSupport.h"
 #include "automation/Interface.h"
+#include "collections/Collection.h"
 #include "network/CDomain.h"
 #include "network/CNetHood.h"
 #include "registry/CRegistry.h"

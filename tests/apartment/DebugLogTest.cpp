@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "apartment/Errors.h"
+#include "collections/Collection.h"
 #include "support/ApartmentFixture.h"
 #include "support/ErrorOf.h"
 #include "support/FaultSweep.h"

@@ -11,6 +11,7 @@
 #include "accounts/CUser.h"
 #include "accounts/CUsers.h"
 #include "automation/Interface.h"
+#include "collections/Collection.h"
 #include "eventlog/CEventLog.h"
 #include "eventlog/CEventLogs.h"
 #include "network/CServer.h"
