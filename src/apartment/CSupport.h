@@ -10,17 +10,33 @@
 
 namespace veldmark {
 
+class CAce;
+class CDomain;
+class CDomains;
 class CDrive;
 class CDrives;
 class CFile;
 class CFiles;
 class CFolder;
 class CFolders;
+class CGroup;
+class CGroups;
+class CNetwork;
+class CNetworks;
 class CPathNames;
 class CSecurityDescriptor;
+class CServer;
+class CServerAccountPolicy;
+class CShares;
 class CSid;
+class CSids;
+class CUser;
+class CUsers;
+class CVolume;
+class CVolumes;
 class Secret;
 enum SE_OBJECT_TYPE : std::int32_t;
+enum SidTypeEnum : std::int32_t;
 
 /// A listener of the engine's one event. A subscription never keeps its listener alive.
 class ObjectFoundListener {
@@ -131,6 +147,107 @@ class CSupport : public ReferenceCounted {
   /// `Err.Description` into a number, unless a number stands there: then the platform's error is
   /// raised with that number's text.
   void LoadFileVersionInfo(CFile& file);
+
+  // Networks and domains (network/SupportNetworks.cpp)
+
+  /// The networks that this computer knows. Raises the platform's error; 259 where there is none.
+  Ref<CNetworks> GetNetworks();
+  /// The domains of a network. Raises the platform's error.
+  Ref<CDomains> GetDomains(CNetwork& network, bool async);
+  /// The domains that this computer's domain trusts; none where the platform doesn't tell.
+  Ref<CDomains> GetTrustedDomains();
+  /// The domain of a server, asked by its name as it stands and remembered. Raises the platform's
+  /// error.
+  Text GetDomainFromServer(const Text& server_name);
+  /// The primary controller of a domain, or, without one, of a server's domain, with its leading
+  /// "\\", remembered. Raises the platform's error, 2453 where there is none.
+  Text GetPDCName(const Text& domain_name, Text server_name);
+  /// The same as `GetDomainFromServer`, as an object.
+  Ref<CDomain> GetDomainFromServerName(const Text& server_name);
+
+  // Servers (network/SupportServers.cpp)
+
+  /// The server of a name, remembered: the same object each time. Without a domain name the server
+  /// is asked for it. Raises the platform's error, and then remembers nothing.
+  Ref<CServer> GetServer(const Text& server_name, const Text& domain_name);
+  /// Fills a server by `NetServerGetInfo` at level 102, or 101 where that is denied. Raises the
+  /// platform's error, the object as it was.
+  void GetServerInfo(CServer& server);
+
+  // Policy and rights (network/SupportPolicy.cpp)
+
+  /// The password and lockout rules of a server. Raises the platform's error.
+  Ref<CServerAccountPolicy> GetAccountPolicyInformation(const Text& server_name);
+  /// The SIDs of the accounts that hold a right; none where nobody does. Raises the platform's
+  /// error.
+  Ref<CSids> GetAccountsWithUserRight(const Text& server_name, const Text& user_right, bool async);
+
+  // Users (accounts/SupportUsers.cpp)
+
+  /// The users of a server with name, full name, comment and flags. Raises the platform's error.
+  Ref<CUsers> GetUsers(CServer& server, bool async);
+  /// The users of a server with all their fields, for administrators. Raises the platform's error.
+  Ref<CUsers> GetCompleteUserAccounts(CServer& server, bool async);
+  /// Fills a user. Raises the platform's error; 2221 also turns it into "(Account Unknown)".
+  void PopulateUser(CUser& user);
+  /// The groups that a user is in on a server, his own where the name is empty. Raises the
+  /// platform's error.
+  Ref<CGroups> GetUserGroups(CUser& user, const Text& server_name, bool include_indirect);
+
+  // Groups (accounts/SupportGroups.cpp)
+
+  /// The global groups of a domain, asked of a server or, without one, of the primary controller.
+  Ref<CGroups> GetGlobalGroups(CDomain& domain, const Text& server_name, bool async);
+  /// The local groups of a server, told in the debug log step by step.
+  Ref<CGroups> GetLocalGroups(CServer* server, bool async);
+  /// The users of a global group; machine accounts are left out.
+  Ref<CUsers> GetGlobalGroupUsers(CGroup& group, bool async);
+  /// The members of a local group by their SIDs. Of a group of another type both stay as they are.
+  void GetLocalGroupMembers(CGroup& group, Ref<CGroups>& groups, Ref<CUsers>& users, bool async);
+  /// Fills a group. Raises the platform's error.
+  void PopulateGroup(CGroup& group);
+
+  // Accounts of SIDs (security/SupportAccounts.cpp)
+
+  /// The SID of an account, as text, binary form and object, with its kind. A failed look-up raises
+  /// nothing: the text is empty then.
+  Text GetSid(const Text& server_name, Text& domain, const Text& account_name,
+              std::vector<std::int32_t>& sid, SidTypeEnum& sid_type, Ref<CSid>& object);
+  /// The account of a SID, asked of the server and, where that doesn't know it, of its domain's
+  /// primary controller. What isn't found out stays as it is; raises where the controller can't be
+  /// told.
+  void GetAccount(const std::vector<std::int32_t>& sid, const Text& server_name, Text& domain,
+                  Text& name, SidTypeEnum& sid_type, bool& account_unknown);
+  /// The SID of an authority and up to eight sub-authorities; trailing zeros don't count.
+  Ref<CSid> InitializeSid(std::uint8_t authority, const Variant& sub_authorities);
+  /// The SID that a two-letter alias stands for. Raises 91 for an unknown one.
+  Ref<CSid> TranslateSid(const Text& alias, const Text& sid_lookup_server,
+                         const Text& forest_root_dc);
+  /// The sub-authorities of the domain that a server is in. Raises where that can't be told.
+  std::vector<std::int32_t> GetDomainAuthorities(Text server_name);
+
+  // Descriptor strings (security/SupportDescriptorStrings.cpp)
+
+  /// The descriptor that a string describes, read by the library's own rules. Raises 87 for what it
+  /// can't read.
+  Ref<CSecurityDescriptor> ConvertStringSDToSD(const Text& string_sd, const Text& sid_lookup_server,
+                                               const Text& forest_root_dc);
+  /// One entry of it, in its parentheses. Raises 9 for too few fields.
+  Ref<CAce> ConvertStringAceToAce(const Text& ace_string, const Text& sid_lookup_server,
+                                  const Text& forest_root_dc);
+
+  // Shares (storage/SupportShares.cpp)
+
+  /// The shares of a server; without rights their names, types and comments only. Raises the
+  /// platform's status.
+  Ref<CShares> GetShares(CServer& server);
+
+  // Volumes (storage/SupportVolumes.cpp)
+
+  /// The disks of a server that are shared for administration. Raises the platform's status.
+  Ref<CVolumes> GetVolumes(CServer& server, bool async);
+  /// Fills space and file system of a volume; what can't be had stays as it is.
+  void LoadVolumeInfo(CVolume& volume);
 
   // Drives (storage/SupportDrives.cpp)
 

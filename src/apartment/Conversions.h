@@ -8,6 +8,7 @@
 #include "automation/Text.h"
 #include "automation/Variant.h"
 #include "platform/operations/FileSystem.h"
+#include "platform/operations/LocalSecurityAuthority.h"
 #include "platform/operations/Types.h"
 
 /// The conversions between the platform's raw memory and automation values. They work on the
@@ -58,13 +59,6 @@ Variant ApiServerName(TextView server_name);
 /// The text in a buffer of the two above, to be handed to the platform while the variant lives.
 /// Anything but a byte array raises 13.
 const char16_t* BufferText(const Variant& buffer);
-
-/// A counted text of the security authority; lengths in bytes. The buffer has no NUL.
-struct LSA_UNICODE_STRING {
-  WORD Length;
-  WORD MaximumLength;
-  LPWSTR Buffer;
-};
 
 /// Fills `record` with `text`, whose units go to `bytes`; `record` points there. An empty text
 /// gives three zero fields and leaves `bytes` alone. A text of 32768 units or more raises 6.

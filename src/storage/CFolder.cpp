@@ -97,10 +97,6 @@ const Interface& CFolder::Describe() {
   return table;
 }
 
-CFolder::~CFolder() {
-  if (engine_) engine_->Unsubscribe(*this);
-}
-
 std::int32_t CFolder::Delete(bool delete_files_first, bool cascade) {
   return ReRaising([&] {
     std::int32_t count = 0;
@@ -136,7 +132,7 @@ template <class Walk>
 auto CFolder::WithEngine(Walk&& walk) {
   const Ref<CFolder> keep_alive(this);
   return ReRaising([&] {
-    const Ref<CSupport> engine = engine_;
+    const Ref<CSupport> engine = subscribed_engine();
     const Text path = path_;
     return engine ? walk(*engine, path, true) : walk(Engine(), path, false);
   });
@@ -204,20 +200,9 @@ void CFolder::PutAttributes(FileAttribute value) {
   });
 }
 
-void CFolder::PutAsyncFetch(bool value) {
-  async_fetch_ = value;
-  if (engine_) engine_->Unsubscribe(*this);
-  engine_ = value ? Apartment::Current().engine : nullptr;
-  if (engine_) engine_->Subscribe(*this);
-}
-
 void CFolder::OnObjectFound(Object& object, bool& cancel) {
-  const Interface* table = &object.GetInterface();
-  const std::int32_t event = table == &CFolder::Describe() ? kFolderFoundEvent
-                             : table == &CFile::Describe() ? kFileFoundEvent
-                                                           : 0;
-  if (event == 0 || !events_.HasSinks()) return;
-  events_.Raise(*this, event, {Variant(Ref<Object>(&object)), Variant::ByReference(cancel)});
+  Forward(object, cancel,
+          {{&CFolder::Describe, kFolderFoundEvent}, {&CFile::Describe, kFileFoundEvent}});
 }
 
 }  // namespace veldmark

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apartment/CSupport.h"
+#include "apartment/AsyncFetching.h"
 #include "apartment/Counted.h"
 #include "automation/Events.h"
 #include "automation/Object.h"
@@ -18,11 +18,9 @@ class CSecurityDescriptor;
 /// The walks of a folder with `AsyncFetch` on deliver each object by the events FolderFound and
 /// FileFound and return Nothing. It then also passes on what any other walk of the apartment
 /// delivers by events.
-class CFolder : public Exported<CFolder>, ObjectFoundListener, Counted<Counter::kFolder> {
+class CFolder : public AsyncFetching<CFolder>, Counted<Counter::kFolder> {
  public:
   static const Interface& Describe();
-  EventSource* Events() override { return &events_; }
-  ~CFolder() override;
 
   /// Removes the folder and returns how many files and folders went, itself included: 0 for an
   /// object without a path. `delete_files_first` deletes its files, read-only ones too, and
@@ -53,9 +51,6 @@ class CFolder : public Exported<CFolder>, ObjectFoundListener, Counted<Counter::
   FileAttribute Attributes() const { return attributes_; }
   void PutAttributes(FileAttribute value);
 
-  bool AsyncFetch() const { return async_fetch_; }
-  void PutAsyncFetch(bool value);
-
   Text FolderName;
   Variant Size;      ///< as stored by a caller; no walk fills it
   Text FolderType;   ///< as stored by a caller
@@ -73,7 +68,6 @@ class CFolder : public Exported<CFolder>, ObjectFoundListener, Counted<Counter::
 
  private:
   void OnObjectFound(Object& object, bool& cancel) override;
-  Object& Listener() override { return *this; }
 
   /// Calls `walk` with the engine to use, the path and whether it delivers by events. The folder
   /// outlives the walk, whatever a listener lets go, and the path is that of its beginning.
@@ -81,10 +75,7 @@ class CFolder : public Exported<CFolder>, ObjectFoundListener, Counted<Counter::
   auto WithEngine(Walk&& walk);
 
   Text path_;
-  EventSource events_;
-  Ref<CSupport> engine_;
   FileAttribute attributes_ = FA_Normal;
-  bool async_fetch_ = false;
 };
 
 }  // namespace veldmark

@@ -2,6 +2,7 @@
 #include "apartment/CSupport.h"
 #include "apartment/Conversions.h"
 #include "apartment/Errors.h"
+#include "collections/Deliver.h"
 #include "storage/CFile.h"
 #include "storage/CFiles.h"
 #include "storage/CFolder.h"
@@ -48,19 +49,6 @@ void Walk(FolderListing& listing, CStatus& status, bool get_folders, bool get_fi
   } while (listing.Next());
 }
 
-/// Hands an object to the listeners of the engine, or to the list where there is one. False when a
-/// listener ends the walk.
-template <class List, class Element>
-bool Deliver(CSupport& engine, const Ref<List>& list, const Ref<Element>& object) {
-  bool cancel = false;
-  if (list) {
-    list->Add(object.Get());
-  } else {
-    engine.RaiseObjectFound(*object, cancel);
-  }
-  return !cancel;
-}
-
 bool IsDriveRoot(TextView path) { return path.size() == 2 && path[1] == u':'; }
 
 /// "\\server\share" alone.
@@ -90,9 +78,9 @@ bool CSupport::GetFolderContents(const Text& path, Ref<CFolders>& sub_folders, R
         listing, *status, get_folders, get_files,
         [&] {
           return Deliver(*this, found_folders,
-                         builder.Folder(folder + Text(listing.Name()), listing.Entry()));
+                         builder.Folder(folder + Text(listing.Name()), listing.Entry()), async);
         },
-        [&] { return Deliver(*this, found_files, builder.File(folder, listing.Entry())); });
+        [&] { return Deliver(*this, found_files, builder.File(folder, listing.Entry()), async); });
     sub_folders = found_folders;
     files = found_files;
     return true;
@@ -115,7 +103,7 @@ Ref<CPathNames> CSupport::GetPathNames(const Text& path, bool get_folders, bool 
       found->PathName = plain_folder;
       found->PathName += listing.Name();
       found->IsDirectory = is_directory;
-      return Deliver(*this, names, found);
+      return Deliver(*this, names, found, async);
     };
     Walk(
         listing, *status, get_folders, get_files, [&] { return deliver(true); },

@@ -168,6 +168,12 @@ class FileSystem {
                              const SECURITY_ATTRIBUTES* security, DWORD creation_disposition,
                              DWORD flags_and_attributes, HANDLE template_file) = 0;
 
+  // The same by a name in the system's code page, as "\\\\srv\\PIPE\\name" names a computer's pipe:
+  // 2 or 53 where there is none.
+  virtual HANDLE CreateFileA(LPCSTR file_name, DWORD desired_access, DWORD share_mode,
+                             const SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags,
+                             HANDLE template_file) = 0;
+
   // Reads up to `bytes_to_read` bytes at the handle's position and advances it. Non-zero on
   // success, with
   // `*bytes_read` smaller at the end of the file and 0 behind it. 0 on failure: 5 without read

@@ -4,8 +4,10 @@
 
 #include "automation/LastError.h"
 #include "platform/operations/FileSystem.h"
+#include "platform/operations/LocalSecurityAuthority.h"
 #include "platform/operations/Messages.h"
 #include "platform/operations/NetworkManagement.h"
+#include "platform/operations/NetworkProvider.h"
 #include "platform/operations/Registry.h"
 #include "platform/operations/System.h"
 
@@ -121,9 +123,36 @@ struct NetworkBufferTraits {
   static void Close(Family& family, Value value) { family.NetApiBufferFree(value); }
 };
 
+struct NetworkEnumerationTraits {
+  using Value = HANDLE;
+  using Family = NetworkProvider;
+  static Value Empty() noexcept { return nullptr; }
+  static bool IsEmpty(Value value) noexcept { return value == nullptr; }
+  static void Close(Family& family, Value value) { family.WNetCloseEnum(value); }
+};
+
+struct PolicyTraits {
+  using Value = HANDLE;
+  using Family = LocalSecurityAuthority;
+  static Value Empty() noexcept { return nullptr; }
+  static bool IsEmpty(Value value) noexcept { return value == nullptr; }
+  static void Close(Family& family, Value value) { family.LsaClose(value); }
+};
+
+struct AuthorityMemoryTraits {
+  using Value = void*;
+  using Family = LocalSecurityAuthority;
+  static Value Empty() noexcept { return nullptr; }
+  static bool IsEmpty(Value value) noexcept { return value == nullptr; }
+  static void Close(Family& family, Value value) { family.LsaFreeMemory(value); }
+};
+
 using FindHandle = UniqueHandle<FindHandleTraits>;
 using FileHandle = UniqueHandle<FileHandleTraits>;
+using AuthorityMemory = UniqueHandle<AuthorityMemoryTraits>;
 using NetworkBuffer = UniqueHandle<NetworkBufferTraits>;
+using NetworkEnumeration = UniqueHandle<NetworkEnumerationTraits>;
+using Policy = UniqueHandle<PolicyTraits>;
 using RegistryKey = UniqueHandle<RegistryKeyTraits>;
 using Module = UniqueHandle<ModuleTraits>;
 template <typename T>

@@ -15,6 +15,9 @@ struct UNIVERSAL_NAME_INFOW {
 inline constexpr DWORD kResourceTypeAny = 0;
 inline constexpr DWORD kResourceTypeDisk = 1;
 inline constexpr DWORD kResourceTypePrint = 2;
+inline constexpr DWORD kResourceGlobalNet = 2;
+inline constexpr DWORD kDisplayTypeDomain = 1;
+inline constexpr DWORD kDisplayTypeNetwork = 6;
 inline constexpr DWORD kConnectUpdateProfile = 0x1;
 
 struct NETRESOURCEW {
@@ -26,6 +29,17 @@ struct NETRESOURCEW {
   LPWSTR lpRemoteName;  // "\\srv\share"
   LPWSTR lpComment;
   LPWSTR lpProvider;
+};
+
+struct NETINFOSTRUCT {
+  DWORD cbStructure;  // set by the caller to the record's size
+  DWORD dwProviderVersion;
+  DWORD dwStatus;
+  DWORD dwCharacteristics;
+  UINT_PTR dwHandle;
+  WORD wNetType;
+  DWORD dwPrinters;
+  DWORD dwDrives;
 };
 
 // Network connections and names. Each operation returns 0 or an error code.
@@ -53,6 +67,26 @@ class NetworkProvider {
   // kConnectUpdateProfile for good. 2250: there is none; 2401: files are open and `force` is 0;
   // 1208; 1222.
   virtual DWORD WNetCancelConnection2W(LPCWSTR name, DWORD flags, BOOL force) = 0;
+
+  // Begins an enumeration of what lies below `parent`, by its remote name and provider; null: of
+  // all networks (kResourceGlobalNet). `*enumeration` is closed with WNetCloseEnum. 1222: no
+  // network; 1207: nothing can lie below it; 1204: no such provider.
+  virtual DWORD WNetOpenEnumW(DWORD scope, DWORD type, DWORD usage, const NETRESOURCEW* parent,
+                              HANDLE* enumeration) = 0;
+
+  // Fills `buffer` of `*buffer_size` bytes with up to `*count` records (all bits set: as many as
+  // fit), whose texts lie behind them in the buffer; `*count` receives how many. 259: there is
+  // nothing more, and `*count` is as it was; 234: not even one fits, `*buffer_size` receives the
+  // size needed; 6; 1222.
+  virtual DWORD WNetEnumResourceW(HANDLE enumeration, DWORD* count, void* buffer,
+                                  DWORD* buffer_size) = 0;
+
+  // 6 for an enumeration that isn't open.
+  virtual DWORD WNetCloseEnum(HANDLE enumeration) = 0;
+
+  // Tells about a network by its provider's name; the number of its type is in `wNetType`. 1204: no
+  // such provider; 87: another size.
+  virtual DWORD WNetGetNetworkInformationW(LPCWSTR provider, NETINFOSTRUCT* information) = 0;
 };
 
 }  // namespace veldmark

@@ -1,12 +1,15 @@
 #pragma once
 
+#include "platform/operations/AccountManagement.h"
 #include "platform/operations/FileSystem.h"
+#include "platform/operations/LocalSecurityAuthority.h"
 #include "platform/operations/Messages.h"
 #include "platform/operations/Multimedia.h"
 #include "platform/operations/NetworkManagement.h"
 #include "platform/operations/NetworkProvider.h"
 #include "platform/operations/Registry.h"
 #include "platform/operations/Security.h"
+#include "platform/operations/Sockets.h"
 #include "platform/operations/System.h"
 #include "platform/operations/Timers.h"
 #include "platform/operations/VersionInformation.h"
@@ -26,6 +29,9 @@ struct Platform {
   NetworkManagement& network_management;
   VersionInformation& version_information;
   Multimedia& multimedia;
+  AccountManagement& accounts;
+  LocalSecurityAuthority& authority;
+  Sockets& sockets;
 };
 
 }  // namespace veldmark

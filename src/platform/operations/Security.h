@@ -128,6 +128,20 @@ class Security {
                                  void* privileges, DWORD* privileges_length, DWORD* granted_access,
                                  BOOL* access_status) = 0;
 
+  // Finds the SID of an account, "name" or "DOMAIN\\name", on a computer (null and empty: this
+  // one) and where that asks. Writes the SID to `sid` of `*sid_size` bytes, the domain's name to
+  // `domain` of `*domain_size` units, and what it is to `*use` (SidTypeEnum). Non-zero on success;
+  // the sizes then tell the SID's bytes and the domain's units without its NUL. 122: one of them is
+  // too small, both sizes receive what is needed, the NUL counted; 1332: there is no such account;
+  // 1722: the computer can't be reached; 87.
+  virtual BOOL LookupAccountNameW(LPCWSTR system_name, LPCWSTR account_name, void* sid,
+                                  DWORD* sid_size, LPWSTR domain, DWORD* domain_size, INT* use) = 0;
+
+  // Finds the account behind a SID, as above: its name and domain with their sizes in units. 1332:
+  // there is none; 1722; 1337: no SID; 122.
+  virtual BOOL LookupAccountSidW(LPCWSTR system_name, const void* sid, LPWSTR name,
+                                 DWORD* name_size, LPWSTR domain, DWORD* domain_size, INT* use) = 0;
+
   // This process as a handle that needs no closing.
   virtual HANDLE GetCurrentProcess() = 0;
 
