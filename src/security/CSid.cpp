@@ -57,7 +57,8 @@ const Text& CSid::SidText() {
 Ref<Object> CSid::GetAccount() {
   LoadAccountOnce();
   const auto account = Make<CUser>();
-  account->SetAccountDisplayName(Text(kAccountUnknown));
+  account->UserName = kAccountUnknown;
+  account->UserType = UT_AccountUnknown;
   return account;
 }
 
@@ -96,6 +97,12 @@ void CSid::PutSidBuffer(SidWords words) {
 
 void CSid::ComputeSidText() {
   Swallow([&] { sid_text_ = IsValid() ? SidToText(AsBytes(sid_)) : Text(); });
+}
+
+Text CSid::ResolveFromAccount(const Text& domain, const Text& name) {
+  if (!domain.empty()) account_domain_ = domain;
+  if (!name.empty()) account_name_ = name;
+  return sid_text_;
 }
 
 void CSid::LoadAccountInfo() {

@@ -50,6 +50,9 @@ class CSid : public Exported<CSid>, Counted<Counter::kSid> {
   /// Makes the text from the binary form; empty where that isn't sound.
   void ComputeSidText();
   void SetSidText(Text sid_text) { sid_text_ = std::move(sid_text); }
+  /// Fills the object from an account's name; the SID's text, empty where there is no such account.
+  /// Never raises.
+  Text ResolveFromAccount(const Text& domain, const Text& name);
   /// The server to ask about the account; empty for this computer.
   const Text& ResidesOnServer() const { return resides_on_server_; }
   void SetResidesOnServer(Text server) { resides_on_server_ = std::move(server); }
