@@ -59,7 +59,7 @@ class CGroup : public AsyncFetching<CGroup>, Counted<Counter::kGroup> {
   void Update();
 
   /// The platform's record of the group is in the object; nothing is fetched any more.
-  void SetPopulated() { populated_ = true; }
+  void SetPopulated(bool populated) { populated_ = populated; }
   void SetSid(Ref<CSid> sid) { sid_ = std::move(sid); }
 
  private:

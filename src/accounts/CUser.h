@@ -94,7 +94,7 @@ class CUser : public Exported<CUser>, Counted<Counter::kUser> {
   std::int32_t Flags() const { return details_.flags; }
   /// The fields as they stand, without a fetch.
   UserDetails& Details() { return details_; }
-  void SetPopulated() { populated_ = true; }
+  void SetPopulated(bool populated) { populated_ = populated; }
   void SetServerName(Text server_name) { server_name_ = std::move(server_name); }
   void SetDomainName(Text domain_name) { domain_name_ = std::move(domain_name); }
   void SetSid(Ref<CSid> sid) { sid_ = std::move(sid); }

@@ -144,7 +144,7 @@ Ref<CGroups> CSupport::GetLocalGroups(CServer* server, bool async) {
           group->GroupType = GT_LocalGroup;
           group->ServerName = home.server_name;
           group->DomainName = home.domain_name;
-          group->SetPopulated();
+          group->SetPopulated(true);
           if (!Deliver(*this, groups, group, async)) return false;
           status->RaiseStatus([&] { return u"Retrieved Local Group " + group->GroupName; });
           Trace([&] { return u"\tRetrieved local group " + group->GroupName; });
@@ -258,7 +258,7 @@ void CSupport::PopulateGroup(CGroup& group) {
       group.GroupName = TextAt(record.lgrpi1_name);
       group.PutComment(TextAt(record.lgrpi1_comment));
     }
-    group.SetPopulated();
+    group.SetPopulated(true);
   });
 }
 

@@ -63,7 +63,7 @@ void Fill(CUser& user, const USER_INFO_3& record) {
   details.privilege = static_cast<std::int32_t>(record.usri3_priv);
   details.flags = static_cast<std::int32_t>(record.usri3_flags);
   details.password_expired = record.usri3_password_expired != 0;
-  user.SetPopulated();
+  user.SetPopulated(true);
 }
 
 void Fill(CUser& user, const USER_INFO_10& record) {
@@ -72,7 +72,7 @@ void Fill(CUser& user, const USER_INFO_10& record) {
   details.comment = TextAt(record.usri10_comment);
   details.user_comment = TextAt(record.usri10_usr_comment);
   details.full_name = TextAt(record.usri10_full_name);
-  user.SetPopulated();
+  user.SetPopulated(true);
 }
 
 Ref<CUser> NewUserOf(const AccountHome& home) {
