@@ -79,11 +79,11 @@ Ref<CGroups> CSupport::GetGlobalGroups(CDomain& domain, const Text& server_name,
     auto groups = Make<CGroups>();
     const Text server = server_name.empty() ? GetPDCName(domain_name, Text()) : server_name;
     const Variant server_buffer = ApiServerName(server);
-    WalkNetworkPages<GROUP_INFO_0, LastPage::kByHandle, UINT_PTR>(
-        [&](BYTE** buffer, DWORD* entries_read, DWORD* total_entries, UINT_PTR* resume_handle) {
+    WalkNetworkPages<GROUP_INFO_0, UINT_PTR, LastPage::kByHandle>(
+        {},
+        [&](BYTE** buffer, auto... counts) {
           return Accounts().NetGroupEnum(BufferText(server_buffer), kNameLevel, buffer,
-                                         kMaxPreferredLength, entries_read, total_entries,
-                                         resume_handle);
+                                         kMaxPreferredLength, counts...);
         },
         [&](const GROUP_INFO_0& record) {
           const auto group = Make<CGroup>();
@@ -117,7 +117,8 @@ Ref<CGroups> CSupport::GetLocalGroups(CServer* server, bool async) {
     const AccountHome home = AccountHomeOf(*server);
     Trace([&] { return u"\tServer is DC = " + ToText(Variant(home.is_controller)); });
     std::int32_t number = 0;
-    WalkNetworkPages<LOCALGROUP_INFO_1, LastPage::kByHandle, UINT_PTR>(
+    WalkNetworkPages<LOCALGROUP_INFO_1, UINT_PTR, LastPage::kByHandle>(
+        {},
         [&](BYTE** buffer, DWORD* entries_read, DWORD* total_entries, UINT_PTR* resume_handle) {
           const DWORD result = Accounts().NetLocalGroupEnum(
               BufferText(server_buffer), kLocalGroupLevel, buffer, kMaxPreferredLength,
@@ -168,11 +169,11 @@ Ref<CUsers> CSupport::GetGlobalGroupUsers(CGroup& group, bool async) {
         group.ServerName.empty() ? GetPDCName(domain_name, Text()) : group.ServerName;
     const Variant server_buffer = ApiServerName(server);
     const Variant group_name = ApiStringBuffer(group.GroupName);
-    WalkNetworkPages<GROUP_USERS_INFO_0, LastPage::kByHandle, UINT_PTR>(
-        [&](BYTE** buffer, DWORD* entries_read, DWORD* total_entries, UINT_PTR* resume_handle) {
+    WalkNetworkPages<GROUP_USERS_INFO_0, UINT_PTR, LastPage::kByHandle>(
+        {},
+        [&](BYTE** buffer, auto... counts) {
           return Accounts().NetGroupGetUsers(BufferText(server_buffer), BufferText(group_name),
-                                             kNameLevel, buffer, kMaxPreferredLength, entries_read,
-                                             total_entries, resume_handle);
+                                             kNameLevel, buffer, kMaxPreferredLength, counts...);
         },
         [&](const GROUP_USERS_INFO_0& record) {
           Text name = TextAt(record.grui0_name);
@@ -203,11 +204,12 @@ void CSupport::GetLocalGroupMembers(CGroup& group, Ref<CGroups>& groups, Ref<CUs
     const Text server_name = group.ServerName;
     const Variant server_buffer = ApiServerName(server_name);
     const Variant group_name = ApiStringBuffer(group.GroupName);
-    WalkNetworkPages<LOCALGROUP_MEMBERS_INFO_0, LastPage::kByHandle, UINT_PTR>(
-        [&](BYTE** buffer, DWORD* entries_read, DWORD* total_entries, UINT_PTR* resume_handle) {
-          return Accounts().NetLocalGroupGetMembers(
-              BufferText(server_buffer), BufferText(group_name), kSidLevel, buffer,
-              kMaxPreferredLength, entries_read, total_entries, resume_handle);
+    WalkNetworkPages<LOCALGROUP_MEMBERS_INFO_0, UINT_PTR, LastPage::kByHandle>(
+        {},
+        [&](BYTE** buffer, auto... counts) {
+          return Accounts().NetLocalGroupGetMembers(BufferText(server_buffer),
+                                                    BufferText(group_name), kSidLevel, buffer,
+                                                    kMaxPreferredLength, counts...);
         },
         [&](const LOCALGROUP_MEMBERS_INFO_0& record) {
           const auto sid = Make<CSid>();

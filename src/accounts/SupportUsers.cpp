@@ -115,8 +115,12 @@ Ref<CUsers> CSupport::GetUsers(CServer& server, bool async) {
       for (const NET_DISPLAY_USER& record : records) {
         if (!take(record)) return users;
       }
-      // A page that leads back to itself would never end.
-      if (records.empty() || records.back().usri1_next_index == index) return users;
+      if (records.empty()) return users;
+      if (records.back().usri1_next_index == index) {
+        // The page leads back to itself.
+        if (result == kErrorMoreData) Check(result);
+        return users;
+      }
       index = records.back().usri1_next_index;
     }
   });
@@ -129,11 +133,11 @@ Ref<CUsers> CSupport::GetCompleteUserAccounts(CServer& server, bool async) {
     const Variant server_name = ApiServerName(home.server_name);
     status->RaiseStatus([&] { return u"Retrieving Users from " + home.server_name; });
     auto users = Make<CUsers>();
-    WalkNetworkPages<USER_INFO_3, LastPage::kByStatus, DWORD>(
-        [&](BYTE** buffer, DWORD* entries_read, DWORD* total_entries, DWORD* resume_handle) {
+    WalkNetworkPages<USER_INFO_3, DWORD>(
+        {},
+        [&](BYTE** buffer, auto... counts) {
           return Accounts().NetUserEnum(BufferText(server_name), kFullLevel, kFilterNormalAccount,
-                                        buffer, kMaxPreferredLength, entries_read, total_entries,
-                                        resume_handle);
+                                        buffer, kMaxPreferredLength, counts...);
         },
         [&](const USER_INFO_3& record) {
           const Ref<CUser> user = NewUserOf(home);

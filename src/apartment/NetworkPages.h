@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <utility>
 
@@ -28,28 +29,37 @@ enum class LastPage {
   kByHandle,  ///< a resume handle of 0
 };
 
-/// Walks an enumeration of the network functions page by page. `ask(buffer, entries_read,
-/// total_entries, resume_handle)` asks for a page and returns the status; `take(record)` answers
-/// whether to go on. Raises a status other than 0 and 234. A page that leads nowhere, with nothing
-/// in it or with no handle to go on from, is the last one too.
-template <class Record, LastPage kLastPage, class ResumeHandle, class Ask, class Take>
-void WalkNetworkPages(Ask&& ask, Take&& take) {
+/// Walks an enumeration that hands out blocks of records and is resumed while there are more:
+/// `ask(buffer, entries_read, total_entries, resume_handle)` calls the platform, and `each(record)`
+/// answers whether to go on. Each block is freed before the next is asked for. Raises any status
+/// but 0 and 234 as one of `source`, and 234 where the platform has more and no way to it.
+///
+///     WalkNetworkPages<USER_INFO_0, DWORD>({}, [&](auto... page) {
+///       return accounts.NetUserEnum(server, 0, 0, page...); }, [&](const USER_INFO_0& user) { …
+///       });
+template <class Record, class ResumeHandle, LastPage kLastPage = LastPage::kByStatus, class Ask,
+          class Each>
+void WalkNetworkPages(const std::optional<Text>& source, Ask&& ask, Each&& each) {
   ResumeHandle resume_handle = 0;
   for (;;) {
+    const ResumeHandle before = resume_handle;
     NetworkBuffer buffer(Apartment::Current().platform.network_management);
     DWORD entries_read = 0;
     DWORD total_entries = 0;
-    const ResumeHandle asked_from = resume_handle;
     const DWORD status = ask(buffer.Receive(), &entries_read, &total_entries, &resume_handle);
     if (status != kErrorSuccess && status != kErrorMoreData) {
-      RaisePlatformError(static_cast<std::int32_t>(status));
+      RaisePlatformError(static_cast<std::int32_t>(status), source);
     }
     const std::span<const Record> records = RecordsIn<Record>(buffer.Get(), entries_read);
     for (const Record& record : records) {
-      if (!take(record)) return;
+      if (!each(record)) return;
     }
-    if (kLastPage == LastPage::kByStatus && status != kErrorMoreData) return;
-    if (resume_handle == 0 || (records.empty() && resume_handle == asked_from)) return;
+    const bool is_last =
+        kLastPage == LastPage::kByStatus ? status != kErrorMoreData : resume_handle == 0;
+    if (is_last) return;
+    if (resume_handle == 0 || (records.empty() && resume_handle == before)) {
+      RaisePlatformError(kErrorMoreData, source);
+    }
   }
 }
 

@@ -1,0 +1,107 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <vector>
+
+#include "accounts/CGroup.h"
+#include "accounts/CGroups.h"
+#include "accounts/CUser.h"
+#include "accounts/CUsers.h"
+#include "apartment/CStatus.h"
+#include "apartment/CSupport.h"
+#include "automation/Conversion.h"
+#include "network/CServer.h"
+#include "root/SystemRoot.h"
+#include "support/ErrorOf.h"
+#include "support/FaultSweep.h"
+#include "support/Listener.h"
+
+namespace veldmark {
+
+inline std::string Shown(CUser& user) {
+  return ToUtf8(user.UserName + u"|" + ToText(std::int64_t{user.UserType}) + u"|" +
+                user.ServerName() + u"|" + user.DomainName());
+}
+inline std::string Shown(CGroup& group) {
+  return ToUtf8(group.GroupName + u"|" + ToText(std::int64_t{group.GroupType}) + u"|" +
+                group.ServerName + u"|" + group.DomainName);
+}
+
+/// Name, type, server and domain of each in a list; "Nothing" without a list.
+template <class List>
+std::vector<std::string> Shown(const Ref<List>& list) {
+  if (!list) return {"Nothing"};
+  std::vector<std::string> shown;
+  for (std::int32_t i = 1; i <= list->Count(); ++i) shown.push_back(Shown(*list->ItemByIndex(i)));
+  return shown;
+}
+
+/// CORP with its controller DC1 and its members LOCALHOST and SRV. It trusts FAR, of which only a
+/// backup controller answers.
+class AccountsWorld : public SimulatedApartment {
+ public:
+  AccountsWorld() {
+    using simulated::Role;
+    estate().AddDomain(u"CORP").trusts = {u"FAR"};
+    estate().AddDomain(u"FAR");
+    estate().Join(local(), u"CORP");
+    dc = &estate().AddMember(u"CORP", u"DC1", Role::PrimaryController);
+    srv = &estate().AddMember(u"CORP", u"SRV", Role::Server);
+    estate().AddMember(u"FAR", u"FAR2", Role::BackupController);
+    srv->own_accounts().AddUser(u"ann");
+    corp().AddUser(u"bob");
+    corp().AddGroup(u"Staff", {u"bob", u"SRV$"}).comment = u"All of us";
+    journal().Clear();
+  }
+
+  simulated::AccountDatabase& corp() { return *estate().FindDomain(u"CORP")->accounts; }
+  simulated::AccountDatabase& far() { return *estate().FindDomain(u"FAR")->accounts; }
+
+  Ref<CServer> Server(TextView name) {
+    auto server = Make<CServer>();
+    server->ServerName = name;
+    return server;
+  }
+  Ref<CGroup> Group(TextView name, GroupTypeEnum type, TextView server, TextView domain = {}) {
+    auto group = Make<CGroup>();
+    group->GroupName = name;
+    group->GroupType = type;
+    group->ServerName = server;
+    group->DomainName = domain;
+    return group;
+  }
+  Ref<CUser> User(TextView name, UserTypeEnum type, TextView server, TextView domain = {}) {
+    auto user = Make<CUser>();
+    user->UserName = name;
+    user->UserType = type;
+    user->SetServerName(Text(server));
+    user->SetDomainName(Text(domain));
+    return user;
+  }
+  /// What was asked in the calls of an operation.
+  std::vector<std::string> Asked(std::string_view operation) {
+    std::vector<std::string> arguments;
+    for (const auto& call : journal().entries()) {
+      if (call.operation == operation) arguments.push_back(call.argument);
+    }
+    return arguments;
+  }
+
+  simulated::Computer* dc;
+  simulated::Computer* srv;
+  SystemRoot root;
+};
+
+/// A test in that world; it fails when an object or a buffer outlives it.
+class AccountsTest : public testing::Test, protected AccountsWorld {
+ protected:
+  void TearDown() override {
+    for (const Counter counter : {Counter::kUser, Counter::kUsers}) {
+      EXPECT_EQ(Apartment::Current().counters[counter], 0) << static_cast<int>(counter);
+    }
+    EXPECT_EQ(ledger().Report(), "");
+  }
+};
+
+}  // namespace veldmark

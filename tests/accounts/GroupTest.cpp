@@ -1,0 +1,286 @@
+#include "accounts/AccountsFixture.h"
+#include "automation/Interface.h"
+#include "support/MixedPlatform.h"
+#include "support/MockAccounts.h"
+
+namespace veldmark {
+namespace {
+
+using simulated::Sid;
+using testing::_;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::NiceMock;
+
+class Groups : public AccountsTest {};
+
+TEST_F(Groups, HaveMembersOfAnyKindAndOfAnyDomainThatTheirListShowsWhole) {
+  far().AddUser(u"eve");
+  far().AddGroup(u"Readers");
+  srv->own_accounts().AddUser(u"O'Neil |x\x263A");
+  srv->own_accounts().AddLocalGroup(
+      u"Ops",
+      {srv->own_accounts().SidOf(u"ann"), corp().SidOf(u"bob"), corp().SidOf(u"bob"),
+       corp().SidOf(u"Staff"), corp().SidOf(u"Staff"), far().SidOf(u"eve"), far().SidOf(u"Readers"),
+       srv->own_accounts().SidOf(u"O'Neil |x\x263A"), *Sid::FromText(u"S-1-5-21-1-2-3-1000"),
+       simulated::AuthenticatedUsersSid(), *Sid::FromText(u"S-1-5-21-1-2-3")});
+  const Ref<CGroup> group = Group(u"Ops", GT_LocalGroup, u"SRV");
+  Ref<CGroups> groups;
+  Ref<CUsers> users;
+  group->GetGroupMembers(groups, users);
+  EXPECT_THAT(Shown(users), ElementsAre("ann|0|SRV|", "bob|1|DC1|CORP", "bob|1|DC1|CORP",
+                                        "eve|0|FAR|", ToUtf8(u"O'Neil |x\x263A|0|SRV|"),
+                                        "(Account Unknown)|2||", "(Account Unknown)|2||"));
+  // No primary controller answers for the group of FAR; of two of a name the first stays.
+  EXPECT_THAT(Shown(groups), ElementsAre("Staff|1|DC1|CORP", "Readers|1||FAR",
+                                         "Authenticated Users|2||NT AUTHORITY"));
+  journal().Clear();
+  EXPECT_EQ(users->ItemByIndex(2)->GetSid()->SidText(), corp().SidOf(u"bob").ToText());
+  EXPECT_EQ(groups->ItemByIndex(1)->GetSid()->SidText(), corp().SidOf(u"Staff").ToText());
+  EXPECT_TRUE(journal().entries().empty());
+  EXPECT_EQ(Err().Number(), 0);
+}
+
+TEST_F(Groups, AreNotReadBeyondTheRecordsOfTheirMembers) {
+  // The first SID has no sound length, the second no place, and the third is one.
+  std::array<std::uint8_t, 8> unsound = {1, 200, 0, 0, 0, 0, 0, 5};
+  std::array<std::uint8_t, 12> everyone = {1, 1, 0, 0, 0, 0, 0, 1};
+  LOCALGROUP_MEMBERS_INFO_0 members[] = {{unsound.data()}, {nullptr}, {everyone.data()}};
+  LPWSTR no_name = nullptr;
+  NiceMock<MockAccounts> accounts;
+  ON_CALL(accounts, NetLocalGroupGetMembers)
+      .WillByDefault(
+          [&](auto, auto, auto, BYTE** buffer, auto, DWORD* read, auto, UINT_PTR* resume) {
+            *resume = *resume == 0 ? 7 : 0;
+            *buffer = *resume == 0 ? nullptr : reinterpret_cast<BYTE*>(members);
+            *read = 3;
+            return DWORD{0};
+          });
+  ON_CALL(accounts, NetUserGetLocalGroups)
+      .WillByDefault([&](auto, auto, auto, auto, BYTE** buffer, auto, DWORD* read, DWORD* total) {
+        *buffer = reinterpret_cast<BYTE*>(&no_name);
+        *read = 1;
+        *total = 1000;
+        return DWORD{0};
+      });
+  NET_DISPLAY_USER display[2] = {};
+  ON_CALL(accounts, NetQueryDisplayInformation)
+      .WillByDefault([&](auto, auto, auto, auto, auto, DWORD* returned, void** buffer) {
+        *buffer = display;
+        *returned = 2;
+        return DWORD{0};
+      });
+  ON_CALL(accounts, NetUserEnum)
+      .WillByDefault([&](auto, auto, auto, BYTE**, auto, DWORD* read, auto, auto) {
+        *read = 5;
+        return DWORD{234};
+      });
+  const Ref<CServer> server = Server(u"SRV");
+  server->ServerType();
+  const Ref<CGroup> group = Group(u"Ops", GT_LocalGroup, u"SRV");
+  {
+    Platform mixed = WithAccounts(platform, accounts);
+    const PlatformSwap swap(mixed);
+    Ref<CGroups> groups;
+    Ref<CUsers> users;
+    group->GetGroupMembers(groups, users);
+    EXPECT_THAT(Shown(users), ElementsAre("(Account Unknown)|2||", "(Account Unknown)|2||"));
+    EXPECT_THAT(Shown(groups), ElementsAre("Everyone|2||"));
+    EXPECT_THAT(Shown(User(u"x", UT_LocalUser, u"SRV")->GetGroups()), ElementsAre("|0|SRV|"));
+    EXPECT_THAT(Shown(Engine().GetUsers(*server, false)), ElementsAre("|0|SRV|", "|0|SRV|"));
+    EXPECT_EQ(ErrorOf([&] { Engine().GetCompleteUserAccounts(*server, false); }), 234);
+    EXPECT_EQ(ErrorOf([&] { User(u"x", UT_LocalUser, u"SRV")->Comment(); }), 13);
+    EXPECT_EQ(ErrorOf([&] { group->Comment(); }), 13);
+  }
+}
+
+TEST_F(Groups, GiveGlobalAndWellKnownOnesUsersOrNothing) {
+  const Ref<CGroup> staff = Group(u"Staff", GT_GlobalGroup, u"", u"CORP");
+  auto groups = Make<CGroups>();
+  Ref<CUsers> users;
+  staff->GetGroupMembers(groups, users);
+  EXPECT_EQ(groups, nullptr);
+  EXPECT_THAT(Shown(users), ElementsAre("bob|1|\\\\DC1|CORP"));
+  EXPECT_EQ(staff->GetGroups(), nullptr);
+  for (const GroupTypeEnum type : {GT_WellKnownGroup, GT_AccountUnknown}) {
+    const Ref<CGroup> group = Group(u"Staff", type, u"DC1");
+    EXPECT_EQ(group->GetUsers(), nullptr);
+    groups = Make<CGroups>();
+    const Ref<CUsers> before = users;
+    group->GetGroupMembers(groups, users);
+    EXPECT_NE(groups, nullptr);
+    EXPECT_EQ(users, before);
+  }
+}
+
+TEST_F(Groups, DeliverTheirMembersByEventsAndThemselvesInTheirGroupsPlace) {
+  srv->own_accounts().AddLocalGroup(
+      u"Ops", {corp().SidOf(u"Staff"), corp().SidOf(u"bob"), corp().SidOf(u"Staff")});
+  const Ref<CGroup> group = Group(u"Ops", GT_LocalGroup, u"SRV");
+  group->PutAsyncFetch(true);
+  std::vector<std::string> heard;
+  std::size_t most = 1000;
+  Listen(*group, [&](std::int32_t event, std::span<Variant> arguments) {
+    const Ref<Object> object = ToObject(arguments[0]);
+    heard.push_back(std::to_string(event) + ToUtf8(TypeName(object.Get())) +
+                    (object == Ref<Object>(group) ? " itself" : ""));
+    if (heard.size() == most) arguments[1].Assign(Variant(true));
+  });
+  EXPECT_THAT(Shown(group->GetUsers()), IsEmpty());
+  EXPECT_THAT(heard, ElementsAre("2CGroup itself", "1CUser", "2CGroup itself"));
+  for (most = 1; most <= 2; ++most) {
+    heard.clear();
+    EXPECT_THAT(Shown(group->GetGroups()), IsEmpty());
+    EXPECT_EQ(heard.size(), most);
+  }
+}
+
+TEST_F(Groups, FetchCommentNumberAndAttributesOnce) {
+  const Ref<CGroup> staff = Group(u"staff", GT_GlobalGroup, u"ELSEWHERE", u"CORP");
+  staff->PutComment(u"overwritten by the fetch");
+  EXPECT_EQ(staff->Comment(), u"All of us");
+  EXPECT_EQ(staff->GroupName, u"Staff");
+  EXPECT_EQ(static_cast<DWORD>(staff->GroupId()), corp().group(u"Staff").number);
+  EXPECT_EQ(staff->Attributes(), 7);
+  EXPECT_THAT(Asked("NetGroupGetInfo"), ElementsAre("\\\\DC1 staff 2"));
+  staff->PutComment(u"kept");
+  EXPECT_EQ(staff->Comment(), u"kept");
+  EXPECT_EQ(ErrorOf([&] { Group(u"x", GT_GlobalGroup, u"DC1", u"NONE")->GroupId(); }), 5);
+
+  srv->own_accounts().AddLocalGroup(u"Ops").comment = u"of SRV";
+  journal().Clear();
+  const Ref<CGroup> ops = Group(u"Ops", GT_LocalGroup, u"SRV");
+  faults().FailNthOf("NetLocalGroupGetInfo", 1, 1722);
+  EXPECT_EQ(ErrorOf([&] { ops->Comment(); }), 1722);
+  EXPECT_EQ(ops->Comment(), u"of SRV");
+  EXPECT_EQ(ops->GroupId() + ops->Attributes(), 0);
+  EXPECT_EQ(journal().Count("NetLocalGroupGetInfo"), 2u);
+  EXPECT_EQ(Engine().GetLocalGroups(Server(u"SRV").Get(), false)->Count(),
+            static_cast<std::int32_t>(srv->own_accounts().local_groups().size()));
+  EXPECT_EQ(Group(u"x", GT_WellKnownGroup, u"")->Comment(), u"");
+  EXPECT_EQ(journal().Count("NetLocalGroupGetInfo"), 2u);
+
+  EXPECT_EQ(Shown(*root.GetGroup(u"\\\\SRV", u"ops")), "Ops|0|SRV|");
+  EXPECT_EQ(Shown(*root.GetGroup(u"CORP", u"staff")), "Staff|1|DC1|CORP");
+  EXPECT_EQ(ErrorOf([&] { root.GetGroup(u"\\\\SRV", u"none"); }), 1376);
+  EXPECT_EQ(ErrorOf([&] { root.GetGroup(u"FAR", u"Readers"); }), 2453);
+}
+
+TEST_F(Groups, AreDisplayedWithTheirComputerOrDomainWhichIsTheirListsKey) {
+  const struct {
+    GroupTypeEnum type;
+    TextView server, domain, shown;
+  } cases[] = {{GT_LocalGroup, u"SRV", u"", u"\\\\SRV\\x"},
+               {GT_LocalGroup, u"\\\\SRV", u"", u"\\\\SRV\\x"},
+               {GT_LocalGroup, u"DC1", u"CORP", u"CORP\\x"},
+               {GT_GlobalGroup, u"DC1", u"CORP", u"CORP\\x"},
+               {GT_GlobalGroup, u"DC1", u"", u"x"},
+               {GT_WellKnownGroup, u"", u"NT AUTHORITY", u"NT AUTHORITY\\x"},
+               {GT_WellKnownGroup, u"SRV", u"", u"x"},
+               {GT_AccountUnknown, u"SRV", u"CORP", u"x"}};
+  for (const auto& test : cases) {
+    EXPECT_EQ(Group(u"x", test.type, test.server, test.domain)->AccountDisplayName(), test.shown);
+  }
+  // Of two controllers' local groups of one name the first stays.
+  const auto groups = Make<CGroups>();
+  const Ref<CGroup> first = Group(u"Ops", GT_LocalGroup, u"DC1", u"CORP");
+  EXPECT_EQ(groups->Add(first.Get()), first);
+  EXPECT_EQ(groups->Add(Group(u"OPS", GT_LocalGroup, u"DC2", u"CORP").Get()), first);
+  EXPECT_EQ(groups->Count(), 1);
+  EXPECT_EQ(ErrorOf([&] { groups->ItemByKey(u"CORP\\Ops"); }), 5);
+}
+
+TEST_F(Groups, TellTheirSidByTheirKind) {
+  simulated::AccountDatabase& accounts = srv->own_accounts();
+  accounts.AddLocalGroup(u"Ops");
+  const auto sid = [&](GroupTypeEnum type, TextView name, TextView server, TextView domain) {
+    const Ref<CSid> found = Group(name, type, server, domain)->GetSid();
+    return found->SidText() + u" " + found->ResidesOnServer();
+  };
+  EXPECT_EQ(sid(GT_LocalGroup, u"Ops", u"SRV", u""), accounts.SidOf(u"Ops").ToText() + u" SRV");
+  EXPECT_EQ(sid(GT_GlobalGroup, u"Staff", u"DC1", u"CORP"),
+            corp().SidOf(u"Staff").ToText() + u" DC1");
+  EXPECT_EQ(sid(GT_WellKnownGroup, u"Everyone", u"SRV", u""), u"S-1-1-0 ");
+  EXPECT_EQ(sid(GT_AccountUnknown, u"Everyone", u"SRV", u""), u" ");
+}
+
+TEST_F(Groups, AreWrittenAsNewOnesOrAsTheyAre) {
+  const Ref<CGroup> made = CGroup::CreateLocal(u"Made", u"SRV");
+  EXPECT_EQ(made->Comment(), u"");
+  made->PutComment(u"new");
+  EXPECT_EQ(srv->own_accounts().FindLocalGroup(u"Made"), nullptr);
+  made->Update();
+  EXPECT_EQ(srv->own_accounts().local_group(u"Made").comment, u"new");
+  // It stays a new one.
+  Err().Clear();
+  Swallow([] { Raise(1, u"an earlier source"); });
+  EXPECT_EQ(FailureOf([&] { made->Update(); }).substr(0, 23), u"1379|an earlier source|");
+  made->GroupType = GT_GlobalGroup;
+  made->GroupName = u"Global";
+  made->ServerName = u"\\\\DC1";
+  made->Update();
+  EXPECT_EQ(corp().group(u"Global").comment, u"new");
+
+  const Ref<CGroup> local_group = Group(u"Made", GT_LocalGroup, u"SRV");
+  local_group->PutComment(u"changed");
+  local_group->Update();
+  EXPECT_EQ(srv->own_accounts().local_group(u"Made").comment, u"changed");
+  const Ref<CGroup> global = Group(u"Staff", GT_GlobalGroup, u"DC1");
+  global->PutComment(u"changed too");
+  global->Update();
+  EXPECT_EQ(corp().group(u"Staff").comment, u"changed too");
+  for (const char* name :
+       {"NetLocalGroupAdd", "NetGroupAdd", "NetLocalGroupSetInfo", "NetGroupSetInfo"}) {
+    EXPECT_EQ(journal().Count(name), name == std::string("NetLocalGroupAdd") ? 2u : 1u) << name;
+  }
+}
+
+/// A world in which every walk of accounts has something to find.
+struct FullWorld : AccountsWorld {
+  FullWorld() {
+    srv->own_accounts().AddLocalGroup(u"Ops",
+                                      {srv->own_accounts().SidOf(u"ann"), corp().SidOf(u"Staff"),
+                                       *Sid::FromText(u"S-1-5-21-1-2-3-1000")});
+    srv->SetPage(2);
+    dc->SetPage(2);
+  }
+};
+
+TEST(AccountFaults, AreRaisedOrSwallowedAndLeaveNothingOpen) {
+  const std::set<std::string> frees = {"NetApiBufferFree"};
+  const auto nothing = [](auto&...) {};
+  SweepFaults<FullWorld>(
+      frees, [](FullWorld& world) { Engine().GetUsers(*world.Server(u"SRV"), false); },
+      [](FullWorld&, const std::string&, bool) {});
+  SweepFaults<FullWorld>(
+      frees,
+      [](FullWorld& world) {
+        const auto users = Engine().GetCompleteUserAccounts(*world.Server(u"DC1"), false);
+        users->ItemByIndex(1)->GetGroups();
+      },
+      [](FullWorld&, const std::string&, bool) {});
+  SweepFaults<FullWorld>(
+      {"NetApiBufferFree", "LookupAccountSidW", "NetWkstaGetInfo", "NetGetDCName"},
+      [](FullWorld& world) {
+        const auto group = world.Group(u"Ops", GT_LocalGroup, u"SRV");
+        EXPECT_EQ(group->GetUsers()->Count() + group->GetGroups()->Count(), 3);
+      },
+      [](FullWorld&, const std::string&, bool) {});
+  SweepFaults<FullWorld>(
+      frees,
+      [](FullWorld& world) {
+        world.root.GetUser(u"CORP", u"bob")->GetGroups();
+        const auto group = CGroup::CreateLocal(u"Made", u"SRV");
+        group->Update();
+        world.root.GetGroup(u"CORP", u"Staff")->Update();
+      },
+      [](FullWorld& world, const std::string& failed, bool) {
+        if (failed == "NetLocalGroupAdd") {
+          EXPECT_EQ(world.srv->own_accounts().FindLocalGroup(u"Made"), nullptr);
+        }
+      },
+      {"LookupAccountNameW"});
+}
+
+}  // namespace
+}  // namespace veldmark

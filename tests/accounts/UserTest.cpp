@@ -1,0 +1,215 @@
+#include "accounts/AccountsFixture.h"
+#include "accounts/CUpdate.h"
+#include "automation/Interface.h"
+#include "automation/Secret.h"
+
+namespace veldmark {
+namespace {
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::IsEmpty;
+
+class Users : public AccountsTest {};
+
+TEST_F(Users, AreFetchedWithEveryFieldOfTheirRecord) {
+  simulated::UserAccount& ann = srv->own_accounts().user(u"ann");
+  ann.full_name = u"Ann Example";
+  ann.comment = u"a comment";
+  ann.user_comment = u"her own";
+  ann.home_folder = u"\\\\SRV\\ann";
+  ann.home_drive = u"H:";
+  ann.script = u"logon.cmd";
+  ann.profile = u"\\\\SRV\\profiles";
+  ann.logons = 7;
+  ann.password_expired = true;
+  ann.password_set = estate().unix_time() - 60;
+  const Ref<CUser> user = root.GetUser(u"\\\\srv", u"ANN");
+  Text shown;
+  for (const char16_t* name :
+       {u"UserName", u"UserType", u"FullName", u"Password", u"Comment", u"UsrComment", u"HomeDir",
+        u"HomePathDriveLetter", u"ScriptPath", u"ProfilePath", u"NumLogons", u"PasswordExpired",
+        u"PasswordAge", u"LastLogon", u"LastLogoff", u"AccountExpires", u"ServerName",
+        u"DomainName"}) {
+    const Variant value = Call(*user, name, MemberKind::kGet);
+    const Date* const date = value.If<Date>();
+    shown += (date ? ToText(Variant(date->days)) : ToText(value)) + u";";
+  }
+  EXPECT_EQ(shown,
+            u"ann;0;Ann Example;;a comment;her own;\\\\SRV\\ann;H:;logon.cmd;\\\\SRV\\profiles;7;"
+            u"True;60;0;0;0;srv;;");
+}
+
+TEST_F(Users, HaveDatesInLocalTimeAndZeroForNever) {
+  TIME_ZONE_INFORMATION zone{};
+  zone.Bias = -360;
+  estate().SetTimeZone(zone, kTimeZoneIdStandard);
+  const struct {
+    DWORD logon, expires;
+    double logon_date, expiry_date;
+  } cases[] = {{0, kTimeForever, 0, 0},
+               {86400, 86400, 25570.25, 25570.25},
+               {0xFFFFFFFF, 0, 0, 0.25},  // an expiry of 0 is a date like any other
+               {0x80000000, 0x7FFFFFFF, 0, 50424.3848032407}};
+  simulated::UserAccount& ann = srv->own_accounts().user(u"ann");
+  for (const auto& test : cases) {
+    ann.last_logon = ann.last_logoff = test.logon;
+    ann.expires = test.expires;
+    const Ref<CUser> user = root.GetUser(u"\\\\SRV", u"ann");
+    EXPECT_NEAR(user->LastLogon().days, test.logon_date, 1e-6) << test.logon;
+    EXPECT_NEAR(user->LastLogoff().days, test.logon_date, 1e-6) << test.logon;
+    EXPECT_NEAR(user->AccountExpires().days, test.expiry_date, 1e-6) << test.expires;
+  }
+}
+
+TEST_F(Users, HaveOneBooleanForEachFlag) {
+  bool (CUser::*const booleans[])() = {&CUser::AccountDisabled, &CUser::AccountLocked,
+                                       &CUser::PasswordNoChange, &CUser::PasswordNoExpire};
+  const DWORD flags[] = {2, 16, 64, 0x10000};
+  for (std::size_t set = 0; set < std::size(flags); ++set) {
+    srv->own_accounts().user(u"ann").flags = kAccountNormal | flags[set];
+    const Ref<CUser> user = root.GetUser(u"\\\\SRV", u"ann");
+    for (std::size_t asked = 0; asked < std::size(flags); ++asked) {
+      EXPECT_EQ(((*user).*booleans[asked])(), set == asked) << flags[set] << " " << asked;
+    }
+  }
+}
+
+TEST_F(Users, FetchTheRestOnceWhenItIsFirstRead) {
+  srv->own_accounts().user(u"ann").comment = u"a comment";
+  const Ref<CUsers> users = Engine().GetUsers(*Server(u"SRV"), false);
+  const Ref<CUser> user = users->ItemByKey(u"\\\\SRV\\ann");
+  const auto fetches = [&] { return journal().Count("NetUserGetInfo"); };
+  EXPECT_EQ(user->FullName(), u"");
+  EXPECT_EQ(user->AccountDisplayName(), u"\\\\SRV\\ann");
+  EXPECT_EQ(fetches(), 0u);
+  faults().FailNthOf("NetUserGetInfo", 1, 1722);
+  EXPECT_EQ(FailureOf([&] { user->Comment(); }).substr(0, 24), u"1722|Veldmark2.CSupport|");
+  EXPECT_EQ(Shown(*user), "ann|0|SRV|");
+  EXPECT_EQ(user->Comment(), u"a comment");
+  EXPECT_EQ(fetches(), 2u);
+  EXPECT_FALSE(user->AccountDisabled());
+  EXPECT_EQ(user->NumLogons() + user->PasswordAge() * 0, 0);
+  EXPECT_EQ(fetches(), 2u);
+}
+
+TEST_F(Users, KeepWhatTheyHadWhereOnlyTheOpenLevelMayBeRead) {
+  simulated::UserAccount& ann = srv->own_accounts().user(u"ann");
+  ann.flags = kAccountNormal | kAccountDisabled;
+  ann.user_comment = u"her own";
+  ann.logons = 7;
+  const Ref<CUser> listed = Engine().GetUsers(*Server(u"SRV"), false)->ItemByKey(u"\\\\SRV\\ann");
+  for (const bool is_listed : {true, false}) {
+    faults().FailNthOf("NetUserGetInfo", 1, 5);
+    journal().Clear();
+    const Ref<CUser> user = is_listed ? listed : root.GetUser(u"\\\\SRV", u"ann");
+    EXPECT_EQ(user->UsrComment(), u"her own");
+    EXPECT_EQ(user->AccountDisabled(), is_listed);
+    EXPECT_EQ(user->NumLogons(), 0);
+    EXPECT_THAT(Asked("NetUserGetInfo"), ElementsAre("\\\\SRV ann 3", "\\\\SRV ann 10"));
+  }
+}
+
+TEST_F(Users, AreMarkedOnceThereIsNoSuchUser) {
+  const Ref<CUser> user = User(u"nobody", UT_LocalUser, u"SRV");
+  for (const char* asked : {"\\\\SRV nobody 3", "\\\\SRV (Account Unknown) 3"}) {
+    journal().Clear();
+    EXPECT_EQ(ErrorOf([&] { user->HomeDir(); }), 2221);
+    EXPECT_THAT(Asked("NetUserGetInfo"), ElementsAre(asked));
+    EXPECT_EQ(Shown(*user), "(Account Unknown)|2|SRV|");
+  }
+  EXPECT_EQ(user->AccountDisplayName(), u"(Account Unknown)");
+  EXPECT_THAT(Shown(user->GetGroups()), IsEmpty());
+}
+
+TEST_F(Users, AreGotFromAComputerOrFromADomainByItsController) {
+  EXPECT_EQ(Shown(*root.GetUser(u"\\\\SRV", u"ann")), "ann|0|SRV|");
+  EXPECT_EQ(Shown(*root.GetUser(u"CORP", u"bob")), "bob|1|DC1|CORP");
+  EXPECT_EQ(ErrorOf([&] { root.GetUser(u"CORP", u"ann"); }), 2221);
+  EXPECT_EQ(ErrorOf([&] { root.GetUser(u"FAR", u"bob"); }), 2453);
+}
+
+TEST_F(Users, AreDisplayedWithTheirComputerOrDomain) {
+  const struct {
+    UserTypeEnum type;
+    TextView server, domain, shown;
+  } cases[] = {{UT_LocalUser, u"SRV", u"CORP", u"\\\\SRV\\x"},
+               {UT_LocalUser, u"\\\\SRV", u"", u"\\\\SRV\\x"},
+               {UT_LocalUser, u"", u"", u"\\\\\\x"},
+               {UT_GlobalUser, u"SRV", u"CORP", u"CORP\\x"},
+               {UT_GlobalUser, u"SRV", u"", u"x"},
+               {UT_AccountUnknown, u"SRV", u"CORP", u"x"},
+               {UserTypeEnum{9}, u"SRV", u"CORP", u"x"}};
+  for (const auto& test : cases) {
+    EXPECT_EQ(User(u"x", test.type, test.server, test.domain)->AccountDisplayName(), test.shown);
+  }
+}
+
+TEST_F(Users, TellTheirSidAnewEachTimeUnlessAWalkStoredOne) {
+  const Ref<CUser> local_user = User(u"ann", UT_LocalUser, u"SRV");
+  const Ref<CUser> user = User(u"bob", UT_GlobalUser, u"DC1", u"CORP");
+  EXPECT_EQ(local_user->GetSid()->SidText(),
+            FromUtf8(ToUtf8(srv->own_accounts().SidOf(u"ann").ToText())));
+  EXPECT_EQ(user->GetSid()->SidText(), corp().SidOf(u"bob").ToText());
+  EXPECT_NE(user->GetSid(), user->GetSid());
+  EXPECT_EQ(user->GetSid()->ResidesOnServer(), u"DC1");
+  const Ref<CSid> unknown = User(u"bob", UT_AccountUnknown, u"SRV")->GetSid();
+  EXPECT_EQ(unknown->ResidesOnServer() + unknown->SidText(), u"SRV");
+  user->SetSid(unknown);
+  EXPECT_EQ(user->GetSid(), unknown);
+}
+
+TEST_F(Users, GetAPasswordThatLeavesNoTrace) {
+  const Ref<CUser> user = User(u"ann", UT_LocalUser, u"SRV");
+  EXPECT_TRUE(user->SetPassword(Secret(u"Correct-Horse")));
+  EXPECT_EQ(TextView(srv->own_accounts().user(u"ann").password->c_str()), u"Correct-Horse");
+  // A server that has its "\\" gets another.
+  const Ref<CUser> marked = User(u"ann", UT_LocalUser, u"\\\\SRV");
+  const Text failure = FailureOf([&] { marked->SetPassword(Secret(u"Battery-Staple")); });
+  EXPECT_NE(failure, u"");
+  EXPECT_EQ(failure.find(u"Battery"), Text::npos);
+  EXPECT_THAT(Asked("NetUserSetInfo"), ElementsAre("\\\\SRV ann 1003", "\\\\\\\\SRV ann 1003"));
+  for (const auto& call : journal().entries()) {
+    EXPECT_EQ(call.argument.find("Horse"), std::string::npos) << call.operation;
+  }
+}
+
+TEST_F(Users, AreInGroupsOfTheirOwnServerOrAnother) {
+  srv->own_accounts().AddLocalGroup(u"Ops", {srv->own_accounts().SidOf(u"ann")});
+  const Ref<CUser> ann = User(u"ann", UT_LocalUser, u"SRV");
+  EXPECT_THAT(Shown(ann->GetGroups()), testing::Contains("Ops|0|SRV|"));
+  const Ref<CUser> bob = User(u"bob", UT_GlobalUser, u"DC1", u"CORP");
+  EXPECT_THAT(Shown(bob->GetGroups()), testing::Contains("Staff|1|DC1|"));
+  journal().Clear();
+  bob->SetServerName(u"OTHER");
+  // The groups are said to be the user's own server's, whoever was asked.
+  EXPECT_THAT(Shown(bob->GetGroupsOnServer(u"DC1", true)), testing::Contains("Staff|1|OTHER|"));
+  ann->GetGroupsOnServer(u"", true);
+  EXPECT_THAT(Asked("NetUserGetGroups"), ElementsAre("\\\\DC1 bob 0"));
+  EXPECT_THAT(Asked("NetUserGetLocalGroups"), ElementsAre("\\\\SRV ann 0 1"));
+  EXPECT_EQ(FailureOf([&] { User(u"x", UT_LocalUser, u"SRV")->GetGroups(); }).substr(0, 21),
+            u"2221|Veldmark2.CUser|");
+}
+
+TEST_F(Users, AreWrittenBackWholeByAnUpdate) {
+  simulated::UserAccount& ann = srv->own_accounts().user(u"ann");
+  ann.comment = u"a comment";
+  ann.home_folder = u"H";
+  const Ref<CUser> user = root.GetUser(u"\\\\SRV", u"ann");
+  user->Details().comment = u"another";
+  user->Details().flags |= kAccountDisabled;
+  CUpdate update;
+  EXPECT_TRUE(update.SetUserInfo(user.Get()));
+  EXPECT_EQ(ann.comment, u"another");
+  EXPECT_EQ(ann.home_folder, u"H");
+  EXPECT_EQ(ann.flags & kAccountDisabled, kAccountDisabled);
+  EXPECT_FALSE(update.SetUserInfo(nullptr));
+  faults().FailEvery("NetUserSetInfo", 5);
+  EXPECT_FALSE(update.SetUserInfo(user.Get()));
+  EXPECT_FALSE(update.RenameUser(user.Get(), u"x"));
+  EXPECT_FALSE(update.SetUserPriv(user.Get(), 2));
+  EXPECT_EQ(user->UserName, u"ann");
+}
+
+}  // namespace
+}  // namespace veldmark
