@@ -56,6 +56,7 @@ class SystemRoot : public Exported<SystemRoot>, Counted<Counter::kSystemRoot> {
   /// Forgets the accounts by SID; those by name stay.
   void ClearSidCache();
   Ref<CRegistry> GetRegistry();
+  /// See `CSupport::GetServer`.
   Ref<CServer> GetServer(const Text& server_name, const Text& domain_name);
   Ref<CUser> GetUser(const Text& account_domain, const Text& user_name);
   Ref<CGroup> GetGroup(const Text& account_domain, const Text& group_name);
