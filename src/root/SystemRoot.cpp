@@ -26,7 +26,21 @@ namespace veldmark {
 namespace {
 
 constexpr TextView kClassName = u"SystemRoot";
+constexpr TextView kNetworkStart = u"\\\\";
 constexpr std::int32_t kObsoleteFunction = kAutomationErrorBase + 911;
+
+/// Where to look for an account: on a computer, "\\SRV", or in a domain, asked of its controller.
+struct AccountPlace {
+  explicit AccountPlace(const Text& account_domain)
+      : is_domain(!account_domain.starts_with(kNetworkStart)) {
+    if (is_domain) domain_name = account_domain;
+    server_name = is_domain ? Engine().GetPDCName(account_domain, Text()) : account_domain;
+    if (server_name.starts_with(kNetworkStart)) server_name.erase(0, kNetworkStart.size());
+  }
+  bool is_domain;
+  Text domain_name;
+  Text server_name;
+};
 
 /// The class that stands for a kind of named object; empty for a kind that has none.
 TextView ParentTypeOf(SE_OBJECT_TYPE object_type) {
@@ -326,8 +340,33 @@ bool SystemRoot::CancelNetworkConnection(const Text& remote_name, bool make_pers
   });
 }
 
+Ref<CUser> SystemRoot::GetUser(const Text& account_domain, const Text& user_name) {
+  return ReRaising([&] {
+    const AccountPlace place(account_domain);
+    auto user = Make<CUser>();
+    user->SetDomainName(place.domain_name);
+    user->SetServerName(place.server_name);
+    user->UserType = place.is_domain ? UT_GlobalUser : UT_LocalUser;
+    user->UserName = user_name;
+    Engine().PopulateUser(*user);
+    return user;
+  });
+}
+
+Ref<CGroup> SystemRoot::GetGroup(const Text& account_domain, const Text& group_name) {
+  return ReRaising([&] {
+    const AccountPlace place(account_domain);
+    auto group = Make<CGroup>();
+    group->DomainName = place.domain_name;
+    group->ServerName = place.server_name;
+    group->GroupType = place.is_domain ? GT_GlobalGroup : GT_LocalGroup;
+    group->GroupName = group_name;
+    Engine().PopulateGroup(*group);
+    return group;
+  });
+}
+
 Ref<CDomain> SystemRoot::GetDomainFromServerName(const Text&) { RaiseNotBuilt(); }
 Ref<CServer> SystemRoot::GetServer(const Text&, const Text&) { RaiseNotBuilt(); }
-Ref<CUser> SystemRoot::GetUser(const Text&, const Text&) { RaiseNotBuilt(); }
-Ref<CGroup> SystemRoot::GetGroup(const Text&, const Text&) { RaiseNotBuilt(); }
+
 }  // namespace veldmark

@@ -57,7 +57,11 @@ class SystemRoot : public Exported<SystemRoot>, Counted<Counter::kSystemRoot> {
   void ClearSidCache();
   Ref<CRegistry> GetRegistry();
   Ref<CServer> GetServer(const Text& server_name, const Text& domain_name);
+  /// The account of a domain, or of a computer for "\\SRV", with all that is known of it. Raises
+  /// 2221 where there is none and 2453 for a domain without a controller.
   Ref<CUser> GetUser(const Text& account_domain, const Text& user_name);
+  /// The same for a group: 2220 where there is none, 1376 for one of a computer, 5 for a domain
+  /// that the network doesn't list.
   Ref<CGroup> GetGroup(const Text& account_domain, const Text& group_name);
   /// See `CSupport::CopyFile`.
   void CopyFile(const Text& existing_file, const Text& new_file, bool overwrite);

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "accounts/AccountNames.h"
 #include "apartment/Apartment.h"
 #include "apartment/Errors.h"
 #include "automation/CaseMapping.h"
@@ -35,11 +36,6 @@ CollectionKey NameKey(TextView domain, TextView name) {
 
 Text QualifiedName(TextView domain, TextView name) {
   return domain.empty() ? Text(name) : Text(domain) + u"\\" + Text(name);
-}
-
-Text WithoutServerMark(Text name) {
-  if (name.starts_with(u"\\\\")) name.erase(0, 2);
-  return name;
 }
 
 bool FindCachedAccount(Account& account, TextView server) {

@@ -13,13 +13,8 @@ struct Account {
   SidTypeEnum sid_type{};
 };
 
-inline constexpr TextView kAccountUnknown = u"(Account Unknown)";
-
 /// "DOMAIN\name", or the name alone.
 Text QualifiedName(TextView domain, TextView name);
-
-/// The name without the "\\\\" that servers' names may begin with.
-Text WithoutServerMark(Text name);
 
 /// Looks an account up in the apartment's caches: by its SID's text, or, without one, by domain and
 /// name. On a hit the account is filled and true returned. A failure that was cached for another

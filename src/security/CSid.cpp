@@ -2,6 +2,8 @@
 
 #include <limits>
 
+#include "accounts/AccountHome.h"
+#include "accounts/AccountNames.h"
 #include "accounts/CGroup.h"
 #include "accounts/CGroups.h"
 #include "accounts/CUser.h"
@@ -10,6 +12,7 @@
 #include "apartment/Errors.h"
 #include "automation/Declare.h"
 #include "network/CServer.h"
+#include "network/ServerNames.h"
 #include "platform/operations/ErrorCodes.h"
 #include "security/AccountCache.h"
 #include "security/WellKnownGroups.h"
@@ -237,17 +240,17 @@ Ref<Object> CSid::MakeUser() {
   const auto make_local = [&] {
     user->UserType = UT_LocalUser;
     user->SetDomainName(Text());
-    user->SetServerName(WithoutServerMark(account_domain_));
+    user->SetServerName(PlainServerName(account_domain_));
   };
   if (account_domain_.empty()) {
-    user->SetServerName(WithoutServerMark(account_server_));
+    user->SetServerName(PlainServerName(account_server_));
   } else if (ResidesOnItsDomain()) {
     make_local();
   } else {
     user->UserType = UT_GlobalUser;
     user->SetDomainName(account_domain_);
     const bool has_controller = Swallow([&] {
-      user->SetServerName(WithoutServerMark(Engine().GetPDCName(account_domain_, Text())));
+      user->SetServerName(PlainServerName(Engine().GetPDCName(account_domain_, Text())));
     });
     if (!has_controller) {
       Err().Clear();
@@ -262,7 +265,7 @@ Ref<Object> CSid::MakeGlobalGroup() {
   group->GroupName = account_name_;
   group->GroupType = GT_GlobalGroup;
   group->DomainName = account_domain_;
-  group->ServerName = WithoutServerMark(Engine().GetPDCName(account_domain_, Text()));
+  group->ServerName = PlainServerName(Engine().GetPDCName(account_domain_, Text()));
   return Finished(*group);
 }
 
@@ -277,7 +280,7 @@ Ref<Object> CSid::MakeAlias() {
       group->ServerName = account_domain_;
     } else {
       group->DomainName = account_domain_;
-      group->ServerName = WithoutServerMark(Engine().GetPDCName(account_domain_, Text()));
+      group->ServerName = PlainServerName(Engine().GetPDCName(account_domain_, Text()));
     }
     return Finished(*group);
   }
@@ -287,7 +290,7 @@ Ref<Object> CSid::MakeAlias() {
     return Finished(*group);
   }
   const Ref<CServer> server = Engine().GetServer(resides_on_server_, Text());
-  if (server->IsDomainController()) {
+  if (AccountHomeOf(*server).is_controller) {
     group->DomainName = server->DomainName;
     group->ServerName = server->ServerName;
   } else {

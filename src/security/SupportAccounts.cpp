@@ -2,12 +2,14 @@
 #include <array>
 #include <vector>
 
+#include "accounts/AccountNames.h"
 #include "accounts/CGroup.h"
 #include "accounts/CGroups.h"
 #include "apartment/CSupport.h"
 #include "apartment/Conversions.h"
 #include "apartment/Errors.h"
 #include "automation/CaseMapping.h"
+#include "network/ServerNames.h"
 #include "platform/operations/ErrorCodes.h"
 #include "security/AccountCache.h"
 #include "security/BinarySid.h"
@@ -98,13 +100,13 @@ void CSupport::GetAccount(const SidWords& sid, const Text& server_name, Text& do
                           SidTypeEnum& sid_type, bool& account_unknown) {
   ReRaising([&] {
     if (!IsValidSid(AsBytes(sid))) RaisePlatformError(kErrorInvalidSid);
-    const Text server = WithoutServerMark(server_name);
+    const Text server = PlainServerName(server_name);
     if (LookUpName(sid, server, server.empty() ? kNameUnits : kServerNameUnits, domain, name,
                    sid_type, account_unknown)) {
       return;
     }
     const Text controller =
-        WithoutServerMark(GetPDCName(domain = GetDomainFromServer(server_name), Text()));
+        PlainServerName(GetPDCName(domain = GetDomainFromServer(server_name), Text()));
     LookUpName(sid, controller, kServerNameUnits, domain, name, sid_type, account_unknown);
   });
 }
@@ -129,7 +131,7 @@ Ref<CSid> CSupport::InitializeSid(std::uint8_t authority,
 std::vector<std::int32_t> CSupport::GetDomainAuthorities(Text server_name) {
   return ReRaising([&] {
     if (server_name.empty()) server_name = ComputerName();
-    server_name = WithoutServerMark(server_name);
+    server_name = PlainServerName(server_name);
     // A domain's identity is read off the machine account that the server has in it.
     const auto sid = Make<CSid>();
     sid->SetResidesOnServer(server_name);

@@ -1,5 +1,6 @@
 #include "security/WellKnownGroups.h"
 
+#include "accounts/AccountNames.h"
 #include "accounts/CGroup.h"
 #include "accounts/CGroups.h"
 #include "apartment/CSupport.h"

@@ -63,6 +63,16 @@ void Set(Object& element, Text key) {
   SetBy<kSet>(element, std::move(key), kSet);
 }
 
+/// An account that isn't known is displayed by its name alone.
+void SetUserName(Object& user, Text name) {
+  static_cast<CUser&>(user).UserType = UT_AccountUnknown;
+  static_cast<CUser&>(user).UserName = std::move(name);
+}
+void SetGroupName(Object& group, Text name) {
+  static_cast<CGroup&>(group).GroupType = GT_AccountUnknown;
+  static_cast<CGroup&>(group).GroupName = std::move(name);
+}
+
 constexpr const char* kPlain = "Add Item Count Remove NewEnum";
 constexpr const char* kKeyed = "Add Item Count Remove NewEnum ItemByKey ItemByIndex";
 using enum Names;
@@ -90,8 +100,8 @@ const ListClass kListClasses[] = {
     {u"CVolumes", kExact, kKeyed, "oVolume", u"VolumeName", Counter::kVolumes},
     {u"CPathNames", kExact, "Add Item ItemByKey ItemByIndex Count Remove NewEnum", "oPathName",
      u"PathName", Counter::kPathNames},
-    {u"CUsers", kExact, kKeyed, "oUser", Set<&CUser::SetAccountDisplayName>, Counter::kUsers},
-    {u"CGroups", kHidden, kKeyed, "oGroup", Set<&CGroup::SetAccountDisplayName>, Counter::kGroups}};
+    {u"CUsers", kExact, kKeyed, "oUser", &SetUserName, Counter::kUsers},
+    {u"CGroups", kHidden, kKeyed, "oGroup", &SetGroupName, Counter::kGroups}};
 
 class CollectionFamily : public ApartmentFixture, public testing::WithParamInterface<ListClass> {
  protected:
@@ -298,8 +308,8 @@ class CollectionClasses : public ApartmentFixture {};
 TEST_F(CollectionClasses, GroupsAreFoundUnderTheNamesThatTheLibraryGaveThem) {
   const auto groups = Make<CGroups>();
   const auto everyone = Make<CGroup>(), other = Make<CGroup>();
-  everyone->SetAccountDisplayName(u"Everyone");
-  other->SetAccountDisplayName(u"EVERYONE");
+  SetGroupName(*everyone, u"Everyone");
+  SetGroupName(*other, u"EVERYONE");
   EXPECT_EQ(groups->AddWithKey(everyone.Get(), u"S-1-1-0"), everyone);
   EXPECT_EQ(groups->Add(everyone.Get()), everyone);
   EXPECT_EQ(groups->Add(other.Get()), everyone);
