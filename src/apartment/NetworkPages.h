@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <utility>
 
@@ -30,10 +31,10 @@ enum class LastPage {
 
 /// Walks an enumeration of the network functions page by page. `ask(buffer, entries_read,
 /// total_entries, resume_handle)` asks for a page and returns the status; `take(record)` answers
-/// whether to go on. Raises a status other than 0 and 234. A page that leads nowhere, with nothing
+/// whether to go on. Raises a status other than 0 and 234, as one of `source`. A page that leads nowhere, with nothing
 /// in it or with no handle to go on from, is the last one too.
 template <class Record, LastPage kLastPage, class ResumeHandle, class Ask, class Take>
-void WalkNetworkPages(Ask&& ask, Take&& take) {
+void WalkNetworkPages(Ask&& ask, Take&& take, std::optional<Text> source = {}) {
   ResumeHandle resume_handle = 0;
   for (;;) {
     NetworkBuffer buffer(Apartment::Current().platform.network_management);
@@ -42,7 +43,7 @@ void WalkNetworkPages(Ask&& ask, Take&& take) {
     const ResumeHandle asked_from = resume_handle;
     const DWORD status = ask(buffer.Receive(), &entries_read, &total_entries, &resume_handle);
     if (status != kErrorSuccess && status != kErrorMoreData) {
-      RaisePlatformError(static_cast<std::int32_t>(status));
+      RaisePlatformError(static_cast<std::int32_t>(status), std::move(source));
     }
     const std::span<const Record> records = RecordsIn<Record>(buffer.Get(), entries_read);
     for (const Record& record : records) {

@@ -108,7 +108,7 @@ const Interface& SystemRoot::Describe() {
                                               u"Forgets the accounts that were looked up by SID.")
           .Method<&SystemRoot::GetRegistry>(u"GetRegistry", u"The registry.")
           .Method<&SystemRoot::GetServer>(u"GetServer", u"A server by its name.",
-                                          {u"ServerName", u"DomainName"})
+                                          {u"ServerName", {u"DomainName", u""}})
           .Method<&SystemRoot::GetUser>(u"GetUser", u"A user account.",
                                         {u"AccountDomain", u"UserName"})
           .Method<&SystemRoot::GetGroup>(u"GetGroup", u"A group account.",
@@ -176,6 +176,14 @@ Ref<CMyComputer> SystemRoot::GetMyComputer() {
 
 Ref<CNetHood> SystemRoot::GetNetHood() {
   return ReRaisingAs(kClassName, [] { return Make<CNetHood>(); });
+}
+
+Ref<CDomain> SystemRoot::GetDomainFromServerName(const Text& server_name) {
+  return ReRaisingAs(kClassName, [&] { return Engine().GetDomainFromServerName(server_name); });
+}
+
+Ref<CServer> SystemRoot::GetServer(const Text& server_name, const Text& domain_name) {
+  return ReRaisingAs(kClassName, [&] { return Engine().GetServer(server_name, domain_name); });
 }
 
 Ref<CFolder> SystemRoot::GetFolder(const Text& path) {
@@ -365,8 +373,5 @@ Ref<CGroup> SystemRoot::GetGroup(const Text& account_domain, const Text& group_n
     return group;
   });
 }
-
-Ref<CDomain> SystemRoot::GetDomainFromServerName(const Text&) { RaiseNotBuilt(); }
-Ref<CServer> SystemRoot::GetServer(const Text&, const Text&) { RaiseNotBuilt(); }
 
 }  // namespace veldmark

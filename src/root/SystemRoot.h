@@ -56,6 +56,7 @@ class SystemRoot : public Exported<SystemRoot>, Counted<Counter::kSystemRoot> {
   /// Forgets the accounts by SID; those by name stay.
   void ClearSidCache();
   Ref<CRegistry> GetRegistry();
+  /// See `CSupport::GetServer`.
   Ref<CServer> GetServer(const Text& server_name, const Text& domain_name);
   /// The account of a domain, or of a computer for "\\SRV", with all that is known of it. Raises
   /// 2221 where there is none and 2453 for a domain without a controller.
