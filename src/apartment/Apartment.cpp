@@ -11,6 +11,7 @@
 #include "automation/ThreadSlot.h"
 #include "collections/Collection.h"
 #include "registry/CRegSettings.h"
+#include "security/WellKnownGroups.h"
 
 namespace veldmark {
 namespace {
@@ -61,6 +62,7 @@ void Apartment::RunStartUp() {
         &category_texts, &machine_paths}) {
     Swallow([cache] { *cache = Make<Collection>(); });
   }
+  Swallow([this] { well_known_groups = BuildWellKnownGroups(); });
   err.Clear();
 }
 

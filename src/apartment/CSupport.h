@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <vector>
 
 #include "automation/Object.h"
@@ -219,7 +220,7 @@ class CSupport : public ReferenceCounted {
   void GetAccount(const std::vector<std::int32_t>& sid, const Text& server_name, Text& domain,
                   Text& name, SidTypeEnum& sid_type, bool& account_unknown);
   /// The SID of an authority and up to eight sub-authorities; trailing zeros don't count.
-  Ref<CSid> InitializeSid(std::uint8_t authority, const Variant& sub_authorities);
+  Ref<CSid> InitializeSid(std::uint8_t authority, std::span<const std::int32_t> sub_authorities);
   /// The SID that a two-letter alias stands for. Raises 91 for an unknown one.
   Ref<CSid> TranslateSid(const Text& alias, const Text& sid_lookup_server,
                          const Text& forest_root_dc);

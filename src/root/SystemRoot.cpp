@@ -15,6 +15,8 @@
 #include "network/CServer.h"
 #include "registry/CRegistry.h"
 #include "root/CMyComputer.h"
+#include "security/CAces.h"
+#include "security/CAcl.h"
 #include "security/CSecurityDescriptor.h"
 #include "security/CSid.h"
 #include "storage/CFile.h"
@@ -59,6 +61,15 @@ TextView ParentTypeOf(SE_OBJECT_TYPE object_type) {
     default:
       return {};
   }
+}
+
+/// What an empty descriptor string describes: a list without entries, and no owner.
+Ref<CSecurityDescriptor> EmptyDescriptor() {
+  auto descriptor = Make<CSecurityDescriptor>();
+  const auto acl = Make<CAcl>();
+  acl->SetAces(Make<CAces>());
+  descriptor->SetDACL(acl);
+  return descriptor;
 }
 
 }  // namespace
@@ -189,6 +200,42 @@ Date SystemRoot::ConvertUTCtoLocal(Date utc) {
   Date local;
   Swallow([&] { local = ConvertUtcToLocal(utc); });
   return local;
+}
+
+Ref<CGroups> SystemRoot::GetWellKnownGroups() { return Apartment::Current().well_known_groups; }
+
+Text SystemRoot::LookupSidText(const Text& server_name, const Text&, const Text& account_name) {
+  return ReRaising([&] {
+    Text domain;
+    std::vector<std::int32_t> words;
+    SidTypeEnum sid_type{};
+    Ref<CSid> sid;
+    return Engine().GetSid(server_name, domain, account_name, words, sid_type, sid);
+  });
+}
+
+Ref<CSecurityDescriptor> SystemRoot::CreateSDFromStringSD(const Text& string_sd,
+                                                          const Text& sid_lookup_server) {
+  return CreateSDFromStringSD2(string_sd, sid_lookup_server, Text());
+}
+
+Ref<CSecurityDescriptor> SystemRoot::CreateSDFromStringSD2(const Text& string_sd,
+                                                           const Text& sid_lookup_server,
+                                                           const Text& forest_root_dc) {
+  return ReRaising([&] {
+    return string_sd.empty()
+               ? EmptyDescriptor()
+               : Engine().ConvertStringSDToSD(string_sd, sid_lookup_server, forest_root_dc);
+  });
+}
+
+Ref<CSecurityDescriptor> SystemRoot::CreateSDFromStringSD_API(const Text& string_sd,
+                                                              const Text& sid_lookup_server) {
+  return ReRaising([&] {
+    return string_sd.empty() ? EmptyDescriptor()
+                             : Engine().GetNamedSD(Text(), SE_DS_OBJECT, nullptr, Text(), Text(),
+                                                   sid_lookup_server, string_sd);
+  });
 }
 
 void SystemRoot::ClearSidCache() { Apartment::Current().sid_cache = Make<Collection>(); }
@@ -325,18 +372,6 @@ Ref<CGroup> SystemRoot::GetGroup(const Text& account_domain, const Text& group_n
     Engine().PopulateGroup(*group);
     return group;
   });
-}
-
-Ref<CGroups> SystemRoot::GetWellKnownGroups() { RaiseNotBuilt(); }
-Text SystemRoot::LookupSidText(const Text&, const Text&, const Text&) { RaiseNotBuilt(); }
-Ref<CSecurityDescriptor> SystemRoot::CreateSDFromStringSD(const Text&, const Text&) {
-  RaiseNotBuilt();
-}
-Ref<CSecurityDescriptor> SystemRoot::CreateSDFromStringSD_API(const Text&, const Text&) {
-  RaiseNotBuilt();
-}
-Ref<CSecurityDescriptor> SystemRoot::CreateSDFromStringSD2(const Text&, const Text&, const Text&) {
-  RaiseNotBuilt();
 }
 
 }  // namespace veldmark

@@ -102,9 +102,13 @@ void CSecurityDescriptor::SetParentObject(Text type, Text path) {
   ParentObjectPath = std::move(path);
 }
 
-void CSecurityDescriptor::SetBinary(std::uint8_t revision, std::int16_t control, ByteArray bytes) {
+void CSecurityDescriptor::SetHeader(std::uint8_t revision, std::int16_t control) {
   revision_ = revision;
   control_ = control;
+}
+
+void CSecurityDescriptor::SetBinary(std::uint8_t revision, std::int16_t control, ByteArray bytes) {
+  SetHeader(revision, control);
   binary_sd_ = Variant(std::move(bytes));
 }
 

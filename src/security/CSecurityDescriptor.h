@@ -47,6 +47,8 @@ class CSecurityDescriptor : public Exported<CSecurityDescriptor>,
   void SetOwnerSid(Ref<CSid> sid);
   void SetDACL(Ref<CAcl> dacl);
   void SetParentObject(Text type, Text path);
+  void SetHeader(std::uint8_t revision, std::int16_t control);
+  /// The header with the bytes that it was read from.
   void SetBinary(std::uint8_t revision, std::int16_t control, ByteArray bytes);
 
  private:

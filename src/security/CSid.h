@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "accounts/UserType.h"
 #include "apartment/Counted.h"
 #include "automation/Object.h"
 #include "automation/Text.h"
@@ -14,6 +15,9 @@ namespace veldmark {
 /// A security identifier: its binary form, its text, and what is known of the account behind it.
 /// Binary form and text are made from each other when they are asked for, the account is looked up
 /// then.
+class CGroup;
+class CUser;
+
 class CSid : public Exported<CSid>, Counted<Counter::kSid> {
  public:
   static const Interface& Describe();
@@ -28,7 +32,10 @@ class CSid : public Exported<CSid>, Counted<Counter::kSid> {
   Text AccountName() { return Loaded(account_name_); }
   /// 0 before the account was looked up. Looks nothing up.
   SidTypeEnum SIDType() const { return sid_type_; }
-  /// The user or group behind the SID; a user of unknown account where it has none.
+  /// The user or group behind the SID: a new object, but for a well-known group the one of the
+  /// apartment's table, which grows where it lacks the group. A user of unknown account where there
+  /// is none, Nothing for a domain or computer. Raises where the controller of the account's domain
+  /// can't be told.
   Ref<Object> GetAccount();
   /// "DOMAIN\name", or "(Account Unknown)". Never raises.
   const Text& AccountDisplayName();
@@ -38,11 +45,21 @@ class CSid : public Exported<CSid>, Counted<Counter::kSid> {
   std::int32_t pSid();
   /// The length of the binary form in bytes; raises as `pSid` does, and 1337 where the form is cut.
   std::int32_t SidLength();
-  WellKnownGroupTypeEnum WellKnownGroupType() const { return well_known_group_type_; }
+  /// -1 for none; found by the SID once the account was looked up. Never raises.
+  WellKnownGroupTypeEnum WellKnownGroupType();
+  void SetWellKnownGroupType(WellKnownGroupTypeEnum type) { well_known_group_type_ = type; }
   /// True once a look-up has found no account.
   bool AccountUnknown() const { return account_unknown_; }
   /// True for a group of the domain BUILTIN.
   bool IsBuiltin() const { return is_builtin_; }
+
+  /// Makes this the SID of an account, asked of the server that it resides on, and returns its
+  /// text, which is empty where there is no such account. An empty argument means what the object
+  /// holds already. Never raises.
+  Text ResolveFromAccount(Text domain, Text name);
+  /// Looks the account up, first in the apartment's caches. What isn't found out stays empty, or
+  /// the name tells of an unknown account. Never raises.
+  void LoadAccountInfo();
 
   /// The binary form, made from the text where it has to be. Raises the error of the text.
   const SidWords& SidBuffer();
@@ -50,21 +67,27 @@ class CSid : public Exported<CSid>, Counted<Counter::kSid> {
   /// Makes the text from the binary form; empty where that isn't sound.
   void ComputeSidText();
   void SetSidText(Text sid_text) { sid_text_ = std::move(sid_text); }
-  /// Fills the object from an account's name; the SID's text, empty where there is no such account.
-  /// Never raises.
-  Text ResolveFromAccount(const Text& domain, const Text& name);
   /// The server to ask about the account; empty for this computer.
   const Text& ResidesOnServer() const { return resides_on_server_; }
   void SetResidesOnServer(Text server) { resides_on_server_ = std::move(server); }
 
  private:
-  /// Finds no account: no operation that looks one up is on the platform's list yet.
-  void LoadAccountInfo();
   void LoadAccountOnce();
   const Text& Loaded(const Text& field) {
     LoadAccountOnce();
     return field;
   }
+  Ref<Object> MakeUser();
+  Ref<Object> MakeGlobalGroup();
+  Ref<Object> MakeAlias();
+  Ref<Object> MakeWellKnownGroup();
+  Ref<Object> MakeDeletedAccount();
+  Ref<Object> MakeUnknownUser(UserTypeEnum type);
+  /// What every account ends with before it is handed out.
+  Ref<Object> Finished(CUser& user) const;
+  Ref<Object> Finished(CGroup& group) const;
+  bool ResidesOnItsDomain() const;
+  void LookAccountUp();
 
   SidWords sid_;
   Text sid_text_;

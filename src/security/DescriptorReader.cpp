@@ -1,6 +1,8 @@
 #include "security/DescriptorReader.h"
 
 #include <utility>
+#include "accounts/CGroup.h"
+#include "accounts/CGroups.h"
 
 #include "apartment/Apartment.h"
 #include "apartment/CStatus.h"
@@ -91,12 +93,11 @@ void DescriptorReader::ReadDacl(CSecurityDescriptor& descriptor,
 }
 
 void AllowEveryone(CSecurityDescriptor& descriptor, TextView object_class) {
-  constexpr std::uint8_t kWorldAuthority = 1;
-  const std::int32_t sub_authority = 0;
-  const auto sid = Make<CSid>();
-  sid->PutSidBuffer(BuildSid(kWorldAuthority, {&sub_authority, 1}));
+  const Ref<CGroups> groups = Apartment::Current().well_known_groups;
+  if (!groups) Raise(runtime_error::kObjectNotSet);
+  Variant everyone(Text(u"S-1-1-0"));
   const auto ace = Make<CAce>();
-  ace->SetSid(sid);
+  ace->SetSid(groups->Item(everyone)->GetSid());
   ace->AccessMask = kFileAllAccess;
   ace->SetObjectTypeName(Text(object_class));
   const auto aces = Make<CAces>();

@@ -6,11 +6,10 @@
 #include "apartment/Errors.h"
 #include "automation/Declare.h"
 #include "storage/CFolder.h"
+#include "storage/VolumeData.h"
 
 namespace veldmark {
 namespace {
-
-constexpr std::size_t kNameLength = 260;
 
 void SendToPlayer(const char* command) {
   std::array<char, 127> answer{};
@@ -114,32 +113,17 @@ std::int32_t CDrive::Flags() {
   return flags_;
 }
 
-Text CDrive::SerialNumberEx() const {
-  if (SerialNumber == 0) return {};
-  constexpr TextView kDigits = u"0123456789ABCDEF";
-  Text text;
-  for (int shift = 28; shift >= 0; shift -= 4) {
-    text += kDigits[static_cast<std::uint32_t>(SerialNumber) >> shift & 0xF];
-  }
-  return text.insert(4, 1, u'-');
-}
+Text CDrive::SerialNumberEx() const { return SerialNumberText(SerialNumber); }
 
 void CDrive::LoadVolumeData() {
   Swallow([&] {
-    const Text root = Path.ends_with(u'\\') ? Path : Path + u'\\';
-    std::array<WCHAR, kNameLength + 1> name{};
-    std::array<WCHAR, kNameLength + 1> file_system{};
-    DWORD serial = 0;
-    DWORD maximum_component_length = 0;
-    DWORD flags = 0;
-    is_ready_ = Apartment::Current().platform.files.GetVolumeInformationW(
-                    root.c_str(), name.data(), kNameLength, &serial, &maximum_component_length,
-                    &flags, file_system.data(), kNameLength) != 0;
-    SerialNumber = is_ready_ ? static_cast<std::int32_t>(serial) : 0;
-    maximum_component_length_ = is_ready_ ? static_cast<std::int32_t>(maximum_component_length) : 0;
-    flags_ = is_ready_ ? static_cast<std::int32_t>(flags) : 0;
-    volume_name_ = is_ready_ ? name.data() : u"";
-    file_system_ = is_ready_ ? file_system.data() : u"";
+    const VolumeData volume = ReadVolumeData(Path.ends_with(u'\\') ? Path : Path + u'\\');
+    is_ready_ = volume.is_ready;
+    SerialNumber = volume.serial_number;
+    maximum_component_length_ = volume.maximum_component_length;
+    flags_ = volume.flags;
+    volume_name_ = volume.name;
+    file_system_ = volume.file_system;
   });
   if (DriveType == DT_Remote) {
     Swallow([&] { Engine().GetUNCPath(DriveLetter, volume_name_, share_name_); });

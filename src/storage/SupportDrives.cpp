@@ -5,19 +5,12 @@
 #include "apartment/Errors.h"
 #include "storage/CDrive.h"
 #include "storage/CDrives.h"
+#include "storage/VolumeData.h"
 
 namespace veldmark {
 namespace {
 
 FileSystem& Files() { return Apartment::Current().platform.files; }
-
-/// A count of bytes as a currency value of that many units; raises 6 where it has none.
-Variant SizeOf(std::uint64_t bytes) {
-  constexpr std::int64_t kLimit = INT64_MAX / Currency::kScale;
-  const auto count = static_cast<std::int64_t>(bytes);
-  if (count > kLimit || count < -kLimit) Raise(runtime_error::kOverflow);
-  return Variant(Currency{count * Currency::kScale});
-}
 
 }  // namespace
 
@@ -56,8 +49,8 @@ void CSupport::LoadDriveInfo(CDrive& drive) {
     if (!Files().GetDiskFreeSpaceExW(root.c_str(), &free_to_caller, &total, &total_free)) {
       Raise(Err().Number(), Err().Source(), GetAPIErrorText(Err().LastDllError()));
     }
-    drive.PutTotalSize(SizeOf(total));
-    drive.PutFreeSpace(SizeOf(total_free));
+    drive.PutTotalSize(SizeValue(total));
+    drive.PutFreeSpace(SizeValue(total_free));
     drive.PutAvailableSpace(drive.FreeSpace());
   });
 }
