@@ -285,6 +285,8 @@ Ref<CEventLogs> CServer::GetEventLogs() { RaiseNotBuilt(); }
 Ref<CEventLogEntries> CServer::GetEventLogEntries(const Text&) { RaiseNotBuilt(); }
 Ref<CEventLogEntries> CServer::GetEventLogEntries2(const Text&, std::int32_t) { RaiseNotBuilt(); }
 Ref<CEventLogEntries> CServer::GetEventLogEntriesFromFile(const Text&) { RaiseNotBuilt(); }
-Ref<CGroup> CServer::CreateLocalGroup(const Text&) { RaiseNotBuilt(); }
+Ref<CGroup> CServer::CreateLocalGroup(const Text& group_name) {
+  return CGroup::CreateLocal(group_name, ServerName);
+}
 
 }  // namespace veldmark
