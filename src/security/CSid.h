@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "accounts/UserType.h"
 #include "apartment/Counted.h"
 #include "automation/Object.h"
 #include "automation/Text.h"
@@ -17,6 +16,7 @@ namespace veldmark {
 /// then.
 class CGroup;
 class CUser;
+enum UserTypeEnum : std::int32_t;
 
 class CSid : public Exported<CSid>, Counted<Counter::kSid> {
  public:
@@ -97,7 +97,7 @@ class CSid : public Exported<CSid>, Counted<Counter::kSid> {
   Text account_display_name_;
   Text resides_on_server_;
   SidTypeEnum sid_type_{};
-  WellKnownGroupTypeEnum well_known_group_type_{-1};
+  WellKnownGroupTypeEnum well_known_group_type_ = kNoWellKnownGroup;
   bool account_unknown_ = false;
   bool is_builtin_ = false;
   bool account_loaded_ = false;

@@ -8,7 +8,7 @@
 #include "apartment/CSupport.h"
 #include "apartment/Conversions.h"
 #include "apartment/Errors.h"
-#include "automation/CaseMapping.h"
+#include "automation/LastError.h"
 #include "network/ServerNames.h"
 #include "platform/operations/ErrorCodes.h"
 #include "security/AccountCache.h"

@@ -28,6 +28,8 @@ enum WellKnownGroupTypeEnum : std::int32_t {
   WKG_NETWORKSERVICE = 23,
 };
 
+inline constexpr WellKnownGroupTypeEnum kNoWellKnownGroup{-1};
+
 const Enumeration& DescribeEnumeration(WellKnownGroupTypeEnum);
 
 }  // namespace veldmark
