@@ -41,7 +41,7 @@ TEST_F(Groups, HaveMembersOfAnyKindAndOfAnyDomainThatTheirListShowsWhole) {
   EXPECT_EQ(Err().Number(), 0);
 }
 
-TEST_F(Groups, AreNotReadBeyondTheRecordsOfTheirMembers) {
+TEST(OddRecords, AreNotReadBeyondWhatTheyHold) {
   // The first SID has no sound length, the second no place, and the third is one.
   std::array<std::uint8_t, 8> unsound = {1, 200, 0, 0, 0, 0, 0, 5};
   std::array<std::uint8_t, 12> everyone = {1, 1, 0, 0, 0, 0, 0, 1};
@@ -75,23 +75,25 @@ TEST_F(Groups, AreNotReadBeyondTheRecordsOfTheirMembers) {
         *read = 5;
         return DWORD{234};
       });
-  const Ref<CServer> server = Server(u"SRV");
+  AccountsWorld world;
+  const Ref<CServer> server = world.Server(u"SRV");
   server->ServerType();
-  const Ref<CGroup> group = Group(u"Ops", GT_LocalGroup, u"SRV");
-  {
-    Platform mixed = WithAccounts(platform, accounts);
-    const PlatformSwap swap(mixed);
-    Ref<CGroups> groups;
-    Ref<CUsers> users;
-    group->GetGroupMembers(groups, users);
-    EXPECT_THAT(Shown(users), ElementsAre("(Account Unknown)|2||", "(Account Unknown)|2||"));
-    EXPECT_THAT(Shown(groups), ElementsAre("Everyone|2||"));
-    EXPECT_THAT(Shown(User(u"x", UT_LocalUser, u"SRV")->GetGroups()), ElementsAre("|0|SRV|"));
-    EXPECT_THAT(Shown(Engine().GetUsers(*server, false)), ElementsAre("|0|SRV|", "|0|SRV|"));
-    EXPECT_EQ(ErrorOf([&] { Engine().GetCompleteUserAccounts(*server, false); }), 234);
-    EXPECT_EQ(ErrorOf([&] { User(u"x", UT_LocalUser, u"SRV")->Comment(); }), 13);
-    EXPECT_EQ(ErrorOf([&] { group->Comment(); }), 13);
-  }
+  const Ref<CGroup> group = world.Group(u"Ops", GT_LocalGroup, u"SRV");
+  const Ref<CUser> user = world.User(u"x", UT_LocalUser, u"SRV");
+  Platform mixed = WithAccounts(world.platform, accounts);
+  Apartment::End();
+  Apartment::Start(mixed);
+  Ref<CGroups> groups;
+  Ref<CUsers> users;
+  group->GetGroupMembers(groups, users);
+  EXPECT_THAT(Shown(users), ElementsAre("(Account Unknown)|2||", "(Account Unknown)|2||"));
+  EXPECT_THAT(Shown(groups), ElementsAre("Everyone|2||"));
+  EXPECT_THAT(Shown(user->GetGroups()), ElementsAre("|0|SRV|"));
+  EXPECT_THAT(Shown(Engine().GetUsers(*server, false)), ElementsAre("|0|SRV|", "|0|SRV|"));
+  EXPECT_EQ(ErrorOf([&] { Engine().GetCompleteUserAccounts(*server, false); }), 234);
+  EXPECT_EQ(ErrorOf([&] { user->Comment(); }), 13);
+  EXPECT_EQ(ErrorOf([&] { group->Comment(); }), 13);
+  Apartment::End();
 }
 
 TEST_F(Groups, GiveGlobalAndWellKnownOnesUsersOrNothing) {
