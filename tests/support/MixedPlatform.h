@@ -21,4 +21,21 @@ inline Platform WithProvider(const Platform& whole, NetworkProvider& provider) {
           whole.sockets};
 }
 
+/// The platform with another account database.
+inline Platform WithAccounts(const Platform& whole, AccountManagement& accounts) {
+  return {whole.files,
+          whole.network_provider,
+          whole.messages,
+          whole.registry,
+          whole.system,
+          whole.timers,
+          whole.security,
+          whole.network_management,
+          whole.version_information,
+          whole.multimedia,
+          accounts,
+          whole.authority,
+          whole.sockets};
+}
+
 }  // namespace veldmark
