@@ -15,7 +15,10 @@ inline Platform WithProvider(const Platform& whole, NetworkProvider& provider) {
           whole.security,
           whole.network_management,
           whole.version_information,
-          whole.multimedia};
+          whole.multimedia,
+          whole.accounts,
+          whole.authority,
+          whole.sockets};
 }
 
 }  // namespace veldmark

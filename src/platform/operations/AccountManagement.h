@@ -206,7 +206,7 @@ class AccountManagement {
   virtual DWORD NetGroupAdd(LPCWSTR server_name, DWORD level, const BYTE* record,
                             DWORD* parameter_error) = 0;
 
-  // Changes name and comment of a global group (level 1).
+  // Changes the comment of a global group (level 1); the name in the record is ignored.
   virtual DWORD NetGroupSetInfo(LPCWSTR server_name, LPCWSTR group_name, DWORD level,
                                 const BYTE* record, DWORD* parameter_error) = 0;
 
@@ -229,7 +229,7 @@ class AccountManagement {
   virtual DWORD NetLocalGroupAdd(LPCWSTR server_name, DWORD level, const BYTE* record,
                                  DWORD* parameter_error) = 0;
 
-  // Changes name and comment of a local group (level 1).
+  // Changes the comment of a local group (level 1); the name in the record is ignored.
   virtual DWORD NetLocalGroupSetInfo(LPCWSTR server_name, LPCWSTR group_name, DWORD level,
                                      const BYTE* record, DWORD* parameter_error) = 0;
 

@@ -25,12 +25,14 @@ class Sockets {
   virtual ~Sockets() = default;
 
   // Starts the library in the wanted version (low byte major, high byte minor); each start takes a
-  // WSACleanup. 0 or an error code.
+  // WSACleanup. 0 or an error code: 10092 for version 0, 10014 for no `data`. The version in `data`
+  // is the wanted one or, where the library is older, the library's.
   virtual int WSAStartup(WORD version, SOCKETS_DATA* data) = 0;
-  // 0, or an error code where the library isn't started.
+  // 0; -1 on failure, with last error 10093 where the library isn't started.
   virtual int WSACleanup() = 0;
-  // The IPv4 addresses of a host, in a record of the thread that the next call replaces. Null for
-  // an unknown host, and where the library isn't started.
+  // The IPv4 addresses of a host (null and empty: this computer), in a record of the thread that
+  // the next call replaces. Null on failure: 11001 for an unknown host, 10093 where the library
+  // isn't started.
   virtual const HOSTENT* gethostbyname(LPCSTR name) = 0;
 };
 

@@ -6,6 +6,7 @@
 
 #include "automation/CaseMapping.h"
 #include "platform/simulated/estate/FileNames.h"
+#include "platform/simulated/estate/Token.h"
 
 namespace veldmark::simulated {
 namespace {
@@ -53,14 +54,73 @@ void Format(Volume& volume, UINT type) {
 
 }  // namespace
 
-Computer::Computer(Text name, Ticks now)
+Computer::Computer(Text name, Sid sid, Ticks now)
     : name_(std::move(name)),
       now_(now),
+      accounts_(name_, std::move(sid), false),
       local_machine_(std::make_shared<RegistryNode>(u"HKEY_LOCAL_MACHINE", now)),
       users_(std::make_shared<RegistryNode>(u"HKEY_USERS", now)) {
   local_machine_->Key(u"SOFTWARE");
   local_machine_->Key(u"SYSTEM\\CurrentControlSet");
+  shares_[u"IPC$"] = {.name = u"IPC$",
+                      .folder = nullptr,
+                      .type = kShareTypeIpc | kShareTypeSpecial,
+                      .remark = u"Remote IPC"};
+
+  const Sid guests = accounts_.local_group(u"Guests").sid;
+  const Sid backup_operators = accounts_.local_group(u"Backup Operators").sid;
+  const std::vector<Sid> everybody = {EveryoneSid(), AdministratorsSid(), UsersSid(),
+                                      backup_operators};
+  for (const TextView right :
+       {u"SeSecurityPrivilege", u"SeTakeOwnershipPrivilege", u"SeLoadDriverPrivilege",
+        u"SeSystemProfilePrivilege", u"SeSystemtimePrivilege", u"SeDebugPrivilege",
+        u"SeIncreaseQuotaPrivilege", u"SeSystemEnvironmentPrivilege", u"SeRemoteShutdownPrivilege",
+        u"SeManageVolumePrivilege"}) {
+    Grant(right, {AdministratorsSid()});
+  }
+  for (const TextView right : {u"SeBackupPrivilege", u"SeRestorePrivilege", u"SeShutdownPrivilege",
+                               u"SeBatchLogonRight"}) {
+    Grant(right, {AdministratorsSid(), backup_operators});
+  }
+  Grant(u"SeChangeNotifyPrivilege", everybody);
+  Grant(u"SeNetworkLogonRight", everybody);
+  Grant(u"SeInteractiveLogonRight", {AdministratorsSid(), UsersSid(), backup_operators, guests});
 }
+
+void Computer::Enter(Text group, Role role) {
+  group_ = std::move(group);
+  role_ = role;
+}
+
+DWORD Computer::server_type() const {
+  if (description_.type) return *description_.type;
+  DWORD type = kServerTypeWorkstation | kServerTypeServer | kServerTypeNt;
+  if (role_ != Role::Workstation) type |= kServerTypeServerNt;
+  if (role_ == Role::PrimaryController) type |= kServerTypeDomainController;
+  if (role_ == Role::BackupController) type |= kServerTypeBackupController;
+  return type;
+}
+
+const std::vector<std::vector<std::uint8_t>>& Computer::HoldersOf(TextView right) const {
+  static const std::vector<std::vector<std::uint8_t>> nobody;
+  const auto* const holders = FindIn(rights_, right);
+  return holders == nullptr ? nobody : *holders;
+}
+
+void Computer::Grant(TextView right, std::vector<Sid> holders) {
+  for (const Sid& holder : holders) GrantBytes(right, holder.bytes());
+}
+
+void Computer::GrantBytes(TextView right, std::vector<std::uint8_t> sid) {
+  if (!IsUserRight(right)) throw std::invalid_argument("there is no such right");
+  rights_[ToUpper(right)].push_back(std::move(sid));
+}
+
+void Computer::RevokeFromAll(TextView right) { rights_.erase(ToUpper(right)); }
+
+void Computer::AddPipe(TextView name) { pipes_.insert(ToUpper(name)); }
+
+bool Computer::OffersPipe(TextView name) const { return pipes_.contains(ToUpper(name)); }
 
 FileNode& Computer::AddDrive(char16_t letter, UINT type) {
   letter = UpperCase(letter);
@@ -79,7 +139,8 @@ FileNode& Computer::AddDrive(char16_t letter, UINT type) {
                      .folder = drive.root,
                      .type = kShareTypeDisk | kShareTypeSpecial,
                      .path = Text(1, letter) + u":\\",
-                     .drive = &drive};
+                     .drive = &drive,
+                     .remark = u"Default share"};
   }
   return *drive.root;
 }
@@ -135,6 +196,8 @@ std::shared_ptr<FileNode> Computer::Find(TextView path) const {
 const Share* Computer::FindShare(TextView name) const { return FindIn(shares_, name); }
 
 Share* Computer::FindShare(TextView name) { return FindIn(shares_, name); }
+
+bool Computer::RemoveShare(TextView name) { return shares_.erase(ToUpper(name)) != 0; }
 
 NamedObject* Computer::FindService(TextView name) { return FindIn(services_, name); }
 

@@ -1,13 +1,18 @@
 #pragma once
 
+#include <array>
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string_view>
+#include <vector>
 
 #include "automation/Text.h"
 #include "platform/operations/FileSystem.h"
 #include "platform/operations/NetworkManagement.h"
+#include "platform/simulated/estate/AccountDatabase.h"
+#include "platform/simulated/estate/Domain.h"
 #include "platform/simulated/estate/FileNode.h"
 #include "platform/simulated/estate/RegistryNode.h"
 
@@ -44,6 +49,10 @@ struct Share {
   std::optional<Text> user = std::nullopt;
   std::optional<Text> password = std::nullopt;
   bool provider_fails = false;  // connecting ends in the provider's own error
+  Text remark{};
+  DWORD permissions = 0;
+  DWORD maximum_uses = 0xFFFFFFFF;
+  DWORD current_uses = 0;
 
   bool asks_who() const { return user.has_value() || password.has_value(); }
 };
@@ -56,14 +65,67 @@ struct NamedObject {
 
 enum class RemoteRegistry { Allowed, Denied, Stopped };
 
+// What a computer says about itself, and what its browse list shows of it.
+struct ServerDescription {
+  Text comment{};
+  DWORD version_major = 10;
+  DWORD version_minor = 0;
+  std::optional<DWORD> type{};  // kServerType...; without it what the role brings
+  DWORD users = 16777216;
+  LONG disconnect_minutes = 15;
+  bool hidden = false;
+  DWORD announce_seconds = 240;
+  DWORD announce_delta = 3000;
+  DWORD licenses = 0;
+  Text user_path = u"C:\\";
+};
+
+using Address = std::array<std::uint8_t, 4>;
+
 // One computer of an estate: its drives, shares and registry. The adding members take local paths
 // such as "C:\Data\a.txt", add what is missing on the way, and throw std::invalid_argument for a
 // path that no folder or file can have.
 class Computer {
  public:
-  Computer(Text name, Ticks now);
+  Computer(Text name, Sid sid, Ticks now);
 
   const Text& name() const { return name_; }
+  // Its domain or workgroup, and what it is there. Estate::Join changes them.
+  const Text& group() const { return group_; }
+  Role role() const { return role_; }
+  void Enter(Text group, Role role);
+
+  ServerDescription& description() { return description_; }
+  const ServerDescription& description() const { return description_; }
+  // The bits of its type (kServerType...).
+  DWORD server_type() const;
+  // Whether the browse list of its domain shows it; without a word, where it can be reached.
+  bool is_listed() const { return listed_.value_or(reachable_); }
+  void SetListed(bool listed) { listed_ = listed; }
+  // False: the caller, whoever he is, is none of this computer's administrators.
+  bool may_be_administered() const { return may_be_administered_; }
+  void SetMayBeAdministered(bool may) { may_be_administered_ = may; }
+  // How many records at most an enumeration answers with; 0: all that there are.
+  std::size_t page() const { return page_; }
+  void SetPage(std::size_t records) { page_ = records; }
+
+  // Its own accounts; not those of the domain that it may be a controller of.
+  AccountDatabase& own_accounts() { return accounts_; }
+
+  // The SIDs, as bytes, of those who hold a right such as "SeBackupPrivilege".
+  const std::vector<std::vector<std::uint8_t>>& HoldersOf(TextView right) const;
+  void Grant(TextView right, std::vector<Sid> holders);
+  // Bytes that may be no SID.
+  void GrantBytes(TextView right, std::vector<std::uint8_t> sid);
+  void RevokeFromAll(TextView right);
+
+  // A pipe that others may open: "\\\\srv\\PIPE\\name".
+  void AddPipe(TextView name);
+  bool OffersPipe(TextView name) const;
+
+  // What its name resolves to; empty: nothing.
+  const std::vector<Address>& addresses() const { return addresses_; }
+  void SetAddresses(std::vector<Address> addresses) { addresses_ = std::move(addresses); }
 
   // A computer that can't be reached answers as one that doesn't exist.
   bool is_reachable() const { return reachable_; }
@@ -91,6 +153,9 @@ class Computer {
   // By name, without regard to case; null if there is none.
   const Share* FindShare(TextView name) const;
   Share* FindShare(TextView name);
+  // By name in upper case.
+  const std::map<Text, Share>& shares() const { return shares_; }
+  bool RemoveShare(TextView name);
   NamedObject* FindService(TextView name);
   NamedObject* FindPrinter(TextView name);
 
@@ -108,7 +173,17 @@ class Computer {
 
   Text name_;
   Ticks now_;
+  Text group_{kUsualWorkgroup};
+  Role role_ = Role::Workstation;
+  ServerDescription description_;
+  AccountDatabase accounts_;
   bool reachable_ = true;
+  std::optional<bool> listed_;
+  bool may_be_administered_ = true;
+  std::size_t page_ = 0;
+  std::map<Text, std::vector<std::vector<std::uint8_t>>> rights_;
+  std::set<Text> pipes_;
+  std::vector<Address> addresses_;
   RemoteRegistry remote_registry_ = RemoteRegistry::Allowed;
   std::optional<bool> disc_device_;
   std::map<char16_t, Drive> drives_;

@@ -31,7 +31,11 @@ std::optional<NetworkName> NetworkName::Parse(TextView text) {
 }
 
 Estate::Estate(WithoutComputers, Ticks now)
-    : start_(now), now_(now), system_messages_(PublishedSystemMessages()) {
+    : start_(now),
+      now_(now),
+      networks_{{.name = Text(kUsualNetwork)}},
+      known_accounts_(WellKnownAccounts()),
+      system_messages_(PublishedSystemMessages()) {
   token_ = std::make_shared<Token>(MakeAdministratorToken(*Sid::FromText(user_sid_)));
   modules_[u"NETMSG.DLL"] = PublishedNetworkMessages();
 }
@@ -42,12 +46,26 @@ Estate::Estate(TextView local, Ticks now) : Estate(WithoutComputers(), now) {
 
 Estate Estate::Empty(Ticks now) { return Estate(WithoutComputers(), now); }
 
-Computer& Estate::AddComputer(TextView name) {
+Computer& Estate::AddComputer(TextView name, std::optional<Sid> sid) {
   if (!IsValidName(name) || name.size() > 15) {
     throw std::invalid_argument("a computer's name has 1 to 15 characters");
   }
-  if (FindComputer(name) != nullptr) throw std::invalid_argument("the name is taken");
-  return computers_.emplace_back(Text(name), now_);
+  if (FindComputer(name) != nullptr || FindDomain(name) != nullptr) {
+    throw std::invalid_argument("the name is taken");
+  }
+  if (!sid) {
+    // The user is the local computer's, unless a domain has his.
+    const bool is_users = computers_.empty() && std::ranges::none_of(domains_, [](const Domain& d) {
+                            return !d.is_workgroup() && d.accounts->sid() == DefaultDomainSid();
+                          });
+    sid = is_users ? DefaultDomainSid() : SidForName(name);
+  }
+  Computer& computer = computers_.emplace_back(Text(name), *sid, now_);
+  const std::size_t number = computers_.size();
+  computer.SetAddresses({{192, 0, static_cast<std::uint8_t>(2 + number / 250),
+                          static_cast<std::uint8_t>(number % 250 + 1)}});
+  if (FindDomain(kUsualWorkgroup) == nullptr) AddWorkgroup(kUsualWorkgroup);
+  return computer;
 }
 
 Computer* Estate::FindComputer(TextView name) {
@@ -62,6 +80,130 @@ Computer* Estate::FindComputer(TextView name) {
 Computer* Estate::ReachComputer(TextView name) {
   Computer* const computer = FindComputer(name);
   return computer != nullptr && computer->is_reachable() ? computer : nullptr;
+}
+
+Computer* Estate::ReachServer(LPCWSTR name) {
+  TextView text = name == nullptr ? TextView() : TextView(name);
+  if (text.empty()) return &local();
+  if (text.starts_with(u"\\\\")) text.remove_prefix(2);
+  return text.starts_with(u'\\') ? nullptr : ReachComputer(text);
+}
+
+Domain& Estate::AddDomain(TextView name, std::optional<Sid> sid) {
+  Domain& domain = AddWorkgroup(name);
+  domain.accounts =
+      std::make_unique<AccountDatabase>(Text(name), sid ? *sid : SidForName(name), true);
+  return domain;
+}
+
+Domain& Estate::AddWorkgroup(TextView name) {
+  if (!IsValidName(name) || name.size() > 15) {
+    throw std::invalid_argument("a domain's name has 1 to 15 characters");
+  }
+  if (FindDomain(name) != nullptr || FindComputer(name) != nullptr) {
+    throw std::invalid_argument("the name is taken");
+  }
+  return domains_.emplace_back(Domain{.name = Text(name), .accounts = nullptr});
+}
+
+Domain* Estate::FindDomain(TextView name) {
+  return const_cast<Domain*>(std::as_const(*this).FindDomain(name));
+}
+
+const Domain* Estate::FindDomain(TextView name) const {
+  const auto found = std::ranges::find_if(
+      domains_, [&](const Domain& domain) { return EqualNoCase(domain.name, name); });
+  return found == domains_.end() ? nullptr : &*found;
+}
+
+void Estate::Join(Computer& computer, TextView group, Role role, bool with_account) {
+  Domain* const domain = FindDomain(group);
+  if (domain == nullptr) throw std::invalid_argument("there is no such domain or workgroup");
+  if (IsController(role) && domain->is_workgroup()) {
+    throw std::invalid_argument("a workgroup has no controllers");
+  }
+  computer.Enter(domain->name, role);
+  if (domain->is_workgroup()) return;
+  AccountDatabase& accounts = *domain->accounts;
+  if (with_account && accounts.FindUser(computer.name() + u"$") == nullptr) {
+    accounts.AddMachine(computer.name(), IsController(role));
+  }
+  if (IsController(role)) return;
+  const auto admit = [&](TextView local_group, DWORD number) {
+    computer.own_accounts()
+        .local_group(local_group)
+        .members.push_back(accounts.sid().Account(number));
+  };
+  admit(u"Administrators", kDomainAdminsNumber);
+  admit(u"Users", kDomainUsersNumber);
+  admit(u"Guests", kDomainGuestsNumber);
+}
+
+Computer& Estate::AddMember(TextView group, TextView name, Role role) {
+  Computer& computer = AddComputer(name);
+  Join(computer, group, role);
+  return computer;
+}
+
+bool Estate::HasMembers(const Domain& domain) const {
+  return std::ranges::any_of(computers_, [&](const Computer& computer) {
+    return EqualNoCase(computer.group(), domain.name);
+  });
+}
+
+Computer* Estate::FindController(const Domain& domain, bool primary_only) {
+  for (const Role role : {Role::PrimaryController, Role::BackupController}) {
+    if (primary_only && role != Role::PrimaryController) break;
+    for (Computer& computer : computers_) {
+      const bool is_one = computer.role() == role && EqualNoCase(computer.group(), domain.name);
+      if (is_one && computer.is_reachable()) return &computer;
+    }
+  }
+  return nullptr;
+}
+
+AccountDatabase& Estate::AccountsOf(Computer& computer) {
+  return IsController(computer.role()) ? *FindDomain(computer.group())->accounts
+                                       : computer.own_accounts();
+}
+
+Network* Estate::FindNetworkByProvider(TextView provider) {
+  const auto found = std::ranges::find_if(networks_, [&](const Network& network) {
+    return EqualNoCase(network.provider_name(), provider);
+  });
+  return found == networks_.end() ? nullptr : &*found;
+}
+
+void Estate::AddKnownAccount(KnownAccount account) {
+  ForgetKnownAccount(account.sid);
+  known_accounts_.push_back(std::move(account));
+}
+
+void Estate::ForgetKnownAccount(const Sid& sid) {
+  std::erase_if(known_accounts_, [&](const KnownAccount& known) { return known.sid == sid; });
+}
+
+void Estate::AddHost(TextView name, std::vector<Address> addresses) {
+  hosts_[ToUpper(name)] = std::move(addresses);
+}
+
+const std::vector<Address>* Estate::FindHost(TextView name) const {
+  static const std::vector<Address> itself = {{127, 0, 0, 1}};
+  if (name.empty()) return &local().addresses();
+  const auto host = hosts_.find(ToUpper(name));
+  if (host != hosts_.end()) return &host->second;
+  if (EqualNoCase(name, u"localhost")) return &itself;
+  for (const Computer& computer : computers_) {
+    if (EqualNoCase(computer.name(), name)) {
+      return computer.addresses().empty() ? nullptr : &computer.addresses();
+    }
+  }
+  return nullptr;
+}
+
+DWORD Estate::unix_time() const {
+  constexpr Ticks kUnixStart = 116'444'736'000'000'000;
+  return static_cast<DWORD>((now_ - kUnixStart) / kTicksPerSecond);
 }
 
 void Estate::SetTimeZone(const TIME_ZONE_INFORMATION& zone, DWORD current) {

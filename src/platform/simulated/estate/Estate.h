@@ -9,6 +9,8 @@
 #include "automation/Text.h"
 #include "platform/operations/System.h"
 #include "platform/simulated/estate/Computer.h"
+#include "platform/simulated/estate/Domain.h"
+#include "platform/simulated/estate/KnownAccounts.h"
 #include "platform/simulated/estate/Token.h"
 
 namespace veldmark::simulated {
@@ -21,6 +23,13 @@ struct NetworkName {
 
   // Nothing for a text without a server or without a share.
   static std::optional<NetworkName> Parse(TextView text);
+};
+
+// The library that resolves host names: its highest version (low byte major) and how many sockets
+// it says it has for programs of version 1.
+struct SocketLibrary {
+  WORD version = 0x0202;
+  WORD most_sockets = 32767;
 };
 
 // A small world of computers, seen from one of them, with a clock that only moves when it is told
@@ -39,15 +48,59 @@ class Estate {
   Estate(Estate&&) = default;
   Estate& operator=(Estate&&) = default;
 
-  Computer& AddComputer(TextView name);
+  // In a workgroup, until it joins something else. Its accounts' SID follows from its name.
+  Computer& AddComputer(TextView name, std::optional<Sid> sid = std::nullopt);
   Computer& local() { return computers_.front(); }
   const Computer& local() const { return computers_.front(); }
   // By name, without regard to case and with or without leading backslashes; null if there is none.
   Computer* FindComputer(TextView name);
   // The same, for one that can be reached.
   Computer* ReachComputer(TextView name);
+  // The same by "srv" or "\\\\srv", and no other form; null and empty: the local one.
+  Computer* ReachServer(LPCWSTR name);
+  const std::deque<Computer>& computers() const { return computers_; }
+
+  // A domain's SID follows from its name unless one is given. Throws std::invalid_argument for a
+  // name that a domain or computer has.
+  Domain& AddDomain(TextView name, std::optional<Sid> sid = std::nullopt);
+  Domain& AddWorkgroup(TextView name);
+  // By name, without regard to case; null if there is none.
+  Domain* FindDomain(TextView name);
+  const Domain* FindDomain(TextView name) const;
+  const std::deque<Domain>& domains() const { return domains_; }
+  // Puts a computer into a domain, with an account there and the domain's administrators and users
+  // among its own, or into a workgroup.
+  void Join(Computer& computer, TextView group, Role role = Role::Workstation,
+            bool with_account = true);
+  // A new computer in a domain or workgroup.
+  Computer& AddMember(TextView group, TextView name, Role role = Role::Workstation);
+  bool HasMembers(const Domain& domain) const;
+  // A controller that can be reached, the primary one first; null if there is none.
+  Computer* FindController(const Domain& domain, bool primary_only = false);
+  // What a computer administers: its own accounts, or those of its domain.
+  AccountDatabase& AccountsOf(Computer& computer);
+  bool IsAdministrator(const Computer& computer) const {
+    return computer.may_be_administered() && token_->Is(AdministratorsSid());
+  }
+
+  // The networks that this computer has providers for; none: there is no network.
+  std::vector<Network>& networks() { return networks_; }
+  Network* FindNetworkByProvider(TextView provider);
+
+  // What every computer knows: the well-known accounts, with additions of any kind.
+  const std::vector<KnownAccount>& known_accounts() const { return known_accounts_; }
+  void AddKnownAccount(KnownAccount account);
+  void ForgetKnownAccount(const Sid& sid);
+
+  // Host names beside those of the computers.
+  void AddHost(TextView name, std::vector<Address> addresses);
+  // Null for an unknown one.
+  const std::vector<Address>* FindHost(TextView name) const;
+  SocketLibrary& socket_library() { return socket_library_; }
 
   Ticks now() const { return now_; }
+  // The same in seconds since 1970.
+  DWORD unix_time() const;
   void Advance(std::uint64_t milliseconds) { now_ += milliseconds * kTicksPerMillisecond; }
   // Since the estate began, as timers tell it.
   std::uint64_t milliseconds() const { return (now_ - start_) / kTicksPerMillisecond; }
@@ -114,6 +167,11 @@ class Estate {
   Ticks start_;
   Ticks now_;
   std::deque<Computer> computers_;
+  std::deque<Domain> domains_;
+  std::vector<Network> networks_;
+  std::vector<KnownAccount> known_accounts_;
+  std::map<Text, std::vector<Address>> hosts_;
+  SocketLibrary socket_library_;
   TIME_ZONE_INFORMATION time_zone_{};
   DWORD current_zone_ = kTimeZoneIdUnknown;
   Text user_name_ = u"user";

@@ -47,6 +47,17 @@ constexpr TextView kNames[] = {u"SeCreateTokenPrivilege",
                                u"SeCreateSymbolicLinkPrivilege"};
 constexpr DWORD kFirstPrivilege = 2;
 
+constexpr TextView kLogonRights[] = {u"SeInteractiveLogonRight",
+                                     u"SeNetworkLogonRight",
+                                     u"SeBatchLogonRight",
+                                     u"SeServiceLogonRight",
+                                     u"SeRemoteInteractiveLogonRight",
+                                     u"SeDenyInteractiveLogonRight",
+                                     u"SeDenyNetworkLogonRight",
+                                     u"SeDenyBatchLogonRight",
+                                     u"SeDenyServiceLogonRight",
+                                     u"SeDenyRemoteInteractiveLogonRight"};
+
 }  // namespace
 
 std::optional<Privilege> FindPrivilege(TextView name) {
@@ -54,6 +65,12 @@ std::optional<Privilege> FindPrivilege(TextView name) {
                                   [&](TextView candidate) { return EqualNoCase(candidate, name); });
   if (found == std::end(kNames)) return std::nullopt;
   return Privilege{kFirstPrivilege + static_cast<DWORD>(found - std::begin(kNames))};
+}
+
+bool IsUserRight(TextView name) {
+  return FindPrivilege(name).has_value() ||
+         std::any_of(std::begin(kLogonRights), std::end(kLogonRights),
+                     [&](TextView right) { return EqualNoCase(right, name); });
 }
 
 LUID LuidOf(Privilege privilege) { return {static_cast<DWORD>(privilege), 0}; }

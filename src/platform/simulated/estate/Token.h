@@ -23,6 +23,9 @@ enum class Privilege : DWORD {
 // By published name ("SeBackupPrivilege"), without regard to case.
 std::optional<Privilege> FindPrivilege(TextView name);
 
+// Whether a name is that of a privilege or of a right to log on.
+bool IsUserRight(TextView name);
+
 LUID LuidOf(Privilege privilege);
 
 // Who somebody is and what he may do.

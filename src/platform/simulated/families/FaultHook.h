@@ -11,11 +11,10 @@ namespace veldmark::simulated {
 
 // Makes calls fail with a code. A failed call has no effect and returns its operation's failure
 // form. The one exception are the operations that give something back (FindClose, CloseHandle,
-// RegCloseKey, FreeLibrary, LocalFree,
-// NetApiBufferFree): those report the failure and yet take it back, so that a
+// RegCloseKey, FreeLibrary, LocalFree, NetApiBufferFree, WNetCloseEnum, LsaFreeMemory, LsaClose,
+// WSACleanup): those report the failure and yet take it back, so that a
 // sweep over all calls can ask for a clean ledger. Calls that can't fail (CoTaskMemFree, lstrlenW,
-// DoEvents, ModuleFolder,
-// GetSecurityDescriptorLength) are not counted.
+// DoEvents, ModuleFolder, GetSecurityDescriptorLength, LsaNtStatusToWinError) are not counted.
 class FaultHook {
  public:
   // Fails the `nth` call from here on, counted from 1, whatever its name.

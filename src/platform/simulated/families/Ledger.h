@@ -15,7 +15,11 @@ enum class Resource {
   LocalMemory,
   TaskMemory,
   TokenHandle,
-  NetworkBuffer
+  NetworkBuffer,
+  NetworkEnumeration,
+  Policy,
+  AuthorityMemory,
+  SocketLibrary
 };
 
 // Everything that the platform handed out and expects back. What is open at the end of a test is a

@@ -22,6 +22,10 @@ void* Session::AllocateNetwork(std::size_t size, std::string_view operation, std
   return Allocate(network_memory, Resource::NetworkBuffer, size, operation, std::move(detail));
 }
 
+void* Session::AllocateAuthority(std::size_t size, std::string_view operation, std::string detail) {
+  return Allocate(authority_memory, Resource::AuthorityMemory, size, operation, std::move(detail));
+}
+
 void* Session::Allocate(Blocks& blocks, Resource resource, std::size_t size,
                         std::string_view operation, std::string detail) {
   // A block of no bytes is a block all the same.

@@ -56,6 +56,9 @@ struct Session {
   // The same for a block of the network functions.
   void* AllocateNetwork(std::size_t size, std::string_view operation, std::string detail);
 
+  // The same for a block of the security authority.
+  void* AllocateAuthority(std::size_t size, std::string_view operation, std::string detail);
+
   Estate estate;
   Ledger ledger;
   Journal journal;
@@ -63,6 +66,7 @@ struct Session {
   std::uintptr_t next_handle = 0x100;
   Blocks local_memory;
   Blocks network_memory;
+  Blocks authority_memory;
   // Files and tokens are closed by the same operation.
   std::map<std::uintptr_t, std::unique_ptr<OpenFile>> files;
   std::map<std::uintptr_t, OpenToken> tokens;

@@ -244,13 +244,30 @@ BOOL SimulatedFileSystem::DeleteFileW(LPCWSTR file_name) {
 HANDLE SimulatedFileSystem::CreateFileW(LPCWSTR file_name, DWORD desired_access, DWORD share_mode,
                                         const SECURITY_ATTRIBUTES*, DWORD creation_disposition,
                                         DWORD flags_and_attributes, HANDLE template_file) {
-  if (const DWORD fault = session_.Begin("CreateFileW", ViewOf(file_name))) {
-    return FailHandle(fault);
-  }
+  const TextView name = ViewOf(file_name);
+  if (const DWORD fault = session_.Begin("CreateFileW", name)) return FailHandle(fault);
+  return Open("CreateFileW", name, desired_access, share_mode, creation_disposition,
+              flags_and_attributes, template_file);
+}
+
+HANDLE SimulatedFileSystem::CreateFileA(LPCSTR file_name, DWORD desired_access, DWORD share_mode,
+                                        const SECURITY_ATTRIBUTES*, DWORD creation, DWORD flags,
+                                        HANDLE template_file) {
+  const Text name = file_name == nullptr ? Text() : FromUtf8(file_name);
+  if (const DWORD fault = session_.Begin("CreateFileA", name)) return FailHandle(fault);
+  return Open("CreateFileA", name, desired_access, share_mode, creation, flags, template_file);
+}
+
+HANDLE SimulatedFileSystem::Open(std::string_view operation, TextView file_name,
+                                 DWORD desired_access, DWORD share_mode, DWORD creation_disposition,
+                                 DWORD flags_and_attributes, HANDLE template_file) {
   if (creation_disposition < kCreateNew || creation_disposition > kTruncateExisting ||
       template_file != nullptr) {
     return FailHandle(kErrorInvalidParameter);
   }
+  const auto named = NetworkName::Parse(file_name);
+  if (named && EqualNoCase(named->share, u"PIPE"))
+    return OpenPipe(operation, *named, desired_access, creation_disposition);
   const bool everything = (desired_access & kGenericAll) != 0;
   const bool reads = everything || (desired_access & (kGenericRead | kFileReadData)) != 0;
   const bool writes =
@@ -260,7 +277,7 @@ HANDLE SimulatedFileSystem::CreateFileW(LPCWSTR file_name, DWORD desired_access,
       (desired_access & (kGenericWrite | kGenericAll)) == 0) {
     return FailHandle(kErrorInvalidParameter);
   }
-  Path path = Path::Parse(ViewOf(file_name), session_.estate);
+  Path path = Path::Parse(file_name, session_.estate);
   Place place = Find(path, session_.estate);
   const bool existed = place.node != nullptr;
   const bool replaces =
@@ -330,20 +347,39 @@ HANDLE SimulatedFileSystem::CreateFileW(LPCWSTR file_name, DWORD desired_access,
     }
   }
 
-  auto file = std::make_unique<OpenFile>();
-  file->node = place.node;
-  file->sharing = sharing;
-  file->access = access;
-  file->deletes_on_close = deletes_on_close;
-  file->node->AddOpen(&file->sharing);
-  const std::uintptr_t value = session_.NewHandle();
-  session_.files[value] = std::move(file);
-  session_.ledger.Opened(Resource::FileHandle, value, "CreateFileW", ToUtf8(ViewOf(file_name)));
+  const HANDLE handle = HandOut({.node = place.node,
+                                 .sharing = sharing,
+                                 .access = access,
+                                 .deletes_on_close = deletes_on_close},
+                                operation, file_name);
   Text connection = ConnectionOf(path, session_.estate);
-  if (!connection.empty()) session_.network_handles[value] = std::move(connection);
+  if (!connection.empty()) session_.network_handles[ValueOf(handle)] = std::move(connection);
   if (existed && (creation_disposition == kCreateAlways || creation_disposition == kOpenAlways)) {
     SetLastPlatformError(kErrorAlreadyExists);
   }
+  return handle;
+}
+
+HANDLE SimulatedFileSystem::OpenPipe(std::string_view operation, const NetworkName& name,
+                                     DWORD desired_access, DWORD creation_disposition) {
+  Estate& estate = session_.estate;
+  const Computer* const computer =
+      name.server == u"." ? &estate.local() : estate.ReachServer(name.server.c_str());
+  if (computer == nullptr) return FailHandle(kErrorBadNetPath);
+  if (creation_disposition == kCreateNew) return FailHandle(kErrorAccessDenied);
+  if (!computer->OffersPipe(name.below)) return FailHandle(kErrorFileNotFound);
+  // What goes through it doesn't matter here: a file that nobody else has stands for its end.
+  return HandOut({.node = std::make_shared<FileNode>(name.below, false, estate.now()),
+                  .sharing = {.reads = true, .lets_read = true, .lets_write = true},
+                  .access = MapGeneric(desired_access, kFileMapping)},
+                 operation, name.below);
+}
+
+HANDLE SimulatedFileSystem::HandOut(OpenFile file, std::string_view operation, TextView file_name) {
+  const std::uintptr_t value = session_.NewHandle();
+  OpenFile& kept = *(session_.files[value] = std::make_unique<OpenFile>(std::move(file)));
+  kept.node->AddOpen(&kept.sharing);
+  session_.ledger.Opened(Resource::FileHandle, value, operation, ToUtf8(file_name));
   return HandleOf(value);
 }
 

@@ -27,6 +27,9 @@ class SimulatedFileSystem final : public FileSystem {
   HANDLE CreateFileW(LPCWSTR file_name, DWORD desired_access, DWORD share_mode,
                      const SECURITY_ATTRIBUTES* security, DWORD creation_disposition,
                      DWORD flags_and_attributes, HANDLE template_file) override;
+  HANDLE CreateFileA(LPCSTR file_name, DWORD desired_access, DWORD share_mode,
+                     const SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags,
+                     HANDLE template_file) override;
   BOOL ReadFile(HANDLE file, void* buffer, DWORD bytes_to_read, DWORD* bytes_read,
                 void* overlapped) override;
   BOOL WriteFile(HANDLE file, const void* buffer, DWORD bytes_to_write, DWORD* bytes_written,
@@ -56,6 +59,14 @@ class SimulatedFileSystem final : public FileSystem {
     Sharing sharing;
   };
 
+  // What opening by either kind of name does, once the call has begun.
+  HANDLE Open(std::string_view operation, TextView file_name, DWORD desired_access,
+              DWORD share_mode, DWORD creation_disposition, DWORD flags_and_attributes,
+              HANDLE template_file);
+  HANDLE OpenPipe(std::string_view operation, const NetworkName& name, DWORD desired_access,
+                  DWORD creation_disposition);
+  // A handle for what is open now.
+  HANDLE HandOut(OpenFile file, std::string_view operation, TextView file_name);
   bool Advance(OpenFind& find, WIN32_FIND_DATAW* data) const;
   OpenFile* Lookup(HANDLE file, std::string_view operation);
   void Release(OpenFile& file);

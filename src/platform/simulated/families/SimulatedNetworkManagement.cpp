@@ -1,48 +1,87 @@
 #include "platform/simulated/families/SimulatedNetworkManagement.h"
 
-#include <cstring>
+#include <algorithm>
 
-#include "platform/operations/ErrorCodes.h"
+#include "automation/CaseMapping.h"
 #include "platform/simulated/estate/SecurityDescriptor.h"
+#include "platform/simulated/families/RecordBlock.h"
+#include "platform/simulated/families/Statuses.h"
 
 namespace veldmark::simulated {
 namespace {
 
-constexpr DWORD kShareLevel = 502;
-constexpr DWORD kUnlimitedUses = 0xFFFFFFFF;
+constexpr DWORD kServerTypeDomainEnum = 0x80000000;
+constexpr DWORD kShareSecurityLevel = 502;
 
-// Lays a record out with its texts and bytes behind it, first to count and then to write.
-class Block {
- public:
-  explicit Block(std::uint8_t* bytes) : bytes_(bytes) {}
-
-  std::size_t size() const { return size_; }
-
-  void* Put(const void* content, std::size_t size) {
-    size_ = (size_ + alignof(void*) - 1) / alignof(void*) * alignof(void*);
-    void* const place = bytes_ == nullptr ? nullptr : bytes_ + size_;
-    if (bytes_ != nullptr) std::memcpy(place, content, size);
-    size_ += size;
-    return place;
-  }
-
-  LPWSTR Put(const Text& text) {
-    return static_cast<LPWSTR>(Put(text.c_str(), (text.size() + 1) * sizeof(WCHAR)));
-  }
-
- private:
-  std::uint8_t* bytes_;
-  std::size_t size_ = 0;
+// One line of a browse list: a computer or, where those are asked for, a domain.
+struct Listed {
+  TextView name;
+  DWORD type;
+  DWORD version_major;
+  DWORD version_minor;
+  TextView comment;
 };
 
-std::size_t LayOut(const Share& share, std::uint8_t* bytes) {
-  SHARE_INFO_502 record{};
-  Block block(bytes);
-  void* const place = block.Put(&record, sizeof record);
+void Fill(SERVER_INFO_100& record, const Listed& listed, RecordBlock& block) {
+  record.sv100_platform_id = kPlatformIdNt;
+  record.sv100_name = block.Put(listed.name);
+}
+
+void Fill(SERVER_INFO_101& record, const Listed& listed, RecordBlock& block) {
+  record.sv101_platform_id = kPlatformIdNt;
+  record.sv101_name = block.Put(listed.name);
+  record.sv101_version_major = listed.version_major;
+  record.sv101_version_minor = listed.version_minor;
+  record.sv101_type = listed.type;
+  record.sv101_comment = block.Put(listed.comment);
+}
+
+Listed ListedOf(const Computer& computer) {
+  const ServerDescription& description = computer.description();
+  return {computer.name(), computer.server_type(), description.version_major,
+          description.version_minor, description.comment};
+}
+
+void Fill(SERVER_INFO_102& record, const Computer& computer, RecordBlock& block) {
+  const ServerDescription& description = computer.description();
+  record.sv102_platform_id = kPlatformIdNt;
+  record.sv102_name = block.Put(computer.name());
+  record.sv102_version_major = description.version_major;
+  record.sv102_version_minor = description.version_minor;
+  record.sv102_type = computer.server_type();
+  record.sv102_comment = block.Put(description.comment);
+  record.sv102_users = description.users;
+  record.sv102_disc = description.disconnect_minutes;
+  record.sv102_hidden = description.hidden ? 1 : 0;
+  record.sv102_announce = description.announce_seconds;
+  record.sv102_anndelta = description.announce_delta;
+  record.sv102_licenses = description.licenses;
+  record.sv102_userpath = block.Put(description.user_path);
+}
+
+void Fill(SHARE_INFO_1& record, const Share& share, RecordBlock& block) {
+  record.shi1_netname = block.Put(share.name);
+  record.shi1_type = share.type;
+  record.shi1_remark = block.Put(share.remark);
+}
+
+void Fill(SHARE_INFO_2& record, const Share& share, RecordBlock& block) {
+  record.shi2_netname = block.Put(share.name);
+  record.shi2_type = share.type;
+  record.shi2_remark = block.Put(share.remark);
+  record.shi2_permissions = share.permissions;
+  record.shi2_max_uses = share.maximum_uses;
+  record.shi2_current_uses = share.current_uses;
+  record.shi2_path = block.Put(share.path);
+}
+
+void Fill(SHARE_INFO_502& record, const Share& share, RecordBlock& block) {
   record.shi502_netname = block.Put(share.name);
   record.shi502_type = share.type;
-  record.shi502_remark = block.Put(Text());
-  record.shi502_max_uses = kUnlimitedUses;
+  record.shi502_remark = block.Put(share.remark);
+  record.shi502_permissions = share.permissions;
+  record.shi502_max_uses = share.maximum_uses;
+  record.shi502_current_uses = share.current_uses;
   record.shi502_path = block.Put(share.path);
   if (share.security != nullptr) {
     constexpr DWORD kParts =
@@ -50,31 +89,228 @@ std::size_t LayOut(const Share& share, std::uint8_t* bytes) {
     const std::vector<std::uint8_t> descriptor = BytesOf(share.security->descriptor(), kParts);
     record.shi502_security_descriptor = block.Put(descriptor.data(), descriptor.size());
   }
-  if (bytes != nullptr) std::memcpy(place, &record, sizeof record);
-  return block.size();
+}
+
+constexpr auto kFill = [](auto& record, const auto& item, RecordBlock& block) {
+  Fill(record, item, block);
+};
+
+template <typename Record, typename Item>
+BYTE* HandOutOne(Session& session, std::string_view operation, TextView detail, const Item& item) {
+  return HandOut<Record>(session, operation, ToUtf8(detail), std::span<const Item>(&item, 1),
+                         kFill);
+}
+
+std::vector<Listed> BrowseList(const Estate& estate, const Domain& domain, DWORD type) {
+  std::vector<Listed> list;
+  for (const Computer& computer : estate.computers()) {
+    const bool is_there = computer.is_listed() && EqualNoCase(computer.group(), domain.name);
+    if (is_there && (computer.server_type() & type) != 0) list.push_back(ListedOf(computer));
+  }
+  return list;
+}
+
+std::vector<Listed> DomainList(const Estate& estate) {
+  std::vector<Listed> list;
+  for (const Domain& domain : estate.domains()) {
+    if (!estate.HasMembers(domain)) continue;
+    constexpr DWORD kType = kServerTypeDomainEnum | kServerTypeNt;
+    list.push_back({domain.name, kType, 10, 0, domain.comment});
+  }
+  return list;
 }
 
 }  // namespace
 
+DWORD SimulatedNetworkManagement::NetServerEnum(LPCWSTR server_name, DWORD level, BYTE** buffer,
+                                                DWORD preferred_length, DWORD* entries_read,
+                                                DWORD* total_entries, DWORD server_type,
+                                                LPCWSTR domain_name, DWORD* resume_handle) {
+  constexpr std::string_view kName = "NetServerEnum";
+  const Text noted = Noted(server_name, ViewOf(domain_name), level);
+  // The published operation takes a resume handle and does without it.
+  const Reply<DWORD> reply{buffer, preferred_length, entries_read, total_entries, nullptr};
+  if (IsSound(reply)) Clear(reply);
+  if (resume_handle != nullptr) *resume_handle = 0;
+  if (const DWORD fault = session_.Begin(kName, noted)) return fault;
+  if (!IsSound(reply)) return kErrorInvalidParameter;
+  if (level != 100 && level != 101) return kErrorInvalidLevel;
+  Estate& estate = session_.estate;
+  Computer* const server = estate.ReachServer(server_name);
+  if (server == nullptr) return kErrorBadNetPath;
+  const TextView named = ViewOf(domain_name);
+  const Domain* const domain = estate.FindDomain(named.empty() ? TextView(server->group()) : named);
+  if (domain == nullptr || !domain->has_browse_list || !estate.HasMembers(*domain)) {
+    return kErrorNoBrowserServers;
+  }
+  std::vector<Listed> list = server_type == kServerTypeDomainEnum
+                                 ? DomainList(estate)
+                                 : BrowseList(estate, *domain, server_type);
+  std::ranges::sort(list, {}, [](const Listed& listed) { return ToUpper(listed.name); });
+  const std::span<const Listed> all(list);
+  return level == 100
+             ? Answer<SERVER_INFO_100>(session_, kName, ToUtf8(noted), all, 0, reply, kFill)
+             : Answer<SERVER_INFO_101>(session_, kName, ToUtf8(noted), all, 0, reply, kFill);
+}
+
+DWORD SimulatedNetworkManagement::NetServerGetInfo(LPCWSTR server_name, DWORD level,
+                                                   BYTE** buffer) {
+  constexpr std::string_view kName = "NetServerGetInfo";
+  const Text noted = Noted(server_name, level);
+  if (buffer != nullptr) *buffer = nullptr;
+  if (const DWORD fault = session_.Begin(kName, noted)) return fault;
+  if (buffer == nullptr) return kErrorInvalidParameter;
+  if (level < 100 || level > 102) return kErrorInvalidLevel;
+  const Computer* const computer = session_.estate.ReachServer(server_name);
+  if (computer == nullptr) return kErrorBadNetPath;
+  if (level == 102) {
+    if (!session_.estate.IsAdministrator(*computer)) return kErrorAccessDenied;
+    *buffer = HandOutOne<SERVER_INFO_102>(session_, kName, noted, *computer);
+  } else if (level == 101) {
+    *buffer = HandOutOne<SERVER_INFO_101>(session_, kName, noted, ListedOf(*computer));
+  } else {
+    *buffer = HandOutOne<SERVER_INFO_100>(session_, kName, noted, ListedOf(*computer));
+  }
+  return 0;
+}
+
+DWORD SimulatedNetworkManagement::NetWkstaGetInfo(LPCWSTR server_name, DWORD level, BYTE** buffer) {
+  constexpr std::string_view kName = "NetWkstaGetInfo";
+  const Text noted = Noted(server_name, level);
+  if (buffer != nullptr) *buffer = nullptr;
+  if (const DWORD fault = session_.Begin(kName, noted)) return fault;
+  if (buffer == nullptr) return kErrorInvalidParameter;
+  if (level != 100) return kErrorInvalidLevel;
+  const Computer* const computer = session_.estate.ReachServer(server_name);
+  if (computer == nullptr) return kErrorBadNetPath;
+  const auto fill = [](WKSTA_INFO_100& record, const Computer& asked, RecordBlock& block) {
+    record.wki100_platform_id = kPlatformIdNt;
+    record.wki100_computername = block.Put(asked.name());
+    record.wki100_langroup = block.Put(asked.group());
+    record.wki100_ver_major = asked.description().version_major;
+    record.wki100_ver_minor = asked.description().version_minor;
+  };
+  *buffer = HandOut<WKSTA_INFO_100>(session_, kName, ToUtf8(noted),
+                                    std::span<const Computer>(computer, 1), fill);
+  return 0;
+}
+
+DWORD SimulatedNetworkManagement::NetGetDCName(LPCWSTR server_name, LPCWSTR domain_name,
+                                               BYTE** buffer) {
+  constexpr std::string_view kName = "NetGetDCName";
+  const TextView named = ViewOf(domain_name);
+  const Text noted = Noted(server_name, named);
+  if (buffer != nullptr) *buffer = nullptr;
+  if (const DWORD fault = session_.Begin(kName, noted)) return fault;
+  if (buffer == nullptr) return kErrorInvalidParameter;
+  Estate& estate = session_.estate;
+  const Computer* const server = estate.ReachServer(server_name);
+  if (server == nullptr) return kErrorBadNetPath;
+  const Domain* const domain = estate.FindDomain(named.empty() ? TextView(server->group()) : named);
+  const Computer* const controller =
+      domain == nullptr ? nullptr : estate.FindController(*domain, true);
+  if (controller == nullptr) return kErrorDcNotFound;
+  const Text name = u"\\\\" + controller->name();
+  const std::size_t size = (name.size() + 1) * sizeof(WCHAR);
+  *buffer = static_cast<BYTE*>(session_.AllocateNetwork(size, kName, ToUtf8(noted)));
+  std::memcpy(*buffer, name.c_str(), size);
+  return 0;
+}
+
+DWORD SimulatedNetworkManagement::NetEnumerateTrustedDomains(LPCWSTR server_name,
+                                                             LPWSTR* domain_names) {
+  constexpr std::string_view kName = "NetEnumerateTrustedDomains";
+  const Text noted = Noted(server_name);
+  if (domain_names != nullptr) *domain_names = nullptr;
+  if (const DWORD fault = session_.Begin(kName, noted)) return Unsigned(StatusOf(fault));
+  if (domain_names == nullptr) return Unsigned(kStatusInvalidParameter);
+  Estate& estate = session_.estate;
+  const Computer* const server = estate.ReachServer(server_name);
+  if (server == nullptr) return Unsigned(kStatusServerUnavailable);
+  const Domain* const domain = estate.FindDomain(server->group());
+  Text names;
+  if (domain != nullptr && !domain->is_workgroup()) {
+    for (const Text& trusted : domain->trusts) names += trusted + u'\0';
+  }
+  names += u'\0';
+  const std::size_t size = names.size() * sizeof(WCHAR);
+  *domain_names = static_cast<LPWSTR>(session_.AllocateNetwork(size, kName, ToUtf8(noted)));
+  std::memcpy(*domain_names, names.data(), size);
+  return 0;
+}
+
+DWORD SimulatedNetworkManagement::NetShareEnum(LPCWSTR server_name, DWORD level, BYTE** buffer,
+                                               DWORD preferred_length, DWORD* entries_read,
+                                               DWORD* total_entries, DWORD* resume_handle) {
+  constexpr std::string_view kName = "NetShareEnum";
+  const Text noted = Noted(server_name, level);
+  const Reply reply{buffer, preferred_length, entries_read, total_entries, resume_handle};
+  if (IsSound(reply)) Clear(reply);
+  if (const DWORD fault = session_.Begin(kName, noted)) return fault;
+  if (!IsSound(reply)) return kErrorInvalidParameter;
+  if (level != 1 && level != 2) return kErrorInvalidLevel;
+  const Computer* const computer = session_.estate.ReachServer(server_name);
+  if (computer == nullptr) return kErrorBadNetPath;
+  if (level == 2 && !session_.estate.IsAdministrator(*computer)) return kErrorAccessDenied;
+  std::vector<const Share*> shares;
+  for (const auto& [key, share] : computer->shares()) shares.push_back(&share);
+  const std::span<const Share* const> all(shares);
+  const auto fill = [](auto& record, const Share* share, RecordBlock& block) {
+    Fill(record, *share, block);
+  };
+  const std::size_t page = computer->page();
+  return level == 1 ? Answer<SHARE_INFO_1>(session_, kName, ToUtf8(noted), all, page, reply, fill)
+                    : Answer<SHARE_INFO_2>(session_, kName, ToUtf8(noted), all, page, reply, fill);
+}
+
 DWORD SimulatedNetworkManagement::NetShareGetInfo(LPCWSTR server_name, LPCWSTR net_name,
                                                   DWORD level, BYTE** buffer) {
   const TextView name = ViewOf(net_name);
+  if (buffer != nullptr) *buffer = nullptr;
   if (const DWORD fault = session_.Begin("NetShareGetInfo", name)) return fault;
   if (buffer == nullptr || name.empty()) return kErrorInvalidParameter;
-  const TextView server = ViewOf(server_name);
-  Estate& estate = session_.estate;
-  Computer* const computer = server.empty() ? &estate.local() : estate.ReachComputer(server);
+  const Computer* const computer = session_.estate.ReachServer(server_name);
   if (computer == nullptr) return kErrorBadNetPath;
-  if (level != kShareLevel) return kErrorInvalidLevel;
+  if (level != kShareSecurityLevel) return kErrorInvalidLevel;
   // Where a share leads and who may use it is told to administrators only.
-  if (!estate.token().Is(AdministratorsSid())) return kErrorAccessDenied;
+  if (!session_.estate.IsAdministrator(*computer)) return kErrorAccessDenied;
   const Share* const share = computer->FindShare(name);
   if (share == nullptr) return kErrorNetNameNotFound;
-  void* const memory =
-      session_.AllocateNetwork(LayOut(*share, nullptr), "NetShareGetInfo", ToUtf8(name));
-  *buffer = static_cast<BYTE*>(memory);
-  LayOut(*share, *buffer);
+  *buffer = HandOutOne<SHARE_INFO_502>(session_, "NetShareGetInfo", name, *share);
   return 0;
+}
+
+DWORD SimulatedNetworkManagement::NetShareDel(LPCWSTR server_name, LPCWSTR net_name, DWORD) {
+  const TextView name = ViewOf(net_name);
+  if (const DWORD fault = session_.Begin("NetShareDel", Noted(server_name, name))) return fault;
+  if (name.empty()) return kErrorInvalidParameter;
+  Computer* const computer = session_.estate.ReachServer(server_name);
+  if (computer == nullptr) return kErrorBadNetPath;
+  if (!session_.estate.IsAdministrator(*computer)) return kErrorAccessDenied;
+  return computer->RemoveShare(name) ? kErrorSuccess : kErrorNetNameNotFound;
+}
+
+DWORD SimulatedNetworkManagement::NetServerDiskEnum(LPCWSTR server_name, DWORD level, BYTE** buffer,
+                                                    DWORD preferred_length, DWORD* entries_read,
+                                                    DWORD* total_entries, DWORD* resume_handle) {
+  struct Disk {
+    WCHAR name[3];
+  };
+  constexpr std::string_view kName = "NetServerDiskEnum";
+  const Text noted = Noted(server_name, level);
+  const Reply reply{buffer, preferred_length, entries_read, total_entries, resume_handle};
+  if (IsSound(reply)) Clear(reply);
+  if (const DWORD fault = session_.Begin(kName, noted)) return fault;
+  if (!IsSound(reply)) return kErrorInvalidParameter;
+  if (level != 0) return kErrorInvalidLevel;
+  const Computer* const computer = session_.estate.ReachServer(server_name);
+  if (computer == nullptr) return kErrorBadNetPath;
+  if (!session_.estate.IsAdministrator(*computer)) return kErrorAccessDenied;
+  std::vector<Disk> disks;
+  for (const auto& [letter, drive] : computer->drives()) disks.push_back({{letter, u':', u'\0'}});
+  return Answer<Disk>(session_, kName, ToUtf8(noted), std::span<const Disk>(disks),
+                      computer->page(), reply,
+                      [](Disk& record, const Disk& disk, RecordBlock&) { record = disk; });
 }
 
 DWORD SimulatedNetworkManagement::NetApiBufferFree(void* buffer) {

@@ -6,6 +6,7 @@
 
 #include "automation/CaseMapping.h"
 #include "platform/operations/ErrorCodes.h"
+#include "platform/simulated/families/RecordBlock.h"
 
 namespace veldmark::simulated {
 namespace {
@@ -85,7 +86,7 @@ DWORD SimulatedNetworkProvider::WNetAddConnection3W(HWND, const NETRESOURCEW* re
   const Share* const share = computer->FindShare(name->share);
   if (share == nullptr) return kErrorBadNetName;
   if (share->provider_fails) return kErrorExtendedError;
-  if (resource->dwType == kResourceTypePrint) return kErrorBadDevType;
+  if (resource->dwType == kResourceTypePrint || share->folder == nullptr) return kErrorBadDevType;
   if (share->denied) return kErrorAccessDenied;
   // Null stands for the caller himself, who isn't known to a share that asks.
   if (share->user && (user_name == nullptr || !EqualNoCase(*share->user, user_name))) {
@@ -124,6 +125,118 @@ DWORD SimulatedNetworkProvider::WNetCancelConnection2W(LPCWSTR connection, DWORD
   } else {
     estate.Disconnect(*computer, *share);
   }
+  return 0;
+}
+
+DWORD SimulatedNetworkProvider::WNetOpenEnumW(DWORD scope, DWORD, DWORD, const NETRESOURCEW* parent,
+                                              HANDLE* enumeration) {
+  const TextView remote = parent == nullptr ? u"-" : ViewOf(parent->lpRemoteName);
+  if (const DWORD fault = session_.Begin("WNetOpenEnumW", remote)) return fault;
+  if (scope != kResourceGlobalNet || enumeration == nullptr) return kErrorInvalidParameter;
+  *enumeration = nullptr;
+  Estate& estate = session_.estate;
+  if (estate.networks().empty()) return kErrorNoNetwork;
+  OpenEnumeration open;
+  if (parent == nullptr) {
+    for (const Network& network : estate.networks()) {
+      open.found.push_back(
+          {network.name, network.comment, network.provider_name(), network.display_type});
+    }
+  } else {
+    const TextView provider = ViewOf(parent->lpProvider);
+    const Network* const network =
+        estate.FindNetworkByProvider(provider.empty() ? remote : provider);
+    if (network == nullptr) return kErrorBadProvider;
+    if (!EqualNoCase(network->name, remote)) return kErrorNotContainer;
+    const auto add = [&](const Text& name, const Text& comment, DWORD display_type) {
+      open.found.push_back({name, comment, network->provider_name(), display_type});
+    };
+    for (const Domain& domain : estate.domains()) {
+      const bool is_here = EqualNoCase(domain.network, network->name);
+      // A workgroup is there as long as somebody is in it.
+      if (is_here && (!domain.is_workgroup() || estate.HasMembers(domain))) {
+        add(domain.name, domain.comment, kDisplayTypeDomain);
+      }
+    }
+    for (const Network::Entry& other : network->others) {
+      add(other.name, other.comment, other.display_type);
+    }
+    open.page = network->page;
+  }
+  const std::uintptr_t value = session_.NewHandle();
+  enumerations_[value] = std::move(open);
+  session_.ledger.Opened(Resource::NetworkEnumeration, value, "WNetOpenEnumW", ToUtf8(remote));
+  *enumeration = HandleOf(value);
+  return 0;
+}
+
+DWORD SimulatedNetworkProvider::WNetEnumResourceW(HANDLE enumeration, DWORD* count, void* buffer,
+                                                  DWORD* buffer_size) {
+  if (const DWORD fault = session_.Begin("WNetEnumResourceW")) return fault;
+  const auto open = enumerations_.find(ValueOf(enumeration));
+  if (open == enumerations_.end()) {
+    session_.ledger.Misused(Resource::NetworkEnumeration, ValueOf(enumeration),
+                            "WNetEnumResourceW");
+    return kErrorInvalidHandle;
+  }
+  if (count == nullptr || buffer == nullptr || buffer_size == nullptr) {
+    return kErrorInvalidParameter;
+  }
+  auto& [found, next, page] = open->second;
+  const std::span<const Found> rest = std::span<const Found>(found).subspan(next);
+  if (rest.empty()) return kErrorNoMoreItems;
+  const auto fill = [](NETRESOURCEW& record, const Found& item, RecordBlock& block) {
+    constexpr DWORD kUsageContainer = 2;
+    record = {.dwScope = kResourceGlobalNet,
+              .dwType = kResourceTypeAny,
+              .dwDisplayType = item.display_type,
+              .dwUsage = kUsageContainer,
+              .lpLocalName = nullptr,
+              .lpRemoteName = block.Put(item.name),
+              .lpComment = block.Put(item.comment),
+              .lpProvider = block.Put(item.provider)};
+  };
+  std::size_t taken = CountFitting<NETRESOURCEW>(rest, fill, *buffer_size);
+  if (taken == 0) {
+    *buffer_size = static_cast<DWORD>(LayOut<NETRESOURCEW>(rest.first(1), fill, nullptr));
+    return kErrorMoreData;
+  }
+  taken = std::min<std::size_t>(taken, *count);
+  if (page != 0) taken = std::min(taken, page);
+  LayOut<NETRESOURCEW>(rest.first(taken), fill, static_cast<std::uint8_t*>(buffer));
+  next += taken;
+  *count = static_cast<DWORD>(taken);
+  return 0;
+}
+
+DWORD SimulatedNetworkProvider::WNetCloseEnum(HANDLE enumeration) {
+  const DWORD fault = session_.Begin("WNetCloseEnum");
+  if (!session_.ledger.Closed(Resource::NetworkEnumeration, ValueOf(enumeration),
+                              "WNetCloseEnum")) {
+    return kErrorInvalidHandle;
+  }
+  enumerations_.erase(ValueOf(enumeration));
+  return fault;
+}
+
+DWORD SimulatedNetworkProvider::WNetGetNetworkInformationW(LPCWSTR provider,
+                                                           NETINFOSTRUCT* information) {
+  const TextView name = ViewOf(provider);
+  if (const DWORD fault = session_.Begin("WNetGetNetworkInformationW", name)) return fault;
+  if (information == nullptr || information->cbStructure != sizeof *information) {
+    return kErrorInvalidParameter;
+  }
+  const Network* const network = session_.estate.FindNetworkByProvider(name);
+  if (network == nullptr || !network->type) return kErrorBadProvider;
+  constexpr DWORD kAllDrives = 0x03FFFFFF;
+  *information = {.cbStructure = sizeof *information,
+                  .dwProviderVersion = 1,
+                  .dwStatus = 0,
+                  .dwCharacteristics = 0,
+                  .dwHandle = 0,
+                  .wNetType = *network->type,
+                  .dwPrinters = 0,
+                  .dwDrives = kAllDrives};
   return 0;
 }
 

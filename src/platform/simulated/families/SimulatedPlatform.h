@@ -2,13 +2,16 @@
 
 #include "platform/operations/Platform.h"
 #include "platform/simulated/families/Session.h"
+#include "platform/simulated/families/SimulatedAccountManagement.h"
 #include "platform/simulated/families/SimulatedFileSystem.h"
+#include "platform/simulated/families/SimulatedLocalSecurityAuthority.h"
 #include "platform/simulated/families/SimulatedMessages.h"
 #include "platform/simulated/families/SimulatedMultimedia.h"
 #include "platform/simulated/families/SimulatedNetworkManagement.h"
 #include "platform/simulated/families/SimulatedNetworkProvider.h"
 #include "platform/simulated/families/SimulatedRegistry.h"
 #include "platform/simulated/families/SimulatedSecurity.h"
+#include "platform/simulated/families/SimulatedSockets.h"
 #include "platform/simulated/families/SimulatedSystem.h"
 #include "platform/simulated/families/SimulatedTimers.h"
 #include "platform/simulated/families/SimulatedVersionInformation.h"
@@ -32,7 +35,10 @@ class SimulatedPlatform {
             security_,
             network_management_,
             version_information_,
-            multimedia_};
+            multimedia_,
+            accounts_,
+            authority_,
+            sockets_};
   }
 
   SimulatedSecurity& security() { return security_; }
@@ -53,6 +59,9 @@ class SimulatedPlatform {
   SimulatedNetworkManagement network_management_{session_};
   SimulatedVersionInformation version_information_{session_};
   SimulatedMultimedia multimedia_{session_};
+  SimulatedAccountManagement accounts_{session_};
+  SimulatedLocalSecurityAuthority authority_{session_};
+  SimulatedSockets sockets_{session_};
 };
 
 }  // namespace veldmark::simulated

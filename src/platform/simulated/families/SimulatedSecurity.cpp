@@ -8,8 +8,10 @@
 #include "automation/LastError.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/simulated/estate/AccessCheck.h"
+#include "platform/simulated/estate/AccountLookup.h"
 #include "platform/simulated/estate/DescriptorText.h"
 #include "platform/simulated/estate/FileAccess.h"
+#include "platform/simulated/families/RecordBlock.h"
 
 namespace veldmark::simulated {
 namespace {
@@ -131,6 +133,20 @@ std::vector<std::uint8_t> PrivilegeRecord(const std::vector<std::pair<Privilege,
   }
   return bytes;
 }
+
+// Whether a text with its NUL goes into a buffer of so many units.
+bool Fits(TextView text, LPCWSTR buffer, DWORD size) {
+  return buffer != nullptr && size > text.size();
+}
+
+// Puts a text into a buffer that it fits into, and its length without the NUL into `size`.
+void PutText(TextView text, LPWSTR buffer, DWORD& size) {
+  buffer[text.copy(buffer, text.size())] = u'\0';
+  size = static_cast<DWORD>(text.size());
+}
+
+// What a buffer for a text must have.
+DWORD UnitsOf(TextView text) { return static_cast<DWORD>(text.size() + 1); }
 
 bool HasSoundLevels(std::span<const OBJECT_TYPE_LIST> types) {
   for (std::size_t index = 0; index < types.size(); ++index) {
@@ -308,6 +324,58 @@ BOOL SimulatedSecurity::AccessCheckByType(const void* descriptor, const void* se
   *granted_access = outcome.granted;
   *access_status = outcome.is_allowed ? 1 : 0;
   SetLastPlatformError(outcome.error);
+  return 1;
+}
+
+BOOL SimulatedSecurity::LookupAccountNameW(LPCWSTR system_name, LPCWSTR account_name, void* sid,
+                                           DWORD* sid_size, LPWSTR domain, DWORD* domain_size,
+                                           INT* use) {
+  const TextView name = ViewOf(account_name);
+  if (const DWORD fault = session_.Begin("LookupAccountNameW", Noted(system_name, name))) {
+    return Fail(fault);
+  }
+  if (account_name == nullptr || sid_size == nullptr || domain_size == nullptr || use == nullptr) {
+    return Fail(kErrorInvalidParameter);
+  }
+  Computer* const computer = session_.estate.ReachServer(system_name);
+  if (computer == nullptr) return Fail(kErrorRpcServerUnavailable);
+  const auto account = FindAccount(session_.estate, *computer, name);
+  if (!account) return Fail(kErrorNoneMapped);
+  const std::vector<std::uint8_t>& bytes = account->sid.bytes();
+  if (sid == nullptr || *sid_size < bytes.size() || !Fits(account->domain, domain, *domain_size)) {
+    *sid_size = static_cast<DWORD>(bytes.size());
+    *domain_size = UnitsOf(account->domain);
+    return Fail(kErrorInsufficientBuffer);
+  }
+  std::memcpy(sid, bytes.data(), bytes.size());
+  *sid_size = static_cast<DWORD>(bytes.size());
+  PutText(account->domain, domain, *domain_size);
+  *use = static_cast<INT>(account->use);
+  return 1;
+}
+
+BOOL SimulatedSecurity::LookupAccountSidW(LPCWSTR system_name, const void* sid, LPWSTR name,
+                                          DWORD* name_size, LPWSTR domain, DWORD* domain_size,
+                                          INT* use) {
+  const auto parsed = sid == nullptr ? std::nullopt : Sid::FromAddress(sid);
+  const Text noted = Noted(system_name, parsed ? parsed->ToText() : Text());
+  if (const DWORD fault = session_.Begin("LookupAccountSidW", noted)) return Fail(fault);
+  if (sid == nullptr || name_size == nullptr || domain_size == nullptr || use == nullptr) {
+    return Fail(kErrorInvalidParameter);
+  }
+  if (!parsed) return Fail(kErrorInvalidSid);
+  Computer* const computer = session_.estate.ReachServer(system_name);
+  if (computer == nullptr) return Fail(kErrorRpcServerUnavailable);
+  const auto account = FindAccount(session_.estate, *computer, *parsed);
+  if (!account) return Fail(kErrorNoneMapped);
+  if (!Fits(account->name, name, *name_size) || !Fits(account->domain, domain, *domain_size)) {
+    *name_size = UnitsOf(account->name);
+    *domain_size = UnitsOf(account->domain);
+    return Fail(kErrorInsufficientBuffer);
+  }
+  PutText(account->name, name, *name_size);
+  PutText(account->domain, domain, *domain_size);
+  *use = static_cast<INT>(account->use);
   return 1;
 }
 
@@ -521,8 +589,8 @@ DWORD SimulatedSecurity::FindNamedOnServer(TextView name, DWORD object_type, Tar
     if (share == nullptr) return kErrorNetNameNotFound;
     target.place = &share->security;
     // A share's own list is about those who use it; it is administrators who look after it.
-    target.check = [this](DWORD) -> DWORD {
-      return session_.estate.token().Is(AdministratorsSid()) ? 0 : kErrorAccessDenied;
+    target.check = [this, computer](DWORD) -> DWORD {
+      return session_.estate.IsAdministrator(*computer) ? 0 : kErrorAccessDenied;
     };
     return 0;
   }
