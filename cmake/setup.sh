@@ -6,6 +6,7 @@
 # What a script run needs; the tests need more (see ./test).
 run_packages='cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools wine64 libwine libwine-dev
   googletest nlohmann-json3-dev'
+x86_packages=g++-mingw-w64-i686-posix
 
 # need_packages NAME...: installs the Debian packages that are missing.
 need_packages() {
@@ -43,14 +44,12 @@ build_tree() {
   }
 }
 
-# setup_runtime NAME: everything that running a script on the server NAME needs, which is "real" or
-# "sandbox".
+# setup_runtime PREFIX: everything that running a script under that prefix needs; see wine.sh.
 setup_runtime() {
-  wine_make_prefix real || return 1
-  dll="$root/build/windows-x64/Veldmark2.dll"
-  if [ "$1" = sandbox ]; then
-    wine_make_prefix sandbox real || return 1
-    dll="$root/build/windows-x64/Veldmark2Sandbox.dll"
-  fi
-  [ ! -f "$dll" ] || wine_register "$1" "$dll"
+  wine_need_prefix "$1" || return 1
+  dll=Veldmark2.dll
+  tree=windows-x64
+  case $1 in sandbox*) dll=Veldmark2Sandbox.dll ;; esac
+  case $1 in *-x86) tree=windows-x86 ;; esac
+  [ ! -f "$root/build/$tree/$dll" ] || wine_register "$1" "$root/build/$tree/$dll"
 }
