@@ -8,6 +8,19 @@ run_packages='cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools wine6
   googletest nlohmann-json3-dev'
 x86_packages=g++-mingw-w64-i686-posix
 
+# own_build_folder: makes build/, or ends with a message where it isn't ours: Wine takes no prefix of
+# another user.
+own_build_folder() {
+  if mkdir -p "$root/build" 2>/dev/null && [ -O "$root/build" ] && [ -w "$root/build" ]; then
+    return 0
+  fi
+  place="$root/build"
+  [ -e "$place" ] || place=$root
+  echo "$place belongs to $(stat -c %U "$place"), not to $(id -un):" \
+    "run this as that user, or in a clone of your own." >&2
+  exit 1
+}
+
 # need_packages NAME...: installs the Debian packages that are missing.
 need_packages() {
   missing=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null |
@@ -18,7 +31,13 @@ need_packages() {
   [ -z "$missing" ] && return 0
   echo "Installing" $missing "..." >&2
   as_root=
-  [ "$(id -u)" -eq 0 ] || as_root=sudo
+  if [ "$(id -u)" -ne 0 ]; then
+    as_root=sudo
+    command -v sudo >/dev/null || {
+      echo "Only root can install packages: run this as root, or install them first." >&2
+      return 1
+    }
+  fi
   $as_root apt-get update -qq >&2 &&
     $as_root env DEBIAN_FRONTEND=noninteractive \
       apt-get install -y -qq --no-install-recommends $missing >&2
