@@ -80,6 +80,12 @@ if(WIN32)
     set(prefix script.)
     set(bits "")
 
+    add_test(NAME script.a_lost_output_is_a_failure
+             COMMAND sh -c "\"$0\" \"$1\" >/dev/full || echo status $?"
+                     ${PROJECT_SOURCE_DIR}/run ${tests}/scripts/model.vbs)
+    set_tests_properties(script.a_lost_output_is_a_failure
+                         PROPERTIES PASS_REGULAR_EXPRESSION "could not be written.*status 1")
+
     if(TARGET client)
       string(REPLACE "/" "\\" examples "Z:${PROJECT_SOURCE_DIR}/examples")
       add_test(NAME windows.client.lists_a_folder COMMAND client ${examples})

@@ -33,6 +33,9 @@ DEFINE_GUID(kActiveScriptSite, 0xdb01a1e3, 0xa42b, 0x11cf, 0x8f, 0x20, 0x00, 0x8
 
 constexpr int kFailed = 1;
 
+// Why a stream last refused what was written to it; 0 while none has.
+DWORD write_error = 0;
+
 void Write(DWORD stream, std::wstring_view text) {
   const int length = static_cast<int>(text.size());
   std::string bytes(text.size() * 3, '\0');
@@ -42,6 +45,7 @@ void Write(DWORD stream, std::wstring_view text) {
   for (DWORD done = 0; done < static_cast<DWORD>(size); done += written) {
     if (!WriteFile(GetStdHandle(stream), bytes.data() + done, static_cast<DWORD>(size) - done,
                    &written, nullptr)) {
+      write_error = GetLastError();
       break;
     }
   }
@@ -89,6 +93,20 @@ std::wstring Description(HRESULT code) {
   if (length > 0) return std::wstring(text, length);
   swprintf(text, 512, L"error 0x%08lX", static_cast<unsigned long>(code));
   return text;
+}
+
+// The exit status of a script that ended with this one. A script whose output got lost has failed,
+// though it could do all it had to.
+int StatusWithOutput(int status) {
+  if (write_error == 0) return status;
+  // A reader that went away has read all that it wanted.
+  const bool left = write_error == ERROR_PIPE_NOT_CONNECTED || write_error == ERROR_NO_DATA ||
+                    write_error == ERROR_BROKEN_PIPE;
+  if (!left) {
+    Write(STD_ERROR_HANDLE, L"The output could not be written: " +
+                                Description(HRESULT_FROM_WIN32(write_error)) + L"\n");
+  }
+  return status != 0 ? status : kFailed;
 }
 
 void TurnMessageLoop() {
@@ -181,7 +199,7 @@ HRESULT Host::OnScriptError(IActiveScriptError* error) {
 void Host::Quit(int status) {
   // A script may quit from the depth of its calls; the engine can't be unwound from there.
   for (auto& sink : sinks_) sink->Disconnect();
-  ExitProcess(static_cast<UINT>(status));
+  ExitProcess(static_cast<UINT>(StatusWithOutput(status)));
 }
 
 HRESULT Host::Connect(const Call& call, IDispatch* source, std::wstring prefix) {
@@ -374,7 +392,7 @@ int Host::Run(const wchar_t* language, const std::wstring& text,
   for (auto& sink : sinks_) sink->Disconnect();
   sinks_.clear();
   engine_->Close();
-  return status_;
+  return StatusWithOutput(status_);
 }
 
 }  // namespace
