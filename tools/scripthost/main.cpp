@@ -32,6 +32,7 @@ DEFINE_GUID(kActiveScriptSite, 0xdb01a1e3, 0xa42b, 0x11cf, 0x8f, 0x20, 0x00, 0x8
             0x64);
 
 constexpr int kFailed = 1;
+constexpr int kNotStarted = 2;
 
 // Why a stream last refused what was written to it; 0 while none has.
 DWORD write_error = 0;
@@ -395,16 +396,48 @@ int Host::Run(const wchar_t* language, const std::wstring& text,
   return StatusWithOutput(status_);
 }
 
+// Creates an object of a class and lets it go. Where that fails, says why: a script would see no
+// more than that it can't be created.
+bool CanCreate(const wchar_t* name) {
+  CLSID id;
+  Reference<IUnknown> object;
+  HRESULT result = CLSIDFromProgID(name, &id);
+  SetErrorInfo(0, nullptr);
+  if (SUCCEEDED(result)) {
+    result = CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
+                              reinterpret_cast<void**>(object.Receive()));
+  }
+  if (SUCCEEDED(result)) return true;
+  std::wstring reason;
+  Reference<IErrorInfo> information;
+  if (GetErrorInfo(0, information.Receive()) == S_OK) {
+    BSTR text = nullptr;
+    information->GetDescription(&text);
+    reason.assign(text, text + SysStringLen(text));
+    SysFreeString(text);
+  }
+  if (reason.empty()) reason = std::wstring(name) + L": " + Description(result);
+  Write(STD_ERROR_HANDLE, reason + L"\n");
+  return false;
+}
+
 }  // namespace
 }  // namespace scripthost
 
 int wmain(int count, wchar_t** words) {
   using namespace scripthost;
-  if (count < 2) {
-    Write(STD_ERROR_HANDLE, L"usage: scripthost SCRIPT [ARG...]\n");
+  std::vector<std::wstring> arguments(words + 1, words + count);
+  std::wstring needed;
+  if (arguments.size() > 1 && arguments[0] == L"--needs") {
+    needed = arguments[1];
+    arguments.erase(arguments.begin(), arguments.begin() + 2);
+  }
+  if (arguments.empty()) {
+    Write(STD_ERROR_HANDLE, L"usage: scripthost [--needs CLASS] SCRIPT [ARG...]\n");
     return kFailed;
   }
-  const std::wstring path = words[1];
+  const std::wstring path = arguments[0];
+  arguments.erase(arguments.begin());
   std::string bytes;
   if (!ReadWhole(path, &bytes)) {
     Write(STD_ERROR_HANDLE, L"Can not find script file \"" + path + L"\".\n");
@@ -413,11 +446,10 @@ int wmain(int count, wchar_t** words) {
   const std::size_t dot = path.find_last_of(L'.');
   const bool jscript = dot != std::wstring::npos && _wcsicmp(path.c_str() + dot, L".js") == 0;
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-  int status;
-  {
+  int status = kNotStarted;
+  if (needed.empty() || CanCreate(needed.c_str())) {
     Host host(path);
-    status = host.Run(jscript ? L"JScript" : L"VBScript", Decode(bytes),
-                      std::vector<std::wstring>(words + 2, words + count));
+    status = host.Run(jscript ? L"JScript" : L"VBScript", Decode(bytes), std::move(arguments));
   }
   CoUninitialize();
   return status;
