@@ -45,7 +45,7 @@ function(veldmark_test name libraries sources)
     set(prefix "${name}.")
   endif()
   # Discovery waits for the test run, since the build must do without Wine.
-  gtest_discover_tests(${name} TEST_PREFIX ${prefix} DISCOVERY_MODE PRE_TEST
+  gtest_discover_tests(${name} TEST_PREFIX ${prefix} NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST
                        DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
 endfunction()
 
