@@ -396,6 +396,17 @@ int Host::Run(const wchar_t* language, const std::wstring& text,
   return StatusWithOutput(status_);
 }
 
+// Ends the script that its engine broke down under, before the system shows that on standard
+// output.
+LONG WINAPI Collapse(EXCEPTION_POINTERS* exception) {
+  wchar_t text[64];
+  swprintf(text, 64, L"The script broke its engine: exception 0x%08lX.\n",
+           static_cast<unsigned long>(exception->ExceptionRecord->ExceptionCode));
+  Write(STD_ERROR_HANDLE, text);
+  TerminateProcess(GetCurrentProcess(), kFailed);
+  return EXCEPTION_EXECUTE_HANDLER;
+}
+
 // Creates an object of a class and lets it go. Where that fails, says why: a script would see no
 // more than that it can't be created.
 bool CanCreate(const wchar_t* name) {
@@ -426,6 +437,7 @@ bool CanCreate(const wchar_t* name) {
 
 int wmain(int count, wchar_t** words) {
   using namespace scripthost;
+  SetUnhandledExceptionFilter(Collapse);
   std::vector<std::wstring> arguments(words + 1, words + count);
   std::wstring needed;
   if (arguments.size() > 1 && arguments[0] == L"--needs") {
