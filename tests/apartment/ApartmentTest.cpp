@@ -125,6 +125,7 @@ TEST_F(FrameTest, FailsWith91WhereStartUpLeftNothingAndOtherwiseAsItsMembersSay)
   Apartment::Current().g_oSupport = nullptr;
   Apartment::Current().g_oStatus = nullptr;
   EXPECT_EQ(root->GetStatusObject(), nullptr);
+  EXPECT_EQ(ErrorOf([] { StatusObject(); }), runtime_error::kObjectNotSet);
   EXPECT_EQ(FailureOf([&] { root->GetFolder(u"C:\\"); }),
             u"91|Veldmark2.SystemRoot|Object variable or With block variable not set");
   // A member without a handler leaves its error in `Err` all the same.
