@@ -61,6 +61,12 @@ TEST(TypeLibrary, EveryMemberStandsInItsSlotAndAnswersToItsNameAndIdentifier) {
     const auto object = server.Create(table->ClassIdentity());
     ASSERT_TRUE(slots && object);
     EXPECT_EQ(server.CanUnloadNow(), S_FALSE);
+    LPOLESTR for_each = const_cast<LPOLESTR>(L"_NewEnum");
+    DISPID enumerator = 0;
+    object->GetIDsOfNames(IID_NULL, &for_each, 1, 0, &enumerator);
+    EXPECT_EQ(enumerator, std::ranges::count(table->members, DISPID_NEWENUM, &Member::id)
+                              ? DISPID_NEWENUM
+                              : DISPID_UNKNOWN);
     for (std::size_t i = 0; i < table->members.size(); ++i) {
       const Member& member = table->members[i];
       SCOPED_TRACE(ToUtf8(member.name));
