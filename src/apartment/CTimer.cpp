@@ -4,6 +4,7 @@
 
 #include "apartment/Apartment.h"
 #include "apartment/Errors.h"
+#include "automation/CallInProgress.h"
 #include "automation/Declare.h"
 
 namespace veldmark {
@@ -21,6 +22,7 @@ void VELDMARK_CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD) {
   Apartment* apartment = Apartment::TryCurrent();
   if (!apartment || !apartment->timer) return;
   const Ref<CTimer> timer = apartment->timer;
+  const CallInProgress in_progress(*timer);
   // The message loop that calls this has no way to take an error.
   Swallow([&timer] { timer->RaiseTimer(); });
 }

@@ -57,7 +57,7 @@ struct LateBound {
             Form::Call(self, ParameterForm<P>::Pass(std::get<I>(values))...));
       }
     };
-    CallThenWriteBack(call, write_back);
+    CallMemberThenWriteBack(call, write_back);
     return result;
   }
 

@@ -3,9 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "automation/Error.h"
@@ -55,11 +53,9 @@ struct World {
 }  // namespace
 
 Platform& ServerPlatform() {
-  // An estate serves one thread at a time, so each thread has one of its own.
-  static std::mutex mutex;
-  static std::map<unsigned long, std::unique_ptr<World>> worlds;
-  const std::lock_guard lock(mutex);
-  std::unique_ptr<World>& world = worlds[GetCurrentThreadId()];
+  // An estate serves one thread at a time, so each thread has one of its own. It outlasts the
+  // thread's apartment, which ends before anything thread-local does.
+  thread_local std::unique_ptr<World> world;
   if (!world) world = std::make_unique<World>();
   return world->platform;
 }

@@ -126,6 +126,7 @@ TEST_F(FrameTest, FailsWith91WhereStartUpLeftNothingAndOtherwiseAsItsMembersSay)
   Apartment::Current().engine = nullptr;
   Apartment::Current().status = nullptr;
   EXPECT_EQ(root->GetStatusObject(), nullptr);
+  EXPECT_EQ(ErrorOf([] { StatusObject(); }), runtime_error::kObjectNotSet);
   EXPECT_EQ(FailureOf([&] { root->GetFolder(u"C:\\"); }),
             u"91|Veldmark2.SystemRoot|Object variable or With block variable not set");
   // A member without a handler leaves its error in `Err` all the same.
