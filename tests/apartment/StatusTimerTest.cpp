@@ -86,7 +86,7 @@ TEST_F(StatusTest, ReportsTheCountsForThatExactWordOnly) {
 
 /// Counts what it hears, and may let another one leave.
 struct Hearer : ObjectFoundListener {
-  void m_oSupport_ObjectFound(Object&, bool&) override {
+  void OnObjectFound(Object&, bool&) override {
     ++heard;
     if (leaves) Engine().Unsubscribe(*leaves);
   }
@@ -214,7 +214,7 @@ TEST_F(TimerTest, StoresWhatKillTimerAnswersAndLetsAListenerFail) {
   EXPECT_EQ(held, 1) << "a beat holds the library, though no timer runs any more";
   // Nobody is there to hear it.
   timer->PutEnabled(true);
-  Apartment::Current().g_oTimer = nullptr;
+  Apartment::Current().timer = nullptr;
   Err().Clear();
   Pass(1000);
   EXPECT_EQ(Err().Number(), 0);
