@@ -7,13 +7,9 @@
 #include "automation/Declare.h"
 #include "security/CSecurityDescriptor.h"
 #include "storage/PathForms.h"
+#include "storage/PlatformFiles.h"
 
 namespace veldmark {
-namespace {
-
-FileSystem& Files() { return Apartment::Current().platform.files; }
-
-}  // namespace
 
 const Interface& CFile::Describe() {
   static const Interface table =

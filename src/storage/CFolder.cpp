@@ -12,6 +12,7 @@
 #include "storage/CFolders.h"
 #include "storage/CPathNames.h"
 #include "storage/PathForms.h"
+#include "storage/PlatformFiles.h"
 
 namespace veldmark {
 namespace {
@@ -30,8 +31,6 @@ const EventInterface& DescribeFolderEvents() {
                                     {u"File", u"Cancel"});
   return table;
 }
-
-FileSystem& Files() { return Apartment::Current().platform.files; }
 
 [[noreturn]] void RaiseErr() { Raise(Err().Number(), SourceOf(kClassName), Err().Description()); }
 
