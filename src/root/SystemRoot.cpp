@@ -102,7 +102,7 @@ const Interface& SystemRoot::Describe() {
                                               u"Forgets the accounts that were looked up by SID.")
           .Method<&SystemRoot::GetRegistry>(u"GetRegistry", u"The registry.")
           .Method<&SystemRoot::GetServer>(u"GetServer", u"A server by its name.",
-                                          {u"ServerName", u"DomainName"})
+                                          {u"ServerName", {u"DomainName", u""}})
           .Method<&SystemRoot::GetUser>(u"GetUser", u"A user account.",
                                         {u"AccountDomain", u"UserName"})
           .Method<&SystemRoot::GetGroup>(u"GetGroup", u"A group account.",
