@@ -35,6 +35,10 @@ const Interface& CTimer::Describe() {
                       u"Calls a script back at an interval. Needs a message loop on its thread.")
           .Property<&CTimer::Enabled, &CTimer::PutEnabled>(u"Enabled",
                                                            u"True while the timer runs.")
+          .Remark(
+              u"Setting it to True twice starts two timers, and the first can't be ended any "
+              u"more: it runs as long as its thread. All timers of a thread raise the event of "
+              u"the CTimer that was created last.")
           .Property<&CTimer::Interval, &CTimer::PutInterval>(u"Interval",
                                                              u"Milliseconds between two events.")
           .Events(DescribeTimerEvents());

@@ -132,6 +132,12 @@ class Declare {
     Add<kMethod>(MemberKind::kMethod, name, help, names);
     return std::move(*this);
   }
+  /// Warns callers, in the reference, of what the latest member does beyond its help text: what it
+  /// loses, what it leaves behind, the errors that it raises.
+  Declare&& Remark(TextView remark) && {
+    table_.members.back().remark = remark;
+    return std::move(*this);
+  }
   /// Makes the latest member the class's default member.
   Declare&& Default() && { return std::move(*this).Id(kDefaultMember); }
   /// Makes the latest member the one behind For Each, hidden from browsers.

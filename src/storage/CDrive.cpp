@@ -6,6 +6,7 @@
 #include "apartment/Errors.h"
 #include "automation/Declare.h"
 #include "storage/CFolder.h"
+#include "storage/PlatformFiles.h"
 
 namespace veldmark {
 namespace {
@@ -132,9 +133,9 @@ void CDrive::LoadVolumeData() {
     DWORD serial = 0;
     DWORD maximum_component_length = 0;
     DWORD flags = 0;
-    is_ready_ = Apartment::Current().platform.files.GetVolumeInformationW(
-                    root.c_str(), name.data(), kNameLength, &serial, &maximum_component_length,
-                    &flags, file_system.data(), kNameLength) != 0;
+    is_ready_ = Files().GetVolumeInformationW(root.c_str(), name.data(), kNameLength, &serial,
+                                              &maximum_component_length, &flags, file_system.data(),
+                                              kNameLength) != 0;
     SerialNumber = is_ready_ ? static_cast<std::int32_t>(serial) : 0;
     maximum_component_length_ = is_ready_ ? static_cast<std::int32_t>(maximum_component_length) : 0;
     flags_ = is_ready_ ? static_cast<std::int32_t>(flags) : 0;

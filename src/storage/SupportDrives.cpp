@@ -5,11 +5,10 @@
 #include "apartment/Errors.h"
 #include "storage/CDrive.h"
 #include "storage/CDrives.h"
+#include "storage/PlatformFiles.h"
 
 namespace veldmark {
 namespace {
-
-FileSystem& Files() { return Apartment::Current().platform.files; }
 
 /// A count of bytes as a currency value of that many units; raises 6 where it has none.
 Variant SizeOf(std::uint64_t bytes) {
