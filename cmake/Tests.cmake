@@ -33,8 +33,14 @@ function(veldmark_test name libraries sources)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_compile_definitions(${name} PRIVATE VELDMARK_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
                                              VELDMARK_BINARY_DIR="${PROJECT_BINARY_DIR}")
-  target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/Precompiled.h
-                            <gtest/gtest.h> <gmock/gmock.h>)
+  get_property(first GLOBAL PROPERTY VELDMARK_FIRST_TEST)
+  if(first)
+    target_precompile_headers(${name} REUSE_FROM ${first})
+  else()
+    target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/Precompiled.h
+                              <gtest/gtest.h> <gmock/gmock.h>)
+    set_property(GLOBAL PROPERTY VELDMARK_FIRST_TEST ${name})
+  endif()
   if(WIN32)
     target_compile_options(${name} PRIVATE -fno-strict-aliasing)
     set(prefix "windows.${name}.")

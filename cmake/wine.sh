@@ -51,6 +51,7 @@ wine_fetch_x86() {
       rm -rf lists cache libwine_*.deb &&
       mv "$new" "$wine_x86"
   ) </dev/null >"$root/build/wine-x86.log" 2>&1 || {
+    rm -rf "$new"
     grep '^E:' "$root/build/wine-x86.log" >&2
     echo "The 32-bit half of Wine can't be had (see build/wine-x86.log)." >&2
     return 1
