@@ -8,6 +8,7 @@
 #include "root/ObjectModel.h"
 #include "root/SystemRoot.h"
 #include "windows/BuiltServer.h"
+#include "windows/Script.h"
 
 namespace veldmark {
 namespace {
@@ -186,6 +187,25 @@ TEST(Server, AThreadThatEndsOrLivesOnDoesNotHinderTheUnload) {
     CloseHandle(used);
     CloseHandle(unloaded);
   }
+}
+
+TEST(Server, TheThreadsOfAProcessShareOneSandbox) {
+  SetEnvironmentVariableW(L"VELDMARK_ESTATE",
+                          WindowsPath(VELDMARK_SOURCE_DIR, L"examples/estate.json").c_str());
+  const BuiltServer sandbox(L"Veldmark2Sandbox.dll");
+  const auto run_on_a_thread = [&sandbox](const wchar_t* script) {
+    HRESULT result = E_FAIL;
+    std::thread([&] {
+      const ComApartment com;
+      const auto root = sandbox.Create(SystemRoot::Describe().ClassIdentity());
+      if (root) result = RunScript(L"VBScript", *root.Get(), script);
+    }).join();
+    return result;
+  };
+  EXPECT_TRUE(FAILED(run_on_a_thread(L"o.GetFolder \"C:\\Made elsewhere\"")));
+  EXPECT_EQ(run_on_a_thread(L"o.CreateFolder \"C:\\Made elsewhere\""), S_OK);
+  EXPECT_EQ(run_on_a_thread(L"o.GetFolder \"C:\\Made elsewhere\""), S_OK);
+  SetEnvironmentVariableW(L"VELDMARK_ESTATE", nullptr);
 }
 
 TEST(Server, AnEstateThatCannotBeReadIsToldWithItsPlace) {
