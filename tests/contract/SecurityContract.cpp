@@ -135,7 +135,6 @@ TEST_F(SecurityContract, TellsWhatIsMissingByThePublishedCodes) {
                                   {kShare, other + u"share", kErrorRpcServerUnavailable},
                                   {0, u"anything", kErrorInvalidParameter}};
   for (const auto& [type, name, code] : table) {
-    if (code == kErrorBadNetPath && WhyNot(Trait::MissingServers)) continue;
     EXPECT_EQ(Get(name, type), "!" + std::to_string(code)) << type << " " << ToUtf8(name);
     EXPECT_EQ(Set(name, type, u"D:(A;;GA;;;WD)", kProtectedList), code) << ToUtf8(name);
     if (type != kFile) continue;
@@ -313,6 +312,7 @@ TEST_F(SecurityContract, ChecksAClientsAccessAgainstADescriptor) {
       {u"O:BGG:BAD:(D;;0x1;;;WD)(A;;0x3;;;WD)", client.Get(), 2, 0, true},
       {u"O:BGG:BAD:(A;;0x3;;;WD)(D;;0x1;;;WD)", client.Get(), 1, 0, true},
       {u"O:BGG:BAD:(A;CIIO;0x3;;;WD)", client.Get(), 1, 0, false},
+      {u"O:BGG:BAD:(A;;0x3;;;WD)", client.Get(), 0, 0, false},
       {u"O:BGG:BAD:(A;;GR;;;WD)", client.Get(), 0x20094, 0, true},
       {u"O:BGG:BAD:", client.Get(), 0x20000, 0, false},
       {u"O:WDG:BAD:", client.Get(), 0x60000, 0, true},

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <regex>
 #include <set>
 #include <string>
 #include <thread>
@@ -253,6 +255,22 @@ TEST_F(Simulation, KeepsNothingOfCallsWhoseJournalIsStopped) {
   simulated_.journal().StopKeeping();
   EXPECT_EQ(List(u"C:\\*"), 0u);
   EXPECT_TRUE(simulated_.journal().entries().empty());
+}
+
+TEST(PublishedMessages, HaveATextForEveryCodeThatTheOperationsName) {
+  std::ifstream header(VELDMARK_SOURCE_DIR "/src/platform/operations/ErrorCodes.h");
+  const std::string source{std::istreambuf_iterator<char>(header), {}};
+  const std::regex constant(R"((k\w+) = (\d+);)");
+  const Estate estate;
+  int codes = 0;
+  for (std::sregex_iterator match(source.begin(), source.end(), constant), end; match != end;
+       ++match, ++codes) {
+    const auto code = static_cast<DWORD>(std::stoul((*match)[2]));
+    EXPECT_TRUE(estate.system_messages().contains(code) ||
+                estate.modules().at(u"NETMSG.DLL").contains(code))
+        << (*match)[1] << " = " << code;
+  }
+  EXPECT_GT(codes, 60);
 }
 
 TEST(ShortNames, RunFromNumbersToChecksumsWithoutEnd) {

@@ -133,6 +133,19 @@ TEST_F(SimulatedSecurityTest, ChecksAccessByTypePrivilegeAndWhoAsks) {
   }
 }
 
+TEST_F(SimulatedSecurityTest, RefusesObjectEntriesInAListOfTheOldRevision) {
+  std::vector<std::uint8_t> list = BytesOf(
+      *DescriptorOf(u"D:(OA;;RP;00000001-0000-0000-0000-000000000000;;MS)(A;;RP;;;ES)").dacl);
+  EXPECT_EQ(SecurityText::OfList(list.data()),
+            "(5;00;10;<00000001>;S-1-5-32-577)(0;00;10;S-1-5-32-576)");
+  for (const auto& [revision, error] : {std::pair<std::uint8_t, DWORD>{4, 0}, {2, 1336}}) {
+    list[0] = revision;
+    EXPECT_EQ(security_.SetNamedSecurityInfoW(u"C:\\", 1, kDaclSecurityInformation, nullptr,
+                                              nullptr, list.data(), nullptr),
+              error);
+  }
+}
+
 TEST_F(SimulatedSecurityTest, HandsDownWhatIsInheritable) {
   struct Row {
     const char16_t* above;

@@ -294,8 +294,11 @@ BOOL SimulatedSecurity::AccessCheckByType(const void* descriptor, const void* se
   const auto own = Sid::FromAddress(self);
   if (self != nullptr && !own) return Fail(kErrorInvalidSid);
 
-  const AccessCheckOutcome outcome =
-      CheckAccess(*parsed, *open->token, desired_access, *mapping, types, own.value_or(Sid()));
+  // Who asks for nothing is refused.
+  const AccessCheckOutcome outcome = desired_access == 0
+                                         ? AccessCheckOutcome{.error = kErrorAccessDenied}
+                                         : CheckAccess(*parsed, *open->token, desired_access,
+                                                       *mapping, types, own.value_or(Sid()));
   std::vector<std::pair<Privilege, DWORD>> used;
   for (const Privilege privilege : outcome.used) {
     constexpr DWORD kUsedForAccess = 0x80000000;
