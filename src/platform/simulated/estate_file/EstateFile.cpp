@@ -60,8 +60,11 @@ Estate ReadEstate(std::string_view text, Estate::Clock real_time) {
                           "is no JSON");
   }
   const Node root(json, "");
-  root.OnlyFields({"clock", "clockRuns", "timeZone", "user", "currentFolder", "moduleFolder",
-                   "mappedDrives", "messages", "modules", "computers", "directoryObjects"});
+  root.OnlyFields({"$schema", "clock", "clockRuns", "timeZone", "user", "currentFolder",
+                   "moduleFolder", "mappedDrives", "messages", "modules", "computers",
+                   "directoryObjects"});
+  // For editors; what it says is nothing to this reader.
+  if (const auto schema = root.Field("$schema")) schema->Utf8();
   const auto clock = root.Field("clock");
   Estate estate = Estate::Empty(clock ? ReadTime(*clock) : Estate::kDefaultTime);
   if (const auto zone = root.Field("timeZone")) ReadTimeZone(*zone, estate);
