@@ -260,5 +260,36 @@ TEST(Server, AnEstateThatCannotBeReadIsToldWithItsPlace) {
   SetEnvironmentVariableW(L"VELDMARK_ESTATE", nullptr);
 }
 
+// Behind the test of unreadable estates, since a module that has one keeps it.
+TEST(Server, TheThreadsOfAProcessShareOneSandbox) {
+  SetEnvironmentVariableW(L"VELDMARK_ESTATE",
+                          WindowsPath(VELDMARK_SOURCE_DIR, L"examples/estate.json").c_str());
+  const BuiltServer sandbox(L"Veldmark2Sandbox.dll");
+  const auto call_on_a_thread = [&sandbox](const wchar_t* member) {
+    HRESULT result = E_FAIL;
+    std::thread([&] {
+      const ComApartment com;
+      const auto root = sandbox.Create(SystemRoot::Describe().ClassIdentity());
+      DISPID id = 0;
+      auto* name = const_cast<wchar_t*>(member);
+      if (!root || FAILED(root->GetIDsOfNames(IID_NULL, &name, 1, 0, &id))) return;
+      VARIANT path{};
+      path.vt = VT_BSTR;
+      path.bstrVal = SysAllocString(L"C:\\Made elsewhere");
+      DISPPARAMS arguments{&path, nullptr, 1, 0};
+      VARIANT answer{};
+      result =
+          root->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &arguments, &answer, nullptr, nullptr);
+      VariantClear(&path);
+      VariantClear(&answer);
+    }).join();
+    return result;
+  };
+  EXPECT_TRUE(FAILED(call_on_a_thread(L"GetFolder")));
+  EXPECT_EQ(call_on_a_thread(L"CreateFolder"), S_OK);
+  EXPECT_EQ(call_on_a_thread(L"GetFolder"), S_OK);
+  SetEnvironmentVariableW(L"VELDMARK_ESTATE", nullptr);
+}
+
 }  // namespace
 }  // namespace veldmark

@@ -47,7 +47,7 @@ Computer& Estate::AddComputer(TextView name) {
     throw std::invalid_argument("a computer's name has 1 to 15 characters");
   }
   if (FindComputer(name) != nullptr) throw std::invalid_argument("the name is taken");
-  return computers_.emplace_back(Text(name), now_);
+  return computers_.emplace_back(Text(name), now());
 }
 
 Computer* Estate::FindComputer(TextView name) {
@@ -62,6 +62,12 @@ Computer* Estate::FindComputer(TextView name) {
 Computer* Estate::ReachComputer(TextView name) {
   Computer* const computer = FindComputer(name);
   return computer != nullptr && computer->is_reachable() ? computer : nullptr;
+}
+
+void Estate::Follow(Clock clock) {
+  now_ = now();
+  clock_ = std::move(clock);
+  clock_start_ = clock_ ? clock_() : 0;
 }
 
 void Estate::SetTimeZone(const TIME_ZONE_INFORMATION& zone, DWORD current) {

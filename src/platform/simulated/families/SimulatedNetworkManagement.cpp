@@ -59,7 +59,8 @@ std::size_t LayOut(const Share& share, std::uint8_t* bytes) {
 DWORD SimulatedNetworkManagement::NetShareGetInfo(LPCWSTR server_name, LPCWSTR net_name,
                                                   DWORD level, BYTE** buffer) {
   const TextView name = ViewOf(net_name);
-  if (const DWORD fault = session_.Begin("NetShareGetInfo", name)) return fault;
+  const Call call = session_.Begin("NetShareGetInfo", name);
+  if (const DWORD fault = call.fault()) return fault;
   if (buffer == nullptr || name.empty()) return kErrorInvalidParameter;
   const TextView server = ViewOf(server_name);
   Estate& estate = session_.estate;
@@ -78,7 +79,8 @@ DWORD SimulatedNetworkManagement::NetShareGetInfo(LPCWSTR server_name, LPCWSTR n
 }
 
 DWORD SimulatedNetworkManagement::NetApiBufferFree(void* buffer) {
-  const DWORD fault = session_.Begin("NetApiBufferFree");
+  const Call call = session_.Begin("NetApiBufferFree");
+  const DWORD fault = call.fault();
   if (buffer == nullptr) return fault;
   if (!session_.ledger.Closed(Resource::NetworkBuffer, reinterpret_cast<std::uintptr_t>(buffer),
                               "NetApiBufferFree")) {

@@ -37,7 +37,8 @@ bool IsFolderBelow(const FileNode& root, TextView path) {
 DWORD SimulatedNetworkProvider::WNetGetUniversalNameW(LPCWSTR local_path, DWORD info_level,
                                                       void* buffer, DWORD* buffer_size) {
   const TextView path = ViewOf(local_path);
-  if (const DWORD fault = session_.Begin("WNetGetUniversalNameW", path)) return fault;
+  const Call call = session_.Begin("WNetGetUniversalNameW", path);
+  if (const DWORD fault = call.fault()) return fault;
   if (info_level != kUniversalNameInfoLevel) return kErrorInvalidLevel;
   if (buffer_size == nullptr) return kErrorInvalidParameter;
   if (path.size() < 2 || path[1] != u':') return kErrorBadDevice;
@@ -64,7 +65,8 @@ DWORD SimulatedNetworkProvider::WNetAddConnection3W(HWND, const NETRESOURCEW* re
   const TextView remote = resource == nullptr ? TextView() : ViewOf(resource->lpRemoteName);
   // What is noted of a call never holds the password.
   const Text noted = Text(local) + u" -> " + Text(remote) + u" as " + Text(ViewOf(user_name));
-  if (const DWORD fault = session_.Begin("WNetAddConnection3W", noted)) return fault;
+  const Call call = session_.Begin("WNetAddConnection3W", noted);
+  if (const DWORD fault = call.fault()) return fault;
   Estate& estate = session_.estate;
 
   if (remote.empty()) return kErrorInvalidParameter;
@@ -105,7 +107,8 @@ DWORD SimulatedNetworkProvider::WNetAddConnection3W(HWND, const NETRESOURCEW* re
 
 DWORD SimulatedNetworkProvider::WNetCancelConnection2W(LPCWSTR connection, DWORD, BOOL force) {
   const TextView named = ViewOf(connection);
-  if (const DWORD fault = session_.Begin("WNetCancelConnection2W", named)) return fault;
+  const Call call = session_.Begin("WNetCancelConnection2W", named);
+  if (const DWORD fault = call.fault()) return fault;
   Estate& estate = session_.estate;
   const char16_t drive = DriveOf(named);
   const auto name = NetworkName::Parse(named);
