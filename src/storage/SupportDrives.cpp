@@ -5,14 +5,11 @@
 #include "apartment/Errors.h"
 #include "storage/CDrive.h"
 #include "storage/CDrives.h"
+#include "storage/PlatformFiles.h"
 #include "storage/VolumeData.h"
 
 namespace veldmark {
-namespace {
-
-FileSystem& Files() { return Apartment::Current().platform.files; }
-
-}  // namespace
+namespace {}  // namespace
 
 Ref<CDrives> CSupport::GetDrives() {
   return ReRaising([&] {

@@ -54,6 +54,9 @@ struct ListClass {
   std::optional<Counter> counter;
 };
 
+/// What a list of the tests shows of a parameter.
+void PrintTo(const ListClass& tested, std::ostream* out) { *out << ToUtf8(tested.name); }
+
 template <auto kSet, class Element>
 void SetBy(Object& element, Text key, void (Element::*)(Text)) {
   (static_cast<Element&>(element).*kSet)(std::move(key));

@@ -123,15 +123,22 @@ TEST_F(FilesAndFolders, FailWithTheCodeOfWhatIsWrongWithThePath) {
           {In(u"").substr(0, 3), 2, kSkip, kSkip, kSkip, 5, 5}});
 }
 
-TEST_F(FilesAndFolders, FailOnMissingDrivesAsOnMissingFolders) {
-  if (const char* why = WhyNot(Trait::MissingDrives)) GTEST_SKIP() << why;
-  Expect({{u"Q:\\x", 3, 3, 3, 3, 3, 3}, {u"\\\\?\\Q:\\x\\y", 3, 3, 3, 3, 3, 3}});
-}
-
-TEST_F(FilesAndFolders, FailOnMissingServersWithTheNetworkPath) {
-  if (const char* why = WhyNot(Trait::MissingServers)) GTEST_SKIP() << why;
-  Expect({{u"\\\\no-such-srv\\share\\x", 53, 53, 53, 53, 53, 53},
+TEST_F(FilesAndFolders, FailOnMissingDrivesAndServersWhereverTheseStand) {
+  Expect({{u"Q:\\x", 3, 3, 3, 3, 3, 3},
+          {u"\\\\?\\Q:\\x\\y", 3, 3, 3, 3, 3, 3},
+          {u"\\\\no-such-srv\\share\\x", 53, 53, 53, 53, 53, 53},
           {u"\\\\?\\UNC\\no-such-srv\\share\\x", 53, 53, 53, 53, 53, 53}});
+  const Text here = In(u"\\file.txt");
+  for (const auto& [from, to, error] :
+       std::vector<std::tuple<Text, Text, DWORD>>{{here, u"Q:\\x", 3},
+                                                  {u"Q:\\x", In(u"\\copy"), 3},
+                                                  {here, u"\\\\no-such-srv\\share\\x", 53},
+                                                  {u"\\\\no-such-srv\\share\\x", In(u"\\copy"), 53},
+                                                  {In(u"\\none"), u"Q:\\x", 2},
+                                                  {u"Q:\\x", u"\\\\no-such-srv\\share\\x", 3}}) {
+    EXPECT_EQ(Code(files_.CopyFileW(from.c_str(), to.c_str(), 0)), error)
+        << ToUtf8(from) << " to " << ToUtf8(to);
+  }
 }
 
 TEST_F(FilesAndFolders, FailOnNamesThatCantBe) {

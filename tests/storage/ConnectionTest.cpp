@@ -1,3 +1,5 @@
+#include <gtest/gtest.h>
+
 #include "apartment/Apartment.h"
 #include "automation/Secret.h"
 #include "platform/simulated/families/SimulatedPlatform.h"

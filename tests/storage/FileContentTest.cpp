@@ -123,6 +123,8 @@ TEST_F(FileContents, AreRefusedWithTheNumbersOfEachGeneration) {
     EXPECT_EQ(ErrorOf([&] { root_->ReadTextFile(u"C:\\D\\a"); }), number) << code;
     faults().Clear();
   }
+  faults().LeaveEvery("CreateFileW", 1117);
+  EXPECT_EQ(ErrorOf([&] { root_->ReadTextFileAPI(deep); }), 1117) << "open, but with an error";
 }
 
 TEST_F(FileContents, OfTwoGibibytesAndMoreAreNotRead) {

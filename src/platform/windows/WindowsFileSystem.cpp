@@ -109,8 +109,10 @@ BOOL WindowsFileSystem::CloseHandle(HANDLE object) {
 
 BOOL WindowsFileSystem::CopyFileW(LPCWSTR existing_file_name, LPCWSTR new_file_name,
                                   BOOL fail_if_exists) {
-  return Recorded(
+  const BOOL copied = Recorded(
       [&] { return ::CopyFileW(Sdk(existing_file_name), Sdk(new_file_name), fail_if_exists); });
+  SetLastPlatformError(PublishedCopyError(existing_file_name, new_file_name, LastPlatformError()));
+  return copied;
 }
 
 DWORD WindowsFileSystem::GetLogicalDriveStringsW(DWORD length, LPWSTR buffer) {

@@ -61,6 +61,13 @@ DWORD PublishedPathError(LPCWSTR path, DWORD code) {
   return code;
 }
 
+DWORD PublishedCopyError(LPCWSTR source, LPCWSTR target, DWORD code) {
+  if (code == kErrorSuccess || source == nullptr || !RunsUnderWine()) return code;
+  const auto* const name = reinterpret_cast<const wchar_t*>(source);
+  const bool has_source = ::GetFileAttributesW(name) != INVALID_FILE_ATTRIBUTES;
+  return PublishedPathError(has_source ? target : source, code);
+}
+
 bool IsOtherServer(std::u16string_view server) {
   if (server.starts_with(u"\\\\")) server.remove_prefix(2);
   if (server.empty()) return false;

@@ -15,6 +15,9 @@ bool RunsUnderWine();
 /// server (published: 53). Elsewhere the code is returned as it is.
 DWORD PublishedPathError(LPCWSTR path, DWORD code);
 
+/// The same for a copy, whose source comes first: it is what went wrong unless it is there.
+DWORD PublishedCopyError(LPCWSTR source, LPCWSTR target, DWORD code);
+
 /// Whether this is a server ("\\\\srv" or "srv") other than the computer that this process runs on,
 /// which under Wine none of the operations on named objects and shares reaches.
 bool IsOtherServer(std::u16string_view server);

@@ -138,7 +138,8 @@ Record RecordAt(const BYTE* bytes) {
 DWORD SimulatedAccountManagement::Begin(std::string_view operation, const Text& noted,
                                         LPCWSTR server_name, bool is_sound, bool has_level,
                                         Asked& asked) {
-  if (const DWORD fault = session_.Begin(operation, noted)) return fault;
+  const Call call = session_.Begin(operation, noted);
+  if (const DWORD fault = call.fault()) return fault;
   if (!is_sound) return kErrorInvalidParameter;
   if (!has_level) return kErrorInvalidLevel;
   asked.computer = session_.estate.ReachServer(server_name);
