@@ -35,6 +35,7 @@ class SimulatedPlatform {
             multimedia_};
   }
 
+  Session& session() { return session_; }
   SimulatedSecurity& security() { return security_; }
   Estate& estate() { return session_.estate; }
   Ledger& ledger() { return session_.ledger; }
