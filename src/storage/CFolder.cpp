@@ -120,6 +120,8 @@ const Interface& CFolder::Describe() {
 
 std::int32_t CFolder::Delete(bool delete_files_first, bool cascade) {
   return ReRaising([&] {
+    // What is tested below is what this deletion left there.
+    Err().Clear();
     std::int32_t count = 0;
     if (path_.empty()) return count;
     // A list of levels in the place of recursion: long paths nest deeper than a small stack bears.

@@ -39,6 +39,7 @@ Ref<CDrive> CSupport::GetDriveInfo(const Text& drive_path, bool load_info) {
 
 void CSupport::LoadDriveInfo(CDrive& drive) {
   ReRaising([&] {
+    Err().Clear();
     const Text root = drive.DriveType == DT_Remote ? drive.ShareName() : drive.DriveLetter + u":\\";
     std::uint64_t free_to_caller = 0;
     std::uint64_t total = 0;

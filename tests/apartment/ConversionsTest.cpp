@@ -35,14 +35,6 @@ class Support : public ApartmentFixture {
     EXPECT_NE(platform.system.SystemTimeToFileTime(&parts, &stamp), 0);
     return stamp;
   }
-
-  void SetZone(LONG bias, LONG standard, LONG daylight, DWORD current) {
-    TIME_ZONE_INFORMATION zone{};
-    zone.Bias = bias;
-    zone.StandardBias = standard;
-    zone.DaylightBias = daylight;
-    estate().SetTimeZone(zone, current);
-  }
 };
 
 Text TextOf(const Variant& buffer) { return ByteArrayToString(buffer.If<ByteArray>()->elements); }

@@ -16,14 +16,6 @@ namespace {
 
 constexpr TextView kLog = u"C:\\Program Files\\Veldmark2\\VK2_DEBUG.LOG";
 
-std::string Content(simulated::Computer& computer, TextView path) {
-  const auto file = computer.Find(path);
-  if (!file) return "no file";
-  std::string bytes(file->size(), '\0');
-  bytes.resize(file->Read(0, bytes.data(), bytes.size()));
-  return bytes;
-}
-
 class Logging : public ApartmentFixture {
  protected:
   Logging() {
@@ -35,7 +27,7 @@ class Logging : public ApartmentFixture {
 TEST_F(Logging, LinesAreAppendedInTheSystemsCodePageWhileTheFlagIsOn) {
   Apartment::Current().debug = false;
   DebugLog(u"unheard");
-  EXPECT_EQ(Content(local(), kLog), "no file");
+  EXPECT_EQ(ContentOf(kLog), "no file");
   EXPECT_TRUE(journal().entries().empty());
 
   Apartment::Current().debug = true;
@@ -43,13 +35,13 @@ TEST_F(Logging, LinesAreAppendedInTheSystemsCodePageWhileTheFlagIsOn) {
   EXPECT_EQ(journal().Count("CloseHandle"), 1u);
   DebugLog(u"");
   DebugLog(u"Gr\u00F6\u00DFe 5 \u20AC, \u4E2D");
-  EXPECT_EQ(Content(local(), kLog),
+  EXPECT_EQ(ContentOf(kLog),
             "first\r\n\r\nGr\xF6\xDF"
             "e 5 \x80, ?\r\n");
 
   estate().SetModuleFolder(u"C:\\");
   DebugLog(u"at the root");
-  EXPECT_EQ(Content(local(), u"C:\\VK2_DEBUG.LOG"), "at the root\r\n");
+  EXPECT_EQ(ContentOf(u"C:\\VK2_DEBUG.LOG"), "at the root\r\n");
 }
 
 TEST_F(Logging, AFolderThatCannotBeWrittenRaisesTheFileError) {

@@ -482,7 +482,6 @@ static_assert(kErrorInsufficientBuffer == ERROR_INSUFFICIENT_BUFFER);
 static_assert(kErrorInvalidName == ERROR_INVALID_NAME);
 static_assert(kErrorInvalidLevel == ERROR_INVALID_LEVEL);
 static_assert(kErrorModNotFound == ERROR_MOD_NOT_FOUND);
-static_assert(kErrorNegativeSeek == ERROR_NEGATIVE_SEEK);
 static_assert(kErrorDirNotEmpty == ERROR_DIR_NOT_EMPTY);
 static_assert(kErrorBadPathname == ERROR_BAD_PATHNAME);
 static_assert(kErrorAlreadyExists == ERROR_ALREADY_EXISTS);
@@ -538,7 +537,6 @@ static_assert(kErrorOpenFiles == ERROR_OPEN_FILES);
 
 // FileSystem.h
 static_assert(kMaxPath == MAX_PATH);
-static_assert(kInvalidFileAttributes == INVALID_FILE_ATTRIBUTES);
 static_assert(kFileAttributeReadOnly == FILE_ATTRIBUTE_READONLY);
 static_assert(kFileAttributeHidden == FILE_ATTRIBUTE_HIDDEN);
 static_assert(kFileAttributeSystem == FILE_ATTRIBUTE_SYSTEM);
@@ -572,9 +570,6 @@ static_assert(kTruncateExisting == TRUNCATE_EXISTING);
 static_assert(kFileFlagBackupSemantics == FILE_FLAG_BACKUP_SEMANTICS);
 static_assert(kFileFlagDeleteOnClose == FILE_FLAG_DELETE_ON_CLOSE);
 static_assert(kFileFlagSequentialScan == FILE_FLAG_SEQUENTIAL_SCAN);
-static_assert(kFileBegin == FILE_BEGIN);
-static_assert(kFileCurrent == FILE_CURRENT);
-static_assert(kFileEnd == FILE_END);
 static_assert(kInvalidFileSize == INVALID_FILE_SIZE);
 static_assert(kGetFileExInfoStandard == ::GetFileExInfoStandard);
 static_assert(kDriveUnknown == DRIVE_UNKNOWN);
@@ -640,6 +635,9 @@ static_assert(kMultiBytePrecomposed == MB_PRECOMPOSED);
 static_assert(kMultiByteErrInvalidChars == MB_ERR_INVALID_CHARS);
 static_assert(kWideErrInvalidChars == WC_ERR_INVALID_CHARS);
 
+static_assert(kLocaleInvariant == LOCALE_INVARIANT);
+static_assert(kLcmapSortKey == LCMAP_SORTKEY);
+static_assert(kNormIgnoreCase == NORM_IGNORECASE);
 static_assert(kLocalZeroInitialised == LMEM_ZEROINIT);
 
 // Security.h

@@ -45,10 +45,6 @@ BOOL WindowsFileSystem::GetFileAttributesExW(LPCWSTR file_name, int level, void*
   });
 }
 
-DWORD WindowsFileSystem::GetFileAttributesW(LPCWSTR file_name) {
-  return RecordedOn(file_name, [&] { return ::GetFileAttributesW(Sdk(file_name)); });
-}
-
 BOOL WindowsFileSystem::SetFileAttributesW(LPCWSTR file_name, DWORD attributes) {
   return RecordedOn(file_name, [&] { return ::SetFileAttributesW(Sdk(file_name), attributes); });
 }
@@ -90,14 +86,6 @@ BOOL WindowsFileSystem::WriteFile(HANDLE file, const void* buffer, DWORD bytes_t
   return Recorded([&] {
     return ::WriteFile(file, buffer, bytes_to_write, Sdk(bytes_written),
                        static_cast<::OVERLAPPED*>(overlapped));
-  });
-}
-
-BOOL WindowsFileSystem::SetFilePointerEx(HANDLE file, LARGE_INTEGER distance,
-                                         LARGE_INTEGER* new_position, DWORD move_method) {
-  return Recorded([&] {
-    return ::SetFilePointerEx(file, ::LARGE_INTEGER{.QuadPart = distance}, Sdk(new_position),
-                              move_method);
   });
 }
 

@@ -208,19 +208,6 @@ BOOL SimulatedFileSystem::GetFileAttributesExW(LPCWSTR file_name, int level, voi
   return 1;
 }
 
-DWORD SimulatedFileSystem::GetFileAttributesW(LPCWSTR file_name) {
-  const Call call = session_.Begin("GetFileAttributesW", ViewOf(file_name));
-  DWORD error = call.fault();
-  if (error == 0) {
-    const Place place = Find(Path::Parse(ViewOf(file_name), session_.estate), session_.estate);
-    const bool is_there = place.node != nullptr && !place.node->is_delete_pending();
-    if (is_there && Grants(place, kFileReadAttributes)) return place.node->attributes();
-    error = place.node == nullptr ? place.error : kErrorAccessDenied;
-  }
-  Fail(error);
-  return kInvalidFileAttributes;
-}
-
 BOOL SimulatedFileSystem::SetFileAttributesW(LPCWSTR file_name, DWORD attributes) {
   const Call call = session_.Begin("SetFileAttributesW", ViewOf(file_name));
   if (const DWORD fault = call.fault()) {
@@ -425,24 +412,6 @@ BOOL SimulatedFileSystem::WriteFile(HANDLE file, const void* buffer, DWORD bytes
   open->node->Write(open->position, buffer, bytes_to_write, session_.estate.now());
   open->position += bytes_to_write;
   *bytes_written = bytes_to_write;
-  return 1;
-}
-
-BOOL SimulatedFileSystem::SetFilePointerEx(HANDLE file, LARGE_INTEGER distance,
-                                           LARGE_INTEGER* new_position, DWORD move_method) {
-  const Call call = session_.Begin("SetFilePointerEx");
-  if (const DWORD fault = call.fault()) return Fail(fault);
-  OpenFile* const open = Lookup(file, "SetFilePointerEx");
-  if (open == nullptr) return Fail(kErrorInvalidHandle);
-  if (move_method > kFileEnd) return Fail(kErrorInvalidParameter);
-  std::uint64_t base = 0;
-  if (move_method == kFileCurrent) base = open->position;
-  if (move_method == kFileEnd) base = open->node->size();
-  // Both parts are below 2^63, so the sum wraps at most into the sign.
-  const auto position = static_cast<LARGE_INTEGER>(base + static_cast<std::uint64_t>(distance));
-  if (position < 0) return Fail(distance < 0 ? kErrorNegativeSeek : kErrorInvalidParameter);
-  open->position = static_cast<std::uint64_t>(position);
-  if (new_position != nullptr) *new_position = position;
   return 1;
 }
 

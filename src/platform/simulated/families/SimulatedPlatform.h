@@ -44,6 +44,7 @@ class SimulatedPlatform {
             sockets_};
   }
 
+  Session& session() { return session_; }
   SimulatedSecurity& security() { return security_; }
   Estate& estate() { return session_.estate; }
   Ledger& ledger() { return session_.ledger; }

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "platform/operations/ErrorCodes.h"
+#include "platform/simulated/estate/SortKey.h"
 
 namespace veldmark::simulated {
 namespace {
@@ -200,6 +202,23 @@ INT SimulatedSystem::WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wi
     std::copy(bytes.begin(), bytes.end(), multi_byte);
   }
   return static_cast<INT>(bytes.size());
+}
+
+INT SimulatedSystem::LCMapStringW(DWORD locale, DWORD flags, LPCWSTR text, INT text_size,
+                                  LPWSTR mapped, INT mapped_size) {
+  const Call call = session_.Begin("LCMapStringW");
+  if (const DWORD fault = call.fault()) return Fail(fault);
+  if (locale != kLocaleInvariant || flags != (kLcmapSortKey | kNormIgnoreCase) || text == nullptr ||
+      text_size <= 0 || mapped_size < 0) {
+    return Fail(kErrorInvalidParameter);
+  }
+  const std::vector<std::uint8_t> key =
+      SortKey(TextView(text, static_cast<std::size_t>(text_size)));
+  if (mapped_size > 0) {
+    if (key.size() > static_cast<std::size_t>(mapped_size)) return Fail(kErrorInsufficientBuffer);
+    std::memcpy(mapped, key.data(), key.size());
+  }
+  return static_cast<INT>(key.size());
 }
 
 INT SimulatedSystem::lstrlenW(LPCWSTR text) {
