@@ -62,7 +62,8 @@ TEST(LoggingFaults, AFailedWriteIsRaisedAndTheFileClosed) {
       {"CreateFileW", "WriteFile"});
 }
 
-TEST_F(ApartmentFixture, TheObjectCountsReportShowsWhatIsAliveInItsOrder) {
+TEST(ObjectCounts, AreReportedInTheirOrderWhereSomethingIsAlive) {
+  const SimulatedApartment world;
   const Text titles = u"Current Object Counts\r\n=====================";
   EXPECT_EQ(GetObjectCountsReport(), titles);
   Apartment& apartment = Apartment::Current();

@@ -6,7 +6,7 @@
 namespace veldmark::simulated {
 
 // The redirected drives of an estate's local computer.
-class SimulatedNetworkProvider final : public NetworkProvider {
+class SimulatedNetworkProvider : public NetworkProvider {
  public:
   explicit SimulatedNetworkProvider(Session& session) : session_(session) {}
 
