@@ -12,7 +12,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# Only where 32-bit Wine is installed can these programs run.
-if(EXISTS /usr/lib/i386-linux-gnu/wine)
-  set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/wine-exec)
+# These programs run where the 32-bit half of Wine has been fetched; see wine.sh.
+if(EXISTS ${CMAKE_CURRENT_LIST_DIR}/../build/wine-x86/version)
+  set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/wine-exec --x86)
 endif()

@@ -6,6 +6,20 @@
 # What a script run needs; the tests need more (see ./test).
 run_packages='cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools wine64 libwine libwine-dev
   googletest nlohmann-json3-dev'
+x86_packages=g++-mingw-w64-i686-posix
+
+# own_build_folder: makes build/, or ends with a message where it isn't ours: Wine takes no prefix of
+# another user.
+own_build_folder() {
+  if mkdir -p "$root/build" 2>/dev/null && [ -O "$root/build" ] && [ -w "$root/build" ]; then
+    return 0
+  fi
+  place="$root/build"
+  [ -e "$place" ] || place=$root
+  echo "$place belongs to $(stat -c %U "$place"), not to $(id -un):" \
+    "run this as that user, or in a clone of your own." >&2
+  exit 1
+}
 
 # need_packages NAME...: installs the Debian packages that are missing.
 need_packages() {
@@ -17,7 +31,13 @@ need_packages() {
   [ -z "$missing" ] && return 0
   echo "Installing" $missing "..." >&2
   as_root=
-  [ "$(id -u)" -eq 0 ] || as_root=sudo
+  if [ "$(id -u)" -ne 0 ]; then
+    as_root=sudo
+    command -v sudo >/dev/null || {
+      echo "Only root can install packages: run this as root, or install them first." >&2
+      return 1
+    }
+  fi
   $as_root apt-get update -qq >&2 &&
     $as_root env DEBIAN_FRONTEND=noninteractive \
       apt-get install -y -qq --no-install-recommends $missing >&2
@@ -43,14 +63,12 @@ build_tree() {
   }
 }
 
-# setup_runtime NAME: everything that running a script on the server NAME needs, which is "real" or
-# "sandbox".
+# setup_runtime PREFIX: everything that running a script under that prefix needs; see wine.sh.
 setup_runtime() {
-  wine_make_prefix real || return 1
-  dll="$root/build/windows-x64/Veldmark2.dll"
-  if [ "$1" = sandbox ]; then
-    wine_make_prefix sandbox real || return 1
-    dll="$root/build/windows-x64/Veldmark2Sandbox.dll"
-  fi
-  [ ! -f "$dll" ] || wine_register "$1" "$dll"
+  wine_need_prefix "$1" || return 1
+  dll=Veldmark2.dll
+  tree=windows-x64
+  case $1 in sandbox*) dll=Veldmark2Sandbox.dll ;; esac
+  case $1 in *-x86) tree=windows-x86 ;; esac
+  [ ! -f "$root/build/$tree/$dll" ] || wine_register "$1" "$root/build/$tree/$dll"
 }

@@ -1,8 +1,13 @@
 # Shell functions around the project's private Wine prefixes; sourced by ./run, ./test and
 # wine-exec. Needs $root, the project's folder. Wine runs without a display, never touches the
 # user's own prefix or home folder, and ends by itself half a minute after its last program.
+#
+# The prefix "real" has the server of the real platform registered, "sandbox" the one that works on
+# a simulated estate. Both are 64-bit; "real-x86" and "sandbox-x86" run 32-bit programs too, and
+# have the 32-bit server.
 
 wine_home="$root/build/wine"
+wine_x86="$root/build/wine-x86"
 wine64=/usr/lib/wine/wine64
 wineserver=/usr/lib/wine/wineserver64
 
@@ -12,7 +17,45 @@ wine_use() {
   export WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe=' WINESERVER="$wineserver"
   # Arguments and file names are UTF-8, whatever the caller speaks.
   export HOME="$wine_home/home" LC_ALL=C.UTF-8
-  unset DISPLAY WAYLAND_DISPLAY
+  unset DISPLAY WAYLAND_DISPLAY WINEDLLPATH
+  case $1 in *-x86*) export WINEDLLPATH="$wine_x86" ;; esac
+}
+
+# wine_fetch_x86: sees that the 32-bit DLLs of Wine are in build/wine-x86. Debian's package of them
+# can't be installed beside the 64-bit one on a computer like this, and needn't be: with the
+# libraries of the 64-bit half beside them, the DLLs alone run 32-bit programs. Call it under
+# wine_locked.
+wine_fetch_x86() {
+  wine_version=$(dpkg-query -W -f '${Version}' libwine:amd64 2>/dev/null) || return 1
+  [ "$(cat "$wine_x86/version" 2>/dev/null)" = "$wine_version" ] && return 0
+  echo "Fetching the 32-bit half of Wine ..." >&2
+  new="$wine_x86.new"
+  rm -rf "$new" "$wine_x86" "$wine_home/real-x86" "$wine_home/sandbox-x86"
+  mkdir -p "$new/lists/partial" "$new/cache/archives/partial"
+  (
+    apt() {
+      apt-get -qq -oAPT::Architecture=i386 -oAPT::Architectures=i386 -oAPT::Sandbox::User=root \
+        -oDir::State::Lists="$new/lists" -oDir::Cache="$new/cache" \
+        -oAcquire::Retries=1 -oAcquire::http::Timeout=20 -oAcquire::https::Timeout=20 "$@"
+    }
+    cd "$new"
+    # A source that has nothing for this architecture, or doesn't answer, may not be needed.
+    apt update || true
+    apt download "libwine=$wine_version" &&
+      dpkg-deb --fsys-tarfile libwine_*.deb |
+      tar -x --strip-components=5 --wildcards './usr/lib/i386-linux-gnu/wine/i386-windows/*' &&
+      # Each prefix holds a copy of them.
+      i686-w64-mingw32-strip --strip-debug i386-windows/*.dll i386-windows/*.exe &&
+      ln -s /usr/lib/x86_64-linux-gnu/wine/x86_64-unix x86_64-unix &&
+      printf '%s\n' "$wine_version" >version &&
+      rm -rf lists cache libwine_*.deb &&
+      mv "$new" "$wine_x86"
+  ) </dev/null >"$root/build/wine-x86.log" 2>&1 || {
+    rm -rf "$new"
+    grep '^E:' "$root/build/wine-x86.log" >&2
+    echo "The 32-bit half of Wine can't be had (see build/wine-x86.log)." >&2
+    return 1
+  }
 }
 
 # wine_keep_server: has a server running that outlives its programs for a while, which saves their
@@ -55,6 +98,22 @@ wine_make_prefix() {
   : >"$wine_home/$1/.whole"
 }
 
+# wine_need_prefix NAME: makes one of the four prefixes with what it is made from. Call it under
+# wine_locked.
+wine_need_prefix() {
+  bits=
+  case $1 in
+    *-x86)
+      bits=-x86
+      wine_fetch_x86 || return 1
+      ;;
+  esac
+  wine_make_prefix "real$bits" || return 1
+  case $1 in
+    sandbox*) wine_make_prefix "sandbox$bits" "real$bits" ;;
+  esac
+}
+
 # wine_register NAME DLL: registers the library in that prefix when it isn't the one registered.
 wine_register() {
   stamp="$wine_home/$1/registered"
@@ -63,7 +122,9 @@ wine_register() {
   (
     wine_use "$1"
     wine_keep_server
-    "$wine64" regsvr32 /s "$(wine_path "$2")" </dev/null >/dev/null 2>&1
+    folder=system32
+    case $1 in *-x86) folder=syswow64 ;; esac
+    "$wine64" "C:\\windows\\$folder\\regsvr32.exe" /s "$(wine_path "$2")" </dev/null >/dev/null 2>&1
   ) || {
     echo "$2 could not be registered." >&2
     return 1

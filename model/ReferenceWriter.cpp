@@ -1,5 +1,9 @@
 #include "model/ReferenceWriter.h"
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 #include "root/ObjectModel.h"
 
 namespace veldmark {
@@ -121,12 +125,32 @@ std::string MemberRow(const Interface& table, const Member& member) {
   return {};
 }
 
+/// What may surprise a caller, each remark once with the names of its members.
+std::string Remarks(const Interface& table) {
+  std::vector<std::pair<std::string, TextView>> remarks;
+  for (const Member& member : table.members) {
+    if (member.remark.empty()) continue;
+    const std::string name = "**" + Escaped(member.name) + "**";
+    const auto known = std::ranges::find(remarks, TextView(member.remark),
+                                         [](const auto& remark) { return remark.second; });
+    if (known == remarks.end()) {
+      remarks.emplace_back(name, member.remark);
+    } else {
+      known->first += ", " + name;
+    }
+  }
+  std::string text = remarks.empty() ? "" : "\nRemarks:\n\n";
+  for (const auto& [names, remark] : remarks) text += "- " + names + ": " + Escaped(remark) + "\n";
+  return text;
+}
+
 std::string ClassSection(const Interface& table) {
-  std::string text = "\n### " + Escaped(table.name) + "\n\n" + Escaped(table.help) +
-                     "\n\n| Member | Kind | Meaning |\n|---|---|---|\n";
+  std::string text = "\n### " + Escaped(table.name) + "\n\n" + Escaped(table.help) + "\n";
+  if (!table.members.empty()) text += "\n| Member | Kind | Meaning |\n|---|---|---|\n";
   for (const Member& member : table.members) {
     if (!member.hidden) text += MemberRow(table, member);
   }
+  text += Remarks(table);
   if (table.events) {
     text += "\nEvents:\n\n| Event | Meaning |\n|---|---|\n";
     for (const Event& event : table.events->events) {
@@ -160,6 +184,30 @@ std::string ReferenceText() {
       "\n"
       "This page is generated from the member tables of the classes; `ninja renew_model` renews "
       "it.\n"
+      "\n"
+      "## Errors\n"
+      "\n"
+      "Most numbers are the platform's (2, 5, 2221), as it reports them; some are the runtime's "
+      "(9,\n"
+      "13, 91), and a few from -2147221504 (0x80040000) on are the library's own. VBScript reads\n"
+      "the number in `Err.Number` as it stands here. Other clients get it as the result code of\n"
+      "the failed call:\n"
+      "\n"
+      "| Number | Result code |\n|---|---|\n"
+      "| 1 to 65535 | 0x800A0000 plus the number: 5 is 0x800A0005. In JScript, "
+      "`error.number & 0xFFFF` |\n"
+      "| above 65535 | 0x80000000 plus the number, in VBScript too |\n"
+      "| negative | the number itself |\n"
+      "\n"
+      "Source and description come with it as error information. A call that doesn't reach the\n"
+      "member fails with the platform's own code for that, as 0x80020005 for an argument of the\n"
+      "wrong type, 0x80020006 for an unknown name and 0x8002000E for a wrong number of arguments;\n"
+      "VBScript reads 13, 438 and 450.\n"
+      "\n"
+      "## Arguments by reference\n"
+      "\n"
+      "An argument marked ByRef comes back changed where the client passes a variable. JScript\n"
+      "can't: there `GetSubFolders` and `GetFiles` of `CFolder` stand in for `GetFolderContents`.\n"
       "\n"
       "## Classes\n"
       "\n"

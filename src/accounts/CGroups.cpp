@@ -10,7 +10,14 @@ const Interface& CGroups::Describe() {
   static const Interface table =
       CollectionTable<CGroups>(u"CGroups",
                                u"Groups. Names find those that the library stored under a name.")
-          .Keyed(u"oGroup", u"Appends one and returns it, or the one that has its name already.");
+          .Add(u"oGroup", u"Appends one and returns it, or the one that has its name already.")
+          .Remark(u"What it appends is found by position alone, never by name.")
+          .Item()
+          .Count()
+          .Remove()
+          .NewEnum()
+          .ItemByKey()
+          .ItemByIndex();
   return table;
 }
 

@@ -43,7 +43,7 @@ void Apartment::End() noexcept {
   if (!apartment) return;
   apartment->ReleaseState();
   ErrObject::Attach(nullptr);
-  thread_slot::Put(nullptr, nullptr);
+  thread_slot::Clear();
 }
 
 void Apartment::RunStartUp() {

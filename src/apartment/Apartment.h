@@ -27,7 +27,8 @@ class Apartment {
   /// The same, or null where the thread has none.
   static Apartment* TryCurrent() noexcept;
   /// Runs the start-up routine on the calling thread unless it has an apartment already. Nothing in
-  /// it can fail: what can't be created stays Nothing.
+  /// it can fail: what can't be created stays Nothing. Raises 7 where the thread has no room for an
+  /// apartment.
   static Apartment& Start(Platform& platform);
   /// Ends the calling thread's apartment, its engine and caches with it.
   static void End() noexcept;

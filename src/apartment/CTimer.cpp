@@ -4,6 +4,7 @@
 
 #include "apartment/Apartment.h"
 #include "apartment/Errors.h"
+#include "automation/CallInProgress.h"
 #include "automation/Declare.h"
 
 namespace veldmark {
@@ -21,6 +22,7 @@ void VELDMARK_CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD) {
   Apartment* apartment = Apartment::TryCurrent();
   if (!apartment || !apartment->timer) return;
   const Ref<CTimer> timer = apartment->timer;
+  const CallInProgress in_progress(*timer);
   // The message loop that calls this has no way to take an error.
   Swallow([&timer] { timer->RaiseTimer(); });
 }
@@ -33,6 +35,10 @@ const Interface& CTimer::Describe() {
                       u"Calls a script back at an interval. Needs a message loop on its thread.")
           .Property<&CTimer::Enabled, &CTimer::PutEnabled>(u"Enabled",
                                                            u"True while the timer runs.")
+          .Remark(
+              u"Setting it to True twice starts two timers, and the first can't be ended any "
+              u"more: it runs as long as its thread. All timers of a thread raise the event of "
+              u"the CTimer that was created last.")
           .Property<&CTimer::Interval, &CTimer::PutInterval>(u"Interval",
                                                              u"Milliseconds between two events.")
           .Events(DescribeTimerEvents());

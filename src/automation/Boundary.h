@@ -216,15 +216,14 @@ struct MemberForm<kMember> : MemberSignature<C, R, P...> {
   static R Call(C& self, P... arguments) { return kMember(self, std::forward<P>(arguments)...); }
 };
 
-/// Calls a member and writes its by-reference arguments back, also when it raises: it has cleared
-/// its out-arguments then, and the caller is to see that. The member's own error stays the one that
-/// is told, whatever the writing meets, and stands in `Err` also where the member has no handler.
+/// Calls and writes by-reference arguments back, also when the call raises: a member has cleared
+/// its out-arguments then, and the caller is to see that. The call's own error stays the one that
+/// is told, whatever the writing meets.
 template <class Call, class WriteBack>
 void CallThenWriteBack(Call call, WriteBack write_back) {
   try {
     call();
   } catch (...) {
-    ErrObject::KeepCurrent();
     try {
       write_back();
     } catch (...) {
@@ -233,6 +232,21 @@ void CallThenWriteBack(Call call, WriteBack write_back) {
     throw;
   }
   write_back();
+}
+
+/// The same for a member itself, with its arguments converted: its error stands in `Err` also where
+/// it has no handler, while that of an argument refused before leaves `Err` alone.
+template <class Call, class WriteBack>
+void CallMemberThenWriteBack(Call call, WriteBack write_back) {
+  const auto call_member = [&call] {
+    try {
+      call();
+    } catch (...) {
+      ErrObject::KeepCurrent();
+      throw;
+    }
+  };
+  CallThenWriteBack(call_member, write_back);
 }
 
 }  // namespace veldmark

@@ -57,7 +57,7 @@ struct LateBound {
             Form::Call(self, ParameterForm<P>::Pass(std::get<I>(values))...));
       }
     };
-    CallThenWriteBack(call, write_back);
+    CallMemberThenWriteBack(call, write_back);
     return result;
   }
 
@@ -130,6 +130,12 @@ class Declare {
   template <auto kMethod>
   Declare&& Method(TextView name, TextView help, ParameterNames names = {}) && {
     Add<kMethod>(MemberKind::kMethod, name, help, names);
+    return std::move(*this);
+  }
+  /// Warns callers, in the reference, of what the latest member does beyond its help text: what it
+  /// loses, what it leaves behind, the errors that it raises.
+  Declare&& Remark(TextView remark) && {
+    table_.members.back().remark = remark;
     return std::move(*this);
   }
   /// Makes the latest member the class's default member.

@@ -65,6 +65,7 @@ struct Member {
 
   Text name;
   Text help;
+  Text remark;  ///< what may surprise a caller, and errors, for the reference; mostly empty
   MemberKind kind = MemberKind::kMethod;
   std::int32_t id = 0;
   bool hidden = false;

@@ -4,8 +4,9 @@
 
 namespace veldmark {
 
-/// How many things keep the library loaded: objects that a client holds, running timers, locks of
-/// the class factory. The library's own references, of its engine and caches, are not among them.
+/// How many things keep the library loaded: objects that a client holds, calls that a client is in,
+/// running timers, locks of the class factory. The library's own references, of its engine and
+/// caches, are not among them.
 std::int32_t ModuleHolds() noexcept;
 void HoldModule() noexcept;
 void ReleaseModule() noexcept;

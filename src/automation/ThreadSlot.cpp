@@ -21,10 +21,12 @@ thread_local Slot slot;
 
 void* Get() noexcept { return slot.value; }
 
-void Put(void* value, void (*end)(void*)) noexcept {
+void Put(void* value, void (*end)(void*)) {
   slot.value = value;
   slot.end = end;
 }
+
+void Clear() noexcept { slot.value = nullptr; }
 
 }  // namespace veldmark::thread_slot
 

@@ -5,6 +5,7 @@
 
 #include "automation/Abi.h"
 #include "automation/Boundary.h"
+#include "automation/CallInProgress.h"
 
 namespace veldmark {
 
@@ -108,7 +109,7 @@ struct ThunkBody {
                               [[maybe_unused]] std::tuple<RawParameter<P>...>& raw,
                               std::index_sequence<I...>) noexcept {
     if ((IsNull<P>(std::get<I>(raw)) || ...)) return abi::kNullPointer;
-    const Ref<Object> keep_alive(&self);  // a listener may let go of it in the middle of the call
+    const CallInProgress in_progress(self);
     try {
       [[maybe_unused]] std::tuple<typename ParameterForm<P>::Value...> values{
           Read<P>(std::get<I>(raw))...};
@@ -121,7 +122,7 @@ struct ThunkBody {
               Form::Call(self, ParameterForm<P>::Pass(std::get<I>(values))...));
         }
       };
-      CallThenWriteBack(call, write_back);
+      CallMemberThenWriteBack(call, write_back);
       return abi::kOk;
     } catch (...) {
       if constexpr (!std::is_void_v<Result>) {

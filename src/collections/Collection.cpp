@@ -1,13 +1,16 @@
 #include "collections/Collection.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <functional>
 #include <optional>
 
+#include "apartment/Apartment.h"
 #include "automation/CaseMapping.h"
 #include "automation/Conversion.h"
 #include "automation/Error.h"
+#include "automation/LastError.h"
 #include "collections/CollectionEnumerator.h"
 
 namespace veldmark {
@@ -36,6 +39,29 @@ std::optional<Text> Decoded(TextView key) {
     text += static_cast<char16_t>(low | high << 8);
   }
   return text;
+}
+
+/// Whether the platform folds the case of a text and nothing else: it ignores a NUL.
+bool IsAscii(TextView text) {
+  return std::ranges::all_of(text, [](char16_t unit) { return unit >= 1 && unit <= 0x7F; });
+}
+
+/// The platform's sort key of a text without regard to case; empty where there is no platform.
+Text SortKeyOf(TextView text) {
+  const Apartment* const apartment = Apartment::TryCurrent();
+  if (!apartment) return {};
+  // Those who ask for the last error mean calls of their own.
+  const std::uint32_t last_error = LastPlatformError();
+  const auto map = [&](LPWSTR key, INT room) {
+    return apartment->platform.system.LCMapStringW(kLocaleInvariant,
+                                                   kLcmapSortKey | kNormIgnoreCase, text.data(),
+                                                   static_cast<INT>(text.size()), key, room);
+  };
+  const INT size = map(nullptr, 0);
+  Text key((static_cast<std::size_t>(size) + 1) / sizeof(char16_t), u'\0');
+  if (size == 0 || map(key.data(), size) != size) key.clear();
+  SetLastPlatformError(last_error);
+  return key;
 }
 
 /// A position, 1-based, from a number of any type. What is no position at all, being too large or
@@ -77,7 +103,15 @@ struct Place {
 
 CollectionKey CollectionKey::Plain(TextView text) {
   if (std::optional<Text> decoded = Decoded(text)) return {*decoded, Kind::kEncoded};
-  return {ToFolded(text), Kind::kPlain};
+  if (!IsAscii(text)) {
+    if (const Text key = SortKeyOf(text); !key.empty()) return {key, Kind::kBySortKey};
+  }
+  return {ToFolded(text), Kind::kByLetters};
+}
+
+CollectionKey CollectionKey::BySortKey() const {
+  const Text key = SortKeyOf(Units());
+  return key.empty() ? CollectionKey(Units(), kind_) : CollectionKey(key, Kind::kBySortKey);
 }
 
 CollectionKey::CollectionKey(TextView text, Kind kind)
@@ -104,6 +138,7 @@ void Collection::Add(Variant item, CollectionKey key, const Variant& before, con
     position = PositionOf(after) + 1;
   }
   if (item.If<Reference>()) item = item.Dereferenced();
+  if (auto other = InOtherForm(key)) key = *std::move(other);
   const std::uint32_t hash = key.Hash();
   if (!key.IsNone()) {
     if (Find(key, hash) != KeyIndex::kNone) Raise(runtime_error::kKeyAlreadyPresent);
@@ -144,8 +179,32 @@ std::uint32_t Collection::Find(const CollectionKey& key, std::uint32_t hash) con
   return keyed_.Find(hash, [&](std::uint32_t slot) { return At(slot).key == key; });
 }
 
+std::optional<CollectionKey> Collection::InOtherForm(const CollectionKey& key) const {
+  if (by_sort_keys_) return key.IsByLetters() ? std::optional(key.BySortKey()) : std::nullopt;
+  if (key.IsBySortKey()) const_cast<Collection&>(*this).TurnToSortKeys();
+  return std::nullopt;
+}
+
+void Collection::TurnToSortKeys() {
+  std::vector<std::pair<std::uint32_t, CollectionKey>> keys;
+  KeyIndex keyed;
+  for (const std::uint32_t slot : order_) {
+    const CollectionKey& key = At(slot).key;
+    if (key.IsNone()) continue;
+    if (key.IsByLetters()) keys.emplace_back(slot, key.BySortKey());
+    keyed.Reserve();
+    keyed.Insert((key.IsByLetters() ? keys.back().second : key).Hash(), slot);
+  }
+  // From here on nothing fails.
+  for (auto& [slot, key] : keys) At(slot).key = std::move(key);
+  keyed_ = std::move(keyed);
+  by_sort_keys_ = true;
+}
+
 std::uint32_t Collection::SlotOf(const CollectionKey& key) const {
-  const std::uint32_t slot = Find(key, key.Hash());
+  const std::optional<CollectionKey> other = InOtherForm(key);
+  const CollectionKey& wanted = other ? *other : key;
+  const std::uint32_t slot = Find(wanted, wanted.Hash());
   if (slot == KeyIndex::kNone) Raise(runtime_error::kInvalidCall);
   return slot;
 }

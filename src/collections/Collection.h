@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -16,10 +17,11 @@ namespace veldmark {
 
 class CollectionEnumerator;
 
-/// A key of a `Collection`. A plain key is compared without regard to case. An encoded key stands
-/// for `GetCollectionKey(text)` without spelling it out, so it equals exactly the keys of the same
-/// code units; a plain key that happens to read like an encoding is one. An item without a key has
-/// one that is none.
+/// A key of a `Collection`. A plain key is compared as the platform compares texts without regard
+/// to case, by its sort key where it has more than ASCII; on a thread without an apartment, unit by
+/// unit. An encoded key stands for `GetCollectionKey(text)` without spelling it out, so it equals
+/// exactly the keys of the same code units; a plain key that happens to read like an encoding is
+/// one. An item without a key has one that is none.
 class CollectionKey {
  public:
   CollectionKey() = default;
@@ -27,13 +29,19 @@ class CollectionKey {
   static CollectionKey Encoded(TextView text) { return {text, Kind::kEncoded}; }
 
   bool IsNone() const { return kind_ == Kind::kNone; }
+  /// Whether a plain key is held by its letters, folded, or by its sort key. A letter of ASCII may
+  /// equal one that is none, but keys of the two forms never equal each other.
+  bool IsByLetters() const { return kind_ == Kind::kByLetters; }
+  bool IsBySortKey() const { return kind_ == Kind::kBySortKey; }
+  /// A key by letters in its other form; the same where there is no platform to ask.
+  CollectionKey BySortKey() const;
   bool operator==(const CollectionKey& other) const {
     return kind_ == other.kind_ && Units() == other.Units();
   }
   std::uint32_t Hash() const noexcept;
 
  private:
-  enum class Kind : std::uint8_t { kNone, kPlain, kEncoded };
+  enum class Kind : std::uint8_t { kNone, kByLetters, kBySortKey, kEncoded };
 
   CollectionKey(TextView text, Kind kind);
 
@@ -43,7 +51,7 @@ class CollectionKey {
   std::unique_ptr<char16_t[]> long_;
   std::array<char16_t, 20> short_{};
   std::uint32_t length_ = 0;
-  Kind kind_ = Kind::kNone;  ///< a plain one is case-folded
+  Kind kind_ = Kind::kNone;
 };
 
 /// The runtime's keyed list: items in insertion order, found by 1-based position or by key, both in
@@ -85,8 +93,12 @@ class Collection : public ReferenceCounted {
   const Variant& ItemAt(std::size_t position) const { return At(order_[position]).item; }
   /// The slot of the entry with this key; `KeyIndex::kNone` if there is none.
   std::uint32_t Find(const CollectionKey& key, std::uint32_t hash) const;
-  /// The same; raises 5 if there is none.
+  /// The same, of a key of either form; raises 5 if there is none.
   std::uint32_t SlotOf(const CollectionKey& key) const;
+  /// A plain key in the form that the list holds them in, where it has the other one. The first by
+  /// its sort key turns all to that form.
+  std::optional<CollectionKey> InOtherForm(const CollectionKey& key) const;
+  void TurnToSortKeys();
   std::size_t PositionOf(std::uint32_t slot) const;
   /// The zero-based position that an index names; raises as `Item` does.
   std::size_t PositionOf(const Variant& index) const;
@@ -100,6 +112,7 @@ class Collection : public ReferenceCounted {
   std::vector<std::uint32_t> free_;  ///< slots without an entry
   std::deque<std::uint32_t> order_;  ///< the slot at each position
   KeyIndex keyed_;
+  bool by_sort_keys_ = false;  ///< once a plain key that isn't all ASCII was added or looked up
   std::vector<CollectionEnumerator*> enumerators_;  ///< those that stand
 };
 

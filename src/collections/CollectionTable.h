@@ -25,10 +25,11 @@ class CollectionTable {
   CollectionTable&& Add(const char16_t* element, TextView help = kAddHelp) && {
     return Then(std::move(table_).template Method<&Class::Add>(u"Add", help, {element}));
   }
-  CollectionTable&& Item() && {
+  CollectionTable&& Item(TextView remark = kItemRemark) && {
     return Then(std::move(table_)
                     .template Get<&Class::Item>(u"Item", kItemHelp, {u"vntIndexKey"})
-                    .Default());
+                    .Default()
+                    .Remark(remark));
   }
   CollectionTable&& Count() && {
     return Then(std::move(table_).template Get<&Class::Count>(u"Count", u"How many there are."));
@@ -44,7 +45,7 @@ class CollectionTable {
   }
   CollectionTable&& ItemByKey() && {
     return Then(std::move(table_).template Get<&Class::ItemByKey>(
-        u"ItemByKey", u"The one with this name, of whatever characters.", {u"Key"}));
+        u"ItemByKey", u"The one with this name, of whatever characters; 5 for none.", {u"Key"}));
   }
   CollectionTable&& ItemByIndex() && {
     return Then(std::move(table_).template Get<&Class::ItemByIndex>(
@@ -55,6 +56,7 @@ class CollectionTable {
   CollectionTable&& Method(TextView name, TextView help, ParameterNames names) && {
     return Then(std::move(table_).template Method<kMethod>(name, help, names));
   }
+  CollectionTable&& Remark(TextView remark) && { return Then(std::move(table_).Remark(remark)); }
   operator Interface() && { return std::move(table_); }
 
  private:
@@ -65,6 +67,13 @@ class CollectionTable {
   static constexpr TextView kItemHelp =
       kHasKeys ? u"The one at a position, given as a number, or with a name, given as a text."
                : u"The one at a position, counted from 1.";
+  static constexpr TextView kItemRemark = requires { &Class::ItemByKey; }
+  ? u"Names count with their case. A text of nothing but digits finds nothing, whatever the "
+    u"names are; ItemByKey finds it. Raises 5 for an unknown name and 9 for a position out "
+    u"of range."
+  : kHasKeys ? u"A text is a name, one of digits too. Raises 5 for an unknown name and 9 for a "
+               u"position out of range."
+             : u"Raises 9 for a position out of range and 5 for any text, one of digits too.";
 
   CollectionTable&& Then(Declare<Class>&&) { return std::move(*this); }
 

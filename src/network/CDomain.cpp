@@ -13,8 +13,6 @@
 #include "network/CServer.h"
 #include "network/CServers.h"
 #include "network/ServerNames.h"
-#include "platform/operations/ErrorCodes.h"
-#include "platform/operations/Handles.h"
 
 namespace veldmark {
 namespace {
@@ -211,13 +209,13 @@ Ref<CServers> CDomain::GetServersFromMachineAccounts(CServer& controller) {
   AccountManagement& accounts = Apartment::Current().platform.accounts;
   WalkNetworkPages<USER_INFO_0, DWORD>(
       SourceOf(kClassName),
-      [&](BYTE** buffer, DWORD* read, DWORD* total, DWORD* resume_handle) {
+      [&](BYTE** buffer, auto... counts) {
         return accounts.NetUserEnum(BufferText(server_name), 0,
                                     kFilterWorkstationTrustAccount | kFilterServerTrustAccount,
-                                    buffer, kMaxPreferredLength, read, total, resume_handle);
+                                    buffer, kMaxPreferredLength, counts...);
       },
       [&](const USER_INFO_0& account) {
-        Text name = WidePtrToString(account.usri0_name, false);
+        Text name = TextAt(account.usri0_name);
         if (name.ends_with(u'$')) name.pop_back();
         const auto server = Make<CServer>();
         server->FillFromName(name, controller.DomainName);

@@ -7,6 +7,7 @@
 #include "apartment/CSupport.h"
 #include "apartment/Conversions.h"
 #include "apartment/Errors.h"
+#include "apartment/NetworkPages.h"
 #include "apartment/NotBuilt.h"
 #include "automation/Declare.h"
 #include "eventlog/CEventLogEntries.h"
@@ -217,19 +218,19 @@ void CServer::FetchUpTo(std::int32_t level) {
 
 void CServer::FillFrom(const SERVER_INFO_100& record) {
   SetPlatformId(record.sv100_platform_id);
-  ServerName = WidePtrToString(record.sv100_name, false);
+  ServerName = TextAt(record.sv100_name);
   state_unknown_ = false;
   information_level_ = kNameLevel;
 }
 
 void CServer::FillFrom(const SERVER_INFO_101& record) {
   SetPlatformId(record.sv101_platform_id);
-  ServerName = WidePtrToString(record.sv101_name, false);
+  ServerName = TextAt(record.sv101_name);
   state_unknown_ = false;
   version_major_ = Signed(record.sv101_version_major);
   version_minor_ = Signed(record.sv101_version_minor);
   server_type_ = static_cast<ServerTypeEnum>(record.sv101_type);
-  comment_ = WidePtrToString(record.sv101_comment, false);
+  comment_ = TextAt(record.sv101_comment);
   information_level_ = kServerLevel;
 }
 
@@ -252,7 +253,7 @@ void CServer::FillFromItself(const SERVER_INFO_102& record) {
   announce_rate_ = Signed(record.sv102_announce);
   announce_delta_ = Signed(record.sv102_anndelta);
   licenses_ = Signed(record.sv102_licenses);
-  user_path_ = WidePtrToString(record.sv102_userpath, false);
+  user_path_ = TextAt(record.sv102_userpath);
   information_level_ = kAdministratorLevel;
 }
 

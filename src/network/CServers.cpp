@@ -11,6 +11,9 @@ const Interface& CServers::Describe() {
           .Plain(u"oServer")
           .Method<&CServers::ContainsKey>(u"ContainsKey", u"False, whatever the list holds.",
                                           {u"vntIndexKey"})
+          .Remark(
+              u"False for a server in the list too. ItemByKey tells: it raises 5 for one that "
+              u"isn't there.")
           .ItemByKey()
           .ItemByIndex();
   return table;

@@ -5,14 +5,12 @@
 #include "apartment/CSupport.h"
 #include "apartment/Conversions.h"
 #include "apartment/Errors.h"
+#include "apartment/NetworkPages.h"
 #include "network/CDomain.h"
 #include "network/CDomains.h"
 #include "network/CNetwork.h"
 #include "network/CNetworks.h"
 #include "network/ServerNames.h"
-#include "platform/operations/ErrorCodes.h"
-#include "platform/operations/Handles.h"
-#include "platform/operations/Records.h"
 
 namespace veldmark {
 namespace {
@@ -31,7 +29,8 @@ class ResourceWalk {
   /// platform's status.
   ResourceWalk(const NETRESOURCEW* parent, DWORD buffer_size)
       : enumeration_(Provider()),
-        buffer_(buffer_size / sizeof(NETRESOURCEW) + 1),
+        buffer_(RecordsFor(buffer_size)),
+        capacity_(buffer_size),
         size_(buffer_size) {
     const DWORD status = Provider().WNetOpenEnumW(kResourceGlobalNet, kResourceTypeAny, 0, parent,
                                                   enumeration_.Receive());
@@ -41,7 +40,7 @@ class ResourceWalk {
   /// Asks for as many records as fit and returns the status. The size is the platform's to change.
   DWORD Next() {
     count_ = kAllThatFit;
-    size_ = static_cast<DWORD>(std::min<std::size_t>(size_, buffer_.size() * sizeof(NETRESOURCEW)));
+    size_ = std::min(size_, capacity_);
     return Provider().WNetEnumResourceW(enumeration_.Get(), &count_, buffer_.data(), &size_);
   }
 
@@ -55,26 +54,29 @@ class ResourceWalk {
   }
   /// Takes over the size that the platform asks for; true where that is more than there was.
   bool GrowToSize() {
-    const std::size_t records = size_ / sizeof(NETRESOURCEW) + 1;
-    if (records <= buffer_.size()) return false;
-    buffer_.resize(records);
+    if (size_ <= capacity_) return false;
+    buffer_.resize(RecordsFor(size_));
+    capacity_ = size_;
     return true;
   }
 
  private:
+  static std::size_t RecordsFor(DWORD bytes) { return bytes / sizeof(NETRESOURCEW) + 1; }
+
   static constexpr DWORD kAllThatFit = 0xFFFFFFFF;
 
   NetworkEnumeration enumeration_;
   // Records, so that it is aligned for them; their texts lie behind them.
   std::vector<NETRESOURCEW> buffer_;
+  DWORD capacity_;  // bytes
   DWORD size_;
   DWORD count_ = 0;
 };
 
 Ref<CNetwork> NetworkOf(const NETRESOURCEW& record) {
   auto network = Make<CNetwork>();
-  network->NetworkName = WidePtrToString(record.lpRemoteName, false);
-  network->Comment = WidePtrToString(record.lpComment, false);
+  network->NetworkName = TextAt(record.lpRemoteName);
+  network->Comment = TextAt(record.lpComment);
   network->SetResource(record);
   NETINFOSTRUCT information{};
   information.cbStructure = sizeof information;
@@ -133,8 +135,8 @@ Ref<CDomains> CSupport::GetDomains(CNetwork& network, bool async) {
         const NETRESOURCEW& record = walk.Record(i);
         if (record.dwDisplayType != kDisplayTypeDomain) continue;
         const auto domain = Make<CDomain>();
-        domain->DomainName = WidePtrToString(record.lpRemoteName, false);
-        domain->SetComment(WidePtrToString(record.lpComment, false));
+        domain->DomainName = TextAt(record.lpRemoteName);
+        domain->SetComment(TextAt(record.lpComment));
         domain->SetNetworkName(network_name);
         StatusObject().RaiseStatus([&] { return u"Retrieved Domain " + domain->DomainName; });
         Swallow([&] {
@@ -163,7 +165,7 @@ Ref<CDomains> CSupport::GetTrustedDomains() {
     if (status != kErrorSuccess) RaisePlatformError(static_cast<std::int32_t>(status));
     for (LPCWSTR name = names; name && *name != 0;) {
       const auto domain = Make<CDomain>();
-      domain->DomainName = WidePtrToString(name, false);
+      domain->DomainName = TextAt(name);
       domains->Add(domain.Get());
       name += domain->DomainName.size() + 1;
     }
@@ -180,10 +182,7 @@ Text CSupport::GetDomainFromServer(const Text& server_name) {
     const DWORD status =
         Network().NetWkstaGetInfo(server_name.c_str(), kWorkstationLevel, buffer.Receive());
     if (status != kErrorSuccess) RaisePlatformError(static_cast<std::int32_t>(status));
-    Text domain;
-    for (const WKSTA_INFO_100& record : RecordsIn<WKSTA_INFO_100>(buffer.Get(), 1)) {
-      domain = WidePtrToString(record.wki100_langroup, false);
-    }
+    const Text domain = TextAt(RecordOf<WKSTA_INFO_100>(buffer).wki100_langroup);
     Remember(cache, server_name, Variant(domain));
     return domain;
   });
@@ -204,7 +203,7 @@ Text CSupport::GetPDCName(const Text& domain_name, Text server_name) {
     const DWORD status =
         Network().NetGetDCName(BufferText(server), domain_name.c_str(), buffer.Receive());
     if (status != kErrorSuccess) RaisePlatformError(static_cast<std::int32_t>(status));
-    controller = WidePtrToString(reinterpret_cast<LPCWSTR>(buffer.Get()), false);
+    controller = TextAt(reinterpret_cast<LPCWSTR>(buffer.Get()));
   });
   if (!controller.empty() && !asked.empty()) {
     Swallow([&] { Remember(cache, asked, Variant(controller)); });

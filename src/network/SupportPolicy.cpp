@@ -2,12 +2,10 @@
 #include "apartment/CSupport.h"
 #include "apartment/Conversions.h"
 #include "apartment/Errors.h"
+#include "apartment/NetworkPages.h"
 #include "collections/Deliver.h"
 #include "network/CServerAccountPolicy.h"
 #include "network/ServerNames.h"
-#include "platform/operations/ErrorCodes.h"
-#include "platform/operations/Handles.h"
-#include "platform/operations/Records.h"
 #include "security/CSid.h"
 #include "security/CSids.h"
 
@@ -25,9 +23,7 @@ Record PolicyRecord(const Text& system_name, DWORD level) {
   const DWORD status =
       platform.accounts.NetUserModalsGet(system_name.c_str(), level, buffer.Receive());
   if (status != kErrorSuccess) RaisePlatformError(static_cast<std::int32_t>(status));
-  Record record{};
-  for (const Record& found : RecordsIn<Record>(buffer.Get(), 1)) record = found;
-  return record;
+  return RecordOf<Record>(buffer);
 }
 
 LocalSecurityAuthority& Authority() { return Apartment::Current().platform.authority; }

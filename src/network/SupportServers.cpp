@@ -2,11 +2,9 @@
 #include "apartment/CSupport.h"
 #include "apartment/Conversions.h"
 #include "apartment/Errors.h"
+#include "apartment/NetworkPages.h"
 #include "network/CServer.h"
 #include "network/ServerNames.h"
-#include "platform/operations/ErrorCodes.h"
-#include "platform/operations/Handles.h"
-#include "platform/operations/Records.h"
 
 namespace veldmark {
 namespace {
@@ -47,13 +45,9 @@ void CSupport::GetServerInfo(CServer& server) {
     }
     if (status != kErrorSuccess) RaisePlatformError(static_cast<std::int32_t>(status));
     if (level == kAdministratorLevel) {
-      for (const auto& record : RecordsIn<SERVER_INFO_102>(buffer.Get(), 1)) {
-        server.FillFromItself(record);
-      }
+      server.FillFromItself(RecordOf<SERVER_INFO_102>(buffer));
     } else {
-      for (const auto& record : RecordsIn<SERVER_INFO_101>(buffer.Get(), 1)) {
-        server.FillFromItself(record);
-      }
+      server.FillFromItself(RecordOf<SERVER_INFO_101>(buffer));
     }
   });
 }

@@ -21,7 +21,9 @@
 #include "network/CNetworks.h"
 #include "network/CServer.h"
 #include "network/CServerAccountPolicy.h"
+#include "network/CServerAuditPolicy.h"
 #include "network/CServers.h"
+#include "network/PolicyEnumerations.h"
 #include "registry/CRegKey.h"
 #include "registry/CRegKeys.h"
 #include "registry/CRegValue.h"
@@ -91,6 +93,7 @@ constexpr InterfaceTable kClasses[] = {
     &CDomain::Describe,
     &CServer::Describe,
     &CServerAccountPolicy::Describe,
+    &CServerAuditPolicy::Describe,
     &CNetworks::Describe,
     &CDomains::Describe,
     &CServers::Describe,
@@ -117,9 +120,17 @@ constexpr InterfaceTable kClasses[] = {
     &CTriggers::Describe,
 };
 
+template <class E>
+const Enumeration& Table() {
+  return DescribeEnumeration(E{});
+}
+
 /// Enumerations that no member has for its type.
 constexpr EnumerationTable kUnmentionedEnumerations[] = {
-    []() -> const Enumeration& { return DescribeEnumeration(SDControlEnum{}); },
+    &Table<SDControlEnum>,
+    &Table<PolicyAuditEventTypeEnum>,
+    &Table<PolicyInformationClassEnum>,
+    &Table<PolicyLsaServerRoleEnum>,
 };
 
 template <class T>

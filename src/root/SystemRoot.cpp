@@ -86,9 +86,16 @@ const Interface& SystemRoot::Describe() {
               u"GetDomainFromServerName", u"The domain that a server belongs to.", {u"ServerName"})
           .Method<&SystemRoot::GetFolder>(
               u"GetFolder", u"The folder at a path, or the root of a drive or share.", {u"Path"})
+          .Remark(
+              u"Raises the platform's error, 2 or 3 for a missing folder. A root isn't looked "
+              u"up: it succeeds for a drive or share that doesn't exist, too.")
           .Method<&SystemRoot::FolderExists>(u"FolderExists",
                                              u"True if something of this name exists.", {u"Path"})
+          .Remark(u"True for a file too.")
           .Method<&SystemRoot::GetFile>(u"GetFile", u"The file at a path.", {u"Path"})
+          .Remark(
+              u"Raises the platform's error, 2 or 3 for a missing file. A folder's path gives "
+              u"the folder as a file.")
           .Method<&SystemRoot::FileExists>(
               u"FileExists", u"True if a file or folder matches; wildcards work.", {u"Path"})
           .Method<&SystemRoot::GetStatusObject>(u"GetStatusObject",
@@ -96,14 +103,26 @@ const Interface& SystemRoot::Describe() {
           .Method<&SystemRoot::ConvertUTCtoLocal>(
               u"ConvertUTCtoLocal", u"Universal time as local time, by the bias in force now.",
               {u"dtUTC"})
+          .Remark(u"Date 0, not the argument, in a zone without daylight saving time.")
           .Method<&SystemRoot::ReadTextFile>(u"ReadTextFile", u"The text of a file.",
                                              {u"szFileName"})
+          .Remark(
+              u"Makes a file that is missing, and returns an empty text. It opens the "
+              u"file for writing too, and raises the runtime's errors: 75 for a read-only "
+              u"file, 70 for one in use, 76 for a missing folder.")
           .Method<&SystemRoot::WriteTextFile>(
               u"WriteTextFile", u"Writes a text to a file.",
               {u"szFileName", u"szFileContents", {u"bWriteAsUnicode", false}})
+          .Remark(
+              u"Writes over the beginning of a file that exists and doesn't cut it off: a "
+              u"longer file keeps its tail. Unless it is written as Unicode, characters that "
+              u"the system's code page lacks become \"?\". Raises as ReadTextFile does.")
           .Method<&SystemRoot::SetPrivilege>(u"SetPrivilege",
                                              u"Turns a privilege of this process on or off.",
                                              {u"SystemName", u"PrivilegeName", {u"bEnable", true}})
+          .Remark(
+              u"True also where the process doesn't have the privilege or there is none of the "
+              u"name: nothing is changed then.")
           .Method<&SystemRoot::ClearSidCache>(u"ClearSidCache",
                                               u"Forgets the accounts that were looked up by SID.")
           .Method<&SystemRoot::GetRegistry>(u"GetRegistry", u"The registry.")
@@ -115,6 +134,9 @@ const Interface& SystemRoot::Describe() {
                                          {u"AccountDomain", u"GroupName"})
           .Method<&SystemRoot::CopyFile>(u"CopyFile", u"Copies a file.",
                                          {u"ExistingFile", u"NewFile", u"bOverwrite"})
+          .Remark(
+              u"Makes the target's folder where that alone is missing. Raises the platform's "
+              u"error, 80 for a target that exists and may not be overwritten.")
           .Method<&SystemRoot::AddNetworkConnection>(u"AddNetworkConnection",
                                                      u"Connects a network resource.",
                                                      {u"LocalName",
@@ -124,6 +146,9 @@ const Interface& SystemRoot::Describe() {
                                                       u"ResourceType",
                                                       u"hWndOwner",
                                                       {u"bMakePersistent", false}})
+          .Remark(
+              u"An empty password is an empty password, not that of the current user. Raises "
+              u"the platform's error; 1208 stands for one of the network's own.")
           .Method<&SystemRoot::CancelNetworkConnection>(
               u"CancelNetworkConnection", u"Ends the connection to a network resource.",
               {u"RemoteName", {u"bMakePersistent", false}, {u"bForce", false}})
@@ -134,10 +159,14 @@ const Interface& SystemRoot::Describe() {
           .Method<&SystemRoot::SetNamedSD>(u"SetNamedSD",
                                            u"Writes a security descriptor back to its object.",
                                            {u"oSecurityDescriptor"})
+          .Remark(
+              u"As CSecurityDescriptor.Save: the owner isn't written, and entries of some "
+              u"kinds are left out.")
           .Method<&SystemRoot::LookupSidText>(u"LookupSidText", u"The SID of an account as text.",
                                               {u"ServerName", u"DomainName", u"AccountName"})
           .Method<&SystemRoot::CreateSD>(u"CreateSD", u"Obsolete: always raises an error.",
                                          {u"pSD"})
+          .Remark(u"The error is -2147220593 (0x8004038F).")
           .Method<&SystemRoot::CreateSDFromStringSD>(
               u"CreateSDFromStringSD", u"The security descriptor that a string describes.",
               {u"StringSD", {u"SidLookupServer", u""}})
@@ -149,17 +178,35 @@ const Interface& SystemRoot::Describe() {
               {u"StringSD", {u"SidLookupServer", u""}, {u"ForestRootDC", u""}})
           .Method<&SystemRoot::ReadTextFileAPI>(
               u"ReadTextFileAPI", u"The text of a file, on long paths too.", {u"szFileName"})
+          .Remark(
+              u"A file of at most 7 bytes is read as UTF-16, whatever it holds: \"abcdef\" in "
+              u"single bytes comes back as three other characters. Raises the platform's "
+              u"error, 2 for a missing file, 9 for an empty one, and 9, 7 or 6 for one of "
+              u"2 GiB or more.")
           .Method<&SystemRoot::ReadBinaryFileAPI>(u"ReadBinaryFileAPI", u"The bytes of a file.",
                                                   {u"szFileName"})
+          .Remark(
+              u"Raises the platform's error, 2 for a missing file, 9 for an empty one, and 9, "
+              u"7 or 6 for one of 2 GiB or more.")
           .Method<&SystemRoot::WriteBinaryFileAPI>(
               u"WriteBinaryFileAPI", u"Writes bytes to a file.", {u"szFileName", u"aData"})
+          .Remark(
+              u"For new files only: one that exists is emptied, and 183 is raised. Without "
+              u"elements it leaves an empty file behind and raises 9.")
           .Method<&SystemRoot::GetSidObjectFromSid>(u"GetSidObjectFromSid",
                                                     u"A SID object from a binary SID.",
                                                     {u"objectSID", {u"ResidesOnServer", u""}})
           .Method<&SystemRoot::GetSidFromText>(u"GetSidFromText", u"A SID object from its text.",
                                                {u"SidText"})
+          .Remark(
+              u"Authorities other than 0, 1, 2, 3 and 5 are taken as 0: \"S-1-16-4096\" gives "
+              u"S-1-0-4096. Raises 87 without a number behind the authority, 6 for one beyond "
+              u"32 bits, 13 for what is no number and 9 for more than eight behind it.")
           .Method<&SystemRoot::CreateFolder>(
               u"CreateFolder", u"Makes a folder; its parent must exist.", {u"FullPath"})
+          .Remark(
+              u"Raises the platform's error, 183 for a folder that exists and 3 without a "
+              u"parent. CFolder.CreateSubFolder returns False instead.")
           .Method<&SystemRoot::GetSidFromText2>(
               u"GetSidFromText2", u"A SID object from its text, with the server to ask about it.",
               {u"SidText", u"ServerName"});

@@ -17,6 +17,9 @@ const Interface& CAce::Describe() {
       Declare<CAce>(u"CAce", u"One entry of an access control list.")
           .Method<&CAce::GetSid>(u"GetSid", u"Whom it is for.")
           .Method<&CAce::Delete>(u"Delete", u"Takes all rights out of it.")
+          .Remark(
+              u"The entry stays in its list: a list that is saved has an allowed entry with no "
+              u"rights then, and a denied one is left out. CAces.Remove takes an entry out.")
           .Stored<&CAce::AceType>(u"AceType", u"What it does.")
           .Stored<&CAce::AceFlags>(u"AceFlags", u"Where it applies, values of AceFlagsEnum.")
           .Stored<&CAce::AccessMask>(u"AccessMask", u"The rights.")

@@ -42,6 +42,11 @@ const Interface& CAcl::Describe() {
                                  u"AceFlags",
                                  {u"ObjectTypeGUID", u""},
                                  {u"InhObjectTypeGUID", u""}})
+          .Remark(
+              u"An entry for the same account, type, flags and GUIDs takes the rights up; what "
+              u"is returned then stands outside the list, and changing it changes nothing. "
+              u"Otherwise the entry is the last of the list, a denied one too, behind what is "
+              u"allowed. Raises 6, 9, 13 or 87 for a text that is no SID.")
           .Get<&CAcl::Revision>(u"Revision", u"2, or 4 for a list with object entries.")
           .Get<&CAcl::BinaryACL>(u"BinaryACL", u"The bytes of the list as it was read.")
           .Stored<&CAcl::IsProtected>(u"IsProtected", u"True if the list inherits nothing.")

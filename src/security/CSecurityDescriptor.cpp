@@ -36,6 +36,11 @@ const Interface& CSecurityDescriptor::Describe() {
           .Get<&CSecurityDescriptor::Control>(u"Control", u"Values of SDControlEnum.")
           .Get<&CSecurityDescriptor::BinarySD>(u"BinarySD", u"Its bytes as they were read.")
           .Method<&CSecurityDescriptor::Save>(u"Save", u"Writes the list back to its object.")
+          .Remark(
+              u"The owner isn't written, nor are denied entries that are inherited or without "
+              u"rights and entries of types other than 0, 1, 5 and 6: the object loses them, "
+              u"unless it inherits them anew. Raises 91 without a list, and the platform's "
+              u"error.")
           .Stored<&CSecurityDescriptor::ParentObjectType>(
               u"ParentObjectType", u"The class of the secured object, or \"LDAP\".")
           .Stored<&CSecurityDescriptor::ParentObjectPath>(u"ParentObjectPath",

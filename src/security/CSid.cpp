@@ -39,6 +39,7 @@ const Interface& CSid::Describe() {
           .Get<&CSid::AccountDisplayName>(u"AccountDisplayName",
                                           u"The account's name with its domain, for display.")
           .Get<&CSid::pSid>(u"pSid", u"The address of its binary form, in 32-bit programs.")
+          .Remark(u"Raises 6 in a 64-bit program where the address takes more than 31 bits.")
           .Get<&CSid::SidLength>(u"SidLength", u"The length of its binary form in bytes.")
           .Get<&CSid::WellKnownGroupType>(u"WellKnownGroupType",
                                           u"Which well-known group it is; -1 for none.")

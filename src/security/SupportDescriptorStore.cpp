@@ -108,10 +108,13 @@ void CSupport::SetNamedSD(CSecurityDescriptor* descriptor) {
     for (const Ref<CAce>& ace : entries) AddEntry(list, *ace);
     const DWORD protection =
         acl->IsProtected ? kProtectedDaclSecurityInformation : kUnprotectedDaclSecurityInformation;
+    const SE_OBJECT_TYPE type = ObjectTypeOf(descriptor->ParentObjectType);
+    Text path = descriptor->ParentObjectPath;
+    // A drive alone would be its current folder.
+    if (type == SE_FILE_OBJECT && path.ends_with(u':')) path += u'\\';
     const DWORD status = platform.security.SetNamedSecurityInfoW(
-        descriptor->ParentObjectPath.c_str(),
-        static_cast<DWORD>(ObjectTypeOf(descriptor->ParentObjectType)),
-        kDaclSecurityInformation | protection, nullptr, nullptr, block.Get(), nullptr);
+        path.c_str(), static_cast<DWORD>(type), kDaclSecurityInformation | protection, nullptr,
+        nullptr, block.Get(), nullptr);
     if (status != 0) RaisePlatformError(static_cast<std::int32_t>(status));
   });
 }

@@ -64,6 +64,13 @@ std::vector<std::uint8_t> FetchFileDescriptor(const Text& system_path) {
   return buffer;
 }
 
+/// The path to ask the platform by. Without the "\" at its end a drive would be its device.
+Text SystemPath(const Text& path) {
+  Text system_path = StripTrailingBackslash(ApiFolderPath(path));
+  if (system_path.ends_with(u':')) system_path += u'\\';
+  return system_path;
+}
+
 /// "\\server\share" in its parts; a share of this computer may stand alone.
 struct ShareName {
   explicit ShareName(const Text& name) : share(name.substr(name.rfind(u'\\') + 1)) {
@@ -90,8 +97,7 @@ Ref<CSecurityDescriptor> CSupport::GetFileSD(const Text& path, Object& object) {
     const Text object_path = TextProperty(object, u"Path");
     const Text object_class = TypeName(&object);
     descriptor->SetParentObject(object_class, object_path);
-    const std::vector<std::uint8_t> buffer =
-        FetchFileDescriptor(StripTrailingBackslash(ApiFolderPath(path)));
+    const std::vector<std::uint8_t> buffer = FetchFileDescriptor(SystemPath(path));
     const DescriptorReader reader{.object_type = SE_FILE_OBJECT,
                                   .object_class = object_class,
                                   .resides_on_server = GetServerNameFromPath(object_path),

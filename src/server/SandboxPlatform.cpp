@@ -1,16 +1,15 @@
 #include <windows.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
-#include <memory>
-#include <mutex>
 #include <string>
 
 #include "automation/Error.h"
 #include "platform/simulated/estate_file/EstateFile.h"
 #include "platform/simulated/families/SimulatedPlatform.h"
+#include "platform/windows/WindowsTimers.h"
 #include "server/ModulePath.h"
 #include "server/ServerPlatform.h"
 
@@ -34,6 +33,12 @@ std::filesystem::path EstateFile() {
   }
 }
 
+simulated::Ticks RealTime() {
+  using Tick = std::chrono::duration<simulated::Ticks, std::ratio<1, simulated::kTicksPerSecond>>;
+  const auto since_start = std::chrono::steady_clock::now().time_since_epoch();
+  return std::chrono::duration_cast<Tick>(since_start).count();
+}
+
 simulated::Estate LoadEstate() {
   const std::filesystem::path path = EstateFile();
   const Text name = path.u16string();
@@ -41,27 +46,28 @@ simulated::Estate LoadEstate() {
   if (!file) Raise(kFileNotFound, {}, u"There is no estate file " + name);
   const std::string json{std::istreambuf_iterator<char>(file), {}};
   try {
-    return simulated::ReadEstate(json);
+    return simulated::ReadEstate(json, &RealTime);
   } catch (const simulated::EstateFileError& error) {
     Raise(kInvalidFileFormat, {}, name + u": " + FromUtf8(error.what()));
   }
 }
 
+// The estate's timers fire out of the message loop that the script's host turns, so they are the
+// host's, and beat whether or not the estate's clock runs.
 struct World {
-  simulated::SimulatedPlatform simulated{LoadEstate()};
+  World() { simulated.journal().StopKeeping(); }
+
+  WindowsTimers timers;
+  simulated::SimulatedPlatform simulated{LoadEstate(), &timers};
   Platform platform = simulated.platform();
 };
 
 }  // namespace
 
 Platform& ServerPlatform() {
-  // An estate serves one thread at a time, so each thread has one of its own.
-  static std::mutex mutex;
-  static std::map<unsigned long, std::unique_ptr<World>> worlds;
-  const std::lock_guard lock(mutex);
-  std::unique_ptr<World>& world = worlds[GetCurrentThreadId()];
-  if (!world) world = std::make_unique<World>();
-  return world->platform;
+  // As on a real computer, all threads see the same world.
+  static World world;
+  return world.platform;
 }
 
 }  // namespace veldmark

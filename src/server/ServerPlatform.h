@@ -4,8 +4,7 @@
 
 namespace veldmark {
 
-/// The platform that this server works on, for the calling thread. Raises an error where it can't
-/// be set up.
+/// The platform that this server works on. Raises an error where it can't be set up.
 Platform& ServerPlatform();
 
 }  // namespace veldmark

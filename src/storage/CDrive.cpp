@@ -6,6 +6,7 @@
 #include "apartment/Errors.h"
 #include "automation/Declare.h"
 #include "storage/CFolder.h"
+#include "storage/PlatformFiles.h"
 #include "storage/VolumeData.h"
 
 namespace veldmark {

@@ -9,7 +9,11 @@ const Interface& CDrives::Describe() {
   static const Interface table =
       CollectionTable<CDrives>(u"CDrives",
                                u"The drives of a computer, found by letter in any case.")
-          .Plain(u"oDrive");
+          .Add(u"oDrive")
+          .Item(u"Nothing where there is no such drive, and no error; Remove raises 5 or 9.")
+          .Count()
+          .Remove()
+          .NewEnum();
   return table;
 }
 

@@ -12,6 +12,7 @@
 #include "storage/CFolders.h"
 #include "storage/CPathNames.h"
 #include "storage/PathForms.h"
+#include "storage/PlatformFiles.h"
 
 namespace veldmark {
 namespace {
@@ -30,8 +31,6 @@ const EventInterface& DescribeFolderEvents() {
                                     {u"File", u"Cancel"});
   return table;
 }
-
-FileSystem& Files() { return Apartment::Current().platform.files; }
 
 [[noreturn]] void RaiseErr() { Raise(Err().Number(), SourceOf(kClassName), Err().Description()); }
 
@@ -67,14 +66,26 @@ const Interface& CFolder::Describe() {
       Declare<CFolder>(u"CFolder", u"One folder.")
           .Method<&CFolder::Delete>(u"Delete", u"Removes the folder; the number of items removed.",
                                     {u"DeleteFilesFirst", u"Cascade"})
+          .Remark(
+              u"DeleteFilesFirst deletes the folder's files, read-only ones too. Cascade does "
+              u"the same with its sub-folders, one after the other down to the last; without "
+              u"DeleteFilesFirst it removes only those that hold no files. A junction or link "
+              u"counts as a sub-folder: both flags together delete what it leads to. What "
+              u"remains in the folder at the end raises 145, and whatever was deleted before "
+              u"an error stays deleted. While AsyncFetch is on, either flag raises 91 and "
+              u"nothing is deleted.")
           .Method<&CFolder::CreateSubFolder>(
               u"CreateSubFolder", u"Makes a sub-folder; False when that fails.", {u"FolderName"})
           .Method<&CFolder::GetFiles>(u"GetFiles",
                                       u"The files, with sub-folders listed as files too.")
+          .Remark(
+              u"\".\" and \"..\" are among them, except in a drive's root. Attributes tells "
+              u"folders from files (FA_Directory); GetFolderContents lists files alone.")
           .Method<&CFolder::GetSubFolders>(u"GetSubFolders", u"The sub-folders.")
           .Method<&CFolder::GetFolderContents>(u"GetFolderContents",
                                                u"Sub-folders and files in one walk.",
                                                {u"SubFolders", u"Files"})
+          .Remark(u"Its results are arguments by reference, which JScript doesn't have.")
           .Method<&CFolder::GetSecurityDescriptor>(u"GetSecurityDescriptor",
                                                    u"The folder's security descriptor.")
           .Stored<&CFolder::FolderName>(u"FolderName", u"Name without the parent folder.")
@@ -83,6 +94,9 @@ const Interface& CFolder::Describe() {
           .Stored<&CFolder::FolderType>(u"FolderType", u"Free for the caller's use.")
           .Property<&CFolder::Attributes, &CFolder::PutAttributes>(
               u"Attributes", u"Attributes; a change is written to disk and read back.")
+          .Remark(
+              u"Raises 911 where the folder has other attributes afterwards: so always for a "
+              u"value without FA_Directory, the rest of which is written all the same.")
           .Stored<&CFolder::DateCreated>(u"DateCreated", u"Time of creation, local.")
           .Stored<&CFolder::DateLastAccessed>(u"DateLastAccessed", u"Time of last access, local.")
           .Stored<&CFolder::DateLastModified>(u"DateLastModified", u"Time of last change, local.")
@@ -91,14 +105,23 @@ const Interface& CFolder::Describe() {
           .Stored<&CFolder::ShortPath>(u"ShortPath", u"Free for the caller's use.")
           .Property<&CFolder::AsyncFetch, &CFolder::PutAsyncFetch>(
               u"AsyncFetch", u"True to have objects delivered by events.")
+          .Remark(
+              u"While it is on, GetFiles, GetSubFolders, GetFolderContents and GetPathNames "
+              u"return Nothing, and what GetPathNames finds has no event. An object also gets "
+              u"the events of what any other one of its thread fetches so.")
           .Method<&CFolder::GetPathNames>(u"GetPathNames", u"The paths of what the folder holds.",
                                           {{u"bGetFolders", true}, {u"bGetFiles", true}})
+          .Remark(
+              u"Without folders, sub-folders are listed as files, \".\" and \"..\" among them, "
+              u"and IsDirectory is False.")
           .Events(DescribeFolderEvents());
   return table;
 }
 
 std::int32_t CFolder::Delete(bool delete_files_first, bool cascade) {
   return ReRaising([&] {
+    // What is tested below is what this deletion left there.
+    Err().Clear();
     std::int32_t count = 0;
     if (path_.empty()) return count;
     // A list of levels in the place of recursion: long paths nest deeper than a small stack bears.

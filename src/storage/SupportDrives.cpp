@@ -5,14 +5,11 @@
 #include "apartment/Errors.h"
 #include "storage/CDrive.h"
 #include "storage/CDrives.h"
+#include "storage/PlatformFiles.h"
 #include "storage/VolumeData.h"
 
 namespace veldmark {
-namespace {
-
-FileSystem& Files() { return Apartment::Current().platform.files; }
-
-}  // namespace
+namespace {}  // namespace
 
 Ref<CDrives> CSupport::GetDrives() {
   return ReRaising([&] {
@@ -42,6 +39,7 @@ Ref<CDrive> CSupport::GetDriveInfo(const Text& drive_path, bool load_info) {
 
 void CSupport::LoadDriveInfo(CDrive& drive) {
   ReRaising([&] {
+    Err().Clear();
     const Text root = drive.DriveType == DT_Remote ? drive.ShareName() : drive.DriveLetter + u":\\";
     std::uint64_t free_to_caller = 0;
     std::uint64_t total = 0;

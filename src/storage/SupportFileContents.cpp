@@ -5,6 +5,7 @@
 #include "apartment/Errors.h"
 #include "apartment/RuntimeFile.h"
 #include "platform/operations/Handles.h"
+#include "storage/PlatformFiles.h"
 
 namespace veldmark {
 namespace {
@@ -14,8 +15,6 @@ using Bytes = std::span<const std::uint8_t>;
 // What a script calls here are members of the root, and their errors name it.
 constexpr TextView kClassName = u"SystemRoot";
 constexpr std::uint8_t kByteOrderMark[] = {0xFF, 0xFE};
-
-FileSystem& Files() { return Apartment::Current().platform.files; }
 
 [[noreturn]] void RaiseLast() { RaisePlatformError(Err().LastDllError(), SourceOf(kClassName)); }
 [[noreturn]] void RaiseLastKeepingSource() {

@@ -5,13 +5,14 @@
 #include "storage/CFiles.h"
 #include "storage/EntryBuilder.h"
 #include "storage/FolderListing.h"
+#include "storage/PlatformFiles.h"
 
 namespace veldmark {
 
 Ref<CFile> CSupport::GetFile(const Text& path) {
   return ReRaising([&] {
     const Text long_path = ApiFilePath(path);
-    const FolderListing listing(Apartment::Current().platform.files, long_path);
+    const FolderListing listing(Files(), long_path);
     return BuildFileFromFindData(long_path, listing.Entry());
   });
 }
@@ -21,7 +22,7 @@ Ref<CFiles> CSupport::GetFiles(const Text& path) {
     auto files = Make<CFiles>();
     const Text folder = ApiFolderPath(path);
     EntryBuilder builder;
-    FolderListing listing(Apartment::Current().platform.files, folder + u"*.*");
+    FolderListing listing(Files(), folder + u"*.*");
     do {
       if (!listing.IsDirectory()) files->Add(builder.File(folder, listing.Entry()).Get());
     } while (listing.Next());

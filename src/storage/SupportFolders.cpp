@@ -12,14 +12,13 @@
 #include "storage/EntryBuilder.h"
 #include "storage/FolderListing.h"
 #include "storage/PathForms.h"
+#include "storage/PlatformFiles.h"
 
 namespace veldmark {
 namespace {
 
 constexpr std::int32_t kObjectsPerQuestion = 1000;
 constexpr TextView kEverything = u"*.*";
-
-FileSystem& Files() { return Apartment::Current().platform.files; }
 
 /// Walks a listing to its end: `on_folder` and `on_file` deliver one object each and answer whether
 /// to go on. Where folders aren't wanted they count as files, "." and ".." too.

@@ -56,10 +56,11 @@ void CSupport::LoadFileVersionInfo(CFile& file) {
     if (file.Path().empty()) return;
     const std::vector<std::uint8_t> bytes = ReadResource(ApiFilePath(file.Path()));
     const VersionResource resource(bytes);
-    const VS_FIXEDFILEINFO info = resource.FixedInfo();
-    file.PutDetail<&Details::Version>(VersionText(info.dwFileVersionMS, info.dwFileVersionLS));
-    file.PutDetail<&Details::ProductVersion>(
-        VersionText(info.dwProductVersionMS, info.dwProductVersionLS));
+    if (const auto info = resource.FixedInfo()) {
+      file.PutDetail<&Details::Version>(VersionText(info->dwFileVersionMS, info->dwFileVersionLS));
+      file.PutDetail<&Details::ProductVersion>(
+          VersionText(info->dwProductVersionMS, info->dwProductVersionLS));
+    }
     const auto translation = resource.FirstTranslation();
     if (!translation) return;
     const auto load = [&]<Text Details::*kField>(TextView name) {

@@ -13,6 +13,7 @@
 #include "storage/CShares.h"
 #include "storage/CVolume.h"
 #include "storage/CVolumes.h"
+#include "storage/PlatformFiles.h"
 #include "storage/VolumeData.h"
 
 namespace veldmark {
@@ -68,8 +69,8 @@ void CSupport::LoadVolumeInfo(CVolume& volume) {
     std::uint64_t free_to_caller = 0;
     std::uint64_t total = 0;
     std::uint64_t total_free = 0;
-    if (Apartment::Current().platform.files.GetDiskFreeSpaceExW(
-            volume.VolumePath().c_str(), &free_to_caller, &total, &total_free)) {
+    if (Files().GetDiskFreeSpaceExW(volume.VolumePath().c_str(), &free_to_caller, &total,
+                                    &total_free)) {
       volume.PutTotalSize(SizeValue(total));
       volume.PutAvailableSpace(SizeValue(total_free));
     }

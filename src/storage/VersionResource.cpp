@@ -42,10 +42,11 @@ std::optional<VersionResource::Value> VersionResource::Query(TextView path) cons
   return Value{bytes_.subspan(std::min(block.value, bytes_.size())), block.value_length};
 }
 
-VS_FIXEDFILEINFO VersionResource::FixedInfo() const {
+std::optional<VS_FIXEDFILEINFO> VersionResource::FixedInfo() const {
   VS_FIXEDFILEINFO info;
   const auto value = Query(u"\\");
-  if (value->length < sizeof info || value->bytes.size() < sizeof info) RaiseInvalidData();
+  if (value->length < sizeof info) return std::nullopt;
+  if (value->bytes.size() < sizeof info) RaiseInvalidData();
   std::memcpy(&info, value->bytes.data(), sizeof info);
   return info;
 }
@@ -53,8 +54,8 @@ VS_FIXEDFILEINFO VersionResource::FixedInfo() const {
 std::optional<Text> VersionResource::FirstTranslation() const {
   constexpr std::size_t kEntrySize = 4;
   const auto value = Query(u"\\VarFileInfo\\Translation");
-  if (!value) return std::nullopt;
-  if (value->length < kEntrySize || value->bytes.size() < kEntrySize) RaiseInvalidData();
+  if (!value || value->length < kEntrySize) return std::nullopt;
+  if (value->bytes.size() < kEntrySize) RaiseInvalidData();
   Text key;
   for (const std::size_t index : {1, 0, 3, 2}) {
     for (const int shift : {4, 0}) {

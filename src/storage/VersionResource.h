@@ -33,10 +33,12 @@ class VersionResource {
   /// block.
   std::optional<Value> Query(TextView path) const;
 
-  /// What the outermost block holds. Raises 13 where it is cut short.
-  VS_FIXEDFILEINFO FixedInfo() const;
+  /// What the outermost block holds. Nothing where its value is too short for that; raises 13 where
+  /// it would lie beyond the resource.
+  std::optional<VS_FIXEDFILEINFO> FixedInfo() const;
   /// The language and code page of the first translation as the key of its texts, "040904B0".
-  /// Nothing without a list of translations; raises 13 for a list without a whole first entry.
+  /// Nothing without a list of translations, or with one too short for an entry; raises 13 where
+  /// the entry would lie beyond the resource.
   std::optional<Text> FirstTranslation() const;
   /// The text of this name under a translation, to its first NUL or to the resource's end. Nothing
   /// where there is none or its length is 0; raises 13 where it would lie beyond the resource.

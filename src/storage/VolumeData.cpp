@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "apartment/Apartment.h"
 #include "automation/Error.h"
+#include "storage/PlatformFiles.h"
 
 namespace veldmark {
 
@@ -14,9 +14,9 @@ VolumeData ReadVolumeData(const Text& root) {
   DWORD serial = 0;
   DWORD maximum_component_length = 0;
   DWORD flags = 0;
-  if (!Apartment::Current().platform.files.GetVolumeInformationW(
-          root.c_str(), name.data(), kNameLength, &serial, &maximum_component_length, &flags,
-          file_system.data(), kNameLength)) {
+  if (!Files().GetVolumeInformationW(root.c_str(), name.data(), kNameLength, &serial,
+                                     &maximum_component_length, &flags, file_system.data(),
+                                     kNameLength)) {
     return {};
   }
   return {.is_ready = true,

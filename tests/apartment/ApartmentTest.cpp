@@ -1,6 +1,3 @@
-#include <fstream>
-#include <set>
-#include <sstream>
 #include <thread>
 
 #include "apartment/CStatus.h"
@@ -126,51 +123,13 @@ TEST_F(FrameTest, FailsWith91WhereStartUpLeftNothingAndOtherwiseAsItsMembersSay)
   Apartment::Current().engine = nullptr;
   Apartment::Current().status = nullptr;
   EXPECT_EQ(root->GetStatusObject(), nullptr);
+  EXPECT_EQ(ErrorOf([] { StatusObject(); }), runtime_error::kObjectNotSet);
   EXPECT_EQ(FailureOf([&] { root->GetFolder(u"C:\\"); }),
             u"91|Veldmark2.SystemRoot|Object variable or With block variable not set");
   // A member without a handler leaves its error in `Err` all the same.
   EXPECT_EQ(FailureOf([&] { Call(*root, u"CreateSD", MemberKind::kMethod, {Variant(0)}); }),
             u"-2147220593|Veldmark|Function is obsolete");
   EXPECT_EQ(Err().Number(), -2147220593);
-}
-
-/// The members that docs/status.md lists for SystemRoot as not built.
-std::set<std::string> ListedAsNotBuilt() {
-  std::ifstream file(std::string(VELDMARK_SOURCE_DIR) + "/docs/status.md");
-  std::stringstream all;
-  all << file.rdbuf();
-  const std::string text = all.str();
-  const std::size_t begin = text.find("- `SystemRoot`:");
-  const std::string entry =
-      text.substr(begin, std::min(text.find("\n- ", begin), text.find("\n\n", begin)) - begin);
-  std::set<std::string> names;
-  std::size_t open = entry.find('`', entry.find(':'));
-  while (open != std::string::npos) {
-    const std::size_t close = entry.find('`', open + 1);
-    names.insert(entry.substr(open + 1, close - open - 1));
-    open = entry.find('`', close + 1);
-  }
-  return names;
-}
-
-TEST_F(FrameTest, RaisesTheStandardErrorFromTheMembersThatTheStatusPageListsAndFromNoOther) {
-  std::set<std::string> not_built;
-  for (const Member& member : SystemRoot::Describe().members) {
-    const auto root = Make<SystemRoot>();
-    std::vector<Variant> arguments;
-    for (const Parameter& parameter : member.parameters) {
-      arguments.push_back(parameter.type.type == BoundaryType::kByteArray ? Variant(ByteArray())
-                                                                          : Variant());
-    }
-    try {
-      Call(*root, member, arguments);
-    } catch (const AutomationError& error) {
-      if (error.number != runtime_error::kActionNotSupported) continue;
-      EXPECT_EQ(error.description, u"Object doesn't support this action");
-      not_built.insert(ToUtf8(member.name));
-    }
-  }
-  EXPECT_EQ(not_built, ListedAsNotBuilt());
 }
 
 }  // namespace

@@ -3,26 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <limits>
 
 #include "apartment/Conversions.h"
-#include "automation/Error.h"
+#include "support/ErrorOf.h"
 
 namespace veldmark {
 namespace {
 
 constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-
-std::int32_t ErrorOf(const std::function<void()>& call) {
-  try {
-    call();
-    return 0;
-  } catch (const AutomationError& error) {
-    return error.number;
-  }
-}
 
 TEST(BitsHelper, WordsComeOutWithTheirSignsAndTheirQuirk) {
   const struct {

@@ -6,7 +6,6 @@
 #include "automation/Conversion.h"
 #include "platform/operations/ErrorCodes.h"
 #include "support/ApartmentFixture.h"
-#include "support/ErrorOf.h"
 #include "support/FaultSweep.h"
 
 namespace veldmark {
@@ -35,14 +34,6 @@ class Support : public ApartmentFixture {
     FILETIME stamp{};
     EXPECT_NE(platform.system.SystemTimeToFileTime(&parts, &stamp), 0);
     return stamp;
-  }
-
-  void SetZone(LONG bias, LONG standard, LONG daylight, DWORD current) {
-    TIME_ZONE_INFORMATION zone{};
-    zone.Bias = bias;
-    zone.StandardBias = standard;
-    zone.DaylightBias = daylight;
-    estate().SetTimeZone(zone, current);
   }
 };
 
@@ -197,15 +188,6 @@ TEST_F(Support, ErrorTextsComeOnOneLineFromTheRightTable) {
   estate().RemoveModule(u"netmsg.dll");
   estate().AddSystemMessage(2221, u"From the system.\r\n");
   EXPECT_EQ(GetAPIErrorText(2221), u"From the system.");
-}
-
-TEST_F(Support, PlatformErrorsAreRaisedWithNumberTextAndSource) {
-  const auto raised = [](std::int32_t number, std::optional<Text> source) {
-    return FailureOf([&] { RaisePlatformError(number, std::move(source)); });
-  };
-  EXPECT_EQ(raised(5, {}), u"5|Veldmark2.CSupport|Access is denied.");
-  EXPECT_EQ(raised(5, u""), u"5||Access is denied.");
-  EXPECT_EQ(raised(654321, SourceOf(u"CFolder")), u"654321|Veldmark2.CFolder|");
 }
 
 TEST(SupportFaults, AMessageThatCannotBeReadIsAnEmptyTextAndLeaksNothing) {

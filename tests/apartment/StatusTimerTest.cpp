@@ -1,6 +1,8 @@
+#include <memory>
 #include <vector>
 
 #include "apartment/CStatus.h"
+#include "apartment/CSupport.h"
 #include "apartment/CTimer.h"
 #include "automation/Conversion.h"
 #include "root/SystemRoot.h"
@@ -80,6 +82,33 @@ TEST_F(StatusTest, ReportsTheCountsForThatExactWordOnly) {
             u"Current Object Counts\r\n=====================\r\nSystemRoot = 1");
   EXPECT_EQ(status().GetDebugInfo(u"objectcounts"), u"Debug Type 'objectcounts' not recognized.");
   EXPECT_EQ(status().GetDebugInfo(u""), u"Debug Type '' not recognized.");
+}
+
+/// Counts what it hears, and may let another one leave.
+struct Hearer : ObjectFoundListener {
+  void OnObjectFound(Object&, bool&) override {
+    ++heard;
+    if (leaves) Engine().Unsubscribe(*leaves);
+  }
+  Object& Listener() override { return StatusObject(); }
+
+  ObjectFoundListener* leaves = nullptr;
+  int heard = 0;
+};
+
+TEST_F(StatusTest, CallsNoListenerThatLeftEarlierInTheSameEvent) {
+  Hearer first;
+  auto second = std::make_unique<Hearer>();
+  first.leaves = second.get();
+  for (Hearer* hearer : {&first, &first, second.get()}) Engine().Subscribe(*hearer);
+  bool cancel = false;
+  Engine().RaiseObjectFound(status(), cancel);
+  EXPECT_EQ(first.heard, 1) << "subscribed twice";
+  EXPECT_EQ(second->heard, 0);
+  second = nullptr;
+  Engine().RaiseObjectFound(status(), cancel);
+  EXPECT_EQ(first.heard, 2);
+  Engine().Unsubscribe(first);
 }
 
 class TimerTest : public ApartmentFixture {
@@ -173,10 +202,22 @@ TEST_F(TimerTest, StoresWhatKillTimerAnswersAndLetsAListenerFail) {
   timer->PutEnabled(false);
   EXPECT_EQ(journal().entries().back().argument, "1") << "the answer to the call before";
 
-  Listen(*timer, [](auto, auto) { Raise(77, u"Listener", u"no"); });
+  int held = 0;
+  Listen(*timer, [&](auto, auto) {
+    timer->PutEnabled(false);
+    held = ModuleHolds();
+    Raise(77, u"Listener", u"no");
+  });
   timer->PutEnabled(true);
   Pass(1000);
   EXPECT_EQ(Err().Number(), 77);
+  EXPECT_EQ(held, 1) << "a beat holds the library, though no timer runs any more";
+  // Nobody is there to hear it.
+  timer->PutEnabled(true);
+  Apartment::Current().timer = nullptr;
+  Err().Clear();
+  Pass(1000);
+  EXPECT_EQ(Err().Number(), 0);
 }
 
 }  // namespace

@@ -5,21 +5,23 @@
 namespace veldmark {
 namespace {
 
-TEST(CaseMapping, PairsMapOntoEachOther) {
-  const char16_t pairs[][2] = {{u'A', u'a'},     {u'Z', u'z'},     {u'Ä', u'ä'},    {u'Þ', u'þ'},
-                               {u'Ÿ', u'ÿ'},     {u'Ā', u'ā'},     {u'Ĺ', u'ĺ'},    {u'Ž', u'ž'},
-                               {u'Σ', u'σ'},     {u'Ж', u'ж'},     {u'Ё', u'ё'},    {u'Ա', u'ա'},
-                               {u'ᾈ', u'ᾀ'},     {u'Ⅷ', u'ⅷ'},     {u'Ⓐ', u'ⓐ'},    {u'Ａ', u'ａ'},
-                               {0x10A0, 0x2D00}, {0x13A0, 0xAB70}, {0xA7AE, 0x026A}};
+TEST(CaseMapping, IsThePublishedTableUnitByUnit) {
+  // The sum of all units' forms; it tells any change, and the letters here where to look.
+  std::uint64_t sum = 14695981039346656037u;
+  for (unsigned point = 0; point <= 0xFFFF; ++point) {
+    const auto unit = static_cast<char16_t>(point);
+    for (const char16_t form : {UpperCase(unit), LowerCase(unit), FoldCase(unit)}) {
+      sum = (sum ^ form) * 1099511628211u;
+    }
+  }
+  EXPECT_EQ(sum, 17725115726951846084u);
+  const char16_t pairs[][2] = {{u'Z', u'z'}, {u'Ÿ', u'ÿ'}, {u'Σ', u'σ'}, {u'Ё', u'ё'},
+                               {u'Ա', u'ա'}, {u'ᾈ', u'ᾀ'}, {u'Ⅷ', u'ⅷ'}, {0x13A0, 0xAB70}};
   for (const auto& [upper, lower] : pairs) {
     EXPECT_EQ(UpperCase(lower), upper);
     EXPECT_EQ(LowerCase(upper), lower);
-    EXPECT_EQ(UpperCase(upper), upper);
-    EXPECT_EQ(LowerCase(lower), lower);
-    EXPECT_EQ(FoldCase(upper), FoldCase(lower));
   }
-  for (const char16_t single : {u'@', u'[', u'`', u'{', u'1', u'ß', u'×', u'÷', u'ĸ', u'ı', u'İ',
-                                u'ſ', u'\u212A', u'中', u'\xD801', u'\xFFFF'}) {
+  for (const char16_t single : {u'[', u'ß', u'÷', u'ı', u'İ', u'ſ', u'\u212A', u'\xD801'}) {
     EXPECT_EQ(UpperCase(single), single);
     EXPECT_EQ(LowerCase(single), single);
   }

@@ -1,11 +1,12 @@
 #include "collections/Collection.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <functional>
-#include <limits>
 #include <list>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -13,6 +14,8 @@
 #include "apartment/Conversions.h"
 #include "automation/Error.h"
 #include "automation/Interface.h"
+#include "automation/LastError.h"
+#include "support/ApartmentFixture.h"
 #include "support/ErrorOf.h"
 
 namespace veldmark {
@@ -40,70 +43,6 @@ class LastWill : public Object {
  private:
   std::function<void()> will_;
 };
-
-TEST(Collection, TellsPositionsFromKeysByTheTypeOfTheIndex) {
-  std::int32_t two = 2;
-  Text word = u"KEY2";
-  Variant nested = Variant::ByReference(word);
-  const struct {
-    const char* name;
-    Variant index;
-    std::int32_t item;  ///< negative: the error
-  } cases[] = {
-      {"first", Variant(std::int32_t{1}), 1},
-      {"last", Variant(std::int64_t{3}), 3},
-      {"byte", Variant(std::uint8_t{2}), 2},
-      {"integer", Variant(std::int16_t{2}), 2},
-      {"currency", Variant(Currency{24999}), 2},
-      {"date", Variant(Date{2.25}), 2},
-      {"double rounds half to even, up", Variant(1.5), 2},
-      {"double rounds half to even, down", Variant(2.5), 2},
-      {"number by reference", Variant::ByReference(two), 2},
-      {"text in a variant by reference", Variant::ByReference(nested), 2},
-      {"key in another case", Variant(u"kEy2"), 2},
-      {"key of another alphabet's other case", Variant(u"\u00E4\u03A9"), 3},
-      {"zero", Variant(std::int32_t{0}), -9},
-      {"double that rounds to zero", Variant(0.5), -9},
-      {"behind the end", Variant(std::int32_t{4}), -9},
-      {"negative", Variant(std::int32_t{-1}), -9},
-      {"wraps to 1 in 32 bits", Variant(std::int64_t{0x100000001}), -9},
-      {"huge", Variant(1e300), -9},
-      {"not a number", Variant(std::numeric_limits<double>::quiet_NaN()), -9},
-      {"true is -1", Variant(true), -9},
-      {"digits are a key", Variant(u"2"), -5},
-      {"unknown key", Variant(u"key4"), -5},
-      {"key with a NUL behind", Variant(TextView(u"key2\0", 5)), -5},
-      {"empty", Variant(), -13},
-      {"null", Variant(Null()), -13},
-      {"left out", Variant::Missing(), -13},
-      {"nothing", Variant(Ref<Object>()), -13},
-      {"array", Variant(LongArray({1})), -13},
-  };
-  for (const auto& test : cases) {
-    SCOPED_TRACE(test.name);
-    const auto list = Make<Collection>();
-    list->Add(Variant(1), CollectionKey::Plain(u"key1"));
-    list->Add(Variant(2), CollectionKey::Plain(u"Key2"));
-    list->Add(Variant(3), CollectionKey::Plain(u"\u00C4\u03C9"));
-    const std::int32_t before_error = ErrorOf([&] { list->Add(Variant(9), {}, test.index); });
-    if (test.item < 0) {
-      EXPECT_EQ(ErrorOf([&] { list->Item(test.index); }), -test.item);
-      EXPECT_EQ(ErrorOf([&] { list->Remove(test.index); }), -test.item);
-      if (!test.index.IsMissing()) {
-        EXPECT_EQ(before_error, -test.item);
-        EXPECT_EQ(list->Count(), 3);
-      }
-    } else {
-      std::vector<std::int32_t> expected = {1, 2, 3};
-      expected.insert(expected.begin() + test.item - 1, 9);
-      EXPECT_EQ(IdsOf(*list), expected);
-      list->Remove(Variant(test.item));
-      EXPECT_EQ(IdOf(list->Item(test.index)), test.item);
-      list->Remove(test.index);
-      EXPECT_EQ(list->Count(), 2);
-    }
-  }
-}
 
 TEST(Collection, RefusesAKeyTwiceAndTwoPlacesAndStaysAsItWas) {
   const auto list = Make<Collection>();
@@ -137,12 +76,78 @@ TEST(Collection, TakesAnEncodedKeyForWhatItsEncodingSpells) {
        {u"65", u"65-0", u"65-", u"065-0-", u"256-0-", u"65-00-", u"6x-0-", u"-65-0-", u"65--0-",
         u"1000-0-", u"65-0-98-", u"\uFF16-0-"}) {
     const CollectionKey key = CollectionKey::Plain(unspelled);
-    EXPECT_NE(key, CollectionKey::Encoded(u"A")) << ToUtf8(unspelled);
-    EXPECT_NE(key, CollectionKey::Encoded(unspelled));
+    EXPECT_TRUE(key.IsByLetters()) << ToUtf8(unspelled);
     EXPECT_EQ(key, CollectionKey::Plain(unspelled));
   }
   EXPECT_EQ(CollectionKey::Plain(u""), CollectionKey::Encoded(u""));
   EXPECT_NE(CollectionKey::Encoded(u"Share"), CollectionKey::Encoded(u"SHARE"));
+}
+
+TEST(Collection, FoldsWhatThePlatformsComparisonFoldsWhereThereIsOne) {
+  const struct {
+    TextView one, other;
+    bool equal, equal_by_letters;
+  } cases[] = {
+      {u"Straße", u"STRASSE", true, false},
+      {u"\u00E4", u"A\u0308", true, false},
+      {u"\u00E4\u03A9", u"\u00C4\u03C9", true, true},
+      {u"k", u"\u212A", true, false},
+      {u"co\u00ADop", u"coop", true, false},
+      {TextView(u"key\0", 4), u"KEY", true, false},
+      {u"\u00B5", u"\u03BC", false, true},
+      {u"a", u"\u00E4", false, false},
+      {u"a\u0001", u"a", false, false},
+      {u"Key", u"kEY", true, true},
+  };
+  for (const bool on_platform : {true, false}) {
+    std::optional<SimulatedApartment> apartment;
+    if (on_platform) apartment.emplace();
+    for (const auto& c : cases) {
+      SCOPED_TRACE(ToUtf8(c.one));
+      const bool equal = on_platform ? c.equal : c.equal_by_letters;
+      SetLastPlatformError(77);
+      for (const auto& [first, second] : {std::pair{c.one, c.other}, {c.other, c.one}}) {
+        const auto list = Make<Collection>();
+        list->Add(Variant(1), CollectionKey::Plain(u"ascii"));
+        list->Add(Variant(2), CollectionKey::Encoded(first));
+        list->Add(Variant(3));
+        list->Add(Variant(4), CollectionKey::Plain(first));
+        EXPECT_EQ(ErrorOf([&] { EXPECT_EQ(IdOf(list->Item(Variant(second))), 4); }), equal ? 0 : 5);
+        EXPECT_EQ(ErrorOf([&] { list->Add(Variant(5), CollectionKey::Plain(second)); }),
+                  equal ? 457 : 0);
+        // What was there before is found in the one form as in the other.
+        EXPECT_EQ(IdOf(list->Item(Variant(u"ASCII"))), 1);
+        EXPECT_EQ(IdOf(list->Item(CollectionKey::Encoded(first))), 2);
+        list->Remove(Variant(u"Ascii"));
+        list->Remove(Variant(first));
+        EXPECT_EQ(list->Count(), equal ? 2 : 3);
+      }
+      EXPECT_EQ(LastPlatformError(), 77u) << "a look-up is no call of the caller's";
+    }
+  }
+}
+
+TEST(KeyIndex, FindsEverySlotThatIsThereAndNoOther) {
+  std::mt19937 random(3);
+  KeyIndex index;
+  std::vector<std::uint32_t> slots;  // each under a hash that it shares with others
+  const auto hash = [](std::uint32_t slot) { return slot % 7 * 0x40000001; };
+  for (std::uint32_t step = 0; step < 3000; ++step) {
+    if (slots.size() < 2 || (random() % 2 != 0 && slots.size() < 40)) {
+      index.Reserve();
+      index.Insert(hash(step), step);
+      slots.push_back(step);
+    } else {
+      std::swap(slots[random() % slots.size()], slots.back());
+      index.Erase(hash(slots.back()), slots.back());
+      slots.pop_back();
+    }
+    std::vector<std::uint32_t> found;
+    for (std::uint32_t home = 0; home < 7; ++home) {
+      index.Find(hash(home), [&](std::uint32_t slot) { return found.push_back(slot), false; });
+    }
+    ASSERT_THAT(found, testing::UnorderedElementsAreArray(slots)) << step;
+  }
 }
 
 /// The same list kept the plain way. A walk's place is an element of its own: what comes behind it
@@ -300,26 +305,6 @@ TEST(Collection, LetsAnEndingItemAndAnOutlivingWalkDoAsTheyLike) {
   EXPECT_FALSE(twin->Skip(0xFFFFFFFF));
   twin->Reset();
   EXPECT_TRUE(twin->Next(item));
-}
-
-// With a cost that grows with the list for a look-up or an end's removal, this doesn't come to an
-// end within the time of a test run.
-TEST(Collection, TakesAMillionItems) {
-  constexpr std::int32_t kItems = 1'000'000;
-  const auto list = Make<Collection>();
-  const auto key = [](std::int32_t id) { return CollectionKey::Encoded(ToText(id)); };
-  for (std::int32_t id = 0; id < kItems; ++id) list->Add(Variant(id), key(id));
-  std::int64_t differences = 0;
-  for (std::int32_t id = 0; id < kItems; ++id) {
-    differences += IdOf(list->Item(key(id))) != id;
-    differences += IdOf(list->Item(Variant(id + 1))) != id;
-  }
-  for (std::int32_t id = 0; id < kItems / 2; ++id) {
-    list->Remove(key(id));
-    list->Remove(Variant(list->Count()));
-  }
-  EXPECT_EQ(differences, 0);
-  EXPECT_EQ(list->Count(), 0);
 }
 
 }  // namespace

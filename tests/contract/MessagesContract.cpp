@@ -51,6 +51,7 @@ TEST_F(MessageTexts, OfTheSystemAreThePublishedOnes) {
   EXPECT_EQ(Format(kFromSystem, nullptr, 5), "Access is denied.\r\n");
   EXPECT_EQ(Format(kFromSystem, nullptr, 2, 0), "The system cannot find the file specified.\r\n");
   EXPECT_EQ(Format(kFromSystem, nullptr, 193, 0x409), "%1 is not a valid Win32 application.\r\n");
+  EXPECT_EQ(Format(kFromSystem, nullptr, 0x800401F3), "Invalid class string\r\n");
 }
 
 TEST_F(MessageTexts, ComeFromModulesBeforeTheSystem) {

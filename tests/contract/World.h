@@ -22,15 +22,11 @@ enum class Trait {
   InvalidCharacters,  // a listing refuses patterns that no name can match
   VerbatimLongForms,  // nothing in a path of the long form is normalised
   FilesAsFolders,     // a listing tells a file in the folder's place from a missing folder
-  MissingDrives,      // a path on a missing drive is a missing path
-  MissingServers,     // a path on a missing server is a missing network path
   ListedFoldersStay,  // a folder isn't removed while it is listed
   CreationTimes,      // a change leaves the time of creation alone
   NetworkMessages,    // netmsg.dll has its texts
   PublishedTexts,     // the system's texts are the published English ones
   Connections,        // a network provider takes connections
-  InheritedLists,     // access lists are kept as they are stored, and inherited
-  WholeStringForm,    // a descriptor's string may have object entries and null lists
 };
 
 // A platform to hold against the operations' contracts, with room to work in.

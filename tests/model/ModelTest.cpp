@@ -1,16 +1,18 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cctype>
 #include <fstream>
 #include <iterator>
 #include <set>
 #include <string>
 
+#include "apartment/CStatus.h"
+#include "apartment/CTimer.h"
 #include "model/IdlWriter.h"
 #include "model/ManifestWriter.h"
 #include "model/ReferenceWriter.h"
+#include "root/CMyComputer.h"
 #include "root/ObjectModel.h"
+#include "root/SystemRoot.h"
 
 namespace veldmark {
 namespace {
@@ -52,37 +54,44 @@ TEST(Model, NoTwoTypesShareAnIdentifierOrAName) {
   EXPECT_EQ(FindClass(LibraryIdentity()), nullptr);
 }
 
-/// What the interface compiler and early-bound clients could not take.
-TEST(Model, EveryMemberCanBeStatedInATypeLibrary) {
-  const auto is_name = [](const Text& name) {
-    return !name.empty() && std::ranges::all_of(name, [](char16_t c) {
-      return c == u'_' || (c < 0x80 && std::isalnum(static_cast<int>(c)));
-    });
-  };
-  const auto is_plain = [](const Text& help) {
-    return !help.empty() &&
-           std::ranges::all_of(help, [](char16_t c) { return c >= 32 && c < 127; });
-  };
-  for (const Interface* table : ObjectModel()) {
-    SCOPED_TRACE(ToUtf8(table->name));
-    EXPECT_TRUE(is_plain(table->help));
-    std::set<std::pair<std::int32_t, MemberKind>> slots;
-    for (const Member& member : table->members) {
-      SCOPED_TRACE(ToUtf8(member.name));
-      EXPECT_TRUE(is_name(member.name));
-      EXPECT_TRUE(is_plain(member.help));
-      EXPECT_TRUE(slots.insert({member.id, member.kind}).second) << "identifier taken";
-      EXPECT_EQ(table->IdOf(member.name), member.id);
-      bool optional = false;
-      std::set<Text> names{u"result"};
-      for (const Parameter& parameter : member.parameters) {
-        EXPECT_TRUE(is_name(parameter.name));
-        EXPECT_TRUE(names.insert(LowerAscii(parameter.name)).second) << ToUtf8(parameter.name);
-        EXPECT_TRUE(parameter.default_value || !optional) << "required after optional";
-        optional = optional || parameter.default_value.has_value();
-      }
+/// A table's slots in their order, optional arguments in brackets.
+std::string SlotsOf(const Interface& table) {
+  std::string slots;
+  for (const Member& member : table.members) {
+    std::string arguments;
+    for (const Parameter& parameter : member.parameters) {
+      const std::string name = ToUtf8(parameter.name);
+      arguments +=
+          (arguments.empty() ? "" : ",") + (parameter.default_value ? "[" + name + "]" : name);
     }
+    slots += ToUtf8(member.name) + (member.kind == MemberKind::kPut ? "=" : "") +
+             (arguments.empty() ? "" : "(" + arguments + ")") + " ";
   }
+  return slots;
+}
+
+TEST(Model, SlotsAndArgumentsOfTheFrameAreThoseThatClientsWereBuiltFor) {
+  EXPECT_EQ(SlotsOf(CMyComputer::Describe()), "GetDrives ");
+  EXPECT_EQ(SlotsOf(CStatus::Describe()), "GetDebugInfo(DebugType) ");
+  EXPECT_EQ(SlotsOf(CTimer::Describe()), "Enabled Enabled=(Value) Interval Interval=(Value) ");
+  EXPECT_EQ(SlotsOf(SystemRoot::Describe()),
+            "LocalComputerName LocalUserName GetMyComputer GetNetHood GetWellKnownGroups "
+            "GetDomainFromServerName(ServerName) GetFolder(Path) FolderExists(Path) GetFile(Path) "
+            "FileExists(Path) GetStatusObject ConvertUTCtoLocal(dtUTC) ReadTextFile(szFileName) "
+            "WriteTextFile(szFileName,szFileContents,[bWriteAsUnicode]) "
+            "SetPrivilege(SystemName,PrivilegeName,[bEnable]) ClearSidCache GetRegistry "
+            "GetServer(ServerName,[DomainName]) GetUser(AccountDomain,UserName) "
+            "GetGroup(AccountDomain,GroupName) CopyFile(ExistingFile,NewFile,bOverwrite) "
+            "AddNetworkConnection(LocalName,RemoteName,UserName,Password,ResourceType,hWndOwner,"
+            "[bMakePersistent]) CancelNetworkConnection(RemoteName,[bMakePersistent],[bForce]) "
+            "GetDomain(DomainName) GetNamedSD(ObjectName,ObjectType,[SidLookupServer]) "
+            "SetNamedSD(oSecurityDescriptor) LookupSidText(ServerName,DomainName,AccountName) "
+            "CreateSD(pSD) CreateSDFromStringSD(StringSD,[SidLookupServer]) "
+            "CreateSDFromStringSD_API(StringSD,[SidLookupServer]) "
+            "CreateSDFromStringSD2(StringSD,[SidLookupServer],[ForestRootDC]) "
+            "ReadTextFileAPI(szFileName) ReadBinaryFileAPI(szFileName) "
+            "WriteBinaryFileAPI(szFileName,aData) GetSidObjectFromSid(objectSID,[ResidesOnServer]) "
+            "GetSidFromText(SidText) CreateFolder(FullPath) GetSidFromText2(SidText,ServerName) ");
 }
 
 }  // namespace

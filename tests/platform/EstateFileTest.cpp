@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -172,6 +177,11 @@ TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
       {Described(Drive(R"({"name": "x", "created": "2023-02-29T00:00:00Z"})")), drive + "/created"},
       {Described(Drive(R"({"name": "x", "created": "2023-02-28T00:00:00.Z"})")),
        drive + "/created"},
+      {Described("", R"("clock": "2023-02-28T24:00:00Z")"), "/clock"},
+      {Described("", R"("clock": "2023-02-28T00:60:00Z")"), "/clock"},
+      {Described("", R"("clock": "2023-02-28T00:00:60Z")"), "/clock"},
+      {"{\"\xC3(\": 1}", "line 1, column 4"},
+      {R"({"\ud800": 1})", "line 1, column 9"},
       {Described(Drive(R"({"name": "x", "messages": {"one": "1"}})")), drive + "/messages/one"},
       {Described(Drive(R"({"name": "x", "version": {}})")), drive + "/version"},
       {Described(Drive(R"({"name": "x", "version": {"file": "1.70000"}})")),
@@ -243,6 +253,96 @@ TEST(EstateFile, DescribesVolumesAndWhatSharesAsk) {
   EXPECT_EQ(*pay.user + *pay.password, u"clerkp");
   EXPECT_EQ(pay.drive, &local.drives().at(u'C'));
   EXPECT_TRUE(local.FindShare(u"odd")->provider_fails);
+}
+
+// Walks an estate along its schema. Wherever this says which fields or words there are, one that
+// isn't there is put in its place, and the reader's complaint must list the same ones.
+class SchemaWalk {
+ public:
+  using Json = nlohmann::json;
+
+  SchemaWalk(const Json& schema, Json& estate) : schema_(schema), estate_(estate) {}
+
+  void Follow(const Json& rule, Json& value) {
+    if (rule.contains("$ref")) {
+      const std::string name = rule["$ref"].get<std::string>().substr(std::strlen("#/$defs/"));
+      seen.insert(name);
+      return Follow(schema_["$defs"][name], value);
+    }
+    if (rule.contains("oneOf")) {
+      for (const Json& choice : rule["oneOf"]) {
+        if (Fits(choice, value)) Follow(choice, value);
+      }
+    }
+    // Each rule is put to the reader once.
+    const bool is_new = asked_.insert(&rule).second;
+    if (is_new && rule.contains("enum")) {
+      const Json before = std::exchange(value, "?");
+      ExpectListed("must be one of ", rule["enum"].get<std::set<std::string>>());
+      value = before;
+    }
+    if (rule.contains("properties")) {
+      std::set<std::string> fields;
+      for (const auto& [name, field] : rule["properties"].items()) {
+        fields.insert(name);
+        if (value.contains(name)) Follow(field, value[name]);
+      }
+      if (!is_new) return;
+      EXPECT_EQ(rule["additionalProperties"], false) << *fields.begin();
+      value["?"] = 0;
+      ExpectListed("unknown field; there are ", fields);
+      value.erase("?");
+    } else if (rule.contains("additionalProperties")) {
+      for (auto& [name, member] : value.items()) Follow(rule["additionalProperties"], member);
+    }
+    if (rule.contains("items")) {
+      for (Json& element : value) Follow(rule["items"], element);
+    }
+  }
+
+  std::set<std::string> seen;
+
+ private:
+  bool Fits(const Json& rule, const Json& value) const {
+    if (rule.contains("$ref"))
+      return Fits(schema_.at(Json::json_pointer(rule["$ref"].get<std::string>().substr(1))), value);
+    const std::string type = rule["type"];
+    return type == value.type_name() || (type == "integer" && value.is_number());
+  }
+
+  void ExpectListed(const std::string& introduction, const std::set<std::string>& names) const {
+    try {
+      ReadEstate(estate_.dump());
+      ADD_FAILURE() << introduction << *names.begin();
+    } catch (const EstateFileError& error) {
+      const std::string text = error.what();
+      const std::size_t start = text.find(introduction);
+      ASSERT_NE(start, std::string::npos) << text;
+      std::istringstream list(text.substr(start + introduction.size()));
+      std::set<std::string> told;
+      for (std::string name; std::getline(list >> std::ws, name, ',');) told.insert(name);
+      EXPECT_EQ(told, names) << text;
+    }
+  }
+
+  const Json& schema_;
+  Json& estate_;
+  std::set<const Json*> asked_;
+};
+
+TEST(EstateFile, IsWhatItsSchemaSays) {
+  const auto load = [](const char* name) {
+    std::ifstream file(name);
+    return nlohmann::json::parse(file);
+  };
+  const auto schema = load(VELDMARK_SOURCE_DIR "/docs/estate.schema.json");
+  auto estate = load(VELDMARK_SOURCE_DIR "/examples/estate.json");
+  SchemaWalk walk(schema, estate);
+  walk.Follow(schema, estate);
+  for (const auto& [name, rule] : schema["$defs"].items()) {
+    const bool tells = rule.contains("properties") || rule.contains("items");
+    EXPECT_TRUE(!tells || walk.seen.contains(name)) << "the example has no " << name;
+  }
 }
 
 TEST(EstateFile, OfTheExampleIsSound) {

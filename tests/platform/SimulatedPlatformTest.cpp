@@ -2,13 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <regex>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "automation/LastError.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/Handles.h"
 #include "platform/simulated/estate/FileNames.h"
+#include "platform/simulated/estate_file/EstateFile.h"
 
 namespace veldmark::simulated {
 namespace {
@@ -159,9 +164,6 @@ TEST_F(Simulation, TellsFilesBeyondFourGigabytesAndReadsThemAsZeros) {
   DWORD count = 0;
   EXPECT_TRUE(files_.ReadFile(file.Get(), bytes, 6, &count, nullptr));
   EXPECT_EQ(std::string(bytes, count), std::string("head\0\0", 6));
-  EXPECT_TRUE(files_.SetFilePointerEx(file.Get(), -1, nullptr, kFileEnd));
-  EXPECT_TRUE(files_.ReadFile(file.Get(), bytes, 6, &count, nullptr));
-  EXPECT_EQ(count, 1u);
 }
 
 TEST_F(Simulation, LoadsMessageFilesFromTheirPlaces) {
@@ -182,6 +184,90 @@ TEST_F(Simulation, LoadsMessageFilesFromTheirPlaces) {
   EXPECT_EQ(platform_.messages.LoadLibraryExW(u"C:\\Data\\a.txt", nullptr, kLoadLibraryAsDatafile),
             HMODULE{0});
   EXPECT_EQ(LastPlatformError(), 193u);
+}
+
+TEST_F(Simulation, ServesThreadsInTurnOnOneWorldEachWithItsOwnErrors) {
+  const auto work = [this](const Text& own) {
+    for (int round = 0; round < 300; ++round) {
+      const Text name = u"C:\\" + own + ToText(round);
+      EXPECT_TRUE(files_.CreateDirectoryW(name.c_str(), nullptr));
+      EXPECT_EQ(List(name), 0u);
+      EXPECT_FALSE(files_.CreateDirectoryW(name.c_str(), nullptr));
+      EXPECT_EQ(LastPlatformError(), kErrorAlreadyExists);
+      EXPECT_EQ(Read(u"C:\\none"), kErrorFileNotFound);
+      EXPECT_TRUE(round == 0 || files_.RemoveDirectoryW(name.c_str()));
+    }
+  };
+  std::thread other(work, u"theirs");
+  work(u"ours");
+  other.join();
+  EXPECT_EQ(List(u"C:\\ours0") + List(u"C:\\theirs0"), 0u) << "one world";
+  EXPECT_EQ(List(u"C:\\theirs1"), kErrorFileNotFound);
+  EXPECT_TRUE(simulated_.ledger().IsClean()) << simulated_.ledger().Report();
+}
+
+TEST(SimulatedTimers, BeatOnTheirOwnThreadWhileTheClockOfTheFileRuns) {
+  static Timers* timers = nullptr;
+  static int beats = 0;
+  Ticks real = 5'000'000;
+  for (const bool runs : {true, false}) {
+    const std::string file = std::string(R"({"computers": [{"name": "A"}], "clockRuns": )") +
+                             (runs ? "true}" : "false}");
+    SimulatedPlatform simulated(ReadEstate(file, [&real] { return real; }));
+    const Platform platform = simulated.platform();
+    timers = &platform.timers;
+    beats = 0;
+    const UINT_PTR id = timers->SetTimer(nullptr, 0, 100, [](HWND, UINT, UINT_PTR own, DWORD) {
+      // A callback calls the platform again.
+      EXPECT_EQ(timers->SetTimer(nullptr, own, 100, nullptr), own);
+      ++beats;
+    });
+    std::thread([&] {
+      real += 100 * kTicksPerMillisecond;
+      timers->DoEvents();
+      EXPECT_FALSE(timers->KillTimer(nullptr, id));
+    }).join();
+    EXPECT_EQ(beats, 0) << "another thread's turn";
+    timers->DoEvents();
+    EXPECT_EQ(beats, runs ? 1 : 0);
+    EXPECT_EQ(simulated.estate().milliseconds(), runs ? 100u : 0u);
+    simulated.estate().Advance(100);
+    EXPECT_EQ(simulated.estate().milliseconds(), runs ? 200u : 100u);
+    EXPECT_TRUE(timers->KillTimer(nullptr, id));
+  }
+}
+
+TEST_F(Simulation, LeavesACodeBehindACallThatSucceeds) {
+  simulated_.faults().LeaveEvery("CreateDirectoryW", kErrorAccessDenied);
+  EXPECT_TRUE(files_.CreateDirectoryW(u"C:\\new", nullptr));
+  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
+  EXPECT_FALSE(files_.CreateDirectoryW(u"C:\\new", nullptr));
+  EXPECT_EQ(LastPlatformError(), kErrorAlreadyExists) << "its own failure says more";
+  EXPECT_EQ(simulated_.faults().fired(), 2u);
+}
+
+TEST_F(Simulation, KeepsNothingOfCallsWhoseJournalIsStopped) {
+  EXPECT_EQ(List(u"C:\\*"), 0u);
+  EXPECT_FALSE(simulated_.journal().entries().empty());
+  simulated_.journal().StopKeeping();
+  EXPECT_EQ(List(u"C:\\*"), 0u);
+  EXPECT_TRUE(simulated_.journal().entries().empty());
+}
+
+TEST(PublishedMessages, HaveATextForEveryCodeThatTheOperationsName) {
+  std::ifstream header(VELDMARK_SOURCE_DIR "/src/platform/operations/ErrorCodes.h");
+  const std::string source{std::istreambuf_iterator<char>(header), {}};
+  const std::regex constant(R"((k\w+) = (\d+);)");
+  const Estate estate;
+  int codes = 0;
+  for (std::sregex_iterator match(source.begin(), source.end(), constant), end; match != end;
+       ++match, ++codes) {
+    const auto code = static_cast<DWORD>(std::stoul((*match)[2]));
+    EXPECT_TRUE(estate.system_messages().contains(code) ||
+                estate.modules().at(u"NETMSG.DLL").contains(code))
+        << (*match)[1] << " = " << code;
+  }
+  EXPECT_GT(codes, 60);
 }
 
 TEST(ShortNames, RunFromNumbersToChecksumsWithoutEnd) {

@@ -6,7 +6,9 @@
 #include "security/CAce.h"
 #include "security/CAces.h"
 #include "security/CAcl.h"
+#include "security/CSecurityDescriptor.h"
 #include "security/CSid.h"
+#include "security/DescriptorReader.h"
 #include "security/Guid.h"
 #include "support/ApartmentFixture.h"
 #include "support/ErrorOf.h"
@@ -124,6 +126,13 @@ TEST_F(Lists, GuidsReadFromTextsWithAndWithoutBraces) {
     EXPECT_EQ(ErrorOf([&] { ConvertStringToGUID2(c.text); }),
               static_cast<std::int32_t>(0x800401F3u));
   }
+  // The platform's own form is held to unit by unit.
+  for (std::size_t i = 0; i <= kGuidText.size(); ++i) {
+    Text text(kGuidText.substr(0, i));
+    if (i < kGuidText.size()) text.append(1, u'g').append(kGuidText.substr(i + 1));
+    if (i == kGuidText.size()) text += u'}';
+    EXPECT_NE(ErrorOf([&] { ConvertStringToGUID2(text); }), 0) << ToUtf8(text);
+  }
   EXPECT_NE(ErrorOf([&] { ConvertStringToGUID2(kGuidText.substr(1, 36)); }), 0);
 }
 
@@ -200,6 +209,43 @@ TEST_F(Lists, OfDescriptorsThatLieAreRefused) {
   std::vector<std::uint8_t> cut = descriptor(0x8004, 0, 0);
   cut.resize(19);
   EXPECT_EQ(error(cut), 1338);
+}
+
+TEST_F(Lists, AreReadByTheTypesOfTheirEntriesAndOwnersWhereTheyAreSound) {
+  const auto read = [](unsigned sid_revision, unsigned sub_authorities, bool plain_only) {
+    Layout layout;
+    layout.U8(1).U8(0).U16(0x8004).U32(20).U32(0).U32(0).U32(32);
+    layout.U8(sid_revision).U8(sub_authorities).U32(0).U16(0x500).U32(18);
+    layout.U8(4).U8(0).U16(8 + 10 * 24).U16(10).U16(0);
+    for (unsigned type = 0; type < 10; ++type) {
+      layout.U8(type).U8(0).U16(24).U32(7);
+      const bool is_object = type == 5 || type == 6;
+      // What lies before the SID of an object entry would be one without sub-authorities.
+      if (is_object) layout.U32(0);
+      layout.Sid(18);
+      if (!is_object) layout.U32(0);
+    }
+    const auto descriptor = Make<CSecurityDescriptor>();
+    const DescriptorReader reader{.object_type = SE_DS_OBJECT,
+                                  .object_class = u"",
+                                  .resides_on_server = u"",
+                                  .plain_entries_only = plain_only};
+    const BinaryDescriptor parts = reader.ReadHeader(*descriptor, layout.bytes);
+    reader.ReadOwner(*descriptor, parts);
+    reader.ReadDacl(*descriptor, parts);
+    std::string told = descriptor->GetOwnerSid() ? "owned" : "";
+    const Ref<CAces> aces = descriptor->GetDACL()->GetAces();
+    for (std::int32_t i = 1; i <= aces->Count(); ++i) {
+      Variant index(i);
+      told += " " + std::to_string(aces->Item(index)->AceType);
+    }
+    return told;
+  };
+  EXPECT_EQ(read(1, 1, false), "owned 0 1 5 6");
+  EXPECT_EQ(read(1, 1, true), "owned 0 1 2 3 4 5 6 7 8 9");
+  EXPECT_EQ(read(2, 1, false), " 0 1 5 6");
+  EXPECT_EQ(read(1, 16, false), " 0 1 5 6");
+  EXPECT_EQ(read(1, 15, false), "owned 0 1 5 6");
 }
 
 TEST_F(Lists, AreBuiltOnlyOfSoundEntriesThatFit) {

@@ -1,7 +1,10 @@
+#include <gtest/gtest.h>
+
 #include "apartment/Apartment.h"
 #include "automation/Secret.h"
 #include "platform/simulated/families/SimulatedPlatform.h"
 #include "root/SystemRoot.h"
+#include "support/ErrorOf.h"
 #include "support/MixedPlatform.h"
 
 namespace veldmark {
@@ -51,14 +54,8 @@ TEST(Connections, GiveTheProviderWhatTheCallerGave) {
   EXPECT_TRUE(root.CancelNetworkConnection(u"Z:", false, true));
   EXPECT_NE(provider.asked.back(), '0');
   provider.status = 1208;
-  try {
-    add(u"", u"", u"", u"", 0, 0, false);
-    ADD_FAILURE();
-  } catch (const AutomationError& error) {
-    EXPECT_EQ(error.number, 1208);
-    EXPECT_EQ(error.description, u"A error specific to the network provider occurred");
-    EXPECT_EQ(error.source, u"Veldmark2.SystemRoot");
-  }
+  EXPECT_EQ(FailureOf([&] { add(u"", u"", u"", u"", 0, 0, false); }),
+            u"1208|Veldmark2.SystemRoot|A error specific to the network provider occurred");
   Apartment::End();
 }
 

@@ -8,26 +8,19 @@ namespace veldmark {
 namespace {
 
 /// Drives of every kind: a stick in A, a disc in D, a share under P, nothing in F.
-void AddDrives(StorageWorld& world) {
-  simulated::Computer& local = world.local();
-  local.AddDrive(u'A', kDriveRemovable);
-  local.AddDrive(u'D', kDriveCdrom);
-  local.AddDrive(u'F', kDriveRemovable);
-  local.volume(u'A').label = u"STICK";
-  local.volume(u'D').label = u"DISC";
-  local.volume(u'D').serial = 0xFEDCBA98;
-  local.volume(u'F').ready = false;
-  local.volume(u'C').serial = 0x1A2B3C4D;
-  world.estate().MapDrive(u'P', u"\\\\SRV\\Share");
-}
-
-struct DriveWorld : StorageWorld {
-  DriveWorld() { AddDrives(*this); }
-};
-
 class Drives : public StorageTest {
  protected:
-  Drives() { AddDrives(*this); }
+  Drives() {
+    local().AddDrive(u'A', kDriveRemovable);
+    local().AddDrive(u'D', kDriveCdrom);
+    local().AddDrive(u'F', kDriveRemovable);
+    local().volume(u'A').label = u"STICK";
+    local().volume(u'D').label = u"DISC";
+    local().volume(u'D').serial = 0xFEDCBA98;
+    local().volume(u'F').ready = false;
+    local().volume(u'C').serial = 0x1A2B3C4D;
+    estate().MapDrive(u'P', u"\\\\SRV\\Share");
+  }
 
   static Ref<CDrive> Drive(const Text& letter) {
     Variant key(letter);
@@ -87,14 +80,13 @@ TEST_F(Drives, TellTheirSpaceAsCurrencyOnceItIsAskedFor) {
   EXPECT_EQ(Engine().GetDriveInfo(u"C:", true)->TotalSize(), Bytes(1000));
 }
 
-TEST_F(Drives, RaiseTheNumberThatStandsInErrWhereTheSpaceCannotBeTold) {
+TEST_F(Drives, RaiseTheNumberThatTheirLoadLeftWhereTheSpaceCannotBeTold) {
   const Ref<CDrive> drive = Drive(u"F");
-  for (const auto& [stands, raised] : {std::pair{0, 5}, {77, 77}}) {
-    Err().Set(AutomationError(stands, u"Before", u""));
-    EXPECT_EQ(ErrorOf([&] { drive->TotalSize(); }), raised);
-    EXPECT_EQ(Err().Source(), u"Before");
-    EXPECT_EQ(Err().Description(), u"The device is not ready.");
-  }
+  Err().Set(AutomationError(77, u"Before", u"Of a call before, which decides nothing"));
+  EXPECT_EQ(FailureOf([&] { drive->TotalSize(); }), u"5||The device is not ready.");
+  faults().FailNthOf("WNetGetUniversalNameW", 2, 1222);
+  EXPECT_EQ(FailureOf([] { Drive(u"P")->TotalSize(); }),
+            u"1222|Veldmark2.CSupport|" + GetAPIErrorText(3));
   local().volume(u'F').ready = true;
   EXPECT_EQ(drive->TotalSize(), Bytes(8ll << 30));
 }
@@ -133,7 +125,9 @@ TEST_F(Drives, TellTheirVolumeDataWhereThereIsAMedium) {
     EXPECT_EQ(drive->Flags() != 0, c.ready);
     EXPECT_EQ(drive->IsReady(), c.ready);
   }
-  EXPECT_EQ(Drive(u"P")->TotalSize(), Bytes(64ll << 30)) << "the share's, asked by its own name";
+  EXPECT_EQ(Drive(u"P")->TotalSize(), Bytes(64ll << 30));
+  EXPECT_EQ(journal().entries().back(),
+            (simulated::Journal::Entry{"GetDiskFreeSpaceExW", "\\\\SRV\\Share\\"}));
 }
 
 TEST_F(Drives, AskAgainForWhatIsEmptyAndForNothingElse) {
@@ -183,28 +177,6 @@ TEST_F(Drives, GiveARootFolderThatHasNoMoreThanTheirPath) {
   EXPECT_EQ(root->Attributes(), FA_Normal);
   EXPECT_TRUE(journal().entries().empty());
   EXPECT_EQ(PathsIn(root->GetSubFolders()), " C:\\D C:\\Empty C:\\Secret");
-}
-
-TEST(DriveFaults, LeaveADriveEmptyOrAreRaisedWithTheSpace) {
-  SweepFaults<DriveWorld>(
-      {"GetLogicalDriveStringsW", "GetDriveTypeW", "GetVolumeInformationW",
-       "WNetGetUniversalNameW"},
-      [](DriveWorld&) {
-        const Ref<CDrives> drives = Engine().GetDrives();
-        Variant letter(u"P");
-        if (const Ref<CDrive> drive = drives->Item(letter)) {
-          drive->VolumeName();
-          Err().Clear();
-        }
-        Engine().GetDriveInfo(u"C:", true);
-      },
-      [](DriveWorld&, const std::string& failed, bool raised) {
-        EXPECT_EQ(raised, failed == "GetDiskFreeSpaceExW");
-        if (raised) {
-          EXPECT_EQ(Err().Number(), runtime_error::kInvalidCall);
-        }
-      },
-      {"GetDiskFreeSpaceExW"});
 }
 
 }  // namespace

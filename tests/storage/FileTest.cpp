@@ -54,7 +54,7 @@ TEST_F(Files, TellTheirSizeWithTheHighHalfAt2To28) {
 }
 
 TEST_F(Files, CarryWhatTheirEntrySays) {
-  SetBias(300);
+  SetZone(300);
   const simulated::Ticks noon = simulated::Estate::kDefaultTime;
   local()
       .Find(u"C:\\D\\a")
@@ -144,21 +144,6 @@ TEST_F(Files, KeepTheirRarelyFilledFields) {
   for (const char16_t* name : names) EXPECT_EQ(get(name), Variant(u""));
   for (const char16_t* name : names) Call(*file, name, MemberKind::kPut, {Variant(name)});
   for (const char16_t* name : names) EXPECT_EQ(get(name), Variant(name));
-  EXPECT_LE(sizeof(CFile), 350u);
-}
-
-TEST(FileFaults, AreReportedBeforeAnythingIsChanged) {
-  SweepFaults<StorageWorld>(
-      {"FindClose", "FileTimeToLocalFileTime", "FileTimeToSystemTime"},
-      [](StorageWorld&) {
-        const Ref<CFile> file = Engine().GetFile(u"C:\\D\\a");
-        file->PutAttributes(FA_ReadOnly);
-        file->PutAttributes(FA_Hidden);
-        file->Delete(false);
-      },
-      [](StorageWorld& world, const std::string& failed, bool raised) {
-        EXPECT_EQ(world.local().Find(u"C:\\D\\a") != nullptr, raised) << failed;
-      });
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include <cstring>
 
+#include "root/SystemRoot.h"
+#include "security/CSid.h"
 #include "storage/StorageFixture.h"
 #include "support/MixedPlatform.h"
 
@@ -118,23 +120,54 @@ TEST(MappedDrives, GiveTheirShareAndAReadableNameForIt) {
   Apartment::End();
 }
 
-TEST_F(Paths, OfAnyLengthAndContentReachThePlatform) {
-  const Text too_long = u"C:\\" + Text(40'000, u'n');
+TEST_F(Paths, BeyondTheLimitOfPlainOnesReachThePlatformInTheLongForm) {
   Text deep = u"C:\\D";
-  for (int i = 0; i < 6'000; ++i) deep += u"\\n";
-  for (const Text& path : {too_long, deep, deep + deep + deep + deep}) {
-    EXPECT_NE(ErrorOf([&] { Engine().GetFolder(path); }), 0);
-    EXPECT_NE(ErrorOf([&] { Engine().GetFile(path); }), 0);
-    EXPECT_NE(ErrorOf([&] { Engine().GetPathNames(path, true, true, false); }), 0);
-    const auto folder = Make<CFolder>();
-    folder->PutPath(path);
-    EXPECT_EQ(folder->Path(), path);
-    EXPECT_FALSE(folder->CreateSubFolder(u"s"));
+  for (int i = 0; i < 6; ++i) deep += u"\\" + Text(50, u'n');
+  local().AddFile(deep + u"\\f", "far below");
+  local().AddFolder(deep + u"\\sub");
+  const auto root = Make<SystemRoot>();
+  journal().Clear();
+  EXPECT_TRUE(root->FileExists(deep + u"\\f"));
+  EXPECT_TRUE(root->FolderExists(deep));
+  EXPECT_EQ(root->ReadTextFileAPI(deep + u"\\f"), u"far below");
+  ByteArray bytes = root->ReadBinaryFileAPI(deep + u"\\f");
+  EXPECT_EQ(root->WriteBinaryFileAPI(deep + u"\\g", bytes), 9);
+  root->CopyFile(deep + u"\\f", deep + u"\\made\\copy", false);
+  EXPECT_TRUE(root->CreateFolder(deep + u"\\made too"));
+  EXPECT_EQ(Engine().GetFolders(deep)->Count(), 3);
+  EXPECT_EQ(Engine().GetFiles(deep)->Count(), 2);
+
+  const Ref<CFile> file = root->GetFile(deep + u"\\f");
+  EXPECT_EQ(file->Path(), deep + u"\\f");
+  file->PutAttributes(FA_Hidden);
+  EXPECT_TRUE(file->GetSecurityDescriptor()->GetOwnerSid());
+  EXPECT_EQ(ErrorOf([&] { file->VersionField<&CFile::Details::Version>(); }), 13);
+  EXPECT_TRUE(file->Delete(false));
+
+  const Ref<CFolder> folder = root->GetFolder(deep);
+  EXPECT_EQ(folder->Path(), deep);
+  EXPECT_TRUE(folder->CreateSubFolder(u"fourth"));
+  EXPECT_EQ(folder->GetSubFolders()->Count(), 4);
+  EXPECT_EQ(folder->GetFiles()->Count(), 7);
+  EXPECT_EQ(folder->GetPathNames(true, true)->Count(), 5);
+  folder->PutAttributes(static_cast<FileAttribute>(FA_Directory | FA_Hidden));
+  EXPECT_TRUE(folder->GetSecurityDescriptor()->GetOwnerSid());
+  EXPECT_EQ(folder->Delete(true, true), 7);
+  for (const auto& [operation, argument] : journal().entries()) {
+    for (std::size_t at = argument.find("C:"); at != std::string::npos;
+         at = argument.find("C:", at + 1)) {
+      EXPECT_EQ(argument.substr(at < 4 ? 0 : at - 4, 4), "\\\\?\\") << operation;
+    }
   }
-  // The platform reads up to the NUL; the object keeps what it was given.
+  // No platform takes these; the object keeps what it was given.
+  const Text endless = u"C:\\" + Text(40'000, u'n');
+  const auto nowhere = Make<CFolder>();
+  nowhere->PutPath(endless);
+  EXPECT_EQ(nowhere->Path(), endless);
+  EXPECT_NE(ErrorOf([&] { nowhere->GetFiles(); }), 0);
+  EXPECT_FALSE(nowhere->CreateSubFolder(u"s"));
   const Text with_nul(u"C:\\D\\a\0.txt", 11);
   EXPECT_EQ(Engine().GetFile(with_nul)->Path(), with_nul + u"a");
-  EXPECT_EQ(PathsIn(Engine().GetFiles(Text(u"C:\\D\0", 5))), "");
 }
 
 }  // namespace

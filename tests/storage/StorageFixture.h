@@ -50,26 +50,8 @@ class StorageWorld : public SimulatedApartment {
     server.AddFile(u"C:\\Shared\\Deep\\f");
     server.AddShare(u"Share", u"C:\\Shared");
   }
-
-  /// Minutes from local time to universal time.
-  void SetBias(LONG minutes) {
-    TIME_ZONE_INFORMATION zone{};
-    zone.Bias = minutes;
-    estate().SetTimeZone(zone, kTimeZoneIdStandard);
-  }
 };
 
-/// A test in that world; it fails when an object or a handle outlives it.
-class StorageTest : public testing::Test, protected StorageWorld {
- protected:
-  void TearDown() override {
-    for (const Counter counter :
-         {Counter::kFile, Counter::kFiles, Counter::kFolder, Counter::kFolders, Counter::kPathName,
-          Counter::kPathNames, Counter::kDrive, Counter::kDrives}) {
-      EXPECT_EQ(Apartment::Current().counters[counter], 0) << static_cast<int>(counter);
-    }
-    EXPECT_EQ(ledger().Report(), "");
-  }
-};
+using StorageTest = TestIn<StorageWorld>;
 
 }  // namespace veldmark

@@ -39,16 +39,19 @@ TEST_F(Walks, PutEachEntryInItsListAndCountFoldersAsFilesWhereNoneAreWanted) {
 
 TEST_F(Walks, ListPathNamesByTheSameRule) {
   const struct {
+    const char16_t* path;
     std::vector<Variant> arguments;
     const char* names;
   } cases[] = {
-      {{}, " C:\\D\\a C:\\D\\b C:\\D\\o/ C:\\D\\x/"},
-      {{true, false}, " C:\\D\\o/ C:\\D\\x/"},
-      {{false}, " C:\\D\\. C:\\D\\.. C:\\D\\a C:\\D\\b C:\\D\\o C:\\D\\x"},
-      {{false, false}, ""},
+      {u"C:\\D", {}, " C:\\D\\a C:\\D\\b C:\\D\\o/ C:\\D\\x/"},
+      {u"C:\\D", {true, false}, " C:\\D\\o/ C:\\D\\x/"},
+      {u"C:\\D", {false}, " C:\\D\\. C:\\D\\.. C:\\D\\a C:\\D\\b C:\\D\\o C:\\D\\x"},
+      {u"C:\\D", {false, false}, ""},
+      {u"E:", {}, " E:\\one"},
+      {u"\\\\SRV\\Share\\", {}, " \\\\SRV\\Share\\Deep/"},
   };
-  const Ref<CFolder> folder = Engine().GetFolder(u"C:\\D");
   for (const auto& c : cases) {
+    const Ref<CFolder> folder = Engine().GetFolder(c.path);
     const Ref<Object> names =
         ToObject(Call(*folder, u"GetPathNames", MemberKind::kMethod, c.arguments));
     std::string listed;
@@ -70,8 +73,6 @@ TEST_F(Walks, RaiseWhyAFolderCantBeOpenedAndLeaveTheOutputsNothing) {
     const auto folder = Make<CFolder>();
     folder->PutPath(path);
     EXPECT_EQ(ErrorOf([&] { folder->GetFiles(); }), number);
-    EXPECT_EQ(Err().Number(), number);
-    EXPECT_EQ(Err().Source(), u"Veldmark2.CSupport");
     EXPECT_EQ(ErrorOf([&] { Engine().GetPathNames(path, true, true, false); }), number);
     EXPECT_EQ(ErrorOf([&] { Engine().GetFolders(path); }), number);
     EXPECT_EQ(ErrorOf([&] { Engine().GetFiles(path); }), number);
@@ -118,8 +119,9 @@ TEST_F(Walks, NarrateEveryEntryAndAskWhileNothingIsFound) {
 }
 
 TEST_F(Walks, AskAtEveryThousandObjectsAndKeepWhatWasFoundBefore) {
-  for (int i = 0; i < 2001; ++i) {
-    local().AddFile(u"C:\\Big\\" + ToText(std::int64_t{100000 + i}));
+  for (std::int64_t i = 0; i < 2001; ++i) {
+    const Text path = u"C:\\Big\\" + ToText(100000 + i);
+    i % 2 ? local().AddFolder(path) : local().AddFile(path);
   }
   std::vector<std::int32_t> asked;
   std::int32_t stop_at = -1;
@@ -144,7 +146,7 @@ TEST_F(Walks, AskAtEveryThousandObjectsAndKeepWhatWasFoundBefore) {
       Ref<CFiles> files;
       folder->GetFolderContents(folders, files);
       EXPECT_EQ(asked, c.asked);
-      EXPECT_EQ(files ? files->Count() : c.found, c.found);
+      EXPECT_EQ(files ? folders->Count() + files->Count() : c.found, c.found);
       asked.clear();
       const Ref<CPathNames> names = folder->GetPathNames(true, true);
       EXPECT_EQ(asked, c.asked);

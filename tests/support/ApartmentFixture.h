@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "apartment/Apartment.h"
 #include "platform/simulated/families/SimulatedPlatform.h"
 
@@ -26,15 +28,41 @@ class SimulatedApartment {
   simulated::Journal& journal() { return simulated.journal(); }
   simulated::FaultHook& faults() { return simulated.faults(); }
 
+  /// Biases in minutes, from local time to universal time.
+  void SetZone(LONG bias, LONG standard = 0, LONG daylight = 0,
+               DWORD current = kTimeZoneIdStandard) {
+    TIME_ZONE_INFORMATION zone{};
+    zone.Bias = bias;
+    zone.StandardBias = standard;
+    zone.DaylightBias = daylight;
+    estate().SetTimeZone(zone, current);
+  }
+  /// The bytes of a file of this computer; "no file" where there is none.
+  std::string ContentOf(TextView path) {
+    const auto file = local().Find(path);
+    if (!file) return "no file";
+    std::string bytes(file->size(), '\0');
+    bytes.resize(file->Read(0, bytes.data(), bytes.size()));
+    return bytes;
+  }
+
   simulated::SimulatedPlatform simulated;
   Platform platform;
 };
 
-/// A test in an apartment of its own; it fails when something that the platform handed out is still
-/// open at its end.
-class ApartmentFixture : public testing::Test, protected SimulatedApartment {
+/// A test in a world of its own, an apartment that may be furnished. It fails when an object or
+/// something that the platform handed out outlives it.
+template <class World>
+class TestIn : public testing::Test, protected World {
  protected:
-  void TearDown() override { EXPECT_EQ(ledger().Report(), ""); }
+  ~TestIn() override {
+    for (int i = 0; i < static_cast<int>(Counter::kCount); ++i) {
+      EXPECT_EQ(Apartment::Current().counters[static_cast<Counter>(i)], 0) << "counter " << i;
+    }
+    EXPECT_EQ(this->ledger().Report(), "");
+  }
 };
+
+using ApartmentFixture = TestIn<SimulatedApartment>;
 
 }  // namespace veldmark

@@ -4,15 +4,15 @@
 
 namespace veldmark {
 
-/// The platform with another provider of network connections.
-inline Platform WithProvider(const Platform& whole, NetworkProvider& provider) {
+/// The platform with another provider of network connections, or another security.
+inline Platform Mixed(const Platform& whole, NetworkProvider& provider, Security& security) {
   return {whole.files,
           provider,
           whole.messages,
           whole.registry,
           whole.system,
           whole.timers,
-          whole.security,
+          security,
           whole.network_management,
           whole.version_information,
           whole.multimedia,
@@ -36,6 +36,12 @@ inline Platform WithAccounts(const Platform& whole, AccountManagement& accounts)
           accounts,
           whole.authority,
           whole.sockets};
+}
+inline Platform WithProvider(const Platform& whole, NetworkProvider& provider) {
+  return Mixed(whole, provider, whole.security);
+}
+inline Platform WithSecurity(const Platform& whole, Security& security) {
+  return Mixed(whole, whole.network_provider, security);
 }
 
 }  // namespace veldmark

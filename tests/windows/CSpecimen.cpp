@@ -5,12 +5,14 @@
 namespace veldmark {
 namespace {
 
-/// Counts 1, 2, 3 and fails at 4 when told to.
+/// Counts 1, 2, 3, telling the list's listeners, and fails at 4 when told to.
 class ThreeNumbers final : public Enumerator {
  public:
-  ThreeNumbers(std::int32_t position, bool fails) : position_(position), fails_(fails) {}
+  ThreeNumbers(Ref<CSpecimen> list, std::int32_t position)
+      : list_(std::move(list)), position_(position) {}
   bool Next(Variant& item) override {
-    if (position_ == 3 && fails_) Raise(9);
+    list_->Tell({});
+    if (position_ == 3 && list_->Number == 4) Raise(9);
     if (position_ == 3) return false;
     item = Variant(++position_);
     return true;
@@ -21,11 +23,11 @@ class ThreeNumbers final : public Enumerator {
     return count <= left;
   }
   void Reset() override { position_ = 0; }
-  Ref<Enumerator> Clone() const override { return Make<ThreeNumbers>(position_, fails_); }
+  Ref<Enumerator> Clone() const override { return Make<ThreeNumbers>(list_, position_); }
 
  private:
+  Ref<CSpecimen> list_;
   std::int32_t position_;
-  bool fails_;
 };
 
 const EventInterface& SpecimenEvents() {
@@ -71,7 +73,7 @@ Ref<CSpecimen> CSpecimen::Item(const Variant& index) {
   return item;
 }
 
-Ref<Enumerator> CSpecimen::NewEnum() { return Make<ThreeNumbers>(0, Number == 4); }
+Ref<Enumerator> CSpecimen::NewEnum() { return Make<ThreeNumbers>(this, 0); }
 
 Text CSpecimen::Join(TextView first, const Variant& second, std::int32_t times) {
   Text joined;

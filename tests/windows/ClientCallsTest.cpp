@@ -53,8 +53,13 @@ struct Bstr {
 class Listener final : public com::ComObject<IDispatch> {
  public:
   std::function<HRESULT(DISPPARAMS&, EXCEPINFO*)> on_event;
+  std::function<void()> on_connection;  // as it begins and as it ends
 
+  ~Listener() override {
+    if (on_connection) on_connection();
+  }
   STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
+    if (on_connection) on_connection();
     const Identity events = CSpecimen::Describe().events->InterfaceIdentity();
     return ComObject::QueryInterface(iid == AsIid(events) && knows_events ? IID_IDispatch : iid,
                                      out);
@@ -163,7 +168,11 @@ TEST_F(ClientCalls, OnlyAClientsReferencesHoldTheModule) {
   auto point = Point();
   specimen_ = {};
   EXPECT_EQ(Holds(), 1) << "the connection point holds its object";
+  ComRef<IEnumConnections> connections;
+  ASSERT_EQ(point->EnumConnections(connections.Receive()), S_OK);
   point = {};
+  EXPECT_EQ(Holds(), 1) << "an enumeration is the library's code too";
+  connections = {};
   EXPECT_EQ(Holds(), 0);
   *specimen_.Receive() = static_cast<ISpecimen*>(abi::HandOutObject(object_));
   EXPECT_EQ(Holds(), 1);
@@ -381,6 +390,75 @@ TEST_F(ClientCalls, LateBoundCallsFindTheirPlaceByPositionAndByName) {
   EXPECT_EQ(ids[2], DISPID_UNKNOWN);
 }
 
+TEST_F(ClientCalls, ScriptsVariablesAndArraysCrossInTheirOwnShapes) {
+  VARIANT object, left, array, result;
+  for (VARIANT* variant : {&object, &left, &array, &result}) VariantInit(variant);
+  // A fresh variable takes the object, and then Nothing.
+  const auto create = [&] {
+    return Call(L"Create", DISPATCH_METHOD, {By(VT_VARIANT, &object)}, {}, nullptr);
+  };
+  ASSERT_EQ(create(), S_OK);
+  EXPECT_TRUE(V_VT(&object) == VT_DISPATCH && V_DISPATCH(&object));
+  ASSERT_EQ(create(), S_OK);
+  EXPECT_TRUE(V_VT(&object) == VT_DISPATCH && !V_DISPATCH(&object));
+
+  // What a member leaves alone keeps the type that the script gave it.
+  V_VT(&left) = VT_I2;
+  const VARIANT by_left = By(VT_VARIANT, &left);
+  EXPECT_EQ(Call(L"Leave", DISPATCH_METHOD, {by_left, by_left, by_left, by_left}, {}, nullptr),
+            S_OK);
+  EXPECT_EQ(V_VT(&left), VT_I2);
+
+  // `Children(4)` means the default member of what `Children` gives.
+  ASSERT_EQ(Call(L"Children", DISPATCH_PROPERTYGET, {Long(4)}, {}, &result), S_OK);
+  Bstr name;
+  specimen_->NameOf(V_DISPATCH(&result), &name.text);
+  EXPECT_EQ(name.Text(), L"item 4");
+  VariantClear(&result);
+
+  // A script's array holds variants; what comes back in its place has the parameter's type.
+  com::OwnedVariant loose(Variant(VariantArray({Variant(1), Variant(Text(u"2")), Variant(3)})));
+  array = loose.Detach();
+  ASSERT_EQ(Call(L"Reverse", DISPATCH_METHOD, {By(VT_VARIANT, &array)}, {}, &result), S_OK);
+  EXPECT_TRUE(abi::Read(com::AsRaw(array)) == Variant(ByteArray({3, 2, 1}, 0)));
+  EXPECT_TRUE(abi::Read(com::AsRaw(result)) == Variant(ByteArray({1, 2, 3}, 0)));
+  VariantClear(&array);
+  VariantClear(&result);
+}
+
+TEST_F(ClientCalls, ForEachFindsTheEnumeratorByEitherName) {
+  for (const wchar_t* name : {L"NewEnum", L"_NewEnum", L"_newenum"}) {
+    VARIANT result;
+    OLECHAR* names[] = {const_cast<OLECHAR*>(name)};
+    DISPID id = DISPID_UNKNOWN;
+    EXPECT_EQ(specimen_->GetIDsOfNames(IID_NULL, names, 1, 0, &id), S_OK);
+    EXPECT_EQ(id, DISPID_NEWENUM);
+    EXPECT_EQ(Call(name, DISPATCH_PROPERTYGET | DISPATCH_METHOD, {}, {}, &result), S_OK);
+    EXPECT_EQ(V_VT(&result), VT_UNKNOWN);
+    VariantClear(&result);
+  }
+}
+
+TEST_F(ClientCalls, OnlyAMembersOwnErrorStandsInErr) {
+  ErrObject err;
+  err.Set(AutomationError(77, u"", u"of an earlier call"));
+  ErrObject::Attach(&err);
+  VARIANT null, word;
+  V_VT(&null) = VT_NULL;
+  const Bstr text(L"word");
+  V_VT(&word) = VT_BSTR;
+  V_BSTR(&word) = text.text;
+  for (const VARIANT& refused : {null, word}) {
+    EXPECT_TRUE(FAILED(Call(L"Number", DISPATCH_PROPERTYPUT, {refused}, {}, nullptr)));
+    EXPECT_EQ(err.Number(), 77) << "an argument refused";
+  }
+  EXPECT_EQ(Call(L"Fail", DISPATCH_METHOD, {word, Long(5)}, {}, nullptr), DISP_E_EXCEPTION);
+  EXPECT_EQ(err.Number(), 5);
+  EXPECT_EQ(specimen_->Fail(6, text.text), static_cast<HRESULT>(0x800A0006));
+  EXPECT_EQ(err.Number(), 6);
+  ErrObject::Attach(nullptr);
+}
+
 TEST_F(ClientCalls, AnErrorComesWithItsInformationEarlyAndLateBound) {
   const Bstr description(L"gone");
   EXPECT_EQ(specimen_->Fail(2221, description.text), static_cast<HRESULT>(0x800A08AD));
@@ -491,20 +569,58 @@ TEST_F(ClientCalls, ListenersHearCancelFailAndLeaveInTheMiddleOfAnEvent) {
   EXPECT_EQ(cancelled, VARIANT_FALSE);
 }
 
-TEST_F(ClientCalls, ASourceThatItsListenerLetsGoOfFinishesItsCall) {
+TEST_F(ClientCalls, ACallWhoseListenerLetsGoOfEverythingHoldsObjectAndModuleToItsEnd) {
+  // What the client has, beside its object.
+  ComRef<IUnknown> numbers;
+  ComRef<IConnectionPoint> point;
   ComRef<Listener> listener;
-  *listener.Receive() = new Listener;
   DWORD cookie = 0;
-  ASSERT_EQ(Point()->Advise(listener.Get(), &cookie), S_OK);
-  ISpecimen* const bare = specimen_.Get();
-  listener->on_event = [&](DISPPARAMS&, EXCEPINFO*) {
-    specimen_ = {};
-    EXPECT_EQ(CSpecimen::alive, 1);
-    return S_OK;
-  };
   VARIANT_BOOL cancelled = VARIANT_FALSE;
-  EXPECT_EQ(bare->Tell(nullptr, &cancelled), S_OK);
-  EXPECT_EQ(CSpecimen::alive, 0) << "a subscription keeps nothing alive";
+  VARIANT item;
+  struct Way {
+    const char* what;
+    bool by_connection;
+    std::function<HRESULT()> call;
+  } const ways[] = {
+      {"early-bound", false, [&] { return specimen_->Tell(nullptr, &cancelled); }},
+      {"late-bound", false, [&] { return Call(L"Tell", DISPATCH_METHOD, {Long(1)}, {}, nullptr); }},
+      {"an enumerator's step", false,
+       [&] { return static_cast<IEnumVARIANT*>(numbers.Get())->Next(1, &item, nullptr); }},
+      {"a connection's begin", true, [&] { return point->Advise(listener.Get(), &cookie); }},
+      {"a connection's end", true,
+       [&] {
+         listener = {};
+         return point->Unadvise(cookie);
+       }},
+  };
+  for (const Way& way : ways) {
+    SCOPED_TRACE(way.what);
+    *specimen_.Receive() = static_cast<ISpecimen*>(abi::HandOutObject(Make<CSpecimen>().Get()));
+    point = Point();
+    *listener.Receive() = new Listener;
+    ASSERT_EQ(point->Advise(listener.Get(), &cookie), S_OK);
+    ASSERT_EQ(specimen_->get_NewEnum(numbers.Receive()), S_OK);
+    int times = 0;
+    const auto let_go = [&] {
+      ++times;
+      specimen_ = {};
+      point = {};
+      numbers = {};
+      EXPECT_EQ(CSpecimen::alive, 1);
+      EXPECT_EQ(Holds(), 1);
+    };
+    listener->on_event = [&](DISPPARAMS&, EXCEPINFO*) {
+      let_go();
+      return S_OK;
+    };
+    if (way.by_connection) listener->on_connection = let_go;
+    EXPECT_EQ(way.call(), S_OK);
+    EXPECT_GE(times, 1);
+    if (listener) listener->on_connection = {};
+    listener = {};
+    EXPECT_EQ(CSpecimen::alive, 0) << "a subscription keeps nothing alive";
+    EXPECT_EQ(Holds(), 0);
+  }
 }
 
 TEST_F(ClientCalls, AForeignObjectGoesOutAsThePointerItCameBy) {

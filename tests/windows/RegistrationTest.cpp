@@ -172,12 +172,15 @@ TEST_F(Registration, WhatAServerOfTheOtherWordSizeNeedsStays) {
   ASSERT_EQ(server_.Register(), S_OK);
   const std::wstring version =
       L"Software\\Classes\\TypeLib\\" + Braced(LibraryIdentity()) + L"\\2.0\\";
-  RegCloseKey(MakeKey(machine_.key, version + L"0\\win32"));
+  const bool is_64_bit = sizeof(void*) == 8;
+  const std::wstring own = version + (is_64_bit ? L"0\\win64" : L"0\\win32");
+  const std::wstring other = version + (is_64_bit ? L"0\\win32" : L"0\\win64");
+  RegCloseKey(MakeKey(machine_.key, other));
   EXPECT_EQ(server_.Unregister(), S_OK);
   const Snapshot left = TakeSnapshot(machine_);
-  EXPECT_TRUE(left.contains(version + L"0\\win32\\"));
+  EXPECT_TRUE(left.contains(other + L"\\"));
   EXPECT_TRUE(left.contains(version + L"HELPDIR\\"));
-  EXPECT_FALSE(left.contains(version + L"0\\win64\\"));
+  EXPECT_FALSE(left.contains(own + L"\\"));
 }
 
 TEST_F(Registration, WhereTheMachineIsDeniedTheUserGetsIt) {

@@ -32,6 +32,10 @@ DEFINE_GUID(kActiveScriptSite, 0xdb01a1e3, 0xa42b, 0x11cf, 0x8f, 0x20, 0x00, 0x8
             0x64);
 
 constexpr int kFailed = 1;
+constexpr int kNotStarted = 2;
+
+// Why a stream last refused what was written to it; 0 while none has.
+DWORD write_error = 0;
 
 void Write(DWORD stream, std::wstring_view text) {
   const int length = static_cast<int>(text.size());
@@ -42,6 +46,7 @@ void Write(DWORD stream, std::wstring_view text) {
   for (DWORD done = 0; done < static_cast<DWORD>(size); done += written) {
     if (!WriteFile(GetStdHandle(stream), bytes.data() + done, static_cast<DWORD>(size) - done,
                    &written, nullptr)) {
+      write_error = GetLastError();
       break;
     }
   }
@@ -89,6 +94,20 @@ std::wstring Description(HRESULT code) {
   if (length > 0) return std::wstring(text, length);
   swprintf(text, 512, L"error 0x%08lX", static_cast<unsigned long>(code));
   return text;
+}
+
+// The exit status of a script that ended with this one. A script whose output got lost has failed,
+// though it could do all it had to.
+int StatusWithOutput(int status) {
+  if (write_error == 0) return status;
+  // A reader that went away has read all that it wanted.
+  const bool left = write_error == ERROR_PIPE_NOT_CONNECTED || write_error == ERROR_NO_DATA ||
+                    write_error == ERROR_BROKEN_PIPE;
+  if (!left) {
+    Write(STD_ERROR_HANDLE, L"The output could not be written: " +
+                                Description(HRESULT_FROM_WIN32(write_error)) + L"\n");
+  }
+  return status != 0 ? status : kFailed;
 }
 
 void TurnMessageLoop() {
@@ -181,7 +200,7 @@ HRESULT Host::OnScriptError(IActiveScriptError* error) {
 void Host::Quit(int status) {
   // A script may quit from the depth of its calls; the engine can't be unwound from there.
   for (auto& sink : sinks_) sink->Disconnect();
-  ExitProcess(static_cast<UINT>(status));
+  ExitProcess(static_cast<UINT>(StatusWithOutput(status)));
 }
 
 HRESULT Host::Connect(const Call& call, IDispatch* source, std::wstring prefix) {
@@ -374,7 +393,43 @@ int Host::Run(const wchar_t* language, const std::wstring& text,
   for (auto& sink : sinks_) sink->Disconnect();
   sinks_.clear();
   engine_->Close();
-  return status_;
+  return StatusWithOutput(status_);
+}
+
+// Ends the script that its engine broke down under, before the system shows that on standard
+// output.
+LONG WINAPI Collapse(EXCEPTION_POINTERS* exception) {
+  wchar_t text[64];
+  swprintf(text, 64, L"The script broke its engine: exception 0x%08lX.\n",
+           static_cast<unsigned long>(exception->ExceptionRecord->ExceptionCode));
+  Write(STD_ERROR_HANDLE, text);
+  TerminateProcess(GetCurrentProcess(), kFailed);
+  return EXCEPTION_EXECUTE_HANDLER;
+}
+
+// Creates an object of a class and lets it go. Where that fails, says why: a script would see no
+// more than that it can't be created.
+bool CanCreate(const wchar_t* name) {
+  CLSID id;
+  Reference<IUnknown> object;
+  HRESULT result = CLSIDFromProgID(name, &id);
+  SetErrorInfo(0, nullptr);
+  if (SUCCEEDED(result)) {
+    result = CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
+                              reinterpret_cast<void**>(object.Receive()));
+  }
+  if (SUCCEEDED(result)) return true;
+  std::wstring reason;
+  Reference<IErrorInfo> information;
+  if (GetErrorInfo(0, information.Receive()) == S_OK) {
+    BSTR text = nullptr;
+    information->GetDescription(&text);
+    reason.assign(text, text + SysStringLen(text));
+    SysFreeString(text);
+  }
+  if (reason.empty()) reason = std::wstring(name) + L": " + Description(result);
+  Write(STD_ERROR_HANDLE, reason + L"\n");
+  return false;
 }
 
 }  // namespace
@@ -382,11 +437,19 @@ int Host::Run(const wchar_t* language, const std::wstring& text,
 
 int wmain(int count, wchar_t** words) {
   using namespace scripthost;
-  if (count < 2) {
-    Write(STD_ERROR_HANDLE, L"usage: scripthost SCRIPT [ARG...]\n");
+  SetUnhandledExceptionFilter(Collapse);
+  std::vector<std::wstring> arguments(words + 1, words + count);
+  std::wstring needed;
+  if (arguments.size() > 1 && arguments[0] == L"--needs") {
+    needed = arguments[1];
+    arguments.erase(arguments.begin(), arguments.begin() + 2);
+  }
+  if (arguments.empty()) {
+    Write(STD_ERROR_HANDLE, L"usage: scripthost [--needs CLASS] SCRIPT [ARG...]\n");
     return kFailed;
   }
-  const std::wstring path = words[1];
+  const std::wstring path = arguments[0];
+  arguments.erase(arguments.begin());
   std::string bytes;
   if (!ReadWhole(path, &bytes)) {
     Write(STD_ERROR_HANDLE, L"Can not find script file \"" + path + L"\".\n");
@@ -395,11 +458,10 @@ int wmain(int count, wchar_t** words) {
   const std::size_t dot = path.find_last_of(L'.');
   const bool jscript = dot != std::wstring::npos && _wcsicmp(path.c_str() + dot, L".js") == 0;
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-  int status;
-  {
+  int status = kNotStarted;
+  if (needed.empty() || CanCreate(needed.c_str())) {
     Host host(path);
-    status = host.Run(jscript ? L"JScript" : L"VBScript", Decode(bytes),
-                      std::vector<std::wstring>(words + 2, words + count));
+    status = host.Run(jscript ? L"JScript" : L"VBScript", Decode(bytes), std::move(arguments));
   }
   CoUninitialize();
   return status;

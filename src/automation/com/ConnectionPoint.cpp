@@ -1,5 +1,6 @@
 #include "automation/com/ConnectionPoint.h"
 
+#include "automation/CallInProgress.h"
 #include "automation/Events.h"
 #include "automation/Interface.h"
 #include "automation/com/ListEnumerator.h"
@@ -35,6 +36,8 @@ HRESULT ConnectionPoint::Advise(IUnknown* listener, DWORD* cookie) {
   if (!cookie) return E_POINTER;
   *cookie = 0;
   if (!listener) return E_POINTER;
+  Object& source = *object_;
+  const CallInProgress in_progress(source);
   try {
     // The event interface is called late-bound too, so that its pointer is an IDispatch.
     ComRef<IDispatch> dispatch;
@@ -44,7 +47,7 @@ HRESULT ConnectionPoint::Advise(IUnknown* listener, DWORD* cookie) {
                                         reinterpret_cast<void**>(dispatch.Receive())))) {
       return CONNECT_E_CANNOTCONNECT;
     }
-    *cookie = object_->Events()->Advise(veldmark::Make<ListenerSink>(std::move(dispatch)));
+    *cookie = source.Events()->Advise(veldmark::Make<ListenerSink>(std::move(dispatch)));
     return S_OK;
   } catch (...) {
     return E_OUTOFMEMORY;
@@ -52,6 +55,7 @@ HRESULT ConnectionPoint::Advise(IUnknown* listener, DWORD* cookie) {
 }
 
 HRESULT ConnectionPoint::Unadvise(DWORD cookie) {
+  const CallInProgress in_progress(*object_);
   return object_->Events()->Unadvise(cookie) ? S_OK : CONNECT_E_NOCONNECTION;
 }
 

@@ -2,6 +2,7 @@
 #include <array>
 
 #include "automation/Boundary.h"
+#include "automation/CallInProgress.h"
 #include "automation/Enumerator.h"
 #include "automation/Secret.h"
 #include "automation/com/ClassFace.h"
@@ -181,6 +182,14 @@ HRESULT InvokeMember(Object& self, const Member& member, DISPPARAMS& parameters,
   return S_OK;
 }
 
+/// A member's identifier. Some clients' For Each asks for the enumerator by the name that type
+/// libraries often give it.
+DISPID IdOf(const ClassFace& face, TextView name) {
+  const DISPID id = face.table.IdOf(name);
+  const bool alias = id == DISPID_UNKNOWN && MemberNameEqual()(name, u"_NewEnum");
+  return alias && face.Find(DISPID_NEWENUM, DISPATCH_PROPERTYGET) ? DISPID_NEWENUM : id;
+}
+
 }  // namespace
 
 HRESULT STDMETHODCALLTYPE GetTypeInfoCount(BinaryFace*, UINT* count) noexcept {
@@ -207,7 +216,7 @@ HRESULT STDMETHODCALLTYPE GetIDsOfNames(BinaryFace* face, REFIID reserved, OLECH
     return names[i] ? TextView(reinterpret_cast<const char16_t*>(names[i])) : TextView();
   };
   const Interface& table = ClassFace::Of(*face).table;
-  ids[0] = table.IdOf(name(0));
+  ids[0] = IdOf(ClassFace::Of(*face), name(0));
   bool known = ids[0] != DISPID_UNKNOWN;
   for (UINT i = 1; i < count; ++i) {
     ids[i] = DISPID_UNKNOWN;
@@ -239,9 +248,10 @@ HRESULT STDMETHODCALLTYPE Invoke(BinaryFace* face, DISPID id, REFIID reserved, L
   }
   const Member* member = ClassFace::Of(*face).Find(id, flags);
   if (!member) return DISP_E_MEMBERNOTFOUND;
-  const Ref<Object> self(&ObjectOf(face));  // a listener may let go of it in the middle of the call
+  Object& self = ObjectOf(face);
+  const CallInProgress in_progress(self);
   try {
-    return InvokeMember(*self, *member, *parameters, result, exception, bad_argument);
+    return InvokeMember(self, *member, *parameters, result, exception, bad_argument);
   } catch (...) {
     try {
       if (exception) FillException(*exception, CurrentError());

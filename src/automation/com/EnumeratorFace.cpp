@@ -1,3 +1,4 @@
+#include "automation/CallInProgress.h"
 #include "automation/Enumerator.h"
 #include "automation/com/ClassFace.h"
 #include "automation/com/Face.h"
@@ -10,6 +11,7 @@ Enumerator& EnumeratorOf(BinaryFace* face) { return static_cast<Enumerator&>(Obj
 /// Runs one function's body; what it raises becomes error information and a failure code.
 template <class Body>
 HRESULT Guarded(Enumerator& self, Body body) noexcept {
+  const CallInProgress in_progress(self);
   try {
     return body();
   } catch (...) {

@@ -48,8 +48,4 @@ class ExternalReference {
   Object* object_;
 };
 
-/// Lets go of the type library that this module keeps loaded. For the end of the module; what asks
-/// for type information later loads it again.
-void ForgetTypeLibrary() noexcept;
-
 }  // namespace veldmark::com

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "automation/ModuleCount.h"
 #include "automation/com/ComObject.h"
 #include "automation/com/ComRef.h"
 
@@ -74,6 +75,7 @@ class ListEnumerator final : public ComObject<Face> {
   ListEnumerator(Items items, std::size_t position)
       : items_(std::move(items)), position_(position) {}
 
+  ModuleHold hold_;  // first, so that it outlasts the items
   Items items_;
   std::size_t position_;
 };

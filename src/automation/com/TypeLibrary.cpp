@@ -3,8 +3,6 @@
 #include <atomic>
 #include <string>
 
-#include "automation/com/Face.h"
-
 namespace veldmark::com {
 namespace {
 
@@ -40,10 +38,6 @@ ComRef<ITypeLib> OwnTypeLibrary() noexcept {
   } catch (...) {
     return {};
   }
-}
-
-void ForgetTypeLibrary() noexcept {
-  if (ITypeLib* present = loaded.exchange(nullptr)) present->Release();
 }
 
 }  // namespace veldmark::com

@@ -42,7 +42,6 @@ inline constexpr DWORD kErrorInsufficientBuffer = 122;
 inline constexpr DWORD kErrorInvalidName = 123;
 inline constexpr DWORD kErrorInvalidLevel = 124;
 inline constexpr DWORD kErrorModNotFound = 126;
-inline constexpr DWORD kErrorNegativeSeek = 131;
 inline constexpr DWORD kErrorDirNotRoot = 144;
 inline constexpr DWORD kErrorDirNotEmpty = 145;
 inline constexpr DWORD kErrorBadPathname = 161;

@@ -6,7 +6,6 @@ namespace veldmark {
 
 inline constexpr std::size_t kMaxPath = 260;
 
-inline constexpr DWORD kInvalidFileAttributes = 0xFFFFFFFF;
 inline constexpr DWORD kFileAttributeReadOnly = 0x1;
 inline constexpr DWORD kFileAttributeHidden = 0x2;
 inline constexpr DWORD kFileAttributeSystem = 0x4;
@@ -44,10 +43,6 @@ inline constexpr DWORD kTruncateExisting = 5;
 inline constexpr DWORD kFileFlagBackupSemantics = 0x02000000;
 inline constexpr DWORD kFileFlagDeleteOnClose = 0x04000000;
 inline constexpr DWORD kFileFlagSequentialScan = 0x08000000;
-
-inline constexpr DWORD kFileBegin = 0;
-inline constexpr DWORD kFileCurrent = 1;
-inline constexpr DWORD kFileEnd = 2;
 
 inline constexpr DWORD kInvalidFileSize = 0xFFFFFFFF;
 inline constexpr int kGetFileExInfoStandard = 0;
@@ -145,9 +140,6 @@ class FileSystem {
   // non-zero. A trailing "\" is accepted for folders; behind a file's name it gives 123 or 3.
   virtual BOOL GetFileAttributesExW(LPCWSTR file_name, int level, void* information) = 0;
 
-  // The attributes, or kInvalidFileAttributes on failure.
-  virtual DWORD GetFileAttributesW(LPCWSTR file_name) = 0;
-
   // Stores the attributes that can be set (read-only, hidden, system, archive, temporary, offline,
   // not indexed); the others, directory among them, stay as they are. 0 or kFileAttributeNormal
   // clears. Non-zero on success.
@@ -186,11 +178,6 @@ class FileSystem {
   // without write access, 6 for no file handle, 112 if the disk is full. `overlapped` must be null.
   virtual BOOL WriteFile(HANDLE file, const void* buffer, DWORD bytes_to_write,
                          DWORD* bytes_written, void* overlapped) = 0;
-
-  // Moves the position, in bytes; behind the end is allowed. `new_position` may be null. Non-zero
-  // on success. 131: before the beginning; 87: unknown `move_method`; 6.
-  virtual BOOL SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, LARGE_INTEGER* new_position,
-                                DWORD move_method) = 0;
 
   // Hands what was written to the disk. Non-zero on success; 5 without write access, 6.
   virtual BOOL FlushFileBuffers(HANDLE file) = 0;

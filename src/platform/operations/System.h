@@ -20,6 +20,10 @@ inline constexpr DWORD kWideErrInvalidChars = 0x80;
 
 inline constexpr UINT kLocalZeroInitialised = 0x40;
 
+inline constexpr DWORD kLocaleInvariant = 0x7F;
+inline constexpr DWORD kLcmapSortKey = 0x400;
+inline constexpr DWORD kNormIgnoreCase = 0x1;
+
 struct SYSTEMTIME {
   WORD wYear;  // 1601 to 30827
   WORD wMonth;
@@ -96,6 +100,14 @@ class System {
   virtual INT WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, INT wide_size,
                                   char* multi_byte, INT multi_byte_size, LPCSTR default_character,
                                   BOOL* used_default) = 0;
+
+  // With kLcmapSortKey in `flags`: the sort key of `text_size` characters, bytes of which the last
+  // is 0. Two texts have the same where they compare equal under the kNorm... flags and the locale.
+  // Writes it to `mapped`, which has room for `mapped_size` bytes, and returns its length, or the
+  // length needed if `mapped_size` is 0. 0 on failure: 122 if the room is too small, 87 for a
+  // `text_size` of 0 or an unknown locale.
+  virtual INT LCMapStringW(DWORD locale, DWORD flags, LPCWSTR text, INT text_size, LPWSTR mapped,
+                           INT mapped_size) = 0;
 
   // The length of a NUL-terminated text in characters; 0 for null.
   virtual INT lstrlenW(LPCWSTR text) = 0;

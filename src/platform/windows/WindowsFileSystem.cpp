@@ -45,10 +45,6 @@ BOOL WindowsFileSystem::GetFileAttributesExW(LPCWSTR file_name, int level, void*
   });
 }
 
-DWORD WindowsFileSystem::GetFileAttributesW(LPCWSTR file_name) {
-  return RecordedOn(file_name, [&] { return ::GetFileAttributesW(Sdk(file_name)); });
-}
-
 BOOL WindowsFileSystem::SetFileAttributesW(LPCWSTR file_name, DWORD attributes) {
   return RecordedOn(file_name, [&] { return ::SetFileAttributesW(Sdk(file_name), attributes); });
 }
@@ -67,6 +63,16 @@ HANDLE WindowsFileSystem::CreateFileW(LPCWSTR file_name, DWORD desired_access, D
   });
 }
 
+HANDLE WindowsFileSystem::CreateFileA(LPCSTR file_name, DWORD desired_access, DWORD share_mode,
+                                      const SECURITY_ATTRIBUTES* security,
+                                      DWORD creation_disposition, DWORD flags_and_attributes,
+                                      HANDLE template_file) {
+  return Recorded([&] {
+    return ::CreateFileA(file_name, desired_access, share_mode, SdkReadOnly(security),
+                         creation_disposition, flags_and_attributes, template_file);
+  });
+}
+
 BOOL WindowsFileSystem::ReadFile(HANDLE file, void* buffer, DWORD bytes_to_read, DWORD* bytes_read,
                                  void* overlapped) {
   return Recorded([&] {
@@ -80,14 +86,6 @@ BOOL WindowsFileSystem::WriteFile(HANDLE file, const void* buffer, DWORD bytes_t
   return Recorded([&] {
     return ::WriteFile(file, buffer, bytes_to_write, Sdk(bytes_written),
                        static_cast<::OVERLAPPED*>(overlapped));
-  });
-}
-
-BOOL WindowsFileSystem::SetFilePointerEx(HANDLE file, LARGE_INTEGER distance,
-                                         LARGE_INTEGER* new_position, DWORD move_method) {
-  return Recorded([&] {
-    return ::SetFilePointerEx(file, ::LARGE_INTEGER{.QuadPart = distance}, Sdk(new_position),
-                              move_method);
   });
 }
 
@@ -109,8 +107,10 @@ BOOL WindowsFileSystem::CloseHandle(HANDLE object) {
 
 BOOL WindowsFileSystem::CopyFileW(LPCWSTR existing_file_name, LPCWSTR new_file_name,
                                   BOOL fail_if_exists) {
-  return Recorded(
+  const BOOL copied = Recorded(
       [&] { return ::CopyFileW(Sdk(existing_file_name), Sdk(new_file_name), fail_if_exists); });
+  SetLastPlatformError(PublishedCopyError(existing_file_name, new_file_name, LastPlatformError()));
+  return copied;
 }
 
 DWORD WindowsFileSystem::GetLogicalDriveStringsW(DWORD length, LPWSTR buffer) {

@@ -13,18 +13,18 @@ class WindowsFileSystem final : public FileSystem {
   BOOL CreateDirectoryW(LPCWSTR path_name, const SECURITY_ATTRIBUTES* security) override;
   BOOL RemoveDirectoryW(LPCWSTR path_name) override;
   BOOL GetFileAttributesExW(LPCWSTR file_name, int level, void* information) override;
-  DWORD GetFileAttributesW(LPCWSTR file_name) override;
   BOOL SetFileAttributesW(LPCWSTR file_name, DWORD attributes) override;
   BOOL DeleteFileW(LPCWSTR file_name) override;
   HANDLE CreateFileW(LPCWSTR file_name, DWORD desired_access, DWORD share_mode,
+                     const SECURITY_ATTRIBUTES* security, DWORD creation_disposition,
+                     DWORD flags_and_attributes, HANDLE template_file) override;
+  HANDLE CreateFileA(LPCSTR file_name, DWORD desired_access, DWORD share_mode,
                      const SECURITY_ATTRIBUTES* security, DWORD creation_disposition,
                      DWORD flags_and_attributes, HANDLE template_file) override;
   BOOL ReadFile(HANDLE file, void* buffer, DWORD bytes_to_read, DWORD* bytes_read,
                 void* overlapped) override;
   BOOL WriteFile(HANDLE file, const void* buffer, DWORD bytes_to_write, DWORD* bytes_written,
                  void* overlapped) override;
-  BOOL SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, LARGE_INTEGER* new_position,
-                        DWORD move_method) override;
   BOOL FlushFileBuffers(HANDLE file) override;
   BOOL GetFileSizeEx(HANDLE file, LARGE_INTEGER* size) override;
   DWORD GetFileSize(HANDLE file, DWORD* size_high) override;

@@ -104,6 +104,13 @@ INT WindowsSystem::WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide
   });
 }
 
+INT WindowsSystem::LCMapStringW(DWORD locale, DWORD flags, LPCWSTR text, INT text_size,
+                                LPWSTR mapped, INT mapped_size) {
+  return Recorded([&] {
+    return ::LCMapStringW(locale, flags, Sdk(text), text_size, Sdk(mapped), mapped_size);
+  });
+}
+
 INT WindowsSystem::lstrlenW(LPCWSTR text) {
   return Recorded([&] { return ::lstrlenW(Sdk(text)); });
 }

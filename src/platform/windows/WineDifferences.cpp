@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "automation/LastError.h"
 #include "platform/operations/ErrorCodes.h"
 
 namespace veldmark {
@@ -61,6 +62,13 @@ DWORD PublishedPathError(LPCWSTR path, DWORD code) {
   return code;
 }
 
+DWORD PublishedCopyError(LPCWSTR source, LPCWSTR target, DWORD code) {
+  if (code == kErrorSuccess || source == nullptr || !RunsUnderWine()) return code;
+  const auto* const name = reinterpret_cast<const wchar_t*>(source);
+  const bool has_source = ::GetFileAttributesW(name) != INVALID_FILE_ATTRIBUTES;
+  return PublishedPathError(has_source ? target : source, code);
+}
+
 bool IsOtherServer(std::u16string_view server) {
   if (server.starts_with(u"\\\\")) server.remove_prefix(2);
   if (server.empty()) return false;
@@ -69,6 +77,12 @@ bool IsOtherServer(std::u16string_view server) {
   ::DWORD size = MAX_COMPUTERNAME_LENGTH + 1;
   ::GetComputerNameW(own, &size);
   return ::lstrcmpiW(wanted.c_str(), own) != 0 && ::lstrcmpiW(wanted.c_str(), L"localhost") != 0;
+}
+
+DWORD OtherServerUnderWine(LPCWSTR server) {
+  if (server == nullptr || !RunsUnderWine() || !IsOtherServer(server)) return kErrorSuccess;
+  SetLastPlatformError(kErrorSuccess);
+  return kErrorBadNetPath;
 }
 
 DWORD PublishedObjectName(LPCWSTR name, DWORD object_type, std::u16string& name_to_pass) {

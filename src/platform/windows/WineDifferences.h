@@ -15,9 +15,16 @@ bool RunsUnderWine();
 /// server (published: 53). Elsewhere the code is returned as it is.
 DWORD PublishedPathError(LPCWSTR path, DWORD code);
 
+/// The same for a copy, whose source comes first: it is what went wrong unless it is there.
+DWORD PublishedCopyError(LPCWSTR source, LPCWSTR target, DWORD code);
+
 /// Whether this is a server ("\\\\srv" or "srv") other than the computer that this process runs on,
 /// which under Wine none of the operations on named objects and shares reaches.
 bool IsOtherServer(std::u16string_view server);
+
+/// The code for an operation on a server that Wine can't reach: 53 for any but this computer, where
+/// Wine answers itself, whatever it is asked. 0 elsewhere.
+DWORD OtherServerUnderWine(LPCWSTR server);
 
 /// What Wine can do about the security of an object that is named so: 0 and the name to pass on, or
 /// the published code. Wine knows files, registry keys and services only, and reports success for

@@ -60,7 +60,7 @@ Computer& Estate::AddComputer(TextView name, std::optional<Sid> sid) {
                           });
     sid = is_users ? DefaultDomainSid() : SidForName(name);
   }
-  Computer& computer = computers_.emplace_back(Text(name), *sid, now_);
+  Computer& computer = computers_.emplace_back(Text(name), *sid, now());
   const std::size_t number = computers_.size();
   computer.SetAddresses({{192, 0, static_cast<std::uint8_t>(2 + number / 250),
                           static_cast<std::uint8_t>(number % 250 + 1)}});
@@ -203,7 +203,13 @@ const std::vector<Address>* Estate::FindHost(TextView name) const {
 
 DWORD Estate::unix_time() const {
   constexpr Ticks kUnixStart = 116'444'736'000'000'000;
-  return static_cast<DWORD>((now_ - kUnixStart) / kTicksPerSecond);
+  return static_cast<DWORD>((now() - kUnixStart) / kTicksPerSecond);
+}
+
+void Estate::Follow(Clock clock) {
+  now_ = now();
+  clock_ = std::move(clock);
+  clock_start_ = clock_ ? clock_() : 0;
 }
 
 void Estate::SetTimeZone(const TIME_ZONE_INFORMATION& zone, DWORD current) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -33,8 +34,8 @@ struct SocketLibrary {
 };
 
 // A small world of computers, seen from one of them, with a clock that only moves when it is told
-// to. Everything that the simulated platform answers comes from here. Estates share nothing with
-// each other.
+// to, or along with another. Everything that the simulated platform answers comes from here.
+// Estates share nothing with each other.
 class Estate {
  public:
   // The clock of an estate that says nothing else: 2024-03-05 14:30:00 UTC.
@@ -98,12 +99,16 @@ class Estate {
   const std::vector<Address>* FindHost(TextView name) const;
   SocketLibrary& socket_library() { return socket_library_; }
 
-  Ticks now() const { return now_; }
+  Ticks now() const { return now_ + (clock_ ? clock_() - clock_start_ : 0); }
   // The same in seconds since 1970.
   DWORD unix_time() const;
   void Advance(std::uint64_t milliseconds) { now_ += milliseconds * kTicksPerMillisecond; }
+  // A clock outside, which counts from any moment and only moves forward.
+  using Clock = std::function<Ticks()>;
+  // From here on time passes as it does on that clock, beside what Advance adds.
+  void Follow(Clock clock);
   // Since the estate began, as timers tell it.
-  std::uint64_t milliseconds() const { return (now_ - start_) / kTicksPerMillisecond; }
+  std::uint64_t milliseconds() const { return (now() - start_) / kTicksPerMillisecond; }
 
   // The zone and the part of the year that is in force (one of kTimeZoneId...).
   void SetTimeZone(const TIME_ZONE_INFORMATION& zone, DWORD current);
@@ -166,6 +171,8 @@ class Estate {
 
   Ticks start_;
   Ticks now_;
+  Clock clock_;
+  Ticks clock_start_ = 0;
   std::deque<Computer> computers_;
   std::deque<Domain> domains_;
   std::vector<Network> networks_;

@@ -105,6 +105,7 @@ constexpr Entry kSystemMessages[] = {
     {127, u"The specified procedure could not be found."},
     {131, u"An attempt was made to move the file pointer before the beginning of the file."},
     {132, u"The file pointer cannot be set on the specified device or file."},
+    {144, u"The directory is not a subdirectory of the root directory."},
     {145, u"The directory is not empty."},
     {161, u"The specified path is invalid."},
     {167, u"Unable to lock a region of a file."},
@@ -349,6 +350,9 @@ constexpr Entry kSystemMessages[] = {
     {1354, u"This operation is only allowed for the Primary Domain Controller of the domain."},
     {1355, u"The specified domain either does not exist or could not be contacted."},
     {1356, u"The specified domain already exists."},
+    {1360,
+     u"Generic access types were contained in an access mask which should already be mapped to "
+     u"nongeneric types."},
     {1376, u"The specified local group does not exist."},
     {1377, u"The specified account name is not a member of the group."},
     {1378, u"The specified account name is already a member of the group."},
@@ -396,6 +400,8 @@ constexpr Entry kSystemMessages[] = {
     {2401, u"This network connection has files open or requests pending."},
     {2402, u"Active connections still exist."},
     {2404, u"The device is in use by an active process and cannot be disconnected."},
+    {6118, u"The list of servers for this workgroup is not currently available"},
+    {0x800401F3, u"Invalid class string"},
 };
 
 constexpr Entry kNetworkMessages[] = {

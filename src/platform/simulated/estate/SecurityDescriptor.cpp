@@ -148,7 +148,7 @@ std::optional<AccessList> ReadAccessList(const void* address) {
     const std::size_t ace_size = At<WORD>(bytes, offset + 2);
     if (ace_size < kAceHeaderSize || ace_size > size - offset) return std::nullopt;
     auto ace = ReadAce({bytes + offset, ace_size});
-    if (!ace) return std::nullopt;
+    if (!ace || (ace->IsObject() && bytes[0] < kObjectListRevision)) return std::nullopt;
     list.push_back(std::move(*ace));
     offset += ace_size;
   }

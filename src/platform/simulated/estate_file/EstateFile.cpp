@@ -45,7 +45,7 @@ void ReadTimeZone(const Node& node, Estate& estate) {
 
 }  // namespace
 
-Estate ReadEstate(std::string_view text) {
+Estate ReadEstate(std::string_view text, Estate::Clock real_time) {
   Json json;
   try {
     json = Json::parse(text);
@@ -60,8 +60,11 @@ Estate ReadEstate(std::string_view text) {
                           "is no JSON");
   }
   const Node root(json, "");
-  root.OnlyFields({"clock", "timeZone", "user", "currentFolder", "moduleFolder", "mappedDrives",
-                   "messages", "modules", "computers", "directoryObjects"});
+  root.OnlyFields({"$schema", "clock", "clockRuns", "timeZone", "user", "currentFolder",
+                   "moduleFolder", "mappedDrives", "messages", "modules", "computers",
+                   "directoryObjects"});
+  // For editors; what it says is nothing to this reader.
+  if (const auto schema = root.Field("$schema")) schema->Utf8();
   const auto clock = root.Field("clock");
   Estate estate = Estate::Empty(clock ? ReadTime(*clock) : Estate::kDefaultTime);
   if (const auto zone = root.Field("timeZone")) ReadTimeZone(*zone, estate);
@@ -103,6 +106,9 @@ Estate ReadEstate(std::string_view text) {
       const Text share = target.String();
       target.Try([&] { estate.MapDrive(letter, share); });
     }
+  }
+  if (const auto runs = root.Field("clockRuns"); runs && runs->Boolean()) {
+    estate.Follow(std::move(real_time));
   }
   return estate;
 }

@@ -22,8 +22,9 @@ class EstateFileError : public std::runtime_error {
   std::string place_;
 };
 
-// The estate that a JSON text describes (docs/estate.md). Throws EstateFileError.
-Estate ReadEstate(std::string_view json);
+// The estate that a JSON text describes (docs/estate.md). Throws EstateFileError. `real_time` moves
+// its clock where the text says that it runs; without one it stands there too.
+Estate ReadEstate(std::string_view json, Estate::Clock real_time = {});
 
 // The same from a file, whose name the errors' texts begin with.
 Estate ReadEstateFile(const std::string& file_name);

@@ -1,10 +1,23 @@
 #include "platform/simulated/estate_file/Node.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "platform/simulated/estate_file/EstateFile.h"
 
 namespace veldmark::simulated {
+namespace {
+
+std::string Listed(std::initializer_list<std::string_view> words) {
+  std::string list;
+  for (const std::string_view word : words) {
+    if (!list.empty()) list += ", ";
+    list += word;
+  }
+  return list;
+}
+
+}  // namespace
 
 void Node::Complain(const std::string& problem) const { throw EstateFileError(place_, problem); }
 
@@ -16,9 +29,8 @@ bool Node::IsNull() const { return json_.is_null(); }
 
 void Node::OnlyFields(std::initializer_list<std::string_view> fields) const {
   for (const auto& [name, node] : Members()) {
-    bool known = false;
-    for (const std::string_view field : fields) known = known || field == name;
-    if (!known) node.Complain("unknown field");
+    const bool known = std::find(fields.begin(), fields.end(), name) != fields.end();
+    if (!known) node.Complain("unknown field; there are " + Listed(fields));
   }
 }
 
@@ -71,14 +83,9 @@ std::int64_t Node::Integer(std::int64_t least, std::int64_t most) const {
 }
 
 std::size_t Node::OneOf(std::initializer_list<std::string_view> words) const {
-  const std::string text = Utf8();
-  std::string all;
-  std::size_t index = 0;
-  for (const std::string_view word : words) {
-    if (word == text) return index;
-    all += (index++ == 0 ? "" : ", ") + std::string(word);
-  }
-  Complain("must be one of " + all);
+  const auto* const found = std::find(words.begin(), words.end(), Utf8());
+  if (found == words.end()) Complain("must be one of " + Listed(words));
+  return static_cast<std::size_t>(found - words.begin());
 }
 
 Node Node::At(const nlohmann::json& json, std::string_view name) const {

@@ -3,22 +3,26 @@
 namespace veldmark::simulated {
 
 void FaultHook::FailNth(std::size_t nth, DWORD code) {
-  if (nth > 0) rules_.push_back({"", nth, code});
+  if (nth > 0) rules_.push_back({"", nth, {.fails = code}});
 }
 
 void FaultHook::FailEvery(std::string_view operation, DWORD code) {
-  rules_.push_back({std::string(operation), 0, code});
+  rules_.push_back({std::string(operation), 0, {.fails = code}});
+}
+
+void FaultHook::LeaveEvery(std::string_view operation, DWORD code) {
+  rules_.push_back({std::string(operation), 0, {.leaves = code}});
 }
 
 void FaultHook::FailNthOf(std::string_view operation, std::size_t nth, DWORD code) {
-  if (nth > 0) rules_.push_back({std::string(operation), nth, code});
+  if (nth > 0) rules_.push_back({std::string(operation), nth, {.fails = code}});
 }
 
 void FaultHook::Clear() { *this = FaultHook(); }
 
-DWORD FaultHook::Next(std::string_view operation) {
+FaultHook::Effect FaultHook::Next(std::string_view operation) {
   ++calls_;
-  DWORD code = 0;
+  Effect effect;
   for (auto rule = rules_.begin(); rule != rules_.end();) {
     const bool applies = rule->operation.empty() || rule->operation == operation;
     if (!applies || rule->countdown > 1) {
@@ -26,11 +30,12 @@ DWORD FaultHook::Next(std::string_view operation) {
       ++rule;
       continue;
     }
-    if (code == 0) code = rule->code;
+    if (effect.fails == 0) effect.fails = rule->effect.fails;
+    if (effect.leaves == 0) effect.leaves = rule->effect.leaves;
     rule = rule->countdown == 0 ? rule + 1 : rules_.erase(rule);
   }
-  if (code != 0) ++fired_;
-  return code;
+  if (effect.fails != 0 || effect.leaves != 0) ++fired_;
+  return effect;
 }
 
 }  // namespace veldmark::simulated

@@ -17,6 +17,12 @@ namespace veldmark::simulated {
 // DoEvents, ModuleFolder, GetSecurityDescriptorLength, LsaNtStatusToWinError) are not counted.
 class FaultHook {
  public:
+  // What a call is to do, by codes that are 0 for nothing.
+  struct Effect {
+    DWORD fails = 0;   // fail with this
+    DWORD leaves = 0;  // do its work, and leave this as the last error
+  };
+
   // Fails the `nth` call from here on, counted from 1, whatever its name.
   void FailNth(std::size_t nth, DWORD code);
 
@@ -26,20 +32,24 @@ class FaultHook {
   // Fails the `nth` call of a name from here on, counted from 1.
   void FailNthOf(std::string_view operation, std::size_t nth, DWORD code);
 
+  // Lets every call of a name do its work, and leave a code as the thread's last error all the
+  // same.
+  void LeaveEvery(std::string_view operation, DWORD code);
+
   // Forgets what is to fail, and the counts.
   void Clear();
 
   std::size_t calls() const { return calls_; }
   std::size_t fired() const { return fired_; }
 
-  // Counts a call; returns the code that it is to fail with, or 0.
-  DWORD Next(std::string_view operation);
+  // Counts a call.
+  Effect Next(std::string_view operation);
 
  private:
   struct Rule {
     std::string operation;  // empty: any
     std::size_t countdown;  // 0: every call
-    DWORD code;
+    Effect effect;
   };
 
   std::vector<Rule> rules_;

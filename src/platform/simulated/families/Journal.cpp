@@ -4,6 +4,11 @@
 
 namespace veldmark::simulated {
 
+void Journal::StopKeeping() {
+  is_kept_ = false;
+  entries_ = {};
+}
+
 void Journal::Record(std::string_view operation, std::string argument) {
   entries_.push_back({std::string(operation), std::move(argument)});
 }

@@ -7,7 +7,8 @@
 
 namespace veldmark::simulated {
 
-// The calls made, in order, for what fixes a pattern of calls.
+// The calls made, in order, for what fixes a pattern of calls. Kept until it is told to stop, which
+// whatever lives longer than a test does: it grows with every call.
 class Journal {
  public:
   struct Entry {
@@ -17,6 +18,9 @@ class Journal {
     bool operator==(const Entry&) const = default;
   };
 
+  void StopKeeping();
+  bool is_kept() const { return is_kept_; }
+
   void Record(std::string_view operation, std::string argument);
 
   const std::vector<Entry>& entries() const { return entries_; }
@@ -25,6 +29,7 @@ class Journal {
 
  private:
   std::vector<Entry> entries_;
+  bool is_kept_ = true;
 };
 
 }  // namespace veldmark::simulated

@@ -4,14 +4,24 @@
 
 namespace veldmark::simulated {
 
-DWORD Session::Begin(std::string_view operation, TextView argument) {
-  BeginSafe(operation, argument);
-  return faults.Next(operation);
+Call::~Call() {
+  if (effect_.leaves != 0 && LastPlatformError() == 0) SetLastPlatformError(effect_.leaves);
 }
 
-void Session::BeginSafe(std::string_view operation, TextView argument) {
+Call Session::Begin(std::string_view operation, TextView argument) {
+  auto turn = Enter(operation, argument);
+  return Call(std::move(turn), faults.Next(operation));
+}
+
+Call Session::BeginSafe(std::string_view operation, TextView argument) {
+  return Call(Enter(operation, argument), {});
+}
+
+std::unique_lock<std::mutex> Session::Enter(std::string_view operation, TextView argument) {
+  auto turn = Turn();
   SetLastPlatformError(0);
-  journal.Record(operation, ToUtf8(argument));
+  if (journal.is_kept()) journal.Record(operation, ToUtf8(argument));
+  return turn;
 }
 
 void* Session::AllocateLocal(std::size_t size, std::string_view operation, std::string detail) {

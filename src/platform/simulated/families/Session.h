@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string_view>
 
 #include "automation/Text.h"
@@ -34,18 +35,40 @@ struct OpenToken {
   bool is_for_impersonation = false;
 };
 
+// A call of an operation, from its first statement to its end: meanwhile the platform serves no
+// other thread.
+class [[nodiscard]] Call {
+ public:
+  Call(std::unique_lock<std::mutex> turn, FaultHook::Effect effect)
+      : turn_(std::move(turn)), effect_(effect) {}
+  Call(const Call&) = delete;
+  Call& operator=(const Call&) = delete;
+  // Leaves the code that a fault of this kind asks for, unless the operation left its own.
+  ~Call();
+
+  // 0, or the code that the call is to fail with before it has any effect.
+  DWORD fault() const { return effect_.fails; }
+
+ private:
+  std::unique_lock<std::mutex> turn_;
+  FaultHook::Effect effect_;
+};
+
 // What the families of one simulated platform share.
 struct Session {
   using Blocks = std::map<void*, std::unique_ptr<std::byte[]>>;
 
   explicit Session(Estate described) : estate(std::move(described)) {}
 
-  // Begins a call: clears the last error, notes the call, and returns 0 or the code that the call
-  // is to fail with before it has any effect.
-  DWORD Begin(std::string_view operation, TextView argument = {});
+  // Begins a call: waits for its turn, clears the last error, notes the call and asks whether it is
+  // to fail.
+  Call Begin(std::string_view operation, TextView argument = {});
 
-  // Clears the last error for a call that can't fail.
-  void BeginSafe(std::string_view operation, TextView argument = {});
+  // The same for a call that can't fail.
+  Call BeginSafe(std::string_view operation, TextView argument = {});
+
+  // A turn without a call. Nothing of the caller's may run in it: it might call again.
+  std::unique_lock<std::mutex> Turn() { return std::unique_lock(turn_); }
 
   // A value for a new handle, never handed out before. Handles are small positive numbers.
   std::uintptr_t NewHandle() { return next_handle += 4; }
@@ -74,8 +97,11 @@ struct Session {
   std::map<std::uintptr_t, Text> network_handles;
 
  private:
+  std::unique_lock<std::mutex> Enter(std::string_view operation, TextView argument);
   void* Allocate(Blocks& blocks, Resource resource, std::size_t size, std::string_view operation,
                  std::string detail);
+
+  std::mutex turn_;
 };
 
 // Sets the last error and returns the failure form of most operations.

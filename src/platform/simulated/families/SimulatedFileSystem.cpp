@@ -84,7 +84,8 @@ SimulatedFileSystem::~SimulatedFileSystem() {
 }
 
 HANDLE SimulatedFileSystem::FindFirstFileW(LPCWSTR file_name, WIN32_FIND_DATAW* data) {
-  if (const DWORD fault = session_.Begin("FindFirstFileW", ViewOf(file_name))) {
+  const Call call = session_.Begin("FindFirstFileW", ViewOf(file_name));
+  if (const DWORD fault = call.fault()) {
     return FailHandle(fault);
   }
   Path path = Path::Parse(ViewOf(file_name), session_.estate);
@@ -128,7 +129,8 @@ HANDLE SimulatedFileSystem::FindFirstFileW(LPCWSTR file_name, WIN32_FIND_DATAW* 
 }
 
 BOOL SimulatedFileSystem::FindNextFileW(HANDLE find, WIN32_FIND_DATAW* data) {
-  if (const DWORD fault = session_.Begin("FindNextFileW")) return Fail(fault);
+  const Call call = session_.Begin("FindNextFileW");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const auto found = finds_.find(ValueOf(find));
   if (found == finds_.end()) {
     session_.ledger.Misused(Resource::FindHandle, ValueOf(find), "FindNextFileW");
@@ -138,7 +140,8 @@ BOOL SimulatedFileSystem::FindNextFileW(HANDLE find, WIN32_FIND_DATAW* data) {
 }
 
 BOOL SimulatedFileSystem::FindClose(HANDLE find) {
-  const DWORD fault = session_.Begin("FindClose");
+  const Call call = session_.Begin("FindClose");
+  const DWORD fault = call.fault();
   const auto found = finds_.find(ValueOf(find));
   if (!session_.ledger.Closed(Resource::FindHandle, ValueOf(find), "FindClose")) {
     return Fail(kErrorInvalidHandle);
@@ -149,7 +152,8 @@ BOOL SimulatedFileSystem::FindClose(HANDLE find) {
 }
 
 BOOL SimulatedFileSystem::CreateDirectoryW(LPCWSTR path_name, const SECURITY_ATTRIBUTES*) {
-  if (const DWORD fault = session_.Begin("CreateDirectoryW", ViewOf(path_name))) {
+  const Call call = session_.Begin("CreateDirectoryW", ViewOf(path_name));
+  if (const DWORD fault = call.fault()) {
     return Fail(fault);
   }
   const Path path = Path::Parse(ViewOf(path_name), session_.estate);
@@ -169,7 +173,8 @@ BOOL SimulatedFileSystem::CreateDirectoryW(LPCWSTR path_name, const SECURITY_ATT
 }
 
 BOOL SimulatedFileSystem::RemoveDirectoryW(LPCWSTR path_name) {
-  if (const DWORD fault = session_.Begin("RemoveDirectoryW", ViewOf(path_name))) {
+  const Call call = session_.Begin("RemoveDirectoryW", ViewOf(path_name));
+  if (const DWORD fault = call.fault()) {
     return Fail(fault);
   }
   const Place place = Find(Path::Parse(ViewOf(path_name), session_.estate), session_.estate);
@@ -185,7 +190,8 @@ BOOL SimulatedFileSystem::RemoveDirectoryW(LPCWSTR path_name) {
 }
 
 BOOL SimulatedFileSystem::GetFileAttributesExW(LPCWSTR file_name, int level, void* information) {
-  if (const DWORD fault = session_.Begin("GetFileAttributesExW", ViewOf(file_name))) {
+  const Call call = session_.Begin("GetFileAttributesExW", ViewOf(file_name));
+  if (const DWORD fault = call.fault()) {
     return Fail(fault);
   }
   if (level != kGetFileExInfoStandard || information == nullptr) {
@@ -202,20 +208,9 @@ BOOL SimulatedFileSystem::GetFileAttributesExW(LPCWSTR file_name, int level, voi
   return 1;
 }
 
-DWORD SimulatedFileSystem::GetFileAttributesW(LPCWSTR file_name) {
-  DWORD error = session_.Begin("GetFileAttributesW", ViewOf(file_name));
-  if (error == 0) {
-    const Place place = Find(Path::Parse(ViewOf(file_name), session_.estate), session_.estate);
-    const bool is_there = place.node != nullptr && !place.node->is_delete_pending();
-    if (is_there && Grants(place, kFileReadAttributes)) return place.node->attributes();
-    error = place.node == nullptr ? place.error : kErrorAccessDenied;
-  }
-  Fail(error);
-  return kInvalidFileAttributes;
-}
-
 BOOL SimulatedFileSystem::SetFileAttributesW(LPCWSTR file_name, DWORD attributes) {
-  if (const DWORD fault = session_.Begin("SetFileAttributesW", ViewOf(file_name))) {
+  const Call call = session_.Begin("SetFileAttributesW", ViewOf(file_name));
+  if (const DWORD fault = call.fault()) {
     return Fail(fault);
   }
   const Place place = Find(Path::Parse(ViewOf(file_name), session_.estate), session_.estate);
@@ -232,7 +227,8 @@ BOOL SimulatedFileSystem::SetFileAttributesW(LPCWSTR file_name, DWORD attributes
 }
 
 BOOL SimulatedFileSystem::DeleteFileW(LPCWSTR file_name) {
-  if (const DWORD fault = session_.Begin("DeleteFileW", ViewOf(file_name))) return Fail(fault);
+  const Call call = session_.Begin("DeleteFileW", ViewOf(file_name));
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const Place place = Find(Path::Parse(ViewOf(file_name), session_.estate), session_.estate);
   if (place.node == nullptr) return Fail(place.error);
   if (place.node->is_folder()) return Fail(kErrorAccessDenied);
@@ -245,7 +241,8 @@ HANDLE SimulatedFileSystem::CreateFileW(LPCWSTR file_name, DWORD desired_access,
                                         const SECURITY_ATTRIBUTES*, DWORD creation_disposition,
                                         DWORD flags_and_attributes, HANDLE template_file) {
   const TextView name = ViewOf(file_name);
-  if (const DWORD fault = session_.Begin("CreateFileW", name)) return FailHandle(fault);
+  const Call call = session_.Begin("CreateFileW", name);
+  if (const DWORD fault = call.fault()) return FailHandle(fault);
   return Open("CreateFileW", name, desired_access, share_mode, creation_disposition,
               flags_and_attributes, template_file);
 }
@@ -254,7 +251,8 @@ HANDLE SimulatedFileSystem::CreateFileA(LPCSTR file_name, DWORD desired_access, 
                                         const SECURITY_ATTRIBUTES*, DWORD creation, DWORD flags,
                                         HANDLE template_file) {
   const Text name = file_name == nullptr ? Text() : FromUtf8(file_name);
-  if (const DWORD fault = session_.Begin("CreateFileA", name)) return FailHandle(fault);
+  const Call call = session_.Begin("CreateFileA", name);
+  if (const DWORD fault = call.fault()) return FailHandle(fault);
   return Open("CreateFileA", name, desired_access, share_mode, creation, flags, template_file);
 }
 
@@ -385,7 +383,8 @@ HANDLE SimulatedFileSystem::HandOut(OpenFile file, std::string_view operation, T
 
 BOOL SimulatedFileSystem::ReadFile(HANDLE file, void* buffer, DWORD bytes_to_read,
                                    DWORD* bytes_read, void* overlapped) {
-  if (const DWORD fault = session_.Begin("ReadFile")) return Fail(fault);
+  const Call call = session_.Begin("ReadFile");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   if (bytes_read != nullptr) *bytes_read = 0;
   OpenFile* const open = Lookup(file, "ReadFile");
   if (open == nullptr) return Fail(kErrorInvalidHandle);
@@ -399,7 +398,8 @@ BOOL SimulatedFileSystem::ReadFile(HANDLE file, void* buffer, DWORD bytes_to_rea
 
 BOOL SimulatedFileSystem::WriteFile(HANDLE file, const void* buffer, DWORD bytes_to_write,
                                     DWORD* bytes_written, void* overlapped) {
-  if (const DWORD fault = session_.Begin("WriteFile")) return Fail(fault);
+  const Call call = session_.Begin("WriteFile");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   if (bytes_written != nullptr) *bytes_written = 0;
   OpenFile* const open = Lookup(file, "WriteFile");
   if (open == nullptr) return Fail(kErrorInvalidHandle);
@@ -415,32 +415,17 @@ BOOL SimulatedFileSystem::WriteFile(HANDLE file, const void* buffer, DWORD bytes
   return 1;
 }
 
-BOOL SimulatedFileSystem::SetFilePointerEx(HANDLE file, LARGE_INTEGER distance,
-                                           LARGE_INTEGER* new_position, DWORD move_method) {
-  if (const DWORD fault = session_.Begin("SetFilePointerEx")) return Fail(fault);
-  OpenFile* const open = Lookup(file, "SetFilePointerEx");
-  if (open == nullptr) return Fail(kErrorInvalidHandle);
-  if (move_method > kFileEnd) return Fail(kErrorInvalidParameter);
-  std::uint64_t base = 0;
-  if (move_method == kFileCurrent) base = open->position;
-  if (move_method == kFileEnd) base = open->node->size();
-  // Both parts are below 2^63, so the sum wraps at most into the sign.
-  const auto position = static_cast<LARGE_INTEGER>(base + static_cast<std::uint64_t>(distance));
-  if (position < 0) return Fail(distance < 0 ? kErrorNegativeSeek : kErrorInvalidParameter);
-  open->position = static_cast<std::uint64_t>(position);
-  if (new_position != nullptr) *new_position = position;
-  return 1;
-}
-
 BOOL SimulatedFileSystem::FlushFileBuffers(HANDLE file) {
-  if (const DWORD fault = session_.Begin("FlushFileBuffers")) return Fail(fault);
+  const Call call = session_.Begin("FlushFileBuffers");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const OpenFile* const open = Lookup(file, "FlushFileBuffers");
   if (open == nullptr) return Fail(kErrorInvalidHandle);
   return open->writes() ? 1 : Fail(kErrorAccessDenied);
 }
 
 BOOL SimulatedFileSystem::GetFileSizeEx(HANDLE file, LARGE_INTEGER* size) {
-  if (const DWORD fault = session_.Begin("GetFileSizeEx")) return Fail(fault);
+  const Call call = session_.Begin("GetFileSizeEx");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const OpenFile* const open = Lookup(file, "GetFileSizeEx");
   if (open == nullptr) return Fail(kErrorInvalidHandle);
   *size = static_cast<LARGE_INTEGER>(open->node->size());
@@ -448,7 +433,8 @@ BOOL SimulatedFileSystem::GetFileSizeEx(HANDLE file, LARGE_INTEGER* size) {
 }
 
 DWORD SimulatedFileSystem::GetFileSize(HANDLE file, DWORD* size_high) {
-  DWORD error = session_.Begin("GetFileSize");
+  const Call call = session_.Begin("GetFileSize");
+  DWORD error = call.fault();
   if (error == 0) {
     if (const OpenFile* const open = Lookup(file, "GetFileSize")) {
       if (size_high != nullptr) *size_high = static_cast<DWORD>(open->node->size() >> 32);
@@ -461,7 +447,8 @@ DWORD SimulatedFileSystem::GetFileSize(HANDLE file, DWORD* size_high) {
 }
 
 BOOL SimulatedFileSystem::CloseHandle(HANDLE object) {
-  const DWORD fault = session_.Begin("CloseHandle");
+  const Call call = session_.Begin("CloseHandle");
+  const DWORD fault = call.fault();
   if (session_.tokens.erase(ValueOf(object)) > 0) {
     session_.ledger.Closed(Resource::TokenHandle, ValueOf(object), "CloseHandle");
     return fault == 0 ? 1 : Fail(fault);
@@ -480,8 +467,8 @@ BOOL SimulatedFileSystem::CopyFileW(LPCWSTR existing_file_name, LPCWSTR new_file
                                     BOOL fail_if_exists) {
   const TextView source_name = ViewOf(existing_file_name);
   const TextView target_name = ViewOf(new_file_name);
-  if (const DWORD fault =
-          session_.Begin("CopyFileW", Text(source_name) + u" -> " + Text(target_name))) {
+  const Call call = session_.Begin("CopyFileW", Text(source_name) + u" -> " + Text(target_name));
+  if (const DWORD fault = call.fault()) {
     return Fail(fault);
   }
   const Place source = Find(Path::Parse(source_name, session_.estate), session_.estate);
@@ -513,7 +500,8 @@ BOOL SimulatedFileSystem::CopyFileW(LPCWSTR existing_file_name, LPCWSTR new_file
 }
 
 DWORD SimulatedFileSystem::GetLogicalDriveStringsW(DWORD length, LPWSTR buffer) {
-  if (const DWORD fault = session_.Begin("GetLogicalDriveStringsW")) {
+  const Call call = session_.Begin("GetLogicalDriveStringsW");
+  if (const DWORD fault = call.fault()) {
     return static_cast<DWORD>(Fail(fault));
   }
   std::map<char16_t, bool> letters;
@@ -531,7 +519,8 @@ DWORD SimulatedFileSystem::GetLogicalDriveStringsW(DWORD length, LPWSTR buffer) 
 }
 
 UINT SimulatedFileSystem::GetDriveTypeW(LPCWSTR root_path_name) {
-  if (session_.Begin("GetDriveTypeW", ViewOf(root_path_name)) != 0) return kDriveNoRootDir;
+  const Call call = session_.Begin("GetDriveTypeW", ViewOf(root_path_name));
+  if (call.fault() != 0) return kDriveNoRootDir;
   Path path = Path::Parse(
       root_path_name == nullptr ? session_.estate.current_folder() : ViewOf(root_path_name),
       session_.estate);
@@ -548,7 +537,8 @@ UINT SimulatedFileSystem::GetDriveTypeW(LPCWSTR root_path_name) {
 
 BOOL SimulatedFileSystem::GetDiskFreeSpaceExW(LPCWSTR folder, std::uint64_t* free_to_caller,
                                               std::uint64_t* total, std::uint64_t* total_free) {
-  if (const DWORD fault = session_.Begin("GetDiskFreeSpaceExW", ViewOf(folder))) return Fail(fault);
+  const Call call = session_.Begin("GetDiskFreeSpaceExW", ViewOf(folder));
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const Path path = Path::Parse(
       folder == nullptr ? session_.estate.current_folder() : ViewOf(folder), session_.estate);
   const Place place = Find(path, session_.estate);
@@ -569,7 +559,8 @@ BOOL SimulatedFileSystem::GetVolumeInformationW(LPCWSTR root_path_name, LPWSTR v
                                                 DWORD* maximum_component_length, DWORD* flags,
                                                 LPWSTR file_system_name,
                                                 DWORD file_system_name_size) {
-  if (const DWORD fault = session_.Begin("GetVolumeInformationW", ViewOf(root_path_name))) {
+  const Call call = session_.Begin("GetVolumeInformationW", ViewOf(root_path_name));
+  if (const DWORD fault = call.fault()) {
     return Fail(fault);
   }
   Path path = Path::Parse(

@@ -18,7 +18,8 @@ NTSTATUS SimulatedLocalSecurityAuthority::LsaOpenPolicy(LSA_UNICODE_STRING* syst
                                                         LSA_OBJECT_ATTRIBUTES* attributes,
                                                         DWORD desired_access, HANDLE* policy) {
   const Text system(ViewOf(system_name));
-  if (const DWORD fault = session_.Begin("LsaOpenPolicy", system)) return StatusOf(fault);
+  const Call call = session_.Begin("LsaOpenPolicy", system);
+  if (const DWORD fault = call.fault()) return StatusOf(fault);
   if (attributes == nullptr || policy == nullptr) return kStatusInvalidParameter;
   *policy = nullptr;
   Computer* const computer = session_.estate.ReachServer(system.c_str());
@@ -38,7 +39,8 @@ NTSTATUS SimulatedLocalSecurityAuthority::LsaEnumerateAccountsWithUserRight(
     HANDLE policy, LSA_UNICODE_STRING* right, void** buffer, DWORD* count) {
   constexpr std::string_view kName = "LsaEnumerateAccountsWithUserRight";
   const TextView name = ViewOf(right);
-  if (const DWORD fault = session_.Begin(kName, name)) return StatusOf(fault);
+  const Call call = session_.Begin(kName, name);
+  if (const DWORD fault = call.fault()) return StatusOf(fault);
   if (buffer == nullptr || count == nullptr) return kStatusInvalidParameter;
   *buffer = nullptr;
   *count = 0;
@@ -67,7 +69,7 @@ NTSTATUS SimulatedLocalSecurityAuthority::LsaEnumerateAccountsWithUserRight(
 }
 
 DWORD SimulatedLocalSecurityAuthority::LsaNtStatusToWinError(NTSTATUS status) {
-  session_.BeginSafe("LsaNtStatusToWinError");
+  const Call call = session_.BeginSafe("LsaNtStatusToWinError");
   if (status == 0) return 0;
   if ((Unsigned(status) & 0xFFFF0000) == kStatusOfErrorCode) return Unsigned(status) & 0xFFFF;
   switch (status) {
@@ -89,7 +91,8 @@ DWORD SimulatedLocalSecurityAuthority::LsaNtStatusToWinError(NTSTATUS status) {
 }
 
 NTSTATUS SimulatedLocalSecurityAuthority::LsaFreeMemory(void* buffer) {
-  const DWORD fault = session_.Begin("LsaFreeMemory");
+  const Call call = session_.Begin("LsaFreeMemory");
+  const DWORD fault = call.fault();
   if (buffer == nullptr) return StatusOf(fault);
   if (!session_.ledger.Closed(Resource::AuthorityMemory, ValueOf(buffer), "LsaFreeMemory")) {
     return kStatusInvalidParameter;
@@ -99,7 +102,8 @@ NTSTATUS SimulatedLocalSecurityAuthority::LsaFreeMemory(void* buffer) {
 }
 
 NTSTATUS SimulatedLocalSecurityAuthority::LsaClose(HANDLE policy) {
-  const DWORD fault = session_.Begin("LsaClose");
+  const Call call = session_.Begin("LsaClose");
+  const DWORD fault = call.fault();
   if (!session_.ledger.Closed(Resource::Policy, ValueOf(policy), "LsaClose")) {
     return kStatusInvalidHandle;
   }

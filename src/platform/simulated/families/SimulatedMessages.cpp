@@ -180,7 +180,8 @@ Text Rewrap(const Text& text, DWORD width) {
 
 HMODULE SimulatedMessages::LoadLibraryExW(LPCWSTR library_file_name, HANDLE, DWORD flags) {
   const TextView name = ViewOf(library_file_name);
-  if (const DWORD fault = session_.Begin("LoadLibraryExW", name)) {
+  const Call call = session_.Begin("LoadLibraryExW", name);
+  if (const DWORD fault = call.fault()) {
     Fail(fault);
     return HMODULE{0};
   }
@@ -217,7 +218,8 @@ HMODULE SimulatedMessages::LoadLibraryExW(LPCWSTR library_file_name, HANDLE, DWO
 }
 
 BOOL SimulatedMessages::FreeLibrary(HMODULE module) {
-  const DWORD fault = session_.Begin("FreeLibrary");
+  const Call call = session_.Begin("FreeLibrary");
+  const DWORD fault = call.fault();
   const auto value = static_cast<std::uintptr_t>(module);
   if (!session_.ledger.Closed(Resource::Module, value, "FreeLibrary")) {
     return Fail(value == 0 ? kErrorInvalidHandle : kErrorModNotFound);
@@ -231,8 +233,8 @@ BOOL SimulatedMessages::FreeLibrary(HMODULE module) {
 DWORD SimulatedMessages::FormatMessageW(DWORD flags, const void* source, DWORD message_id,
                                         DWORD language_id, LPWSTR buffer, DWORD size,
                                         void* arguments) {
-  if (const DWORD fault =
-          session_.Begin("FormatMessageW", ToText(static_cast<std::int64_t>(message_id)))) {
+  const Call call = session_.Begin("FormatMessageW", ToText(static_cast<std::int64_t>(message_id)));
+  if (const DWORD fault = call.fault()) {
     return static_cast<DWORD>(Fail(fault));
   }
   const bool allocates = (flags & kFormatMessageAllocateBuffer) != 0;

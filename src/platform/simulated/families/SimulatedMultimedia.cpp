@@ -10,7 +10,8 @@ constexpr DWORD kMissingCommand = 267;
 
 DWORD SimulatedMultimedia::mciSendStringA(LPCSTR command, char* answer, UINT answer_size, HWND) {
   const std::string_view text = command == nullptr ? std::string_view() : command;
-  if (const DWORD fault = session_.Begin("mciSendStringA", FromUtf8(text))) return fault;
+  const Call call = session_.Begin("mciSendStringA", FromUtf8(text));
+  if (const DWORD fault = call.fault()) return fault;
   if (answer != nullptr && answer_size > 0) *answer = '\0';
   if (text.empty()) return kMissingCommand;
   return session_.estate.local().has_disc_device() ? 0 : kInvalidDeviceName;

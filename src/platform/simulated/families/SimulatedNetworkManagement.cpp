@@ -132,7 +132,8 @@ DWORD SimulatedNetworkManagement::NetServerEnum(LPCWSTR server_name, DWORD level
   const Reply<DWORD> reply{buffer, preferred_length, entries_read, total_entries, nullptr};
   if (IsSound(reply)) Clear(reply);
   if (resume_handle != nullptr) *resume_handle = 0;
-  if (const DWORD fault = session_.Begin(kName, noted)) return fault;
+  const Call call = session_.Begin(kName, noted);
+  if (const DWORD fault = call.fault()) return fault;
   if (!IsSound(reply)) return kErrorInvalidParameter;
   if (level != 100 && level != 101) return kErrorInvalidLevel;
   Estate& estate = session_.estate;
@@ -158,7 +159,8 @@ DWORD SimulatedNetworkManagement::NetServerGetInfo(LPCWSTR server_name, DWORD le
   constexpr std::string_view kName = "NetServerGetInfo";
   const Text noted = Noted(server_name, level);
   if (buffer != nullptr) *buffer = nullptr;
-  if (const DWORD fault = session_.Begin(kName, noted)) return fault;
+  const Call call = session_.Begin(kName, noted);
+  if (const DWORD fault = call.fault()) return fault;
   if (buffer == nullptr) return kErrorInvalidParameter;
   if (level < 100 || level > 102) return kErrorInvalidLevel;
   const Computer* const computer = session_.estate.ReachServer(server_name);
@@ -178,7 +180,8 @@ DWORD SimulatedNetworkManagement::NetWkstaGetInfo(LPCWSTR server_name, DWORD lev
   constexpr std::string_view kName = "NetWkstaGetInfo";
   const Text noted = Noted(server_name, level);
   if (buffer != nullptr) *buffer = nullptr;
-  if (const DWORD fault = session_.Begin(kName, noted)) return fault;
+  const Call call = session_.Begin(kName, noted);
+  if (const DWORD fault = call.fault()) return fault;
   if (buffer == nullptr) return kErrorInvalidParameter;
   if (level != 100) return kErrorInvalidLevel;
   const Computer* const computer = session_.estate.ReachServer(server_name);
@@ -201,7 +204,8 @@ DWORD SimulatedNetworkManagement::NetGetDCName(LPCWSTR server_name, LPCWSTR doma
   const TextView named = ViewOf(domain_name);
   const Text noted = Noted(server_name, named);
   if (buffer != nullptr) *buffer = nullptr;
-  if (const DWORD fault = session_.Begin(kName, noted)) return fault;
+  const Call call = session_.Begin(kName, noted);
+  if (const DWORD fault = call.fault()) return fault;
   if (buffer == nullptr) return kErrorInvalidParameter;
   Estate& estate = session_.estate;
   const Computer* const server = estate.ReachServer(server_name);
@@ -222,7 +226,8 @@ DWORD SimulatedNetworkManagement::NetEnumerateTrustedDomains(LPCWSTR server_name
   constexpr std::string_view kName = "NetEnumerateTrustedDomains";
   const Text noted = Noted(server_name);
   if (domain_names != nullptr) *domain_names = nullptr;
-  if (const DWORD fault = session_.Begin(kName, noted)) return Unsigned(StatusOf(fault));
+  const Call call = session_.Begin(kName, noted);
+  if (const DWORD fault = call.fault()) return Unsigned(StatusOf(fault));
   if (domain_names == nullptr) return Unsigned(kStatusInvalidParameter);
   Estate& estate = session_.estate;
   const Computer* const server = estate.ReachServer(server_name);
@@ -246,7 +251,8 @@ DWORD SimulatedNetworkManagement::NetShareEnum(LPCWSTR server_name, DWORD level,
   const Text noted = Noted(server_name, level);
   const Reply reply{buffer, preferred_length, entries_read, total_entries, resume_handle};
   if (IsSound(reply)) Clear(reply);
-  if (const DWORD fault = session_.Begin(kName, noted)) return fault;
+  const Call call = session_.Begin(kName, noted);
+  if (const DWORD fault = call.fault()) return fault;
   if (!IsSound(reply)) return kErrorInvalidParameter;
   if (level != 1 && level != 2) return kErrorInvalidLevel;
   const Computer* const computer = session_.estate.ReachServer(server_name);
@@ -267,7 +273,8 @@ DWORD SimulatedNetworkManagement::NetShareGetInfo(LPCWSTR server_name, LPCWSTR n
                                                   DWORD level, BYTE** buffer) {
   const TextView name = ViewOf(net_name);
   if (buffer != nullptr) *buffer = nullptr;
-  if (const DWORD fault = session_.Begin("NetShareGetInfo", name)) return fault;
+  const Call call = session_.Begin("NetShareGetInfo", name);
+  if (const DWORD fault = call.fault()) return fault;
   if (buffer == nullptr || name.empty()) return kErrorInvalidParameter;
   const Computer* const computer = session_.estate.ReachServer(server_name);
   if (computer == nullptr) return kErrorBadNetPath;
@@ -282,7 +289,8 @@ DWORD SimulatedNetworkManagement::NetShareGetInfo(LPCWSTR server_name, LPCWSTR n
 
 DWORD SimulatedNetworkManagement::NetShareDel(LPCWSTR server_name, LPCWSTR net_name, DWORD) {
   const TextView name = ViewOf(net_name);
-  if (const DWORD fault = session_.Begin("NetShareDel", Noted(server_name, name))) return fault;
+  const Call call = session_.Begin("NetShareDel", Noted(server_name, name));
+  if (const DWORD fault = call.fault()) return fault;
   if (name.empty()) return kErrorInvalidParameter;
   Computer* const computer = session_.estate.ReachServer(server_name);
   if (computer == nullptr) return kErrorBadNetPath;
@@ -300,7 +308,8 @@ DWORD SimulatedNetworkManagement::NetServerDiskEnum(LPCWSTR server_name, DWORD l
   const Text noted = Noted(server_name, level);
   const Reply reply{buffer, preferred_length, entries_read, total_entries, resume_handle};
   if (IsSound(reply)) Clear(reply);
-  if (const DWORD fault = session_.Begin(kName, noted)) return fault;
+  const Call call = session_.Begin(kName, noted);
+  if (const DWORD fault = call.fault()) return fault;
   if (!IsSound(reply)) return kErrorInvalidParameter;
   if (level != 0) return kErrorInvalidLevel;
   const Computer* const computer = session_.estate.ReachServer(server_name);
@@ -314,7 +323,8 @@ DWORD SimulatedNetworkManagement::NetServerDiskEnum(LPCWSTR server_name, DWORD l
 }
 
 DWORD SimulatedNetworkManagement::NetApiBufferFree(void* buffer) {
-  const DWORD fault = session_.Begin("NetApiBufferFree");
+  const Call call = session_.Begin("NetApiBufferFree");
+  const DWORD fault = call.fault();
   if (buffer == nullptr) return fault;
   if (!session_.ledger.Closed(Resource::NetworkBuffer, reinterpret_cast<std::uintptr_t>(buffer),
                               "NetApiBufferFree")) {

@@ -38,7 +38,8 @@ bool IsFolderBelow(const FileNode& root, TextView path) {
 DWORD SimulatedNetworkProvider::WNetGetUniversalNameW(LPCWSTR local_path, DWORD info_level,
                                                       void* buffer, DWORD* buffer_size) {
   const TextView path = ViewOf(local_path);
-  if (const DWORD fault = session_.Begin("WNetGetUniversalNameW", path)) return fault;
+  const Call call = session_.Begin("WNetGetUniversalNameW", path);
+  if (const DWORD fault = call.fault()) return fault;
   if (info_level != kUniversalNameInfoLevel) return kErrorInvalidLevel;
   if (buffer_size == nullptr) return kErrorInvalidParameter;
   if (path.size() < 2 || path[1] != u':') return kErrorBadDevice;
@@ -65,7 +66,8 @@ DWORD SimulatedNetworkProvider::WNetAddConnection3W(HWND, const NETRESOURCEW* re
   const TextView remote = resource == nullptr ? TextView() : ViewOf(resource->lpRemoteName);
   // What is noted of a call never holds the password.
   const Text noted = Text(local) + u" -> " + Text(remote) + u" as " + Text(ViewOf(user_name));
-  if (const DWORD fault = session_.Begin("WNetAddConnection3W", noted)) return fault;
+  const Call call = session_.Begin("WNetAddConnection3W", noted);
+  if (const DWORD fault = call.fault()) return fault;
   Estate& estate = session_.estate;
 
   if (remote.empty()) return kErrorInvalidParameter;
@@ -106,7 +108,8 @@ DWORD SimulatedNetworkProvider::WNetAddConnection3W(HWND, const NETRESOURCEW* re
 
 DWORD SimulatedNetworkProvider::WNetCancelConnection2W(LPCWSTR connection, DWORD, BOOL force) {
   const TextView named = ViewOf(connection);
-  if (const DWORD fault = session_.Begin("WNetCancelConnection2W", named)) return fault;
+  const Call call = session_.Begin("WNetCancelConnection2W", named);
+  if (const DWORD fault = call.fault()) return fault;
   Estate& estate = session_.estate;
   const char16_t drive = DriveOf(named);
   const auto name = NetworkName::Parse(named);
@@ -131,7 +134,8 @@ DWORD SimulatedNetworkProvider::WNetCancelConnection2W(LPCWSTR connection, DWORD
 DWORD SimulatedNetworkProvider::WNetOpenEnumW(DWORD scope, DWORD, DWORD, const NETRESOURCEW* parent,
                                               HANDLE* enumeration) {
   const TextView remote = parent == nullptr ? u"-" : ViewOf(parent->lpRemoteName);
-  if (const DWORD fault = session_.Begin("WNetOpenEnumW", remote)) return fault;
+  const Call call = session_.Begin("WNetOpenEnumW", remote);
+  if (const DWORD fault = call.fault()) return fault;
   if (scope != kResourceGlobalNet || enumeration == nullptr) return kErrorInvalidParameter;
   *enumeration = nullptr;
   Estate& estate = session_.estate;
@@ -172,7 +176,8 @@ DWORD SimulatedNetworkProvider::WNetOpenEnumW(DWORD scope, DWORD, DWORD, const N
 
 DWORD SimulatedNetworkProvider::WNetEnumResourceW(HANDLE enumeration, DWORD* count, void* buffer,
                                                   DWORD* buffer_size) {
-  if (const DWORD fault = session_.Begin("WNetEnumResourceW")) return fault;
+  const Call call = session_.Begin("WNetEnumResourceW");
+  if (const DWORD fault = call.fault()) return fault;
   const auto open = enumerations_.find(ValueOf(enumeration));
   if (open == enumerations_.end()) {
     session_.ledger.Misused(Resource::NetworkEnumeration, ValueOf(enumeration),
@@ -210,7 +215,8 @@ DWORD SimulatedNetworkProvider::WNetEnumResourceW(HANDLE enumeration, DWORD* cou
 }
 
 DWORD SimulatedNetworkProvider::WNetCloseEnum(HANDLE enumeration) {
-  const DWORD fault = session_.Begin("WNetCloseEnum");
+  const Call call = session_.Begin("WNetCloseEnum");
+  const DWORD fault = call.fault();
   if (!session_.ledger.Closed(Resource::NetworkEnumeration, ValueOf(enumeration),
                               "WNetCloseEnum")) {
     return kErrorInvalidHandle;
@@ -222,7 +228,8 @@ DWORD SimulatedNetworkProvider::WNetCloseEnum(HANDLE enumeration) {
 DWORD SimulatedNetworkProvider::WNetGetNetworkInformationW(LPCWSTR provider,
                                                            NETINFOSTRUCT* information) {
   const TextView name = ViewOf(provider);
-  if (const DWORD fault = session_.Begin("WNetGetNetworkInformationW", name)) return fault;
+  const Call call = session_.Begin("WNetGetNetworkInformationW", name);
+  if (const DWORD fault = call.fault()) return fault;
   if (information == nullptr || information->cbStructure != sizeof *information) {
     return kErrorInvalidParameter;
   }

@@ -18,10 +18,13 @@
 
 namespace veldmark::simulated {
 
-// All families over one estate, with the estate's books. Used on one thread at a time.
+// All families over one estate, with the estate's books. The families serve one thread at a time,
+// in turn; estate and books are for whoever knows that no other thread is at work.
 class SimulatedPlatform {
  public:
-  explicit SimulatedPlatform(Estate estate = Estate()) : session_(std::move(estate)) {}
+  // Timers are the estate's, on its clock, or `host_timers`, which outlive this.
+  explicit SimulatedPlatform(Estate estate = Estate(), Timers* host_timers = nullptr)
+      : session_(std::move(estate)), host_timers_(host_timers) {}
   SimulatedPlatform(const SimulatedPlatform&) = delete;
   SimulatedPlatform& operator=(const SimulatedPlatform&) = delete;
 
@@ -31,7 +34,7 @@ class SimulatedPlatform {
             messages_,
             registry_,
             system_,
-            timers_,
+            host_timers_ == nullptr ? timers_ : *host_timers_,
             security_,
             network_management_,
             version_information_,
@@ -41,6 +44,7 @@ class SimulatedPlatform {
             sockets_};
   }
 
+  Session& session() { return session_; }
   SimulatedSecurity& security() { return security_; }
   Estate& estate() { return session_.estate; }
   Ledger& ledger() { return session_.ledger; }
@@ -49,6 +53,7 @@ class SimulatedPlatform {
 
  private:
   Session session_;
+  Timers* const host_timers_;
   SimulatedFileSystem files_{session_};
   SimulatedNetworkProvider network_provider_{session_};
   SimulatedMessages messages_{session_};

@@ -99,7 +99,8 @@ bool EndsInNul(const BYTE* data, DWORD size) {
 
 LSTATUS SimulatedRegistry::RegConnectRegistryW(LPCWSTR machine_name, HKEY key, HKEY* result) {
   const TextView machine = ViewOf(machine_name);
-  if (const DWORD fault = session_.Begin("RegConnectRegistryW", machine)) return Status(fault);
+  const Call call = session_.Begin("RegConnectRegistryW", machine);
+  if (const DWORD fault = call.fault()) return Status(fault);
   if (result == nullptr) return Status(kErrorInvalidParameter);
   Estate& estate = session_.estate;
   Computer* const computer = machine.empty() ? &estate.local() : estate.ReachComputer(machine);
@@ -123,7 +124,8 @@ LSTATUS SimulatedRegistry::RegConnectRegistryW(LPCWSTR machine_name, HKEY key, H
 LSTATUS SimulatedRegistry::RegOpenKeyExW(HKEY key, LPCWSTR sub_key, DWORD, DWORD access,
                                          HKEY* result) {
   const TextView path = ViewOf(sub_key);
-  if (const DWORD fault = session_.Begin("RegOpenKeyExW", path)) return Status(fault);
+  const Call call = session_.Begin("RegOpenKeyExW", path);
+  if (const DWORD fault = call.fault()) return Status(fault);
   if (result == nullptr) return Status(kErrorInvalidParameter);
   OpenKey open;
   if (const LSTATUS error = Lookup(key, "RegOpenKeyExW", 0, open)) return error;
@@ -149,7 +151,8 @@ LSTATUS SimulatedRegistry::RegCreateKeyExW(HKEY key, LPCWSTR sub_key, DWORD rese
                                            const SECURITY_ATTRIBUTES*, HKEY* result,
                                            DWORD* disposition) {
   const TextView path = ViewOf(sub_key);
-  if (const DWORD fault = session_.Begin("RegCreateKeyExW", path)) return Status(fault);
+  const Call call = session_.Begin("RegCreateKeyExW", path);
+  if (const DWORD fault = call.fault()) return Status(fault);
   if (reserved != 0 || result == nullptr || sub_key == nullptr) {
     return Status(kErrorInvalidParameter);
   }
@@ -192,7 +195,8 @@ LSTATUS SimulatedRegistry::RegCreateKeyExW(HKEY key, LPCWSTR sub_key, DWORD rese
 }
 
 LSTATUS SimulatedRegistry::RegCloseKey(HKEY key) {
-  const DWORD fault = session_.Begin("RegCloseKey");
+  const Call call = session_.Begin("RegCloseKey");
+  const DWORD fault = call.fault();
   if (!IsPredefined(key)) {
     const auto value = static_cast<std::uintptr_t>(key);
     if (!session_.ledger.Closed(Resource::RegistryKey, value, "RegCloseKey")) {
@@ -208,7 +212,8 @@ LSTATUS SimulatedRegistry::RegQueryInfoKeyW(HKEY key, LPWSTR key_class, DWORD* c
                                             DWORD* max_class_length, DWORD* values,
                                             DWORD* max_value_name_length, DWORD* max_value_size,
                                             DWORD* security_descriptor_size, FILETIME* last_write) {
-  if (const DWORD fault = session_.Begin("RegQueryInfoKeyW")) return Status(fault);
+  const Call call = session_.Begin("RegQueryInfoKeyW");
+  if (const DWORD fault = call.fault()) return Status(fault);
   OpenKey open;
   if (const LSTATUS error = Lookup(key, "RegQueryInfoKeyW", kKeyQueryValue, open)) return error;
   if (key_class != nullptr && class_length == nullptr) return Status(kErrorInvalidParameter);
@@ -246,7 +251,8 @@ LSTATUS SimulatedRegistry::RegQueryInfoKeyW(HKEY key, LPWSTR key_class, DWORD* c
 LSTATUS SimulatedRegistry::RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, DWORD* name_length,
                                          DWORD*, LPWSTR key_class, DWORD* class_length,
                                          FILETIME* last_write) {
-  if (const DWORD fault = session_.Begin("RegEnumKeyExW", ToText(index))) return Status(fault);
+  const Call call = session_.Begin("RegEnumKeyExW", ToText(index));
+  if (const DWORD fault = call.fault()) return Status(fault);
   OpenKey open;
   if (const LSTATUS error = Lookup(key, "RegEnumKeyExW", kKeyEnumerateSubKeys, open)) return error;
   if (name == nullptr || name_length == nullptr) return Status(kErrorInvalidParameter);
@@ -262,7 +268,8 @@ LSTATUS SimulatedRegistry::RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, DWO
 
 LSTATUS SimulatedRegistry::RegEnumValueW(HKEY key, DWORD index, LPWSTR name, DWORD* name_length,
                                          DWORD*, DWORD* type, BYTE* data, DWORD* data_size) {
-  if (const DWORD fault = session_.Begin("RegEnumValueW", ToText(index))) return Status(fault);
+  const Call call = session_.Begin("RegEnumValueW", ToText(index));
+  if (const DWORD fault = call.fault()) return Status(fault);
   if (name == nullptr || name_length == nullptr || (data != nullptr && data_size == nullptr)) {
     return Status(kErrorInvalidParameter);
   }
@@ -279,7 +286,8 @@ LSTATUS SimulatedRegistry::RegEnumValueW(HKEY key, DWORD index, LPWSTR name, DWO
 
 LSTATUS SimulatedRegistry::RegQueryValueExW(HKEY key, LPCWSTR value_name, DWORD* reserved,
                                             DWORD* type, BYTE* data, DWORD* data_size) {
-  if (const DWORD fault = session_.Begin("RegQueryValueExW", ViewOf(value_name))) {
+  const Call call = session_.Begin("RegQueryValueExW", ViewOf(value_name));
+  if (const DWORD fault = call.fault()) {
     return Status(fault);
   }
   if (reserved != nullptr || (data != nullptr && data_size == nullptr)) {
@@ -296,7 +304,8 @@ LSTATUS SimulatedRegistry::RegQueryValueExW(HKEY key, LPCWSTR value_name, DWORD*
 LSTATUS SimulatedRegistry::RegSetValueExW(HKEY key, LPCWSTR value_name, DWORD, DWORD type,
                                           const BYTE* data, DWORD data_size) {
   const TextView name = ViewOf(value_name);
-  if (const DWORD fault = session_.Begin("RegSetValueExW", name)) return Status(fault);
+  const Call call = session_.Begin("RegSetValueExW", name);
+  if (const DWORD fault = call.fault()) return Status(fault);
   OpenKey open;
   if (const LSTATUS error = Lookup(key, "RegSetValueExW", kKeySetValue, open)) return error;
   if (name.size() > kMaxValueName || (data == nullptr && data_size != 0)) {
@@ -312,7 +321,8 @@ LSTATUS SimulatedRegistry::RegSetValueExW(HKEY key, LPCWSTR value_name, DWORD, D
 }
 
 LSTATUS SimulatedRegistry::RegDeleteValueW(HKEY key, LPCWSTR value_name) {
-  if (const DWORD fault = session_.Begin("RegDeleteValueW", ViewOf(value_name))) {
+  const Call call = session_.Begin("RegDeleteValueW", ViewOf(value_name));
+  if (const DWORD fault = call.fault()) {
     return Status(fault);
   }
   OpenKey open;
@@ -324,7 +334,8 @@ LSTATUS SimulatedRegistry::RegDeleteValueW(HKEY key, LPCWSTR value_name) {
 
 LSTATUS SimulatedRegistry::RegDeleteKeyW(HKEY key, LPCWSTR sub_key) {
   const TextView path = ViewOf(sub_key);
-  if (const DWORD fault = session_.Begin("RegDeleteKeyW", path)) return Status(fault);
+  const Call call = session_.Begin("RegDeleteKeyW", path);
+  if (const DWORD fault = call.fault()) return Status(fault);
   if (sub_key == nullptr) return Status(kErrorInvalidParameter);
   OpenKey open;
   if (const LSTATUS error = Lookup(key, "RegDeleteKeyW", 0, open)) return error;

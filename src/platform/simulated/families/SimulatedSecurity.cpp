@@ -172,7 +172,8 @@ struct SimulatedSecurity::Target {
 BOOL SimulatedSecurity::GetFileSecurityW(LPCWSTR file_name, DWORD information, void* descriptor,
                                          DWORD length, DWORD* length_needed) {
   const TextView name = ViewOf(file_name);
-  if (const DWORD fault = session_.Begin("GetFileSecurityW", name)) return Fail(fault);
+  const Call call = session_.Begin("GetFileSecurityW", name);
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const Place place = Find(Path::Parse(name, session_.estate), session_.estate);
   if (place.node == nullptr) return Fail(place.error);
   if (place.node->security_locked()) return Fail(kErrorSharingViolation);
@@ -185,7 +186,8 @@ BOOL SimulatedSecurity::GetFileSecurityW(LPCWSTR file_name, DWORD information, v
 
 BOOL SimulatedSecurity::GetKernelObjectSecurity(HANDLE handle, DWORD information, void* descriptor,
                                                 DWORD length, DWORD* length_needed) {
-  if (const DWORD fault = session_.Begin("GetKernelObjectSecurity")) return Fail(fault);
+  const Call call = session_.Begin("GetKernelObjectSecurity");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const auto found = session_.files.find(ValueOf(handle));
   if (found == session_.files.end()) {
     session_.ledger.Misused(Resource::FileHandle, ValueOf(handle), "GetKernelObjectSecurity");
@@ -201,7 +203,8 @@ DWORD SimulatedSecurity::GetNamedSecurityInfoW(LPCWSTR object_name, DWORD object
                                                DWORD information, void** owner, void** group,
                                                void** dacl, void** sacl, void** descriptor) {
   const TextView name = ViewOf(object_name);
-  if (const DWORD fault = session_.Begin("GetNamedSecurityInfoW", name)) return fault;
+  const Call call = session_.Begin("GetNamedSecurityInfoW", name);
+  if (const DWORD fault = call.fault()) return fault;
   if (descriptor == nullptr) return kErrorInvalidParameter;
   Target target;
   if (const DWORD error = FindNamed(name, object_type, target)) return error;
@@ -228,7 +231,8 @@ DWORD SimulatedSecurity::SetNamedSecurityInfoW(LPCWSTR object_name, DWORD object
                                                const void* group, const void* dacl,
                                                const void* sacl) {
   const TextView name = ViewOf(object_name);
-  if (const DWORD fault = session_.Begin("SetNamedSecurityInfoW", name)) return fault;
+  const Call call = session_.Begin("SetNamedSecurityInfoW", name);
+  if (const DWORD fault = call.fault()) return fault;
   Target target;
   if (const DWORD error = FindNamed(name, object_type, target)) return error;
   if (const DWORD error = target.check(WritingNeeds(information))) return error;
@@ -256,7 +260,8 @@ BOOL SimulatedSecurity::ConvertStringSecurityDescriptorToSecurityDescriptorW(
     LPCWSTR string_descriptor, DWORD revision, void** descriptor, DWORD* size) {
   constexpr std::string_view kName = "ConvertStringSecurityDescriptorToSecurityDescriptorW";
   const TextView text = ViewOf(string_descriptor);
-  if (const DWORD fault = session_.Begin(kName, text)) return Fail(fault);
+  const Call call = session_.Begin(kName, text);
+  if (const DWORD fault = call.fault()) return Fail(fault);
   if (string_descriptor == nullptr || descriptor == nullptr) return Fail(kErrorInvalidParameter);
   if (revision != kSddlRevision1) return Fail(kErrorUnknownRevision);
   DWORD error = 0;
@@ -272,7 +277,7 @@ BOOL SimulatedSecurity::ConvertStringSecurityDescriptorToSecurityDescriptorW(
 }
 
 DWORD SimulatedSecurity::GetSecurityDescriptorLength(const void* descriptor) {
-  session_.BeginSafe("GetSecurityDescriptorLength");
+  const Call call = session_.BeginSafe("GetSecurityDescriptorLength");
   DWORD error = 0;
   const auto parsed = ReadSecurityDescriptor(descriptor, error);
   if (!parsed) return 0;
@@ -285,7 +290,8 @@ BOOL SimulatedSecurity::AccessCheckByType(const void* descriptor, const void* se
                                           GENERIC_MAPPING* mapping, void* privileges,
                                           DWORD* privileges_length, DWORD* granted_access,
                                           BOOL* access_status) {
-  if (const DWORD fault = session_.Begin("AccessCheckByType")) return Fail(fault);
+  const Call call = session_.Begin("AccessCheckByType");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   if (mapping == nullptr || privileges_length == nullptr || granted_access == nullptr ||
       access_status == nullptr) {
     return Fail(kErrorInvalidParameter);
@@ -304,8 +310,11 @@ BOOL SimulatedSecurity::AccessCheckByType(const void* descriptor, const void* se
   const auto own = Sid::FromAddress(self);
   if (self != nullptr && !own) return Fail(kErrorInvalidSid);
 
-  const AccessCheckOutcome outcome =
-      CheckAccess(*parsed, *open->token, desired_access, *mapping, types, own.value_or(Sid()));
+  // Who asks for nothing is refused.
+  const AccessCheckOutcome outcome = desired_access == 0
+                                         ? AccessCheckOutcome{.error = kErrorAccessDenied}
+                                         : CheckAccess(*parsed, *open->token, desired_access,
+                                                       *mapping, types, own.value_or(Sid()));
   std::vector<std::pair<Privilege, DWORD>> used;
   for (const Privilege privilege : outcome.used) {
     constexpr DWORD kUsedForAccess = 0x80000000;
@@ -331,7 +340,8 @@ BOOL SimulatedSecurity::LookupAccountNameW(LPCWSTR system_name, LPCWSTR account_
                                            DWORD* sid_size, LPWSTR domain, DWORD* domain_size,
                                            INT* use) {
   const TextView name = ViewOf(account_name);
-  if (const DWORD fault = session_.Begin("LookupAccountNameW", Noted(system_name, name))) {
+  const Call call = session_.Begin("LookupAccountNameW", Noted(system_name, name));
+  if (const DWORD fault = call.fault()) {
     return Fail(fault);
   }
   if (account_name == nullptr || sid_size == nullptr || domain_size == nullptr || use == nullptr) {
@@ -359,7 +369,8 @@ BOOL SimulatedSecurity::LookupAccountSidW(LPCWSTR system_name, const void* sid, 
                                           INT* use) {
   const auto parsed = sid == nullptr ? std::nullopt : Sid::FromAddress(sid);
   const Text noted = Noted(system_name, parsed ? parsed->ToText() : Text());
-  if (const DWORD fault = session_.Begin("LookupAccountSidW", noted)) return Fail(fault);
+  const Call call = session_.Begin("LookupAccountSidW", noted);
+  if (const DWORD fault = call.fault()) return Fail(fault);
   if (sid == nullptr || name_size == nullptr || domain_size == nullptr || use == nullptr) {
     return Fail(kErrorInvalidParameter);
   }
@@ -380,7 +391,8 @@ BOOL SimulatedSecurity::LookupAccountSidW(LPCWSTR system_name, const void* sid, 
 }
 
 HANDLE SimulatedSecurity::GetCurrentProcess() {
-  if (const DWORD fault = session_.Begin("GetCurrentProcess")) {
+  const Call call = session_.Begin("GetCurrentProcess");
+  if (const DWORD fault = call.fault()) {
     Fail(fault);
     return nullptr;
   }
@@ -388,7 +400,8 @@ HANDLE SimulatedSecurity::GetCurrentProcess() {
 }
 
 BOOL SimulatedSecurity::OpenProcessToken(HANDLE process, DWORD desired_access, HANDLE* token) {
-  if (const DWORD fault = session_.Begin("OpenProcessToken")) return Fail(fault);
+  const Call call = session_.Begin("OpenProcessToken");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   if (token == nullptr) return Fail(kErrorInvalidParameter);
   if (process != kThisProcess) return Fail(kErrorInvalidHandle);
   const bool takes_all = (desired_access & kMaximumAllowed) != 0;
@@ -401,7 +414,8 @@ BOOL SimulatedSecurity::OpenProcessToken(HANDLE process, DWORD desired_access, H
 }
 
 BOOL SimulatedSecurity::LookupPrivilegeValueW(LPCWSTR system_name, LPCWSTR name, LUID* luid) {
-  if (const DWORD fault = session_.Begin("LookupPrivilegeValueW", ViewOf(name))) return Fail(fault);
+  const Call call = session_.Begin("LookupPrivilegeValueW", ViewOf(name));
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const TextView system = ViewOf(system_name);
   if (!system.empty() && session_.estate.ReachComputer(system) == nullptr) {
     return Fail(kErrorRpcServerUnavailable);
@@ -416,7 +430,8 @@ BOOL SimulatedSecurity::AdjustTokenPrivileges(HANDLE token, BOOL disable_all,
                                               const TOKEN_PRIVILEGES* new_state,
                                               DWORD buffer_length, TOKEN_PRIVILEGES* previous_state,
                                               DWORD* return_length) {
-  if (const DWORD fault = session_.Begin("AdjustTokenPrivileges")) return Fail(fault);
+  const Call call = session_.Begin("AdjustTokenPrivileges");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const OpenToken* const open = Lookup(token, "AdjustTokenPrivileges");
   if (open == nullptr) return Fail(kErrorInvalidHandle);
   const DWORD needed_access =

@@ -9,7 +9,7 @@
 namespace veldmark::simulated {
 
 // Descriptors, access checks and the process token of an estate.
-class SimulatedSecurity final : public Security {
+class SimulatedSecurity : public Security {
  public:
   explicit SimulatedSecurity(Session& session) : session_(session) {}
 

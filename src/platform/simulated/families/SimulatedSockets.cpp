@@ -22,7 +22,8 @@ int Rank(WORD version) { return Major(version) << 8 | version >> 8; }
 }  // namespace
 
 int SimulatedSockets::WSAStartup(WORD version, SOCKETS_DATA* data) {
-  if (const DWORD fault = session_.Begin("WSAStartup", ToText(version))) {
+  const Call call = session_.Begin("WSAStartup", ToText(version));
+  if (const DWORD fault = call.fault()) {
     return static_cast<int>(fault);
   }
   if (Major(version) == 0) return static_cast<int>(kErrorVersionNotSupported);
@@ -37,7 +38,8 @@ int SimulatedSockets::WSAStartup(WORD version, SOCKETS_DATA* data) {
 }
 
 int SimulatedSockets::WSACleanup() {
-  DWORD error = session_.Begin("WSACleanup");
+  const Call call = session_.Begin("WSACleanup");
+  DWORD error = call.fault();
   if (starts_.empty()) {
     session_.ledger.Misused(Resource::SocketLibrary, 0, "WSACleanup");
     error = kErrorNotStarted;
@@ -51,7 +53,8 @@ int SimulatedSockets::WSACleanup() {
 
 const HOSTENT* SimulatedSockets::gethostbyname(LPCSTR name) {
   name_ = name == nullptr ? "" : name;
-  DWORD error = session_.Begin("gethostbyname", FromUtf8(name_));
+  const Call call = session_.Begin("gethostbyname", FromUtf8(name_));
+  DWORD error = call.fault();
   const std::vector<Address>* const found = session_.estate.FindHost(FromUtf8(name_));
   if (error == 0 && starts_.empty()) error = kErrorNotStarted;
   if (error == 0 && (found == nullptr || found->empty())) error = kErrorHostNotFound;

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "platform/operations/ErrorCodes.h"
+#include "platform/simulated/estate/SortKey.h"
 
 namespace veldmark::simulated {
 namespace {
@@ -51,7 +53,8 @@ bool IsKnown(UINT code_page) {
 }  // namespace
 
 BOOL SimulatedSystem::GetUserNameW(LPWSTR buffer, DWORD* size) {
-  if (const DWORD fault = session_.Begin("GetUserNameW")) return Fail(fault);
+  const Call call = session_.Begin("GetUserNameW");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const Text& name = session_.estate.user_name();
   const bool fits = Copy(name, buffer, *size);
   *size = static_cast<DWORD>(name.size() + 1);
@@ -59,7 +62,8 @@ BOOL SimulatedSystem::GetUserNameW(LPWSTR buffer, DWORD* size) {
 }
 
 BOOL SimulatedSystem::GetComputerNameW(LPWSTR buffer, DWORD* size) {
-  if (const DWORD fault = session_.Begin("GetComputerNameW")) return Fail(fault);
+  const Call call = session_.Begin("GetComputerNameW");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const Text& name = session_.estate.local().name();
   const bool fits = Copy(name, buffer, *size);
   *size = static_cast<DWORD>(fits ? name.size() : name.size() + 1);
@@ -67,7 +71,8 @@ BOOL SimulatedSystem::GetComputerNameW(LPWSTR buffer, DWORD* size) {
 }
 
 DWORD SimulatedSystem::GetTimeZoneInformation(TIME_ZONE_INFORMATION* information) {
-  if (const DWORD fault = session_.Begin("GetTimeZoneInformation")) {
+  const Call call = session_.Begin("GetTimeZoneInformation");
+  if (const DWORD fault = call.fault()) {
     Fail(fault);
     return kTimeZoneIdInvalid;
   }
@@ -81,14 +86,16 @@ DWORD SimulatedSystem::GetTimeZoneInformation(TIME_ZONE_INFORMATION* information
 
 BOOL SimulatedSystem::FileTimeToLocalFileTime(const FILETIME* file_time,
                                               FILETIME* local_file_time) {
-  if (const DWORD fault = session_.Begin("FileTimeToLocalFileTime")) return Fail(fault);
+  const Call call = session_.Begin("FileTimeToLocalFileTime");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const std::int64_t shift = std::int64_t{session_.estate.bias()} * 60 * kTicksPerSecond;
   *local_file_time = ToFileTime(ToTicks(*file_time) - static_cast<Ticks>(shift));
   return 1;
 }
 
 BOOL SimulatedSystem::FileTimeToSystemTime(const FILETIME* file_time, SYSTEMTIME* system_time) {
-  if (const DWORD fault = session_.Begin("FileTimeToSystemTime")) return Fail(fault);
+  const Call call = session_.Begin("FileTimeToSystemTime");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const auto time = ToSystemTime(ToTicks(*file_time));
   if (!time) return Fail(kErrorInvalidParameter);
   *system_time = *time;
@@ -96,7 +103,8 @@ BOOL SimulatedSystem::FileTimeToSystemTime(const FILETIME* file_time, SYSTEMTIME
 }
 
 BOOL SimulatedSystem::SystemTimeToFileTime(const SYSTEMTIME* system_time, FILETIME* file_time) {
-  if (const DWORD fault = session_.Begin("SystemTimeToFileTime")) return Fail(fault);
+  const Call call = session_.Begin("SystemTimeToFileTime");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const auto ticks = ToTicks(*system_time);
   if (!ticks) return Fail(kErrorInvalidParameter);
   *file_time = ToFileTime(*ticks);
@@ -104,7 +112,8 @@ BOOL SimulatedSystem::SystemTimeToFileTime(const SYSTEMTIME* system_time, FILETI
 }
 
 INT SimulatedSystem::VariantTimeToSystemTime(double variant_time, SYSTEMTIME* system_time) {
-  if (const DWORD fault = session_.Begin("VariantTimeToSystemTime")) return Fail(fault);
+  const Call call = session_.Begin("VariantTimeToSystemTime");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const auto time = DateToSystemTime(variant_time);
   if (!time) return 0;
   *system_time = *time;
@@ -112,7 +121,8 @@ INT SimulatedSystem::VariantTimeToSystemTime(double variant_time, SYSTEMTIME* sy
 }
 
 INT SimulatedSystem::SystemTimeToVariantTime(const SYSTEMTIME* system_time, double* variant_time) {
-  if (const DWORD fault = session_.Begin("SystemTimeToVariantTime")) return Fail(fault);
+  const Call call = session_.Begin("SystemTimeToVariantTime");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const auto date = SystemTimeToDate(*system_time);
   if (!date) return 0;
   *variant_time = *date;
@@ -120,13 +130,14 @@ INT SimulatedSystem::SystemTimeToVariantTime(const SYSTEMTIME* system_time, doub
 }
 
 std::u16string SimulatedSystem::ModuleFolder() {
-  session_.BeginSafe("ModuleFolder");
+  const Call call = session_.BeginSafe("ModuleFolder");
   return session_.estate.module_folder();
 }
 
 INT SimulatedSystem::MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR multi_byte,
                                          INT multi_byte_size, LPWSTR wide, INT wide_size) {
-  if (const DWORD fault = session_.Begin("MultiByteToWideChar")) return Fail(fault);
+  const Call call = session_.Begin("MultiByteToWideChar");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   if (multi_byte == nullptr || multi_byte_size == 0 || multi_byte_size < -1 || wide_size < 0 ||
       (wide_size > 0 && wide == nullptr)) {
     return Fail(kErrorInvalidParameter);
@@ -159,7 +170,8 @@ INT SimulatedSystem::MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR mul
 INT SimulatedSystem::WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, INT wide_size,
                                          char* multi_byte, INT multi_byte_size,
                                          LPCSTR default_character, BOOL* used_default) {
-  if (const DWORD fault = session_.Begin("WideCharToMultiByte")) return Fail(fault);
+  const Call call = session_.Begin("WideCharToMultiByte");
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const bool is_utf8 = code_page == kCodePageUtf8;
   if (wide == nullptr || wide_size == 0 || wide_size < -1 || multi_byte_size < 0 ||
       (multi_byte_size > 0 && multi_byte == nullptr) || !IsKnown(code_page) ||
@@ -192,13 +204,31 @@ INT SimulatedSystem::WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wi
   return static_cast<INT>(bytes.size());
 }
 
+INT SimulatedSystem::LCMapStringW(DWORD locale, DWORD flags, LPCWSTR text, INT text_size,
+                                  LPWSTR mapped, INT mapped_size) {
+  const Call call = session_.Begin("LCMapStringW");
+  if (const DWORD fault = call.fault()) return Fail(fault);
+  if (locale != kLocaleInvariant || flags != (kLcmapSortKey | kNormIgnoreCase) || text == nullptr ||
+      text_size <= 0 || mapped_size < 0) {
+    return Fail(kErrorInvalidParameter);
+  }
+  const std::vector<std::uint8_t> key =
+      SortKey(TextView(text, static_cast<std::size_t>(text_size)));
+  if (mapped_size > 0) {
+    if (key.size() > static_cast<std::size_t>(mapped_size)) return Fail(kErrorInsufficientBuffer);
+    std::memcpy(mapped, key.data(), key.size());
+  }
+  return static_cast<INT>(key.size());
+}
+
 INT SimulatedSystem::lstrlenW(LPCWSTR text) {
-  session_.BeginSafe("lstrlenW", ViewOf(text));
+  const Call call = session_.BeginSafe("lstrlenW", ViewOf(text));
   return static_cast<INT>(ViewOf(text).size());
 }
 
 void* SimulatedSystem::CoTaskMemAlloc(std::size_t size) {
-  if (session_.Begin("CoTaskMemAlloc", ToText(static_cast<std::int64_t>(size))) != 0) {
+  const Call call = session_.Begin("CoTaskMemAlloc", ToText(static_cast<std::int64_t>(size)));
+  if (call.fault() != 0) {
     return nullptr;
   }
   // A block of no bytes is a block all the same.
@@ -211,7 +241,7 @@ void* SimulatedSystem::CoTaskMemAlloc(std::size_t size) {
 }
 
 void SimulatedSystem::CoTaskMemFree(void* memory) {
-  session_.BeginSafe("CoTaskMemFree");
+  const Call call = session_.BeginSafe("CoTaskMemFree");
   if (memory == nullptr) return;
   const bool was_open = session_.ledger.Closed(
       Resource::TaskMemory, reinterpret_cast<std::uintptr_t>(memory), "CoTaskMemFree");
@@ -219,7 +249,8 @@ void SimulatedSystem::CoTaskMemFree(void* memory) {
 }
 
 HLOCAL SimulatedSystem::LocalAlloc(UINT, std::size_t size) {
-  if (const DWORD fault = session_.Begin("LocalAlloc", ToText(static_cast<std::int64_t>(size)))) {
+  const Call call = session_.Begin("LocalAlloc", ToText(static_cast<std::int64_t>(size)));
+  if (const DWORD fault = call.fault()) {
     Fail(fault);
     return nullptr;
   }
@@ -227,7 +258,8 @@ HLOCAL SimulatedSystem::LocalAlloc(UINT, std::size_t size) {
 }
 
 HLOCAL SimulatedSystem::LocalFree(HLOCAL memory) {
-  const DWORD fault = session_.Begin("LocalFree");
+  const Call call = session_.Begin("LocalFree");
+  const DWORD fault = call.fault();
   if (memory == nullptr) return nullptr;
   if (!session_.ledger.Closed(Resource::LocalMemory, reinterpret_cast<std::uintptr_t>(memory),
                               "LocalFree")) {

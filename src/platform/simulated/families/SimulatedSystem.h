@@ -28,6 +28,8 @@ class SimulatedSystem final : public System {
   INT WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, INT wide_size,
                           char* multi_byte, INT multi_byte_size, LPCSTR default_character,
                           BOOL* used_default) override;
+  INT LCMapStringW(DWORD locale, DWORD flags, LPCWSTR text, INT text_size, LPWSTR mapped,
+                   INT mapped_size) override;
   INT lstrlenW(LPCWSTR text) override;
   void* CoTaskMemAlloc(std::size_t size) override;
   void CoTaskMemFree(void* memory) override;

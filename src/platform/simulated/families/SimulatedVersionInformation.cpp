@@ -8,7 +8,8 @@
 
 namespace veldmark::simulated {
 DWORD SimulatedVersionInformation::GetFileVersionInfoSizeW(LPCWSTR file_name, DWORD* handle) {
-  DWORD error = session_.Begin("GetFileVersionInfoSizeW", ViewOf(file_name));
+  const Call call = session_.Begin("GetFileVersionInfoSizeW", ViewOf(file_name));
+  DWORD error = call.fault();
   if (handle != nullptr) *handle = 0;
   std::shared_ptr<FileNode> file;
   if (error == 0) error = Open(file_name, file);
@@ -19,7 +20,8 @@ DWORD SimulatedVersionInformation::GetFileVersionInfoSizeW(LPCWSTR file_name, DW
 
 BOOL SimulatedVersionInformation::GetFileVersionInfoW(LPCWSTR file_name, DWORD, DWORD length,
                                                       void* data) {
-  DWORD error = session_.Begin("GetFileVersionInfoW", ViewOf(file_name));
+  const Call call = session_.Begin("GetFileVersionInfoW", ViewOf(file_name));
+  DWORD error = call.fault();
   std::shared_ptr<FileNode> file;
   if (error == 0) error = Open(file_name, file);
   if (error == 0 && data == nullptr) error = kErrorInvalidParameter;

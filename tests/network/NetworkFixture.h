@@ -1,0 +1,115 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "apartment/CStatus.h"
+#include "apartment/CSupport.h"
+#include "automation/Conversion.h"
+#include "automation/Interface.h"
+#include "network/CDomain.h"
+#include "network/CDomains.h"
+#include "network/CNetHood.h"
+#include "network/CNetwork.h"
+#include "network/CNetworks.h"
+#include "network/CServer.h"
+#include "network/CServerAccountPolicy.h"
+#include "network/CServers.h"
+#include "root/SystemRoot.h"
+#include "support/ErrorOf.h"
+#include "support/FaultSweep.h"
+#include "support/Listener.h"
+
+namespace veldmark {
+
+/// A domain with its controller, a server, and two workstations, one of them switched off; and a
+/// workgroup of one computer. This computer is in neither.
+class NetworkWorld : public SimulatedApartment {
+ public:
+  NetworkWorld() {
+    estate().AddDomain(u"CORP").comment = u"Head office";
+    estate().AddMember(u"CORP", u"DC1", simulated::Role::PrimaryController);
+    simulated::ServerDescription& server =
+        estate().AddMember(u"CORP", u"FS1", simulated::Role::Server).description();
+    server = {.comment = u"Files",
+              .version_major = 0x8005,
+              .version_minor = 2,
+              .type = 0x80009003,
+              .users = 40,
+              .disconnect_minutes = -1,
+              .hidden = true,
+              .announce_seconds = 241,
+              .announce_delta = 3001,
+              .licenses = 7,
+              .user_path = u"D:\\Users"};
+    estate().AddMember(u"CORP", u"PC1");
+    estate().AddMember(u"CORP", u"PC9").SetReachable(false);
+    estate().AddWorkgroup(u"LAB");
+    estate().AddMember(u"LAB", u"BENCH");
+    journal().Clear();
+  }
+
+  simulated::Computer& computer(TextView name) { return *estate().FindComputer(name); }
+  /// The calls of the network operations since the last time, each with what it was asked for.
+  std::string Calls() {
+    std::string calls;
+    for (const auto& [operation, argument] : journal().entries()) {
+      const bool is_one = operation.starts_with("Net") || operation.starts_with("Lsa");
+      if (!is_one || operation == "NetApiBufferFree") continue;
+      calls += operation + " " + argument + "\n";
+    }
+    journal().Clear();
+    return calls;
+  }
+  /// The same as the number of calls of one operation.
+  std::size_t Count(std::string_view operation) {
+    const std::size_t count = journal().Count(operation);
+    journal().Clear();
+    return count;
+  }
+  /// Writes progress texts to a log, and what a source finds with them, by its property `name`.
+  /// The event number `cancelled`, counted from 1, is answered with Cancel.
+  void Log(std::string& log, Object* source = nullptr, TextView name = {}, int cancelled = 0) {
+    Listen(StatusObject(), [&log](std::int32_t, std::span<Variant> arguments) {
+      log += ToUtf8(ToText(arguments[0])) + "\n";
+    });
+    if (!source) return;
+    Listen(*source, [&log, name, cancelled, count = 0](std::int32_t event,
+                                                       std::span<Variant> arguments) mutable {
+      const Ref<Object> found = ToObject(arguments[0]);
+      log += std::to_string(event) + " " + ToUtf8(found->GetInterface().name) + " " +
+             ToUtf8(ToText(Call(*found, name, MemberKind::kGet))) + "\n";
+      if (++count == cancelled) arguments[1].Assign(Variant(true));
+    });
+  }
+};
+
+/// The values of a property in a list, a blank before each.
+template <class List>
+std::string NamesIn(const Ref<List>& list, TextView property) {
+  std::string names;
+  for (std::int32_t i = 1; i <= list->Count(); ++i) {
+    Variant position(i);
+    const Ref<Object> item = list->Item(position);
+    names += " " + ToUtf8(ToText(Call(*item, property, MemberKind::kGet)));
+  }
+  return names;
+}
+
+/// A test in that world; it fails when an object or a handle outlives it.
+class NetworkTest : public testing::Test, protected NetworkWorld {
+ protected:
+  void TearDown() override {
+    Apartment::Current().server_cache = nullptr;
+    for (const Counter counter :
+         {Counter::kNetHood, Counter::kNetworks, Counter::kNetwork, Counter::kDomains,
+          Counter::kDomain, Counter::kServers, Counter::kServer, Counter::kSids, Counter::kSid}) {
+      EXPECT_EQ(Apartment::Current().counters[counter], 0) << static_cast<int>(counter);
+    }
+    EXPECT_EQ(ledger().Report(), "");
+  }
+
+  const Ref<SystemRoot> root_ = Make<SystemRoot>();
+};
+
+}  // namespace veldmark

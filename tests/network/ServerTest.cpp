@@ -1,0 +1,378 @@
+#include "collections/Collection.h"
+#include "network/CSocket.h"
+#include "network/NetworkFixture.h"
+#include "security/CSid.h"
+#include "security/CSids.h"
+
+namespace veldmark {
+namespace {
+
+using Names = NetworkTest;
+using Servers = NetworkTest;
+using Rights = NetworkTest;
+
+std::int32_t Held(const Ref<Collection>& cache) { return cache->Count(); }
+
+TEST_F(Names, OfDomainsAreAskedOncePerServerAsItIsWritten) {
+  const struct {
+    Text server;
+    const char* calls;
+  } cases[] = {
+      {u"FS1", "NetWkstaGetInfo FS1 100\n"},
+      {u"fs1", ""},
+      {u"\\\\FS1", "NetWkstaGetInfo \\\\FS1 100\n"},
+      {u"\\\\fs1", ""},
+      {Text(u"FS1\0x", 5), "NetWkstaGetInfo FS1 100\n"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(ToUtf8(c.server));
+    EXPECT_EQ(Engine().GetDomainFromServer(c.server), u"CORP");
+    EXPECT_EQ(Calls(), c.calls);
+  }
+  EXPECT_EQ(root_->GetDomainFromServerName(u"")->DomainName, u"WORKGROUP");
+  EXPECT_EQ(root_->GetDomainFromServerName(u"BENCH")->DomainName, u"LAB");
+  EXPECT_EQ(Err().Number(), 0);
+  for (const Text& unknown : {Text(u"NOBODY"), Text(u"PC9"), Text(300, u'x')}) {
+    EXPECT_EQ(ErrorOf([&] { root_->GetDomainFromServerName(unknown); }), 53);
+    EXPECT_EQ(Err().Source(), u"Veldmark2.SystemRoot");
+  }
+  EXPECT_EQ(Held(Apartment::Current().domain_cache), 5);
+  computer(u"PC9").SetReachable(true);
+  EXPECT_EQ(Engine().GetDomainFromServer(u"PC9"), u"CORP") << "a failure is not remembered";
+  Apartment::Current().domain_cache = nullptr;
+  EXPECT_EQ(ErrorOf([&] { Engine().GetDomainFromServer(u"FS1"); }), 91);
+}
+
+TEST_F(Names, OfControllersAreAskedOncePerDomainOrElsePerServer) {
+  const struct {
+    Text domain, server;
+    const char* calls;
+  } cases[] = {
+      {u"CORP", u"", "NetGetDCName  CORP\n"},
+      {u"corp", u"", ""},
+      {u"Corp", u"NOBODY", ""},
+      {u"", u"\\\\FS1", "NetGetDCName \\\\FS1 \n"},
+      {u"", u"fs1", ""},
+      {u"", u"PC1", "NetGetDCName \\\\PC1 \n"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Engine().GetPDCName(c.domain, c.server), u"\\\\DC1");
+    EXPECT_EQ(Calls(), c.calls);
+  }
+  const Ref<Collection> cache = Apartment::Current().pdc_cache;
+  EXPECT_EQ(Held(cache), 3);
+  EXPECT_EQ(FailureOf([] { Engine().GetPDCName(u"", u"").size(); }).substr(0, 24),
+            u"2453|Veldmark2.CSupport|");
+  estate().Join(local(), u"CORP");
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(Engine().GetPDCName(u"", u""), u"\\\\DC1");
+    EXPECT_EQ(Count("NetGetDCName"), i == 0 ? 2u : 1u);
+  }
+  EXPECT_EQ(ErrorOf([] { Engine().GetPDCName(u"LAB", u""); }), 2453);
+  EXPECT_EQ(ErrorOf([] { Engine().GetPDCName(u"CORQ", u"NOBODY"); }), 53);
+  EXPECT_EQ(Held(cache), 3);
+
+  // Without the cache it goes on, and the error of the look-up stays.
+  Apartment::Current().pdc_cache = nullptr;
+  Err().Clear();
+  EXPECT_EQ(Engine().GetPDCName(u"CORP", u""), u"\\\\DC1");
+  EXPECT_EQ(Err().Number(), 91);
+}
+
+TEST_F(Servers, AreOneObjectPerNameInAnyCaseWithWhatTheComputerSays) {
+  std::string log;
+  Log(log);
+  const Ref<CServer> server = root_->GetServer(u"fs1", u"");
+  EXPECT_EQ(log, "Retrieving Information for Server fs1\n");
+  EXPECT_EQ(Calls(), "NetWkstaGetInfo fs1 100\nNetServerGetInfo \\\\fs1 102\n");
+  EXPECT_EQ(root_->GetServer(u"FS1", u"OTHER"), server);
+  EXPECT_EQ(server->ServerName, u"FS1");
+  EXPECT_EQ(server->DomainName, u"CORP");
+  EXPECT_EQ(server->Comment(), u"Files");
+  EXPECT_EQ(server->PlatformId(), 500);
+  EXPECT_EQ(server->VersionMajor(), 5);
+  EXPECT_EQ(server->VersionMinor(), 2);
+  EXPECT_EQ(server->ServerType(), static_cast<ServerTypeEnum>(0x80009003));
+  EXPECT_EQ(server->ServerTypeRaw(), static_cast<std::int32_t>(0x80009003));
+  EXPECT_EQ(server->NumUsers(), 40);
+  EXPECT_EQ(server->DisconnectTime(), -1);
+  EXPECT_TRUE(server->Hidden());
+  EXPECT_EQ(server->AnnounceRate(), 241);
+  EXPECT_EQ(server->AnnounceDelta(), 3001);
+  EXPECT_EQ(server->Licenses(), 7);
+  EXPECT_EQ(server->UserPath(), u"D:\\Users");
+  EXPECT_FALSE(server->StateUnknown());
+  EXPECT_EQ(Calls(), "");
+
+  const Ref<CServer> other = root_->GetServer(u"\\\\FS1", u"GIVEN");
+  EXPECT_NE(other, server);
+  EXPECT_EQ(other->DomainName, u"GIVEN");
+  EXPECT_EQ(Calls(), "NetServerGetInfo \\\\FS1 102\n");
+  EXPECT_EQ(ToObject(Call(*root_, u"GetServer", MemberKind::kMethod, {Variant(u"Fs1")})).Get(),
+            server.Get());
+
+  const Ref<Collection> cache = Apartment::Current().server_cache;
+  for (const Text& unknown : {Text(u"NOBODY"), Text(u"PC9"), Text(u"\\\\"), Text(300, u'x')}) {
+    EXPECT_EQ(ErrorOf([&] { root_->GetServer(unknown, u""); }), 53) << ToUtf8(unknown);
+    EXPECT_EQ(ErrorOf([&] { root_->GetServer(unknown, u"CORP"); }), 53);
+    EXPECT_EQ(Err().Source(), u"Veldmark2.SystemRoot");
+  }
+  EXPECT_EQ(Held(cache), 2);
+}
+
+TEST_F(Servers, FetchWhatTheirLevelLacksAndKeepWhatTheyHaveWhereThatFails) {
+  const Ref<CDomain> domain = root_->GetDomain(u"CORP");
+  const Ref<CServer> listed = domain->GetServers()->ItemByKey(u"FS1");
+  listed->PutComment(u"Mine");
+  Calls();
+  EXPECT_EQ(listed->Comment(), u"Mine");
+  EXPECT_EQ(listed->ServerTypeRaw(), 0);
+  EXPECT_EQ(Calls(), "");
+  EXPECT_EQ(listed->Licenses(), 7);
+  EXPECT_EQ(Calls(), "NetServerGetInfo \\\\FS1 102\n");
+  EXPECT_EQ(listed->Comment(), u"Files") << "what was put is overwritten by the fetch";
+  EXPECT_NE(listed->ServerTypeRaw(), 0);
+  EXPECT_EQ(listed->VersionMajor(), 5);
+
+  const auto plain = Make<CServer>();
+  EXPECT_TRUE(plain->StateUnknown());
+  EXPECT_EQ(ErrorOf([&] { plain->UserPath(); }), 53) << "asked of \\\\";
+  plain->ServerName = u"\\\\FS1";
+  plain->PutComment(u"Mine");
+  Calls();
+  faults().FailEvery("NetServerGetInfo", 53);
+  const std::function<void()> getters[] = {
+      [&] { plain->Comment(); },      [&] { plain->VersionMajor(); },
+      [&] { plain->VersionMinor(); }, [&] { plain->ServerType(); },
+      [&] { plain->NumUsers(); },     [&] { plain->DisconnectTime(); },
+      [&] { plain->Hidden(); },       [&] { plain->AnnounceRate(); },
+      [&] { plain->Licenses(); },     [&] { plain->AnnounceDelta(); },
+      [&] { plain->UserPath(); },     [&] { plain->ServerTypeRaw(); }};
+  for (const auto& getter : getters) {
+    EXPECT_EQ(FailureOf(getter).substr(0, 22), u"53|Veldmark2.CSupport|");
+    EXPECT_EQ(Calls(), "NetServerGetInfo \\\\FS1 102\n");
+  }
+  EXPECT_TRUE(plain->StateUnknown());
+  faults().Clear();
+  EXPECT_EQ(plain->Comment(), u"Files");
+  EXPECT_EQ(plain->ServerName, u"FS1");
+}
+
+TEST_F(Servers, AskAgainForEachValueThatAComputerDenies) {
+  computer(u"FS1").SetMayBeAdministered(false);
+  const Ref<CServer> server = root_->GetServer(u"FS1", u"CORP");
+  const std::string refused = "NetServerGetInfo \\\\FS1 102\nNetServerGetInfo \\\\FS1 101\n";
+  EXPECT_EQ(Calls(), refused);
+  EXPECT_EQ(server->VersionMajor(), 5);
+  EXPECT_EQ(server->ServerTypeRaw(), static_cast<std::int32_t>(0x80009003));
+  EXPECT_EQ(Calls(), "");
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(server->NumUsers(), 0);
+    EXPECT_EQ(server->UserPath(), u"");
+    EXPECT_EQ(Calls(), refused + refused);
+  }
+  computer(u"FS1").SetMayBeAdministered(true);
+  EXPECT_EQ(server->NumUsers(), 40);
+  faults().FailEvery("NetServerGetInfo", 5);
+  EXPECT_EQ(ErrorOf([&] { root_->GetServer(u"DC1", u"CORP"); }), 5);
+}
+
+TEST_F(Servers, TellTheFirstAddressOfTheirNameAndTheSocketLibrarysTroubles) {
+  computer(u"FS1").SetAddresses({{10, 1, 2, 255}, {10, 1, 2, 4}});
+  const auto server = Make<CServer>();
+  server->ServerName = u"fs1";
+  EXPECT_EQ(server->PrimaryIPAddress(), u"10.1.2.255");
+  EXPECT_EQ(server->PrimaryIPAddress(), u"10.1.2.255");
+  EXPECT_EQ(Count("WSAStartup"), 2u);
+  {
+    CSocket socket;
+    socket.PutHostName(u"FS1");
+    socket.PutHostName(u"localhost");
+    EXPECT_EQ(socket.IPAddress(), u"127.0.0.1");
+    EXPECT_EQ(ErrorOf([&] { socket.PutHostName(u"NOBODY"); }), -2147221503);
+    EXPECT_EQ(socket.IPAddress(), u"127.0.0.1");
+    EXPECT_EQ(socket.HostName(), u"NOBODY");
+  }
+  const auto failure = [&] { return FailureOf([&] { server->PrimaryIPAddress(); }); };
+  const Text silent = u"-2147221503|Veldmark2.CSocket|Winsock.dll is not responding.";
+  server->ServerName = u"\\\\FS1";
+  EXPECT_EQ(failure(), silent);
+  server->ServerName = u"FS1";
+  faults().FailNthOf("WSAStartup", 1, 10091);
+  EXPECT_EQ(failure(), silent);
+  faults().FailNthOf("WSACleanup", 1, 10050);
+  EXPECT_EQ(failure(), u"-2147221500|Veldmark2.CSocket|Socket error -1 occurred in Cleanup \"");
+  estate().socket_library().most_sockets = 0;
+  EXPECT_EQ(failure(),
+            u"-2147221501|Veldmark2.CSocket|This application requires a minimum of 1 supported "
+            u"sockets.");
+  estate().socket_library().version = 0x0001;
+  EXPECT_EQ(failure(),
+            u"-2147221502|Veldmark2.CSocket|Windows Sockets version 1.0 is not supported by "
+            u"winsock.dll ");
+}
+
+TEST_F(Servers, AreFilersWhereTheirPipeOpens) {
+  const auto server = Make<CServer>();
+  server->ServerName = u"FS1";
+  EXPECT_FALSE(server->IsNetAppFiler());
+  computer(u"FS1").AddPipe(u"NETAPPSVC");
+  EXPECT_TRUE(server->IsNetAppFiler());
+  EXPECT_EQ(journal().entries()[journal().entries().size() - 2].argument,
+            "\\\\FS1\\PIPE\\NETAPPSVC");
+  for (const Text& unknown : {Text(u"NOBODY"), Text(), Text(u"\\\\FS1"), Text(300, u'x')}) {
+    server->ServerName = unknown;
+    EXPECT_FALSE(server->IsNetAppFiler());
+  }
+}
+
+TEST_F(Rights, AndPolicyComeAsThePlatformGivesThem) {
+  computer(u"FS1").own_accounts().policy = {.minimum_length = 1,
+                                            .maximum_age = kTimeForever,
+                                            .minimum_age = 3,
+                                            .force_logoff = 4,
+                                            .history_length = 5,
+                                            .lockout_duration = 6,
+                                            .lockout_window = 7,
+                                            .lockout_threshold = 8};
+  const auto server = Make<CServer>();
+  server->ServerName = u"FS1";
+  std::string log;
+  Log(log);
+  const Ref<CServerAccountPolicy> policy = server->GetServerAccountPolicy();
+  EXPECT_EQ(log, "Retrieving Account Policy Information for Server FS1\n");
+  std::string values;
+  for (const Member& member : CServerAccountPolicy::Describe().members) {
+    std::vector<Variant> none;
+    values += " " + ToUtf8(ToText(Call(*policy, member, none)));
+  }
+  EXPECT_EQ(values, " 1 -1 3 4 5 6 7 8");
+  EXPECT_EQ(Calls(), "NetUserModalsGet \\\\FS1 0\nNetUserModalsGet \\\\FS1 3\n");
+
+  faults().FailNthOf("NetUserModalsGet", 2, 5);
+  EXPECT_EQ(FailureOf([&] { server->GetServerAccountPolicy(); }),
+            u"5|Veldmark2.CServer|Access is denied.");
+  server->ServerName = u"\\\\FS1";
+  Calls();
+  EXPECT_NE(ErrorOf([&] { server->GetServerAccountPolicy(); }), 0);
+  EXPECT_EQ(Calls(), "NetUserModalsGet \\\\\\\\FS1 0\n");
+}
+
+TEST_F(Rights, ListTheirHoldersWithoutLookingThemUp) {
+  simulated::Computer& machine = computer(u"FS1");
+  const auto sid = [](const char16_t* text) { return *simulated::Sid::FromText(text); };
+  machine.RevokeFromAll(u"SeBackupPrivilege");
+  machine.RevokeFromAll(u"SeDebugPrivilege");
+  machine.Grant(u"SeBackupPrivilege", {sid(u"S-1-5-32-551"), sid(u"S-1-5-32-544")});
+  machine.GrantBytes(u"SeBackupPrivilege", {2, 1, 0, 0, 0, 0, 0, 5, 18, 0, 0, 0});
+  machine.GrantBytes(u"SeBackupPrivilege", {1, 16, 0, 0, 0, 0, 0, 5});
+  machine.Grant(u"SeBackupPrivilege", {sid(u"S-1-5-32-551"), sid(u"S-1-1-0")});
+  const auto server = Make<CServer>();
+  server->ServerName = u"FS1";
+  const Ref<CSids> sids = server->GetSidsWithUserRight(u"sebackupprivilege");
+  EXPECT_EQ(NamesIn(sids, u"SidText"), " S-1-5-32-551 S-1-5-32-544 S-1-1-0");
+  Variant first(1);
+  EXPECT_EQ(sids->Item(first)->ResidesOnServer(), u"FS1");
+  EXPECT_EQ(Count("LookupAccountSidW"), 0u);
+  EXPECT_EQ(server->GetSidsWithUserRight(u"SeDebugPrivilege")->Count(), 0);
+
+  std::string log;
+  Log(log, server.Get(), u"SidText", 2);
+  server->PutAsyncFetch(true);
+  EXPECT_EQ(server->GetSidsWithUserRight(u"SeBackupPrivilege")->Count(), 0);
+  EXPECT_EQ(log, "6 CSid S-1-5-32-551\n6 CSid S-1-5-32-544\n");
+  EXPECT_EQ(ledger().Report(), "");
+  // What its class has no event for passes it by.
+  bool cancel = false;
+  Engine().RaiseObjectFound(*root_->GetDomain(u"CORP"), cancel);
+  server->PutAsyncFetch(false);
+
+  const struct {
+    Text server, right;
+    std::int32_t error;
+  } failures[] = {
+      {u"FS1", u"SeNothingPrivilege", 1313},        {u"FS1", u"", 1313},
+      {u"\\\\FS1", u"SeBackupPrivilege", 1722},     {u"NOBODY", u"SeBackupPrivilege", 1722},
+      {Text(40000, u'x'), u"SeBackupPrivilege", 6}, {u"FS1", Text(40000, u'x'), 6},
+  };
+  for (const auto& c : failures) {
+    server->ServerName = c.server;
+    EXPECT_EQ(ErrorOf([&] { server->GetSidsWithUserRight(c.right); }), c.error);
+    EXPECT_EQ(Err().Source(), u"Veldmark2.CServer");
+  }
+  machine.SetMayBeAdministered(false);
+  server->ServerName = u"FS1";
+  EXPECT_EQ(FailureOf([&] { server->GetSidsWithUserRight(u"SeBackupPrivilege"); }),
+            u"5|Veldmark2.CServer|Access is denied.");
+}
+
+TEST(NetworkFaults, ReachTheCallerLeaveNothingOpenAndAreNotRemembered) {
+  using Calls = std::set<std::string>;
+  const struct {
+    void (*scenario)(SystemRoot& root);
+    Calls swallowed, either;
+  } cases[] = {
+      {[](SystemRoot& root) { EXPECT_EQ(root.GetServer(u"FS1", u"")->NumUsers(), 40); },
+       {"NetApiBufferFree"},
+       {}},
+      {[](SystemRoot& root) { root.GetDomain(u"CORP")->GetServers(); },
+       {"NetApiBufferFree", "NetGetDCName"},
+       {}},
+      {[](SystemRoot& root) {
+         const Ref<CDomain> domain = root.GetDomain(u"CORP");
+         domain->IgnoreMachineAccounts = true;
+         EXPECT_EQ(domain->GetServers()->Count(), 3);
+       },
+       {"NetApiBufferFree"},
+       {}},
+      // Without its type the network isn't found.
+      {[](SystemRoot& root) { EXPECT_EQ(root.GetNetHood()->GetDomains()->Count(), 3); },
+       {"WNetCloseEnum"},
+       {"WNetGetNetworkInformationW"}},
+      {[](SystemRoot&) {
+         const auto server = Make<CServer>();
+         server->ServerName = u"FS1";
+         server->GetServerAccountPolicy();
+         EXPECT_EQ(server->GetSidsWithUserRight(u"SeBackupPrivilege")->Count(), 3);
+       },
+       {"NetApiBufferFree"},
+       {}},
+      // The socket library's failures have numbers of their own.
+      {[](SystemRoot&) {
+         const auto server = Make<CServer>();
+         server->ServerName = u"FS1";
+         EXPECT_NE(server->PrimaryIPAddress(), u"");
+       },
+       {},
+       {"WSAStartup", "WSACleanup", "gethostbyname"}},
+      {[](SystemRoot&) {
+         const auto server = Make<CServer>();
+         server->ServerName = u"FS1";
+         server->IsNetAppFiler();
+       },
+       {"CreateFileA", "CloseHandle", "WideCharToMultiByte"},
+       {}},
+      {[](SystemRoot&) { Engine().GetTrustedDomains(); },
+       {"GetComputerNameW", "NetEnumerateTrustedDomains", "NetApiBufferFree"},
+       {}},
+  };
+  struct World : NetworkWorld {
+    World() {
+      computer(u"FS1").Grant(u"SeBackupPrivilege", {simulated::EveryoneSid()});
+      computer(u"FS1").AddPipe(u"NETAPPSVC");
+    }
+  };
+  for (const auto& c : cases) {
+    SweepFaults<World>(
+        c.swallowed, [&](World&) { c.scenario(*Make<SystemRoot>()); },
+        [&](World& world, const std::string& failed, bool raised) {
+          EXPECT_EQ(raised, !c.swallowed.contains(failed));
+          EXPECT_EQ(ErrorOf([&] { c.scenario(*Make<SystemRoot>()); }), 0) << "the second time";
+          EXPECT_EQ(world.ledger().Report(), "");
+        },
+        c.either);
+  }
+}
+
+}  // namespace
+}  // namespace veldmark
