@@ -25,6 +25,8 @@ struct Walk {
   std::string each;  ///< before the name of each in the status texts
 };
 
+void PrintTo(const Walk& walk, std::ostream* out) { *out << walk.name; }
+
 List GetUsers(CServer& server, bool async) { return Shown(Engine().GetUsers(server, async)); }
 List GetCompleteUsers(CServer& server, bool async) {
   return Shown(Engine().GetCompleteUserAccounts(server, async));
@@ -38,7 +40,7 @@ List GetGlobalGroups(CServer& server, bool async) {
   const auto domain = Make<CDomain>();
   domain->DomainName = u"CORP";
   List found = Shown(Engine().GetGlobalGroups(*domain, server.ServerName, async));
-  std::erase_if(found, [](const std::string& group) { return !group.starts_with("S"); });
+  std::erase_if(found, [](const std::string& group) { return !group.starts_with("St"); });
   return found;
 }
 List GetStaff(CServer& server, bool async) {
@@ -127,9 +129,9 @@ class Lists : public AccountsTest, public testing::WithParamInterface<Walk> {
     srv->own_accounts().AddLocalGroup(u"Ops");
     corp().AddLocalGroup(u"Ops");
     server_ = Server(GetParam().server);
+    server_->DomainName = GetParam().server == u"FAR2" ? u"FAR" : u"CORP";
   }
   List Run(bool async = false) { return GetParam().run(*server_, async); }
-  /// The texts of the status, those for objects that the walk doesn't show left out.
   Ref<CServer> server_;
 };
 
@@ -187,7 +189,8 @@ TEST_P(Lists, RaiseWhatThePlatformAnswersAfterTheFirstPageToo) {
     faults().Clear();
     faults().FailNthOf(GetParam().operation, page, 1722);
     const Text failure = FailureOf([&] { Run(); });
-    if (faults().fired() > 0) EXPECT_EQ(failure.substr(0, 24), u"1722|Veldmark2.CSupport|");
+    // The second page of some holds nothing that isn't in the first.
+    EXPECT_EQ(failure.substr(0, 24), faults().fired() > 0 ? u"1722|Veldmark2.CSupport|" : u"");
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <unordered_map>
 
 #include "automation/CaseMapping.h"
 #include "platform/simulated/estate/AccountLookup.h"
@@ -197,14 +198,15 @@ DWORD SimulatedAccountManagement::NetQueryDisplayInformation(LPCWSTR server_name
   }
   std::vector<const UserAccount*> users = Sorted(asked.accounts->users());
   std::erase_if(users, [](const UserAccount* user) { return user->is_machine(); });
+  std::unordered_map<const UserAccount*, DWORD> next_indices;
+  for (DWORD next = 0; const UserAccount* user : users) next_indices[user] = ++next;
   const auto fill = [&](NET_DISPLAY_USER& record, const UserAccount* user, RecordBlock& block) {
     record.usri1_name = block.Put(user->name);
     record.usri1_comment = block.Put(user->comment);
     record.usri1_flags = user->flags | kFlagScript;
     record.usri1_full_name = block.Put(user->full_name);
     record.usri1_user_id = user->number;
-    record.usri1_next_index =
-        static_cast<DWORD>(std::ranges::find(users, user) - users.begin()) + 1;
+    record.usri1_next_index = next_indices.at(user);
   };
   std::size_t page = asked.computer->page();
   if (page == 0 || entries_requested < page) page = entries_requested;
