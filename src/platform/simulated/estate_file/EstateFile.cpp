@@ -6,7 +6,9 @@
 #include <nlohmann/json.hpp>
 
 #include "automation/CaseMapping.h"
+#include "platform/simulated/estate_file/AccountsReader.h"
 #include "platform/simulated/estate_file/ComputerReader.h"
+#include "platform/simulated/estate_file/NetworkReader.h"
 #include "platform/simulated/estate_file/UserReader.h"
 #include "platform/simulated/estate_file/Values.h"
 
@@ -61,7 +63,8 @@ Estate ReadEstate(std::string_view text) {
   }
   const Node root(json, "");
   root.OnlyFields({"clock", "timeZone", "user", "currentFolder", "moduleFolder", "mappedDrives",
-                   "messages", "modules", "computers", "directoryObjects"});
+                   "messages", "modules", "computers", "directoryObjects", "networks", "domains",
+                   "workgroups", "hosts", "knownAccounts"});
   const auto clock = root.Field("clock");
   Estate estate = Estate::Empty(clock ? ReadTime(*clock) : Estate::kDefaultTime);
   if (const auto zone = root.Field("timeZone")) ReadTimeZone(*zone, estate);
@@ -88,9 +91,17 @@ Estate ReadEstate(std::string_view text) {
       }
     }
   }
+  if (const auto networks = root.Field("networks")) ReadNetworks(*networks, estate);
+  if (const auto accounts = root.Field("knownAccounts")) ReadKnownAccounts(*accounts, estate);
+  if (const auto hosts = root.Field("hosts")) ReadHosts(*hosts, estate);
+  const auto domains = root.Field("domains");
+  if (domains) ReadDomains(*domains, estate);
+  if (const auto workgroups = root.Field("workgroups")) ReadWorkgroups(*workgroups, estate);
   const Node computers = root.Required("computers");
   if (computers.Elements().empty()) computers.Complain("needs at least the local computer");
   for (const Node& computer : computers.Elements()) ReadComputer(computer, estate);
+  if (domains) ReadDomainGroups(*domains, estate);
+  for (const Node& computer : computers.Elements()) ReadComputerGroups(computer, estate);
   if (const auto objects = root.Field("directoryObjects")) {
     ReadNamedObjects(*objects, estate, [&](const Node& place, TextView text, auto security) {
       if (estate.FindDirectoryObject(text) != nullptr) place.Complain("the name is taken");
