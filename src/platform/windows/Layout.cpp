@@ -1,16 +1,21 @@
 // Proves at compile time that the records and constants that we declare ourselves are the SDK's.
 
 #include <windows.h>
+#include <winsock2.h>
 
 #include <lm.h>
+#include <ntsecapi.h>
 #include <sddl.h>
 #include <winnetwk.h>
 
 #include <cstddef>
 
+#include "platform/operations/AccountManagement.h"
 #include "platform/operations/ErrorCodes.h"
+#include "platform/operations/LocalSecurityAuthority.h"
 #include "platform/operations/Messages.h"
 #include "platform/operations/NetworkManagement.h"
+#include "platform/operations/Sockets.h"
 #include "platform/operations/VersionInformation.h"
 #include "platform/windows/Sdk.h"
 
@@ -99,6 +104,279 @@ static_assert(offsetof(NETRESOURCEW, lpLocalName) == offsetof(::NETRESOURCEW, lp
 static_assert(offsetof(NETRESOURCEW, lpRemoteName) == offsetof(::NETRESOURCEW, lpRemoteName));
 static_assert(offsetof(NETRESOURCEW, lpComment) == offsetof(::NETRESOURCEW, lpComment));
 static_assert(offsetof(NETRESOURCEW, lpProvider) == offsetof(::NETRESOURCEW, lpProvider));
+
+static_assert(sizeof(SERVER_INFO_100) == sizeof(::SERVER_INFO_100) &&
+              alignof(SERVER_INFO_100) == alignof(::SERVER_INFO_100));
+static_assert(offsetof(SERVER_INFO_100, sv100_platform_id) ==
+              offsetof(::SERVER_INFO_100, sv100_platform_id));
+static_assert(offsetof(SERVER_INFO_100, sv100_name) == offsetof(::SERVER_INFO_100, sv100_name));
+
+static_assert(sizeof(SERVER_INFO_101) == sizeof(::SERVER_INFO_101) &&
+              alignof(SERVER_INFO_101) == alignof(::SERVER_INFO_101));
+static_assert(offsetof(SERVER_INFO_101, sv101_platform_id) ==
+              offsetof(::SERVER_INFO_101, sv101_platform_id));
+static_assert(offsetof(SERVER_INFO_101, sv101_name) == offsetof(::SERVER_INFO_101, sv101_name));
+static_assert(offsetof(SERVER_INFO_101, sv101_version_major) ==
+              offsetof(::SERVER_INFO_101, sv101_version_major));
+static_assert(offsetof(SERVER_INFO_101, sv101_version_minor) ==
+              offsetof(::SERVER_INFO_101, sv101_version_minor));
+static_assert(offsetof(SERVER_INFO_101, sv101_type) == offsetof(::SERVER_INFO_101, sv101_type));
+static_assert(offsetof(SERVER_INFO_101, sv101_comment) ==
+              offsetof(::SERVER_INFO_101, sv101_comment));
+
+static_assert(sizeof(SERVER_INFO_102) == sizeof(::SERVER_INFO_102) &&
+              alignof(SERVER_INFO_102) == alignof(::SERVER_INFO_102));
+static_assert(offsetof(SERVER_INFO_102, sv102_platform_id) ==
+              offsetof(::SERVER_INFO_102, sv102_platform_id));
+static_assert(offsetof(SERVER_INFO_102, sv102_name) == offsetof(::SERVER_INFO_102, sv102_name));
+static_assert(offsetof(SERVER_INFO_102, sv102_version_major) ==
+              offsetof(::SERVER_INFO_102, sv102_version_major));
+static_assert(offsetof(SERVER_INFO_102, sv102_version_minor) ==
+              offsetof(::SERVER_INFO_102, sv102_version_minor));
+static_assert(offsetof(SERVER_INFO_102, sv102_type) == offsetof(::SERVER_INFO_102, sv102_type));
+static_assert(offsetof(SERVER_INFO_102, sv102_comment) ==
+              offsetof(::SERVER_INFO_102, sv102_comment));
+static_assert(offsetof(SERVER_INFO_102, sv102_users) == offsetof(::SERVER_INFO_102, sv102_users));
+static_assert(offsetof(SERVER_INFO_102, sv102_disc) == offsetof(::SERVER_INFO_102, sv102_disc));
+static_assert(offsetof(SERVER_INFO_102, sv102_hidden) == offsetof(::SERVER_INFO_102, sv102_hidden));
+static_assert(offsetof(SERVER_INFO_102, sv102_announce) ==
+              offsetof(::SERVER_INFO_102, sv102_announce));
+static_assert(offsetof(SERVER_INFO_102, sv102_anndelta) ==
+              offsetof(::SERVER_INFO_102, sv102_anndelta));
+static_assert(offsetof(SERVER_INFO_102, sv102_licenses) ==
+              offsetof(::SERVER_INFO_102, sv102_licenses));
+static_assert(offsetof(SERVER_INFO_102, sv102_userpath) ==
+              offsetof(::SERVER_INFO_102, sv102_userpath));
+
+static_assert(sizeof(WKSTA_INFO_100) == sizeof(::WKSTA_INFO_100) &&
+              alignof(WKSTA_INFO_100) == alignof(::WKSTA_INFO_100));
+static_assert(offsetof(WKSTA_INFO_100, wki100_platform_id) ==
+              offsetof(::WKSTA_INFO_100, wki100_platform_id));
+static_assert(offsetof(WKSTA_INFO_100, wki100_computername) ==
+              offsetof(::WKSTA_INFO_100, wki100_computername));
+static_assert(offsetof(WKSTA_INFO_100, wki100_langroup) ==
+              offsetof(::WKSTA_INFO_100, wki100_langroup));
+static_assert(offsetof(WKSTA_INFO_100, wki100_ver_major) ==
+              offsetof(::WKSTA_INFO_100, wki100_ver_major));
+static_assert(offsetof(WKSTA_INFO_100, wki100_ver_minor) ==
+              offsetof(::WKSTA_INFO_100, wki100_ver_minor));
+
+static_assert(sizeof(SHARE_INFO_1) == sizeof(::SHARE_INFO_1) &&
+              alignof(SHARE_INFO_1) == alignof(::SHARE_INFO_1));
+static_assert(offsetof(SHARE_INFO_1, shi1_netname) == offsetof(::SHARE_INFO_1, shi1_netname));
+static_assert(offsetof(SHARE_INFO_1, shi1_type) == offsetof(::SHARE_INFO_1, shi1_type));
+static_assert(offsetof(SHARE_INFO_1, shi1_remark) == offsetof(::SHARE_INFO_1, shi1_remark));
+
+static_assert(sizeof(SHARE_INFO_2) == sizeof(::SHARE_INFO_2) &&
+              alignof(SHARE_INFO_2) == alignof(::SHARE_INFO_2));
+static_assert(offsetof(SHARE_INFO_2, shi2_netname) == offsetof(::SHARE_INFO_2, shi2_netname));
+static_assert(offsetof(SHARE_INFO_2, shi2_type) == offsetof(::SHARE_INFO_2, shi2_type));
+static_assert(offsetof(SHARE_INFO_2, shi2_remark) == offsetof(::SHARE_INFO_2, shi2_remark));
+static_assert(offsetof(SHARE_INFO_2, shi2_permissions) ==
+              offsetof(::SHARE_INFO_2, shi2_permissions));
+static_assert(offsetof(SHARE_INFO_2, shi2_max_uses) == offsetof(::SHARE_INFO_2, shi2_max_uses));
+static_assert(offsetof(SHARE_INFO_2, shi2_current_uses) ==
+              offsetof(::SHARE_INFO_2, shi2_current_uses));
+static_assert(offsetof(SHARE_INFO_2, shi2_path) == offsetof(::SHARE_INFO_2, shi2_path));
+static_assert(offsetof(SHARE_INFO_2, shi2_passwd) == offsetof(::SHARE_INFO_2, shi2_passwd));
+
+static_assert(sizeof(USER_INFO_0) == sizeof(::USER_INFO_0) &&
+              alignof(USER_INFO_0) == alignof(::USER_INFO_0));
+static_assert(offsetof(USER_INFO_0, usri0_name) == offsetof(::USER_INFO_0, usri0_name));
+
+static_assert(sizeof(USER_INFO_1) == sizeof(::USER_INFO_1) &&
+              alignof(USER_INFO_1) == alignof(::USER_INFO_1));
+static_assert(offsetof(USER_INFO_1, usri1_name) == offsetof(::USER_INFO_1, usri1_name));
+static_assert(offsetof(USER_INFO_1, usri1_password) == offsetof(::USER_INFO_1, usri1_password));
+static_assert(offsetof(USER_INFO_1, usri1_password_age) ==
+              offsetof(::USER_INFO_1, usri1_password_age));
+static_assert(offsetof(USER_INFO_1, usri1_priv) == offsetof(::USER_INFO_1, usri1_priv));
+static_assert(offsetof(USER_INFO_1, usri1_home_dir) == offsetof(::USER_INFO_1, usri1_home_dir));
+static_assert(offsetof(USER_INFO_1, usri1_comment) == offsetof(::USER_INFO_1, usri1_comment));
+static_assert(offsetof(USER_INFO_1, usri1_flags) == offsetof(::USER_INFO_1, usri1_flags));
+static_assert(offsetof(USER_INFO_1, usri1_script_path) ==
+              offsetof(::USER_INFO_1, usri1_script_path));
+
+static_assert(sizeof(USER_INFO_3) == sizeof(::USER_INFO_3) &&
+              alignof(USER_INFO_3) == alignof(::USER_INFO_3));
+static_assert(offsetof(USER_INFO_3, usri3_name) == offsetof(::USER_INFO_3, usri3_name));
+static_assert(offsetof(USER_INFO_3, usri3_password) == offsetof(::USER_INFO_3, usri3_password));
+static_assert(offsetof(USER_INFO_3, usri3_password_age) ==
+              offsetof(::USER_INFO_3, usri3_password_age));
+static_assert(offsetof(USER_INFO_3, usri3_priv) == offsetof(::USER_INFO_3, usri3_priv));
+static_assert(offsetof(USER_INFO_3, usri3_home_dir) == offsetof(::USER_INFO_3, usri3_home_dir));
+static_assert(offsetof(USER_INFO_3, usri3_comment) == offsetof(::USER_INFO_3, usri3_comment));
+static_assert(offsetof(USER_INFO_3, usri3_flags) == offsetof(::USER_INFO_3, usri3_flags));
+static_assert(offsetof(USER_INFO_3, usri3_script_path) ==
+              offsetof(::USER_INFO_3, usri3_script_path));
+static_assert(offsetof(USER_INFO_3, usri3_auth_flags) == offsetof(::USER_INFO_3, usri3_auth_flags));
+static_assert(offsetof(USER_INFO_3, usri3_full_name) == offsetof(::USER_INFO_3, usri3_full_name));
+static_assert(offsetof(USER_INFO_3, usri3_usr_comment) ==
+              offsetof(::USER_INFO_3, usri3_usr_comment));
+static_assert(offsetof(USER_INFO_3, usri3_parms) == offsetof(::USER_INFO_3, usri3_parms));
+static_assert(offsetof(USER_INFO_3, usri3_workstations) ==
+              offsetof(::USER_INFO_3, usri3_workstations));
+static_assert(offsetof(USER_INFO_3, usri3_last_logon) == offsetof(::USER_INFO_3, usri3_last_logon));
+static_assert(offsetof(USER_INFO_3, usri3_last_logoff) ==
+              offsetof(::USER_INFO_3, usri3_last_logoff));
+static_assert(offsetof(USER_INFO_3, usri3_acct_expires) ==
+              offsetof(::USER_INFO_3, usri3_acct_expires));
+static_assert(offsetof(USER_INFO_3, usri3_max_storage) ==
+              offsetof(::USER_INFO_3, usri3_max_storage));
+static_assert(offsetof(USER_INFO_3, usri3_units_per_week) ==
+              offsetof(::USER_INFO_3, usri3_units_per_week));
+static_assert(offsetof(USER_INFO_3, usri3_logon_hours) ==
+              offsetof(::USER_INFO_3, usri3_logon_hours));
+static_assert(offsetof(USER_INFO_3, usri3_bad_pw_count) ==
+              offsetof(::USER_INFO_3, usri3_bad_pw_count));
+static_assert(offsetof(USER_INFO_3, usri3_num_logons) == offsetof(::USER_INFO_3, usri3_num_logons));
+static_assert(offsetof(USER_INFO_3, usri3_logon_server) ==
+              offsetof(::USER_INFO_3, usri3_logon_server));
+static_assert(offsetof(USER_INFO_3, usri3_country_code) ==
+              offsetof(::USER_INFO_3, usri3_country_code));
+static_assert(offsetof(USER_INFO_3, usri3_code_page) == offsetof(::USER_INFO_3, usri3_code_page));
+static_assert(offsetof(USER_INFO_3, usri3_user_id) == offsetof(::USER_INFO_3, usri3_user_id));
+static_assert(offsetof(USER_INFO_3, usri3_primary_group_id) ==
+              offsetof(::USER_INFO_3, usri3_primary_group_id));
+static_assert(offsetof(USER_INFO_3, usri3_profile) == offsetof(::USER_INFO_3, usri3_profile));
+static_assert(offsetof(USER_INFO_3, usri3_home_dir_drive) ==
+              offsetof(::USER_INFO_3, usri3_home_dir_drive));
+static_assert(offsetof(USER_INFO_3, usri3_password_expired) ==
+              offsetof(::USER_INFO_3, usri3_password_expired));
+
+static_assert(sizeof(USER_INFO_10) == sizeof(::USER_INFO_10) &&
+              alignof(USER_INFO_10) == alignof(::USER_INFO_10));
+static_assert(offsetof(USER_INFO_10, usri10_name) == offsetof(::USER_INFO_10, usri10_name));
+static_assert(offsetof(USER_INFO_10, usri10_comment) == offsetof(::USER_INFO_10, usri10_comment));
+static_assert(offsetof(USER_INFO_10, usri10_usr_comment) ==
+              offsetof(::USER_INFO_10, usri10_usr_comment));
+static_assert(offsetof(USER_INFO_10, usri10_full_name) ==
+              offsetof(::USER_INFO_10, usri10_full_name));
+
+static_assert(sizeof(USER_INFO_1003) == sizeof(::USER_INFO_1003) &&
+              alignof(USER_INFO_1003) == alignof(::USER_INFO_1003));
+static_assert(offsetof(USER_INFO_1003, usri1003_password) ==
+              offsetof(::USER_INFO_1003, usri1003_password));
+
+static_assert(sizeof(NET_DISPLAY_USER) == sizeof(::NET_DISPLAY_USER) &&
+              alignof(NET_DISPLAY_USER) == alignof(::NET_DISPLAY_USER));
+static_assert(offsetof(NET_DISPLAY_USER, usri1_name) == offsetof(::NET_DISPLAY_USER, usri1_name));
+static_assert(offsetof(NET_DISPLAY_USER, usri1_comment) ==
+              offsetof(::NET_DISPLAY_USER, usri1_comment));
+static_assert(offsetof(NET_DISPLAY_USER, usri1_flags) == offsetof(::NET_DISPLAY_USER, usri1_flags));
+static_assert(offsetof(NET_DISPLAY_USER, usri1_full_name) ==
+              offsetof(::NET_DISPLAY_USER, usri1_full_name));
+static_assert(offsetof(NET_DISPLAY_USER, usri1_user_id) ==
+              offsetof(::NET_DISPLAY_USER, usri1_user_id));
+static_assert(offsetof(NET_DISPLAY_USER, usri1_next_index) ==
+              offsetof(::NET_DISPLAY_USER, usri1_next_index));
+
+static_assert(sizeof(GROUP_USERS_INFO_0) == sizeof(::GROUP_USERS_INFO_0) &&
+              alignof(GROUP_USERS_INFO_0) == alignof(::GROUP_USERS_INFO_0));
+static_assert(offsetof(GROUP_USERS_INFO_0, grui0_name) ==
+              offsetof(::GROUP_USERS_INFO_0, grui0_name));
+
+static_assert(sizeof(GROUP_INFO_0) == sizeof(::GROUP_INFO_0) &&
+              alignof(GROUP_INFO_0) == alignof(::GROUP_INFO_0));
+static_assert(offsetof(GROUP_INFO_0, grpi0_name) == offsetof(::GROUP_INFO_0, grpi0_name));
+
+static_assert(sizeof(GROUP_INFO_1) == sizeof(::GROUP_INFO_1) &&
+              alignof(GROUP_INFO_1) == alignof(::GROUP_INFO_1));
+static_assert(offsetof(GROUP_INFO_1, grpi1_name) == offsetof(::GROUP_INFO_1, grpi1_name));
+static_assert(offsetof(GROUP_INFO_1, grpi1_comment) == offsetof(::GROUP_INFO_1, grpi1_comment));
+
+static_assert(sizeof(GROUP_INFO_2) == sizeof(::GROUP_INFO_2) &&
+              alignof(GROUP_INFO_2) == alignof(::GROUP_INFO_2));
+static_assert(offsetof(GROUP_INFO_2, grpi2_name) == offsetof(::GROUP_INFO_2, grpi2_name));
+static_assert(offsetof(GROUP_INFO_2, grpi2_comment) == offsetof(::GROUP_INFO_2, grpi2_comment));
+static_assert(offsetof(GROUP_INFO_2, grpi2_group_id) == offsetof(::GROUP_INFO_2, grpi2_group_id));
+static_assert(offsetof(GROUP_INFO_2, grpi2_attributes) ==
+              offsetof(::GROUP_INFO_2, grpi2_attributes));
+
+static_assert(sizeof(LOCALGROUP_USERS_INFO_0) == sizeof(::LOCALGROUP_USERS_INFO_0) &&
+              alignof(LOCALGROUP_USERS_INFO_0) == alignof(::LOCALGROUP_USERS_INFO_0));
+static_assert(offsetof(LOCALGROUP_USERS_INFO_0, lgrui0_name) ==
+              offsetof(::LOCALGROUP_USERS_INFO_0, lgrui0_name));
+
+static_assert(sizeof(LOCALGROUP_INFO_1) == sizeof(::LOCALGROUP_INFO_1) &&
+              alignof(LOCALGROUP_INFO_1) == alignof(::LOCALGROUP_INFO_1));
+static_assert(offsetof(LOCALGROUP_INFO_1, lgrpi1_name) ==
+              offsetof(::LOCALGROUP_INFO_1, lgrpi1_name));
+static_assert(offsetof(LOCALGROUP_INFO_1, lgrpi1_comment) ==
+              offsetof(::LOCALGROUP_INFO_1, lgrpi1_comment));
+
+static_assert(sizeof(LOCALGROUP_MEMBERS_INFO_0) == sizeof(::LOCALGROUP_MEMBERS_INFO_0) &&
+              alignof(LOCALGROUP_MEMBERS_INFO_0) == alignof(::LOCALGROUP_MEMBERS_INFO_0));
+static_assert(offsetof(LOCALGROUP_MEMBERS_INFO_0, lgrmi0_sid) ==
+              offsetof(::LOCALGROUP_MEMBERS_INFO_0, lgrmi0_sid));
+
+static_assert(sizeof(USER_MODALS_INFO_0) == sizeof(::USER_MODALS_INFO_0) &&
+              alignof(USER_MODALS_INFO_0) == alignof(::USER_MODALS_INFO_0));
+static_assert(offsetof(USER_MODALS_INFO_0, usrmod0_min_passwd_len) ==
+              offsetof(::USER_MODALS_INFO_0, usrmod0_min_passwd_len));
+static_assert(offsetof(USER_MODALS_INFO_0, usrmod0_max_passwd_age) ==
+              offsetof(::USER_MODALS_INFO_0, usrmod0_max_passwd_age));
+static_assert(offsetof(USER_MODALS_INFO_0, usrmod0_min_passwd_age) ==
+              offsetof(::USER_MODALS_INFO_0, usrmod0_min_passwd_age));
+static_assert(offsetof(USER_MODALS_INFO_0, usrmod0_force_logoff) ==
+              offsetof(::USER_MODALS_INFO_0, usrmod0_force_logoff));
+static_assert(offsetof(USER_MODALS_INFO_0, usrmod0_password_hist_len) ==
+              offsetof(::USER_MODALS_INFO_0, usrmod0_password_hist_len));
+
+static_assert(sizeof(USER_MODALS_INFO_3) == sizeof(::USER_MODALS_INFO_3) &&
+              alignof(USER_MODALS_INFO_3) == alignof(::USER_MODALS_INFO_3));
+static_assert(offsetof(USER_MODALS_INFO_3, usrmod3_lockout_duration) ==
+              offsetof(::USER_MODALS_INFO_3, usrmod3_lockout_duration));
+static_assert(offsetof(USER_MODALS_INFO_3, usrmod3_lockout_observation_window) ==
+              offsetof(::USER_MODALS_INFO_3, usrmod3_lockout_observation_window));
+static_assert(offsetof(USER_MODALS_INFO_3, usrmod3_lockout_threshold) ==
+              offsetof(::USER_MODALS_INFO_3, usrmod3_lockout_threshold));
+
+static_assert(sizeof(NETINFOSTRUCT) == sizeof(::NETINFOSTRUCT) &&
+              alignof(NETINFOSTRUCT) == alignof(::NETINFOSTRUCT));
+static_assert(offsetof(NETINFOSTRUCT, cbStructure) == offsetof(::NETINFOSTRUCT, cbStructure));
+static_assert(offsetof(NETINFOSTRUCT, dwProviderVersion) ==
+              offsetof(::NETINFOSTRUCT, dwProviderVersion));
+static_assert(offsetof(NETINFOSTRUCT, dwStatus) == offsetof(::NETINFOSTRUCT, dwStatus));
+static_assert(offsetof(NETINFOSTRUCT, dwCharacteristics) ==
+              offsetof(::NETINFOSTRUCT, dwCharacteristics));
+static_assert(offsetof(NETINFOSTRUCT, dwHandle) == offsetof(::NETINFOSTRUCT, dwHandle));
+static_assert(offsetof(NETINFOSTRUCT, wNetType) == offsetof(::NETINFOSTRUCT, wNetType));
+static_assert(offsetof(NETINFOSTRUCT, dwPrinters) == offsetof(::NETINFOSTRUCT, dwPrinters));
+static_assert(offsetof(NETINFOSTRUCT, dwDrives) == offsetof(::NETINFOSTRUCT, dwDrives));
+
+static_assert(sizeof(LSA_UNICODE_STRING) == sizeof(::LSA_UNICODE_STRING) &&
+              alignof(LSA_UNICODE_STRING) == alignof(::LSA_UNICODE_STRING));
+static_assert(offsetof(LSA_UNICODE_STRING, Length) == offsetof(::LSA_UNICODE_STRING, Length));
+static_assert(offsetof(LSA_UNICODE_STRING, MaximumLength) ==
+              offsetof(::LSA_UNICODE_STRING, MaximumLength));
+static_assert(offsetof(LSA_UNICODE_STRING, Buffer) == offsetof(::LSA_UNICODE_STRING, Buffer));
+
+static_assert(sizeof(LSA_OBJECT_ATTRIBUTES) == sizeof(::LSA_OBJECT_ATTRIBUTES) &&
+              alignof(LSA_OBJECT_ATTRIBUTES) == alignof(::LSA_OBJECT_ATTRIBUTES));
+static_assert(offsetof(LSA_OBJECT_ATTRIBUTES, Length) == offsetof(::LSA_OBJECT_ATTRIBUTES, Length));
+static_assert(offsetof(LSA_OBJECT_ATTRIBUTES, RootDirectory) ==
+              offsetof(::LSA_OBJECT_ATTRIBUTES, RootDirectory));
+static_assert(offsetof(LSA_OBJECT_ATTRIBUTES, ObjectName) ==
+              offsetof(::LSA_OBJECT_ATTRIBUTES, ObjectName));
+static_assert(offsetof(LSA_OBJECT_ATTRIBUTES, Attributes) ==
+              offsetof(::LSA_OBJECT_ATTRIBUTES, Attributes));
+static_assert(offsetof(LSA_OBJECT_ATTRIBUTES, SecurityDescriptor) ==
+              offsetof(::LSA_OBJECT_ATTRIBUTES, SecurityDescriptor));
+static_assert(offsetof(LSA_OBJECT_ATTRIBUTES, SecurityQualityOfService) ==
+              offsetof(::LSA_OBJECT_ATTRIBUTES, SecurityQualityOfService));
+
+static_assert(sizeof(LSA_ENUMERATION_INFORMATION) == sizeof(::LSA_ENUMERATION_INFORMATION) &&
+              alignof(LSA_ENUMERATION_INFORMATION) == alignof(::LSA_ENUMERATION_INFORMATION));
+static_assert(offsetof(LSA_ENUMERATION_INFORMATION, Sid) ==
+              offsetof(::LSA_ENUMERATION_INFORMATION, Sid));
+
+static_assert(sizeof(HOSTENT) == sizeof(::HOSTENT) && alignof(HOSTENT) == alignof(::HOSTENT));
+static_assert(offsetof(HOSTENT, h_name) == offsetof(::HOSTENT, h_name));
+static_assert(offsetof(HOSTENT, h_aliases) == offsetof(::HOSTENT, h_aliases));
+static_assert(offsetof(HOSTENT, h_addrtype) == offsetof(::HOSTENT, h_addrtype));
+static_assert(offsetof(HOSTENT, h_length) == offsetof(::HOSTENT, h_length));
+static_assert(offsetof(HOSTENT, h_addr_list) == offsetof(::HOSTENT, h_addr_list));
 
 static_assert(sizeof(TIME_ZONE_INFORMATION) == sizeof(::TIME_ZONE_INFORMATION) &&
               alignof(TIME_ZONE_INFORMATION) == alignof(::TIME_ZONE_INFORMATION));
@@ -313,6 +591,9 @@ static_assert(kRemoteNameInfoLevel == REMOTE_NAME_INFO_LEVEL);
 static_assert(kResourceTypeAny == RESOURCETYPE_ANY);
 static_assert(kResourceTypeDisk == RESOURCETYPE_DISK);
 static_assert(kResourceTypePrint == RESOURCETYPE_PRINT);
+static_assert(kResourceGlobalNet == RESOURCE_GLOBALNET);
+static_assert(kDisplayTypeDomain == RESOURCEDISPLAYTYPE_DOMAIN);
+static_assert(kDisplayTypeNetwork == RESOURCEDISPLAYTYPE_NETWORK);
 static_assert(kConnectUpdateProfile == CONNECT_UPDATE_PROFILE);
 
 // Messages.h
@@ -409,5 +690,35 @@ static_assert(offsetof(VS_FIXEDFILEINFO, dwFileDateMS) ==
               offsetof(::VS_FIXEDFILEINFO, dwFileDateMS));
 static_assert(offsetof(VS_FIXEDFILEINFO, dwFileDateLS) ==
               offsetof(::VS_FIXEDFILEINFO, dwFileDateLS));
+
+// NetworkManagement.h
+static_assert(kMaxPreferredLength == MAX_PREFERRED_LENGTH);
+static_assert(kServerTypeWorkstation == SV_TYPE_WORKSTATION);
+static_assert(kServerTypeServer == SV_TYPE_SERVER);
+static_assert(kServerTypeDomainController == SV_TYPE_DOMAIN_CTRL);
+static_assert(kServerTypeBackupController == SV_TYPE_DOMAIN_BAKCTRL);
+static_assert(kServerTypeDomainMember == SV_TYPE_DOMAIN_MEMBER);
+static_assert(kServerTypeNt == SV_TYPE_NT);
+static_assert(kServerTypeServerNt == SV_TYPE_SERVER_NT);
+static_assert(kServerTypeAll == SV_TYPE_ALL);
+static_assert(kPlatformIdNt == PLATFORM_ID_NT);
+
+// AccountManagement.h
+static_assert(kFilterNormalAccount == FILTER_NORMAL_ACCOUNT);
+static_assert(kFilterWorkstationTrustAccount == FILTER_WORKSTATION_TRUST_ACCOUNT);
+static_assert(kFilterServerTrustAccount == FILTER_SERVER_TRUST_ACCOUNT);
+static_assert(kAccountDisabled == UF_ACCOUNTDISABLE);
+static_assert(kAccountLockout == UF_LOCKOUT);
+static_assert(kAccountPasswordCantChange == UF_PASSWD_CANT_CHANGE);
+static_assert(kAccountNormal == UF_NORMAL_ACCOUNT);
+static_assert(kAccountWorkstationTrust == UF_WORKSTATION_TRUST_ACCOUNT);
+static_assert(kAccountServerTrust == UF_SERVER_TRUST_ACCOUNT);
+static_assert(kAccountDontExpirePassword == UF_DONT_EXPIRE_PASSWD);
+static_assert(kTimeForever == TIMEQ_FOREVER);
+static_assert(kIncludeIndirectGroups == LG_INCLUDE_INDIRECT);
+
+// LocalSecurityAuthority.h
+static_assert(kPolicyViewLocalInformation == POLICY_VIEW_LOCAL_INFORMATION);
+static_assert(kPolicyLookupNames == POLICY_LOOKUP_NAMES);
 
 }  // namespace veldmark

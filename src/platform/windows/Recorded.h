@@ -24,4 +24,10 @@ auto Recorded(Call&& call) {
   }
 }
 
+/// A code that is a result and no last error.
+inline unsigned long Answer(unsigned long code) {
+  SetLastPlatformError(0);
+  return code;
+}
+
 }  // namespace veldmark

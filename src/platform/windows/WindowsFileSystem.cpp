@@ -67,6 +67,16 @@ HANDLE WindowsFileSystem::CreateFileW(LPCWSTR file_name, DWORD desired_access, D
   });
 }
 
+HANDLE WindowsFileSystem::CreateFileA(LPCSTR file_name, DWORD desired_access, DWORD share_mode,
+                                      const SECURITY_ATTRIBUTES* security,
+                                      DWORD creation_disposition, DWORD flags_and_attributes,
+                                      HANDLE template_file) {
+  return Recorded([&] {
+    return ::CreateFileA(file_name, desired_access, share_mode, SdkReadOnly(security),
+                         creation_disposition, flags_and_attributes, template_file);
+  });
+}
+
 BOOL WindowsFileSystem::ReadFile(HANDLE file, void* buffer, DWORD bytes_to_read, DWORD* bytes_read,
                                  void* overlapped) {
   return Recorded([&] {

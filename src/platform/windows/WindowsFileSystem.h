@@ -19,6 +19,9 @@ class WindowsFileSystem final : public FileSystem {
   HANDLE CreateFileW(LPCWSTR file_name, DWORD desired_access, DWORD share_mode,
                      const SECURITY_ATTRIBUTES* security, DWORD creation_disposition,
                      DWORD flags_and_attributes, HANDLE template_file) override;
+  HANDLE CreateFileA(LPCSTR file_name, DWORD desired_access, DWORD share_mode,
+                     const SECURITY_ATTRIBUTES* security, DWORD creation_disposition,
+                     DWORD flags_and_attributes, HANDLE template_file) override;
   BOOL ReadFile(HANDLE file, void* buffer, DWORD bytes_to_read, DWORD* bytes_read,
                 void* overlapped) override;
   BOOL WriteFile(HANDLE file, const void* buffer, DWORD bytes_to_write, DWORD* bytes_written,

@@ -38,4 +38,28 @@ DWORD WindowsNetworkProvider::WNetCancelConnection2W(LPCWSTR name, DWORD flags, 
   return Recorded([&] { return ::WNetCancelConnection2W(Sdk(name), flags, force); });
 }
 
+DWORD WindowsNetworkProvider::WNetOpenEnumW(DWORD scope, DWORD type, DWORD usage,
+                                            const NETRESOURCEW* parent, HANDLE* enumeration) {
+  return Recorded(
+      [&] { return ::WNetOpenEnumW(scope, type, usage, SdkReadOnly(parent), enumeration); });
+}
+
+DWORD WindowsNetworkProvider::WNetEnumResourceW(HANDLE enumeration, DWORD* count, void* buffer,
+                                                DWORD* buffer_size) {
+  return Recorded(
+      [&] { return ::WNetEnumResourceW(enumeration, Sdk(count), buffer, Sdk(buffer_size)); });
+}
+
+DWORD WindowsNetworkProvider::WNetCloseEnum(HANDLE enumeration) {
+  return Recorded([&] { return ::WNetCloseEnum(enumeration); });
+}
+
+DWORD WindowsNetworkProvider::WNetGetNetworkInformationW(LPCWSTR provider,
+                                                         NETINFOSTRUCT* information) {
+  return Recorded([&] {
+    return ::WNetGetNetworkInformationW(Sdk(provider),
+                                        reinterpret_cast<::NETINFOSTRUCT*>(information));
+  });
+}
+
 }  // namespace veldmark

@@ -1,12 +1,15 @@
 #include "platform/windows/WindowsPlatform.h"
 
+#include "platform/windows/WindowsAccountManagement.h"
 #include "platform/windows/WindowsFileSystem.h"
+#include "platform/windows/WindowsLocalSecurityAuthority.h"
 #include "platform/windows/WindowsMessages.h"
 #include "platform/windows/WindowsMultimedia.h"
 #include "platform/windows/WindowsNetworkManagement.h"
 #include "platform/windows/WindowsNetworkProvider.h"
 #include "platform/windows/WindowsRegistry.h"
 #include "platform/windows/WindowsSecurity.h"
+#include "platform/windows/WindowsSockets.h"
 #include "platform/windows/WindowsSystem.h"
 #include "platform/windows/WindowsTimers.h"
 #include "platform/windows/WindowsVersionInformation.h"
@@ -24,6 +27,9 @@ Platform& WindowsPlatform() {
   static WindowsNetworkManagement network_management;
   static WindowsVersionInformation version_information;
   static WindowsMultimedia multimedia;
+  static WindowsAccountManagement accounts;
+  static WindowsLocalSecurityAuthority authority;
+  static WindowsSockets sockets;
   static Platform platform{files,
                            network_provider,
                            messages,
@@ -33,7 +39,10 @@ Platform& WindowsPlatform() {
                            security,
                            network_management,
                            version_information,
-                           multimedia};
+                           multimedia,
+                           accounts,
+                           authority,
+                           sockets};
   return platform;
 }
 

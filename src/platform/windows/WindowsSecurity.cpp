@@ -24,12 +24,6 @@ BOOL Refuse(DWORD code) {
   return 0;
 }
 
-// A code that is a result and no last error.
-DWORD Answer(DWORD code) {
-  SetLastPlatformError(kErrorSuccess);
-  return code;
-}
-
 // Whether all entries of a list lie within it, which Wine's own test doesn't ask.
 bool IsSound(const void* list) {
   ::ACL header;
@@ -165,6 +159,25 @@ BOOL WindowsSecurity::AccessCheckByType(const void* descriptor, const void* self
                                desired_access, Sdk(object_types), object_types_length, Sdk(mapping),
                                static_cast<::PPRIVILEGE_SET>(privileges), Sdk(privileges_length),
                                Sdk(granted_access), access_status);
+  });
+}
+
+BOOL WindowsSecurity::LookupAccountNameW(LPCWSTR system_name, LPCWSTR account_name, void* sid,
+                                         DWORD* sid_size, LPWSTR domain, DWORD* domain_size,
+                                         INT* use) {
+  return Recorded([&] {
+    return ::LookupAccountNameW(Sdk(system_name), Sdk(account_name), sid, Sdk(sid_size),
+                                Sdk(domain), Sdk(domain_size),
+                                reinterpret_cast<::SID_NAME_USE*>(use));
+  });
+}
+
+BOOL WindowsSecurity::LookupAccountSidW(LPCWSTR system_name, const void* sid, LPWSTR name,
+                                        DWORD* name_size, LPWSTR domain, DWORD* domain_size,
+                                        INT* use) {
+  return Recorded([&] {
+    return ::LookupAccountSidW(Sdk(system_name), SidOf(sid), Sdk(name), Sdk(name_size), Sdk(domain),
+                               Sdk(domain_size), reinterpret_cast<::SID_NAME_USE*>(use));
   });
 }
 

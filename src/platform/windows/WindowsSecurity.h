@@ -26,6 +26,10 @@ class WindowsSecurity final : public Security {
                          DWORD object_types_length, GENERIC_MAPPING* mapping, void* privileges,
                          DWORD* privileges_length, DWORD* granted_access,
                          BOOL* access_status) override;
+  BOOL LookupAccountNameW(LPCWSTR system_name, LPCWSTR account_name, void* sid, DWORD* sid_size,
+                          LPWSTR domain, DWORD* domain_size, INT* use) override;
+  BOOL LookupAccountSidW(LPCWSTR system_name, const void* sid, LPWSTR name, DWORD* name_size,
+                         LPWSTR domain, DWORD* domain_size, INT* use) override;
   HANDLE GetCurrentProcess() override;
   BOOL OpenProcessToken(HANDLE process, DWORD desired_access, HANDLE* token) override;
   BOOL LookupPrivilegeValueW(LPCWSTR system_name, LPCWSTR name, LUID* luid) override;

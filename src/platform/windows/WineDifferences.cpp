@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "automation/LastError.h"
 #include "platform/operations/ErrorCodes.h"
 
 namespace veldmark {
@@ -69,6 +70,12 @@ bool IsOtherServer(std::u16string_view server) {
   ::DWORD size = MAX_COMPUTERNAME_LENGTH + 1;
   ::GetComputerNameW(own, &size);
   return ::lstrcmpiW(wanted.c_str(), own) != 0 && ::lstrcmpiW(wanted.c_str(), L"localhost") != 0;
+}
+
+DWORD OtherServerUnderWine(LPCWSTR server) {
+  if (server == nullptr || !RunsUnderWine() || !IsOtherServer(server)) return kErrorSuccess;
+  SetLastPlatformError(kErrorSuccess);
+  return kErrorBadNetPath;
 }
 
 DWORD PublishedObjectName(LPCWSTR name, DWORD object_type, std::u16string& name_to_pass) {

@@ -19,6 +19,10 @@ DWORD PublishedPathError(LPCWSTR path, DWORD code);
 /// which under Wine none of the operations on named objects and shares reaches.
 bool IsOtherServer(std::u16string_view server);
 
+/// The code for an operation on a server that Wine can't reach: 53 for any but this computer, where
+/// Wine answers itself, whatever it is asked. 0 elsewhere.
+DWORD OtherServerUnderWine(LPCWSTR server);
+
 /// What Wine can do about the security of an object that is named so: 0 and the name to pass on, or
 /// the published code. Wine knows files, registry keys and services only, and reports success for
 /// all the others without doing anything; it takes a server's name for part of the object's (2 or

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/operations/AccountManagement.h"
+
+namespace veldmark {
+
+/// The accounts of the servers that this process can reach.
+class WindowsAccountManagement final : public AccountManagement {
+ public:
+  DWORD NetUserEnum(LPCWSTR server_name, DWORD level, DWORD filter, BYTE** buffer,
+                    DWORD preferred_length, DWORD* entries_read, DWORD* total_entries,
+                    DWORD* resume_handle) override;
+  DWORD NetQueryDisplayInformation(LPCWSTR server_name, DWORD level, DWORD index,
+                                   DWORD entries_requested, DWORD preferred_length,
+                                   DWORD* entries_returned, void** buffer) override;
+  DWORD NetUserGetInfo(LPCWSTR server_name, LPCWSTR user_name, DWORD level, BYTE** buffer) override;
+  DWORD NetUserSetInfo(LPCWSTR server_name, LPCWSTR user_name, DWORD level, const BYTE* record,
+                       DWORD* parameter_error) override;
+  DWORD NetUserGetGroups(LPCWSTR server_name, LPCWSTR user_name, DWORD level, BYTE** buffer,
+                         DWORD preferred_length, DWORD* entries_read,
+                         DWORD* total_entries) override;
+  DWORD NetUserGetLocalGroups(LPCWSTR server_name, LPCWSTR user_name, DWORD level, DWORD flags,
+                              BYTE** buffer, DWORD preferred_length, DWORD* entries_read,
+                              DWORD* total_entries) override;
+  DWORD NetGroupEnum(LPCWSTR server_name, DWORD level, BYTE** buffer, DWORD preferred_length,
+                     DWORD* entries_read, DWORD* total_entries, UINT_PTR* resume_handle) override;
+  DWORD NetGroupGetUsers(LPCWSTR server_name, LPCWSTR group_name, DWORD level, BYTE** buffer,
+                         DWORD preferred_length, DWORD* entries_read, DWORD* total_entries,
+                         UINT_PTR* resume_handle) override;
+  DWORD NetGroupGetInfo(LPCWSTR server_name, LPCWSTR group_name, DWORD level,
+                        BYTE** buffer) override;
+  DWORD NetGroupAdd(LPCWSTR server_name, DWORD level, const BYTE* record,
+                    DWORD* parameter_error) override;
+  DWORD NetGroupSetInfo(LPCWSTR server_name, LPCWSTR group_name, DWORD level, const BYTE* record,
+                        DWORD* parameter_error) override;
+  DWORD NetLocalGroupEnum(LPCWSTR server_name, DWORD level, BYTE** buffer, DWORD preferred_length,
+                          DWORD* entries_read, DWORD* total_entries,
+                          UINT_PTR* resume_handle) override;
+  DWORD NetLocalGroupGetMembers(LPCWSTR server_name, LPCWSTR group_name, DWORD level, BYTE** buffer,
+                                DWORD preferred_length, DWORD* entries_read, DWORD* total_entries,
+                                UINT_PTR* resume_handle) override;
+  DWORD NetLocalGroupGetInfo(LPCWSTR server_name, LPCWSTR group_name, DWORD level,
+                             BYTE** buffer) override;
+  DWORD NetLocalGroupAdd(LPCWSTR server_name, DWORD level, const BYTE* record,
+                         DWORD* parameter_error) override;
+  DWORD NetLocalGroupSetInfo(LPCWSTR server_name, LPCWSTR group_name, DWORD level,
+                             const BYTE* record, DWORD* parameter_error) override;
+  DWORD NetUserModalsGet(LPCWSTR server_name, DWORD level, BYTE** buffer) override;
+};
+
+}  // namespace veldmark
