@@ -26,9 +26,6 @@ enum class Trait {
   CreationTimes,      // a change leaves the time of creation alone
   NetworkMessages,    // netmsg.dll has its texts
   PublishedTexts,     // the system's texts are the published English ones
-  Connections,        // a network provider takes connections
-  InheritedLists,     // access lists are kept as they are stored, and inherited
-  WholeStringForm,    // a descriptor's string may have object entries and null lists
 };
 
 // A platform to hold against the operations' contracts, with room to work in.
