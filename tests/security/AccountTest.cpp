@@ -2,6 +2,7 @@
 #include "accounts/CGroups.h"
 #include "accounts/CUser.h"
 #include "apartment/CSupport.h"
+#include "automation/CaseMapping.h"
 #include "collections/Collection.h"
 #include "root/SystemRoot.h"
 #include "security/BinarySid.h"

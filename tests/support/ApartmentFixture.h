@@ -4,7 +4,9 @@
 
 #include <string>
 
+#include "accounts/CGroups.h"
 #include "apartment/Apartment.h"
+#include "collections/Collection.h"
 #include "platform/simulated/families/SimulatedPlatform.h"
 
 namespace veldmark {
@@ -56,7 +58,12 @@ template <class World>
 class TestIn : public testing::Test, protected World {
  protected:
   ~TestIn() override {
-    const Apartment* const apartment = Apartment::TryCurrent();
+    Apartment* const apartment = Apartment::TryCurrent();
+    if (apartment) {
+      // What the apartment itself keeps is none of the test's.
+      apartment->well_known_groups = nullptr;
+      apartment->server_cache = nullptr;
+    }
     for (int i = 0; apartment && i < static_cast<int>(Counter::kCount); ++i) {
       EXPECT_EQ(apartment->counters[static_cast<Counter>(i)], 0) << "counter " << i;
     }
