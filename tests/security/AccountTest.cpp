@@ -155,7 +155,7 @@ TEST_F(Accounts, AreAskedOfTheControllerWhereTheServerDoesNotKnow) {
   const auto other = SidOf(Text(kCorp) + u"-1105", Host());
   EXPECT_EQ(other->AccountName(), u"");
   EXPECT_FALSE(other->AccountUnknown());
-  EXPECT_EQ(AccountOf(*other), "user 2 |CORP||(Account Unknown)");
+  EXPECT_EQ(AccountOf(*other), "user 2 |||(Account Unknown)");
   faults().Clear();
   EXPECT_EQ(SidOf(Text(kCorp) + u"-1105", Host())->AccountName(), u"Staff");
 }
@@ -305,8 +305,8 @@ TEST(WellKnownGroups, LackWhatTheComputerHasNoNameForAndGrowAtRunTime) {
     const auto sid = root.GetSidFromText(u"S-1-5-19");
     EXPECT_EQ(AccountOf(*sid), "group 2 |NT AUTHORITY||LOCAL SERVICE");
     EXPECT_EQ(groups->Count(), 3 * 12 + 1);
-    EXPECT_EQ(sid->GetAccount().Get(), groups->ItemByIndex(3 * 12 + 1).Get())
-        << "a second time it is the one that was added";
+    sid->GetAccount();
+    EXPECT_EQ(groups->Count(), 3 * 12 + 1);
   }
   Apartment::End();
   EXPECT_EQ(simulated.ledger().Report(), "");
@@ -315,7 +315,7 @@ TEST(WellKnownGroups, LackWhatTheComputerHasNoNameForAndGrowAtRunTime) {
 TEST(AccountFaults, LeaveNoBufferAndCacheNoFailureAsASuccess) {
   SweepFaults<DomainWorld>(
       {"LookupAccountSidW", "NetWkstaGetInfo", "NetGetDCName", "NetServerGetInfo",
-       "NetApiBufferFree"},
+       "NetApiBufferFree", "LoadLibraryExW", "FormatMessageW", "LocalFree", "FreeLibrary"},
       [](DomainWorld& world) {
         for (const char16_t* text : {u"S-1-5-21-1-2-3-1104", u"S-1-5-21-1-2-3-1105",
                                      u"S-1-5-32-544", u"S-1-5-21-1-2-3-4711"}) {

@@ -12,11 +12,16 @@
 namespace veldmark {
 
 /// An apartment of this thread over a simulated estate, from construction to destruction. What the
-/// start-up routine asked the platform is forgotten.
+/// start-up routine asked the platform is forgotten, and so are the answers but for the well-known
+/// groups.
 class SimulatedApartment {
  public:
   SimulatedApartment() : platform(simulated.platform()) {
-    Apartment::Start(platform);
+    Apartment& apartment = Apartment::Start(platform);
+    for (Ref<Collection>* cache : {&apartment.sid_cache, &apartment.account_cache,
+                                   &apartment.domain_cache, &apartment.server_cache}) {
+      *cache = Make<Collection>();
+    }
     simulated.journal().Clear();
     simulated.faults().Clear();
   }
