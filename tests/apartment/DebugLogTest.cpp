@@ -65,7 +65,8 @@ TEST(LoggingFaults, AFailedWriteIsRaisedAndTheFileClosed) {
       {"CreateFileW", "WriteFile"});
 }
 
-TEST_F(ApartmentFixture, TheObjectCountsReportShowsWhatIsAliveInItsOrder) {
+TEST(ObjectCounts, AreReportedInTheirOrderWhereSomethingIsAlive) {
+  const SimulatedApartment world;
   constexpr TextView kReported =
       u"SystemRoot MyComputer NetHood Networks Network Domains Domain Servers Server Groups Group "
       u"Users User Drives Drive Shares Share Services Service Printers Printer Volumes Volume "

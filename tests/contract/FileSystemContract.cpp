@@ -21,14 +21,6 @@ class FileContract : public Contract {
                                                  disposition, flags, nullptr));
   }
 
-  void Touch(TextView name, std::string_view content = {}) {
-    const FileHandle file = Open(In(name), kGenericWrite, 0, kCreateAlways);
-    ASSERT_TRUE(file) << ToUtf8(name);
-    DWORD written = 0;
-    EXPECT_TRUE(files_.WriteFile(file.Get(), content.data(), static_cast<DWORD>(content.size()),
-                                 &written, nullptr));
-  }
-
   void Folder(TextView name) {
     ASSERT_TRUE(files_.CreateDirectoryW(In(name).c_str(), nullptr)) << ToUtf8(name);
   }
@@ -457,10 +449,7 @@ TEST_F(FilesAndFolders, RecordWhenTheyWereWritten) {
   if (!WhyNot(Trait::CreationTimes)) {
     EXPECT_EQ(std::memcmp(&before.ftCreationTime, &after.ftCreationTime, sizeof(FILETIME)), 0);
   }
-  const auto ticks = [](const FILETIME& time) {
-    return std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
-  };
-  EXPECT_GT(ticks(after.ftLastWriteTime), ticks(before.ftLastWriteTime));
+  EXPECT_GT(Ticks(after.ftLastWriteTime), Ticks(before.ftLastWriteTime));
 }
 
 TEST_F(FilesAndFolders, AreCopiedWithContentAndAttributes) {

@@ -22,10 +22,7 @@ constexpr DWORD kProtectedList = kDaclSecurityInformation | kProtectedDaclSecuri
 
 class SecurityContract : public Contract {
  protected:
-  SecurityContract() : security_(platform_.security) {
-    FileHandle(files_, files_.CreateFileW(In(u"\\a.txt").c_str(), kGenericWrite, 0, nullptr,
-                                          kCreateAlways, 0, nullptr));
-  }
+  SecurityContract() : security_(platform_.security) { Touch(u"\\a.txt"); }
 
   // The rendered descriptor of a named object, or "!" and the code.
   std::string Get(TextView name, DWORD type, DWORD information = kDaclSecurityInformation) {
@@ -112,6 +109,23 @@ TEST_F(SecurityContract, ReadsWholeDescriptorsIntoBuffersThatAreLargeEnough) {
   EXPECT_FALSE(
       security_.GetKernelObjectSecurity(nullptr, kOwnerAndList, buffer.data(), 1024, &needed));
   EXPECT_EQ(LastPlatformError(), kErrorInvalidHandle);
+}
+
+TEST_F(SecurityContract, ReadsAndStoresTheListOfADrivesRoot) {
+  const Text root = world_->scratch().substr(0, 3);
+  DWORD needed = 0;
+  std::vector<std::uint8_t> buffer(1024);
+  EXPECT_TRUE(security_.GetFileSecurityW((u"\\\\?\\" + root).c_str(), kOwnerAndList, buffer.data(),
+                                         1024, &needed));
+  const std::string before = Get(root, kFile, kOwnerAndList);
+  EXPECT_EQ(SecurityText::OfDescriptor(buffer.data()), before);
+  DWORD list = 0;
+  std::memcpy(&list, buffer.data() + 16, sizeof list);
+  EXPECT_EQ(security_.SetNamedSecurityInfoW(root.c_str(), kFile, kUnprotectedList, nullptr, nullptr,
+                                            buffer.data() + list, nullptr),
+            0u);
+  const auto entries = [](const std::string& text) { return text.substr(text.find('(')); };
+  EXPECT_EQ(entries(Get(root, kFile)), entries(before));
 }
 
 TEST_F(SecurityContract, TellsWhatIsMissingByThePublishedCodes) {

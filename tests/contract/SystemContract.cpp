@@ -38,7 +38,7 @@ TEST_F(SystemCalls, GiveNamesAndTheSizeThatTheyNeed) {
 TEST_F(SystemCalls, ConvertTimesThatExist) {
   struct Row {
     SYSTEMTIME time;
-    std::uint64_t ticks;  // 0: there is no such time
+    std::int64_t ticks;  // 0: there is no such time
   };
   const std::vector<Row> table = {{{1601, 1, 1, 1, 0, 0, 0, 1}, 10'000},
                                   {{1970, 1, 4, 1, 0, 0, 0, 0}, 116'444'736'000'000'000},
@@ -55,7 +55,7 @@ TEST_F(SystemCalls, ConvertTimesThatExist) {
     const BOOL converted = system_.SystemTimeToFileTime(&row.time, &file_time);
     ASSERT_EQ(converted != 0, row.ticks != 0) << row.time.wYear << "-" << row.time.wMonth;
     if (!converted) continue;
-    EXPECT_EQ(std::uint64_t{file_time.dwHighDateTime} << 32 | file_time.dwLowDateTime, row.ticks);
+    EXPECT_EQ(Ticks(file_time), row.ticks);
     SYSTEMTIME back{};
     EXPECT_TRUE(system_.FileTimeToSystemTime(&file_time, &back));
     EXPECT_EQ(std::memcmp(&back, &row.time, sizeof back), 0) << row.ticks;
@@ -121,10 +121,7 @@ TEST_F(SystemCalls, ShiftTimesByTheBiasInForce) {
   const FILETIME utc{0x12345678, 0x01D00000};
   FILETIME local{};
   EXPECT_TRUE(system_.FileTimeToLocalFileTime(&utc, &local));
-  const auto ticks = [](const FILETIME& time) {
-    return static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime);
-  };
-  EXPECT_EQ(ticks(utc) - ticks(local), bias * std::int64_t{600'000'000});
+  EXPECT_EQ(Ticks(utc) - Ticks(local), bias * std::int64_t{600'000'000});
 }
 
 TEST_F(SystemCalls, ConvertBytesOfACodePage) {
@@ -198,6 +195,40 @@ TEST_F(SystemCalls, ConvertTextsToACodePage) {
   EXPECT_EQ(error(1252, 0, nullptr, 1), kErrorInvalidParameter);
   EXPECT_EQ(error(1252, 0x4000000, u"a", 1), kErrorInvalidFlags);
   EXPECT_EQ(error(kCodePageUtf8, kWideErrInvalidChars, u"\xDE00", 1), kErrorNoUnicodeTranslation);
+}
+
+TEST_F(SystemCalls, GiveOneSortKeyToTextsThatCompareEqual) {
+  const auto key = [&](TextView text) {
+    const auto map = [&](LPWSTR mapped, INT room) {
+      return system_.LCMapStringW(kLocaleInvariant, kLcmapSortKey | kNormIgnoreCase, text.data(),
+                                  static_cast<INT>(text.size()), mapped, room);
+    };
+    const INT size = map(nullptr, 0);
+    std::string bytes(static_cast<std::size_t>(size), 'x');
+    auto* const room = reinterpret_cast<LPWSTR>(bytes.data());
+    EXPECT_EQ(map(room, size - 1), 0);
+    EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
+    EXPECT_EQ(map(room, size), size);
+    EXPECT_EQ(bytes.back(), '\0');
+    return bytes;
+  };
+  struct Row {
+    TextView one, other;
+    bool equal;
+  };
+  for (const Row& row :
+       {Row{u"Straße", u"STRASSE", true}, Row{u"\u1E9E", u"ss", true},
+        Row{u"\u00C4\u010D", u"a\u0308C\u030C", true}, Row{u"\u0439", u"\u0418\u0306", true},
+        Row{u"\u0130", u"i\u0307", true}, Row{u"\u00C6\u0153\u00DE", u"aeOETh", true},
+        Row{u"\u212A\u2126\u212B", u"k\u03C9\u00E5", true},
+        Row{u"\uFEFF-a\u00ADb\u200D", u"-AB", true}, Row{TextView(u"a\0b", 3), u"ab", true},
+        Row{u"\u00B5", u"\u03BC", false}, Row{u"\u0131", u"i", false}, Row{u"\u00E4", u"a", false},
+        Row{u"a\u0001", u"a", false}, Row{u"co-op", u"coop", false}, Row{u"\u00F8", u"o", false},
+        Row{u"a b", u"a\u00A0b", false}}) {
+    EXPECT_EQ(key(row.one) == key(row.other), row.equal) << ToUtf8(row.one);
+  }
+  EXPECT_EQ(system_.LCMapStringW(kLocaleInvariant, kLcmapSortKey, u"", 0, nullptr, 0), 0);
+  EXPECT_EQ(LastPlatformError(), kErrorInvalidParameter);
 }
 
 TEST_F(SystemCalls, HandOutTaskMemory) {

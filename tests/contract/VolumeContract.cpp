@@ -12,16 +12,10 @@ namespace {
 class Volumes : public Contract {
  protected:
   Text Root() const { return world_->scratch().substr(0, 3); }
-
-  void MakeFile(const Text& path) {
-    const FileHandle file(files_, files_.CreateFileW(path.c_str(), kGenericWrite, 0, nullptr,
-                                                     kCreateAlways, kFileAttributeNormal, nullptr));
-    ASSERT_TRUE(file);
-  }
 };
 
 TEST_F(Volumes, TellTheirSpaceFromAnyFolderOnThem) {
-  MakeFile(In(u"\\file"));
+  Touch(u"\\file");
   struct Row {
     Text folder;
     DWORD error;
@@ -78,6 +72,13 @@ TEST_F(Volumes, DescribeThemselvesAtTheirRootOnly) {
                                               &flags, file_system, 260));
     EXPECT_EQ(LastPlatformError(), row.error) << ToUtf8(row.root);
   }
+}
+
+TEST_F(Volumes, TakeMediaCommandsWithoutWaitingForADevice) {
+  char answer[127] = "?";
+  EXPECT_NE(platform_.multimedia.mciSendStringA("set CDAudio door open", answer, 127, nullptr),
+            kErrorNotSupported);
+  EXPECT_EQ(std::string(answer), "");
 }
 
 }  // namespace

@@ -101,7 +101,6 @@ class WindowsWorld final : public World {
         {Trait::CreationTimes, "Wine takes the host's time of the last change for it"},
         {Trait::NetworkMessages, "Wine has no netmsg.dll"},
         {Trait::PublishedTexts, "Wine's texts are worded by itself"},
-        {Trait::Connections, "Wine has no network provider: whatever is asked, 1222"},
     };
     if (!RunsUnderWine()) return nullptr;
     const auto found = missing_under_wine.find(trait);

@@ -26,7 +26,6 @@ enum class Trait {
   CreationTimes,      // a change leaves the time of creation alone
   NetworkMessages,    // netmsg.dll has its texts
   PublishedTexts,     // the system's texts are the published English ones
-  Connections,        // a network provider takes connections
 };
 
 // A platform to hold against the operations' contracts, with room to work in.
@@ -68,6 +67,21 @@ class Contract : public testing::Test {
   // The scratch folder's path, followed by `rest`.
   std::u16string In(std::u16string_view rest) const {
     return world_->scratch() + std::u16string(rest);
+  }
+
+  // Makes a file, or replaces it.
+  void Touch(std::u16string_view name, std::string_view content = {}) {
+    const HANDLE file = files_.CreateFileW(In(name).c_str(), kGenericWrite, 0, nullptr,
+                                           kCreateAlways, kFileAttributeNormal, nullptr);
+    ASSERT_NE(file, kInvalidHandleValue);
+    DWORD written = 0;
+    EXPECT_TRUE(files_.WriteFile(file, content.data(), static_cast<DWORD>(content.size()), &written,
+                                 nullptr));
+    files_.CloseHandle(file);
+  }
+
+  static std::int64_t Ticks(const FILETIME& time) {
+    return static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime);
   }
 
   // What a call failed with; 0 where it succeeded.

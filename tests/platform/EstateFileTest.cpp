@@ -217,7 +217,30 @@ TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
        "/user/privileges/SeX"},
       {Described("", R"("timeZone": {"bias": 9999})"), "/timeZone/bias"},
       {Described("", R"("mappedDrives": {"Z:": "\\\\srv"})"), "/mappedDrives/Z:"},
-      {Described("", R"("clock": "now")"), "/clock"}};
+      {Described("", R"("clock": "now")"), "/clock"},
+      {Described("", R"("networks": [{"name": "n", "type": 70000}])"), "/networks/0/type"},
+      {Described("", R"("domains": [{"name": "HARBOUR"}])"), "/computers/0/name"},
+      {Described("", R"("domains": [{"name": "D", "network": "n"}])"), "/domains/0/network"},
+      {Described("", R"("domains": [{"name": "D", "trusts": ["D"]}])"), "/domains/0/trusts/0"},
+      {Described(
+           "",
+           R"("domains": [{"name": "D", "users": [{"name": "u", "expires": "2200-01-01T00:00:00Z"}]}])"),
+       "/domains/0/users/0/expires"},
+      {Described("", R"("domains": [{"name": "D", "groups": [{"name": "Guest"}]}])"),
+       "/domains/0/groups/0/name"},
+      {Described("", R"("domains": [{"name": "D", "groups": [{"name": "g", "members": ["u"]}]}])"),
+       "/domains/0/groups/0/members/0"},
+      {Described("", R"("hosts": {"h": ["10.0.0.256"]})"), "/hosts/h/0"},
+      {Described("", R"("knownAccounts": [{"sid": "S-1-1-0", "name": "All", "type": "x"}])"),
+       "/knownAccounts/0/type"},
+      {Described(R"("memberOf": "D")"), "/computers/0/memberOf"},
+      {Described(R"("role": "primaryController")"), "/computers/0"},
+      {Described(R"("about": {"version": "ten"})"), "/computers/0/about/version"},
+      {Described(R"("rights": {"SeX": []})"), "/computers/0/rights/SeX"},
+      {Described(R"("rights": {"SeTcbPrivilege": ["D\\u"]})"),
+       "/computers/0/rights/SeTcbPrivilege/0"},
+      {Described(R"("accounts": {"users": [{"name": "u", "number": 500}]})"),
+       "/computers/0/accounts/users/0/name"}};
   for (const auto& [json, place] : table) {
     try {
       ReadEstate(json);

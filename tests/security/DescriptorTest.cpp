@@ -83,7 +83,12 @@ class DescriptorWorld : public SimulatedApartment {
 using Descriptors = TestIn<DescriptorWorld>;
 
 TEST_F(Descriptors, OfFilesTellOwnerAndList) {
+  std::string said;
+  Listen(StatusObject(), [&](std::int32_t event, std::span<Variant> arguments) {
+    if (event == 1) said += ToUtf8(*arguments[0].If<Text>()) + "\n";
+  });
   const auto descriptor = Of(u"C:\\D\\a");
+  EXPECT_EQ(said, "Retrieved Ace 1 of 3\nRetrieved Ace 2 of 3\nRetrieved Ace 3 of 3\n");
   EXPECT_EQ(descriptor->ParentObjectType, u"CFile");
   EXPECT_EQ(descriptor->ParentObjectPath, u"C:\\D\\a");
   EXPECT_EQ(descriptor->GetOwnerSid()->SidText(), u"S-1-5-32-544");
@@ -265,15 +270,6 @@ TEST_F(Descriptors, OfADrivesRootComeFromTheRootAndGoThere) {
               (simulated::Journal::Entry{"SetNamedSecurityInfoW", "C:\\"}));
     EXPECT_EQ(ListOf(root->GetSecurityDescriptor()), ListOf(descriptor));
   }
-}
-
-TEST_F(Descriptors, SayHowFarTheyAreRead) {
-  std::string said;
-  Listen(StatusObject(), [&](std::int32_t event, std::span<Variant> arguments) {
-    if (event == 1) said += ToUtf8(*arguments[0].If<Text>()) + "\n";
-  });
-  Of(u"C:\\D\\a");
-  EXPECT_EQ(said, "Retrieved Ace 1 of 3\nRetrieved Ace 2 of 3\nRetrieved Ace 3 of 3\n");
 }
 
 /// The estate's security, which also says what it is asked.

@@ -1,9 +1,6 @@
-#include <cstring>
-
 #include "root/SystemRoot.h"
 #include "security/CSid.h"
 #include "storage/StorageFixture.h"
-#include "support/MixedPlatform.h"
 
 namespace veldmark {
 namespace {
@@ -57,67 +54,6 @@ TEST_F(Paths, AskForTheComputersNameUntilThePlatformTellsIt) {
   EXPECT_EQ(Engine().GetServerNameFromPath(u"c:\\x"), u"(UNKNOWN)");
   faults().Clear();
   EXPECT_EQ(Engine().GetServerNameFromPath(u"c:\\x"), u"LOCALHOST");
-}
-
-/// A provider that answers with a name of any shape.
-class OddProvider final : public NetworkProvider {
- public:
-  DWORD WNetGetUniversalNameW(LPCWSTR, DWORD, void* buffer, DWORD* size) override {
-    if (!buffer) {
-      *size = static_cast<DWORD>(sizeof(UNIVERSAL_NAME_INFOW) + 2 * (name.size() + 1));
-      return first_status;
-    }
-    auto* const text = static_cast<char*>(buffer) + sizeof(UNIVERSAL_NAME_INFOW);
-    std::memcpy(text, name.c_str(), 2 * (name.size() + 1));
-    static_cast<UNIVERSAL_NAME_INFOW*>(buffer)->lpUniversalName = reinterpret_cast<LPWSTR>(text);
-    return second_status;
-  }
-  DWORD WNetAddConnection3W(HWND, const NETRESOURCEW*, LPCWSTR, LPCWSTR, DWORD) override {
-    return 1222;
-  }
-  DWORD WNetCancelConnection2W(LPCWSTR, DWORD, BOOL) override { return 1222; }
-  Text name;
-  DWORD first_status = 234;
-  DWORD second_status = 0;
-};
-
-TEST(MappedDrives, GiveTheirShareAndAReadableNameForIt) {
-  const struct {
-    const char16_t *name, *volume;
-  } cases[] = {
-      {u"\\\\srv\\share\\", u"Share on 'Srv'"},
-      {u"\\\\SRV\\COMMON FILES\\", u"Common Files on 'Srv'"},
-      {u"\\\\srv\\share\\sub\\", u"Share\\sub on 'Srv'"},
-      {u"\\\\srv\\share", u"Shar on 'Srv'"},
-      {u"\\\\srv\\", u" on 'Srv'"},
-      {u"\\\\srv", u" on 'Srv'"},
-      {u"\\\\\\share\\", u"Share on ''"},
-      {u"\\", u" on ''"},
-      {u"", u" on ''"},
-  };
-  simulated::SimulatedPlatform simulated;
-  OddProvider provider;
-  Platform mixed = WithProvider(simulated.platform(), provider);
-  Apartment::Start(mixed);
-  for (const auto& c : cases) {
-    provider.name = c.name;
-    Text volume, share;
-    Engine().GetUNCPath(u"Z", volume, share);
-    EXPECT_EQ(share, c.name);
-    EXPECT_EQ(volume, c.volume) << ToUtf8(c.name);
-  }
-  struct Failure {
-    DWORD first, second;
-    std::int32_t raised;
-  };
-  for (const Failure& c : {Failure{2250, 0, 0}, {0, 0, 0}, {234, 1222, 1222}, {234, 234, 234}}) {
-    provider.first_status = c.first;
-    provider.second_status = c.second;
-    Text volume = u"kept", share = u"too";
-    EXPECT_EQ(ErrorOf([&] { Engine().GetUNCPath(u"Z", volume, share); }), c.raised);
-    EXPECT_EQ(volume + share, u"kepttoo");
-  }
-  Apartment::End();
 }
 
 TEST_F(Paths, BeyondTheLimitOfPlainOnesReachThePlatformInTheLongForm) {

@@ -56,8 +56,9 @@ template <class World>
 class TestIn : public testing::Test, protected World {
  protected:
   ~TestIn() override {
-    for (int i = 0; i < static_cast<int>(Counter::kCount); ++i) {
-      EXPECT_EQ(Apartment::Current().counters[static_cast<Counter>(i)], 0) << "counter " << i;
+    const Apartment* const apartment = Apartment::TryCurrent();
+    for (int i = 0; apartment && i < static_cast<int>(Counter::kCount); ++i) {
+      EXPECT_EQ(apartment->counters[static_cast<Counter>(i)], 0) << "counter " << i;
     }
     EXPECT_EQ(this->ledger().Report(), "");
   }

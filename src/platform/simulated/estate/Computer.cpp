@@ -11,6 +11,8 @@
 namespace veldmark::simulated {
 namespace {
 
+constexpr DWORD kServerTypePrintQueue = 0x200;
+
 std::vector<TextView> NamesOf(TextView path) {
   std::vector<TextView> names;
   while (!path.empty()) {
@@ -29,6 +31,10 @@ template <typename Map>
 auto* FindIn(Map& map, TextView name) {
   const auto found = map.find(ToUpper(name));
   return found == map.end() ? nullptr : &found->second;
+}
+
+void CheckRight(TextView right) {
+  if (!IsUserRight(right)) throw std::invalid_argument("there is no such right");
 }
 
 // Any number that stays the same for a computer's drive.
@@ -96,6 +102,10 @@ DWORD Computer::server_type() const {
   if (description_.type) return *description_.type;
   DWORD type = kServerTypeWorkstation | kServerTypeServer | kServerTypeNt;
   if (role_ != Role::Workstation) type |= kServerTypeServerNt;
+  if (std::ranges::any_of(
+          shares_, [](const auto& share) { return share.second.type == kShareTypePrintQueue; })) {
+    type |= kServerTypePrintQueue;
+  }
   if (role_ == Role::PrimaryController) type |= kServerTypeDomainController;
   if (role_ == Role::BackupController) type |= kServerTypeBackupController;
   return type;
@@ -108,11 +118,12 @@ const std::vector<std::vector<std::uint8_t>>& Computer::HoldersOf(TextView right
 }
 
 void Computer::Grant(TextView right, std::vector<Sid> holders) {
+  CheckRight(right);
   for (const Sid& holder : holders) GrantBytes(right, holder.bytes());
 }
 
 void Computer::GrantBytes(TextView right, std::vector<std::uint8_t> sid) {
-  if (!IsUserRight(right)) throw std::invalid_argument("there is no such right");
+  CheckRight(right);
   rights_[ToUpper(right)].push_back(std::move(sid));
 }
 

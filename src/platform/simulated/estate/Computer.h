@@ -70,7 +70,7 @@ struct ServerDescription {
   Text comment{};
   DWORD version_major = 10;
   DWORD version_minor = 0;
-  std::optional<DWORD> type{};  // kServerType...; without it what the role brings
+  std::optional<DWORD> type{};  // kServerType...; without it what role and shares bring
   DWORD users = 16777216;
   LONG disconnect_minutes = 15;
   bool hidden = false;

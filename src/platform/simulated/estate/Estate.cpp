@@ -54,11 +54,12 @@ Computer& Estate::AddComputer(TextView name, std::optional<Sid> sid) {
     throw std::invalid_argument("the name is taken");
   }
   if (!sid) {
-    // The user is the local computer's, unless a domain has his.
-    const bool is_users = computers_.empty() && std::ranges::none_of(domains_, [](const Domain& d) {
-                            return !d.is_workgroup() && d.accounts->sid() == DefaultDomainSid();
-                          });
-    sid = is_users ? DefaultDomainSid() : SidForName(name);
+    // The user is the local computer's, unless a domain has his number.
+    const bool is_users =
+        computers_.empty() && std::ranges::none_of(domains_, [&](const Domain& d) {
+          return !d.is_workgroup() && d.accounts->sid() == this->domain();
+        });
+    sid = is_users ? this->domain() : SidForName(name);
   }
   Computer& computer = computers_.emplace_back(Text(name), *sid, now());
   const std::size_t number = computers_.size();

@@ -7,5 +7,7 @@ namespace veldmark::simulated {
 
 // A computer, which joins the estate.
 void ReadComputer(const Node& node, Estate& estate);
+// What may name accounts of any computer or domain: its groups, and who holds its rights.
+void ReadComputerGroups(const Node& node, Estate& estate);
 
 }  // namespace veldmark::simulated

@@ -6,7 +6,9 @@
 #include <nlohmann/json.hpp>
 
 #include "automation/CaseMapping.h"
+#include "platform/simulated/estate_file/AccountsReader.h"
 #include "platform/simulated/estate_file/ComputerReader.h"
+#include "platform/simulated/estate_file/NetworkReader.h"
 #include "platform/simulated/estate_file/UserReader.h"
 #include "platform/simulated/estate_file/Values.h"
 
@@ -62,7 +64,8 @@ Estate ReadEstate(std::string_view text, Estate::Clock real_time) {
   const Node root(json, "");
   root.OnlyFields({"$schema", "clock", "clockRuns", "timeZone", "user", "currentFolder",
                    "moduleFolder", "mappedDrives", "messages", "modules", "computers",
-                   "directoryObjects"});
+                   "directoryObjects", "networks", "domains", "workgroups", "hosts",
+                   "knownAccounts"});
   // For editors; what it says is nothing to this reader.
   if (const auto schema = root.Field("$schema")) schema->Utf8();
   const auto clock = root.Field("clock");
@@ -91,9 +94,17 @@ Estate ReadEstate(std::string_view text, Estate::Clock real_time) {
       }
     }
   }
+  if (const auto networks = root.Field("networks")) ReadNetworks(*networks, estate);
+  if (const auto accounts = root.Field("knownAccounts")) ReadKnownAccounts(*accounts, estate);
+  if (const auto hosts = root.Field("hosts")) ReadHosts(*hosts, estate);
+  const auto domains = root.Field("domains");
+  if (domains) ReadDomains(*domains, estate);
+  if (const auto workgroups = root.Field("workgroups")) ReadWorkgroups(*workgroups, estate);
   const Node computers = root.Required("computers");
   if (computers.Elements().empty()) computers.Complain("needs at least the local computer");
   for (const Node& computer : computers.Elements()) ReadComputer(computer, estate);
+  if (domains) ReadDomainGroups(*domains, estate);
+  for (const Node& computer : computers.Elements()) ReadComputerGroups(computer, estate);
   if (const auto objects = root.Field("directoryObjects")) {
     ReadNamedObjects(*objects, estate, [&](const Node& place, TextView text, auto security) {
       if (estate.FindDirectoryObject(text) != nullptr) place.Complain("the name is taken");

@@ -40,6 +40,7 @@ class Node {
   Text String() const { return FromUtf8(Utf8()); }
   bool Boolean() const;
   std::int64_t Integer(std::int64_t least, std::int64_t most) const;
+  std::uint32_t Unsigned32() const { return static_cast<std::uint32_t>(Integer(0, 0xFFFFFFFF)); }
   // The index of the text among the words.
   std::size_t OneOf(std::initializer_list<std::string_view> words) const;
 

@@ -9,7 +9,7 @@
 namespace veldmark::simulated {
 
 // The redirected drives of an estate's local computer, and the networks that it sees.
-class SimulatedNetworkProvider final : public NetworkProvider {
+class SimulatedNetworkProvider : public NetworkProvider {
  public:
   explicit SimulatedNetworkProvider(Session& session) : session_(session) {}
 
