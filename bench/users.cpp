@@ -73,8 +73,8 @@ void GetUsers(benchmark::State& state) {
   };
   for (std::int32_t i = 1; i <= users->Count(); ++i) {
     const Ref<CUser> user = users->ItemByIndex(i);
-    for (const Text* text :
-         {&user->UserName, &user->FullName(), &user->ServerName(), &user->Details().comment}) {
+    for (const Text* const text : std::array<const Text*, 4>{
+             &user->UserName, &user->FullName(), &user->ServerName(), &user->Details().comment}) {
       count(*text);
     }
   }

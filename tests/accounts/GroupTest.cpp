@@ -1,5 +1,6 @@
 #include "accounts/AccountsFixture.h"
 #include "automation/Interface.h"
+#include "network/CDomain.h"
 #include "support/MixedPlatform.h"
 #include "support/MockAccounts.h"
 
@@ -168,21 +169,22 @@ TEST_F(Groups, FetchCommentNumberAndAttributesOnce) {
   EXPECT_EQ(ErrorOf([&] { root.GetGroup(u"FAR", u"Readers"); }), 2453);
 }
 
-TEST_F(Groups, AreDisplayedWithTheirComputerOrDomainWhichIsTheirListsKey) {
-  const struct {
-    GroupTypeEnum type;
-    TextView server, domain, shown;
-  } cases[] = {{GT_LocalGroup, u"SRV", u"", u"\\\\SRV\\x"},
-               {GT_LocalGroup, u"\\\\SRV", u"", u"\\\\SRV\\x"},
-               {GT_LocalGroup, u"DC1", u"CORP", u"CORP\\x"},
-               {GT_GlobalGroup, u"DC1", u"CORP", u"CORP\\x"},
-               {GT_GlobalGroup, u"DC1", u"", u"x"},
-               {GT_WellKnownGroup, u"", u"NT AUTHORITY", u"NT AUTHORITY\\x"},
-               {GT_WellKnownGroup, u"SRV", u"", u"x"},
-               {GT_AccountUnknown, u"SRV", u"CORP", u"x"}};
-  for (const auto& test : cases) {
-    EXPECT_EQ(Group(u"x", test.type, test.server, test.domain)->AccountDisplayName(), test.shown);
-  }
+TEST_F(Groups, AndUsersAreDisplayedWithTheirComputerOrDomainWhichIsTheirListsKey) {
+  const auto shown = [&](std::int32_t type, TextView server, TextView domain) {
+    const Ref<CUser> user = User(u"x", UserTypeEnum{type}, server, domain);
+    const Ref<CGroup> group = Group(u"x", GroupTypeEnum{type}, server, domain);
+    return user->AccountDisplayName() + u" " + group->AccountDisplayName();
+  };
+  EXPECT_EQ(shown(0, u"SRV", u""), u"\\\\SRV\\x \\\\SRV\\x");
+  EXPECT_EQ(shown(0, u"\\\\SRV", u""), u"\\\\SRV\\x \\\\SRV\\x");
+  EXPECT_EQ(shown(0, u"", u""), u"\\\\\\x \\\\\\x");
+  EXPECT_EQ(shown(0, u"DC1", u"CORP"), u"\\\\DC1\\x CORP\\x");
+  EXPECT_EQ(shown(1, u"DC1", u"CORP"), u"CORP\\x CORP\\x");
+  EXPECT_EQ(shown(1, u"DC1", u""), u"x x");
+  EXPECT_EQ(shown(2, u"DC1", u"CORP"), u"x CORP\\x");
+  EXPECT_EQ(shown(2, u"DC1", u""), u"x x");
+  EXPECT_EQ(shown(3, u"DC1", u"CORP"), u"x x");
+
   // Of two controllers' local groups of one name the first stays.
   const auto groups = Make<CGroups>();
   const Ref<CGroup> first = Group(u"Ops", GT_LocalGroup, u"DC1", u"CORP");
@@ -207,7 +209,7 @@ TEST_F(Groups, TellTheirSidByTheirKind) {
 }
 
 TEST_F(Groups, AreWrittenAsNewOnesOrAsTheyAre) {
-  const Ref<CGroup> made = CGroup::CreateLocal(u"Made", u"SRV");
+  const Ref<CGroup> made = Server(u"SRV")->CreateLocalGroup(u"Made");
   EXPECT_EQ(made->Comment(), u"");
   made->PutComment(u"new");
   EXPECT_EQ(srv->own_accounts().FindLocalGroup(u"Made"), nullptr);
@@ -258,6 +260,10 @@ TEST(AccountFaults, AreRaisedOrSwallowedAndLeaveNothingOpen) {
       [](FullWorld& world) {
         const auto users = Engine().GetCompleteUserAccounts(*world.Server(u"DC1"), false);
         users->ItemByIndex(1)->GetGroups();
+        Engine().GetLocalGroups(world.Server(u"SRV").Get(), false);
+        const auto domain = Make<CDomain>();
+        domain->DomainName = u"CORP";
+        Engine().GetGlobalGroups(*domain, Text(), false)->ItemByIndex(1)->GetUsers();
       },
       nothing);
   // Whatever can't be found out about a member, the list stays whole.

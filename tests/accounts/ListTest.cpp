@@ -181,19 +181,6 @@ TEST_P(Lists, ArriveByEventsUntilAListenerCancels) {
   }
 }
 
-TEST_P(Lists, RaiseWhatThePlatformAnswersAfterTheFirstPageToo) {
-  for (simulated::Computer* const computer : {dc, srv, estate().FindComputer(u"FAR2")}) {
-    computer->SetPage(1);
-  }
-  for (const std::size_t page : {1, 2}) {
-    faults().Clear();
-    faults().FailNthOf(GetParam().operation, page, 1722);
-    const Text failure = FailureOf([&] { Run(); });
-    // The second page of some holds nothing that isn't in the first.
-    EXPECT_EQ(failure.substr(0, 24), faults().fired() > 0 ? u"1722|Veldmark2.CSupport|" : u"");
-  }
-}
-
 INSTANTIATE_TEST_SUITE_P(Accounts, Lists, testing::ValuesIn(kWalks), [](const auto& test) {
   std::string name = test.param.name;
   std::erase(name, ',');

@@ -129,22 +129,6 @@ TEST_F(Users, AreGotFromAComputerOrFromADomainByItsController) {
   EXPECT_EQ(ErrorOf([&] { root.GetUser(u"FAR", u"bob"); }), 2453);
 }
 
-TEST_F(Users, AreDisplayedWithTheirComputerOrDomain) {
-  const struct {
-    UserTypeEnum type;
-    TextView server, domain, shown;
-  } cases[] = {{UT_LocalUser, u"SRV", u"CORP", u"\\\\SRV\\x"},
-               {UT_LocalUser, u"\\\\SRV", u"", u"\\\\SRV\\x"},
-               {UT_LocalUser, u"", u"", u"\\\\\\x"},
-               {UT_GlobalUser, u"SRV", u"CORP", u"CORP\\x"},
-               {UT_GlobalUser, u"SRV", u"", u"x"},
-               {UT_AccountUnknown, u"SRV", u"CORP", u"x"},
-               {UserTypeEnum{9}, u"SRV", u"CORP", u"x"}};
-  for (const auto& test : cases) {
-    EXPECT_EQ(User(u"x", test.type, test.server, test.domain)->AccountDisplayName(), test.shown);
-  }
-}
-
 TEST_F(Users, TellTheirSidAnewEachTimeUnlessAWalkStoredOne) {
   const Ref<CUser> local_user = User(u"ann", UT_LocalUser, u"SRV");
   const Ref<CUser> user = User(u"bob", UT_GlobalUser, u"DC1", u"CORP");
