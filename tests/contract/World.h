@@ -30,6 +30,11 @@ enum class Trait {
   PublishedTexts,     // the system's texts are the published English ones
   Connections,        // a network provider takes connections
   InheritedLists,     // access lists are kept as they are stored, and inherited
+  GlobalGroups,       // a computer has global groups and tells who is in them
+  LocalGroupChanges,  // local groups are made and changed
+  UserRights,         // the security authority knows who holds which right
+  SocketStarts,       // the socket library counts its starts
+  EmptyAccountNames,  // no account has an empty name, and no SID is one of another kind
   WholeStringForm,    // a descriptor's string may have object entries and null lists
 };
 
@@ -46,6 +51,10 @@ class World {
 
   // The path of an empty key below kHkeyCurrentUser, removed with whatever is in it.
   virtual const std::u16string& scratch_key() const = 0;
+
+  // The name of the user that the program runs as, who has an account of this computer and
+  // administers it.
+  virtual const std::u16string& user() const = 0;
 
   // Lets time pass, by waiting or by moving the clock, without a turn of the message loop.
   virtual void LetPass(unsigned milliseconds) = 0;
