@@ -109,6 +109,7 @@ class WindowsWorld final : public World {
         {Trait::CreationTimes, "Wine takes the host's time of the last change for it"},
         {Trait::NetworkMessages, "Wine has no netmsg.dll"},
         {Trait::PublishedTexts, "Wine's texts are worded by itself"},
+        {Trait::Connections, "Wine has no network provider: whatever is asked, 1222"},
         {Trait::GlobalGroups, "Wine has none: it denies them, or doesn't have the operation"},
         {Trait::LocalGroupChanges,
          "Wine changes no local group: 50, in place of its empty success"},

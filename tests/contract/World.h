@@ -26,6 +26,7 @@ enum class Trait {
   CreationTimes,      // a change leaves the time of creation alone
   NetworkMessages,    // netmsg.dll has its texts
   PublishedTexts,     // the system's texts are the published English ones
+  Connections,        // a network provider shows networks and takes connections
   GlobalGroups,       // a computer has global groups and tells who is in them
   LocalGroupChanges,  // local groups are made and changed
   UserRights,         // the security authority knows who holds which right
