@@ -130,12 +130,12 @@ DWORD WineUsers(DWORD level, DWORD filter, BYTE** buffer, DWORD* entries_read,
                                         &total, nullptr)) {
     return error;
   }
-  const auto list = Taken<::USER_INFO_0>(names);
   *entries_read = *total_entries = count;
   if (level == 0) {
-    return HandOutBlock<::USER_INFO_0>({list.get(), list.get() + count},
-                                       {&::USER_INFO_0::usri0_name}, buffer);
+    *buffer = names;
+    return 0;
   }
+  const auto list = Taken<::USER_INFO_0>(names);
   std::vector<User> users(count);
   std::vector<::USER_INFO_3> records;
   for (::DWORD index = 0; index < count; ++index) {
