@@ -29,9 +29,8 @@ End Function
 
 Sub ShowDomain(domain)
   WScript.Echo "  " & domain.DomainName & Remark(domain.Comment)
-  Dim server, servers
-  Set servers = domain.GetServers()
-  For Each server In servers
+  Dim server
+  For Each server In ServersOf(domain)
     WScript.Echo "    computer " & server.ServerName & DescriptionOf(server)
   Next
   Dim controller
@@ -49,6 +48,16 @@ Sub ShowDomain(domain)
     ShowMembers group
   Next
 End Sub
+
+' A domain whose computers nobody lists is shown without any.
+Function ServersOf(domain)
+  On Error Resume Next
+  Set ServersOf = domain.GetServers()
+  If Err.Number <> 0 Then
+    WScript.Echo "    (" & Err.Description & ")"
+    Set ServersOf = CreateObject("Veldmark2.CServers")
+  End If
+End Function
 
 Function DescriptionOf(server)
   If server.StateUnknown Then

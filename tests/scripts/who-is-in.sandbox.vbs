@@ -1,0 +1,1 @@
+../../examples/who-is-in.vbs
