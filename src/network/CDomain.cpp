@@ -44,6 +44,7 @@ class BrowseList {
   bool Next() {
     if (asked_ && resume_handle_ == 0) return false;
     asked_ = true;
+    const DWORD asked_from = resume_handle_;
     DWORD status = Ask();
     const bool refused = status == kErrorInvalidLevel || status == kErrorAccessDenied;
     if (refused && level_ != kNamesLevel) {
@@ -54,7 +55,8 @@ class BrowseList {
       const auto number = static_cast<std::int32_t>(status);
       Raise(number, SourceOf(kClassName), u"Error Retrieving Servers: " + GetAPIErrorText(number));
     }
-    return true;
+    // A page that leads nowhere is the last one.
+    return Count() > 0 || resume_handle_ != asked_from;
   }
 
   DWORD Count() const { return buffer_ ? read_ : 0; }

@@ -52,8 +52,8 @@ bool FindCachedAccount(Account& account, TextView server) {
   });
   if (!found) return false;
   if (fields[kName] == kAccountUnknown && ToUpper(server) != ToUpper(fields[kServer])) {
-    // Another server may know it. By name this leaves the failure under its SID, which has no text.
-    Swallow([&] { sids->Remove(SidKey(account.sid_text)); });
+    // Another server may know it. By name alone this leaves the failure under its SID.
+    if (!account.sid_text.empty()) Swallow([&] { sids->Remove(SidKey(account.sid_text)); });
     Swallow([&] { names->Remove(NameKey(fields[kDomain], fields[kName])); });
     return false;
   }

@@ -68,6 +68,8 @@ const Text& CSid::SidText() {
 }
 
 Ref<Object> CSid::GetAccount() {
+  // A listener of the look-up's status may let go of the SID.
+  const Ref<CSid> keep_alive(this);
   if (!account_loaded_ && sid_.size() > 1) LoadAccountInfo();
   if (sid_type_ == 0) {
     account_name_.clear();
@@ -98,7 +100,8 @@ Ref<Object> CSid::GetAccount() {
   }
 }
 
-const Text& CSid::AccountDisplayName() {
+Text CSid::AccountDisplayName() {
+  const Ref<CSid> keep_alive(this);
   if (!account_display_name_.empty()) return account_display_name_;
   Swallow([&] {
     LoadAccountOnce();
@@ -223,7 +226,8 @@ void CSid::LookAccountUp() {
 
 /// The account's domain is the very server that the SID resides on: the account is that machine's.
 bool CSid::ResidesOnItsDomain() const {
-  return resides_on_server_ == account_domain_ || resides_on_server_ == u"\\" + account_domain_;
+  return resides_on_server_ == account_domain_ ||
+         resides_on_server_ == Text(kServerNameStart) + account_domain_;
 }
 
 Ref<Object> CSid::MakeUnknownUser(UserTypeEnum type) {

@@ -11,13 +11,13 @@
 
 namespace veldmark {
 
-/// A security identifier: its binary form, its text, and what is known of the account behind it.
-/// Binary form and text are made from each other when they are asked for, the account is looked up
-/// then.
 class CGroup;
 class CUser;
 enum UserTypeEnum : std::int32_t;
 
+/// A security identifier: its binary form, its text, and what is known of the account behind it.
+/// Binary form and text are made from each other when they are asked for, the account is looked up
+/// then.
 class CSid : public Exported<CSid>, Counted<Counter::kSid> {
  public:
   static const Interface& Describe();
@@ -38,10 +38,9 @@ class CSid : public Exported<CSid>, Counted<Counter::kSid> {
   /// can't be told.
   Ref<Object> GetAccount();
   /// "DOMAIN\name", or "(Account Unknown)". Never raises.
-  const Text& AccountDisplayName();
+  Text AccountDisplayName();
   /// The address of the binary form in this process. Raises 6 in a 64-bit program where it has more
-  /// than 31 bits, and
-  /// the error of the text where there is nothing to make the binary form from.
+  /// than 31 bits, and the error of the text where there is nothing to make the binary form from.
   std::int32_t pSid();
   /// The length of the binary form in bytes; raises as `pSid` does, and 1337 where the form is cut.
   std::int32_t SidLength();

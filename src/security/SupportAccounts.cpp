@@ -75,6 +75,7 @@ Text CSupport::GetSid(const Text& server_name, Text& domain, const Text& account
     if (words.size() <= 1) return;
     std::vector<char16_t> domain_buffer(kNameUnits + 1);
     domain_size = kNameUnits;
+    sid_size = static_cast<DWORD>(words.size() * sizeof words[0]);
     const BOOL found =
         security.LookupAccountNameW(server_name.c_str(), account_name.c_str(), words.data(),
                                     &sid_size, domain_buffer.data(), &domain_size, &use);
@@ -136,7 +137,9 @@ std::vector<std::int32_t> CSupport::GetDomainAuthorities(Text server_name) {
     sid->SetResidesOnServer(server_name);
     sid->ResolveFromAccount(GetDomainFromServer(server_name), server_name + u"$");
     const SidWords& words = sid->SidBuffer();
-    return std::vector<std::int32_t>(words.begin() + 2, words.end() - 1);
+    const std::uint8_t count = AsBytes(words)[1];
+    if (count == 0) Raise(runtime_error::kSubscriptOutOfRange);
+    return std::vector<std::int32_t>(words.begin() + 2, words.begin() + 2 + (count - 1));
   });
 }
 

@@ -66,6 +66,7 @@ Ref<CShares> CSupport::GetShares(CServer& server) {
       NetworkBuffer buffer(network);
       DWORD read = 0;
       DWORD total = 0;
+      const DWORD asked_from = resume;
       const auto ask = [&] {
         return network.NetShareEnum(server_name, level, buffer.Receive(), kMaxPreferredLength,
                                     &read, &total, &resume);
@@ -76,7 +77,10 @@ Ref<CShares> CSupport::GetShares(CServer& server) {
         level = kPoorLevel;
         code = ask();
       }
-      if (code != 0 && code != kErrorMoreData) RaisePlatformError(static_cast<std::int32_t>(code));
+      const bool leads_nowhere = code == kErrorMoreData && read == 0 && resume == asked_from;
+      if ((code != 0 && code != kErrorMoreData) || leads_nowhere) {
+        RaisePlatformError(static_cast<std::int32_t>(code));
+      }
       if (level == kFullLevel) {
         AddShares<SHARE_INFO_2>(*shares, server, *status, buffer.Get(), read);
       } else {

@@ -45,9 +45,13 @@ Ref<CVolumes> CSupport::GetVolumes(CServer& server, bool async) {
       NetworkBuffer buffer(network);
       DWORD read = 0;
       DWORD total = 0;
+      const DWORD asked_from = resume;
       code = network.NetServerDiskEnum(server_name, 0, buffer.Receive(), kMaxPreferredLength, &read,
                                        &total, &resume);
-      if (code != 0 && code != kErrorMoreData) RaisePlatformError(static_cast<std::int32_t>(code));
+      const bool leads_nowhere = code == kErrorMoreData && read == 0 && resume == asked_from;
+      if ((code != 0 && code != kErrorMoreData) || leads_nowhere) {
+        RaisePlatformError(static_cast<std::int32_t>(code));
+      }
       for (const DiskRecord& disk : RecordsIn<DiskRecord>(buffer.Get(), read)) {
         const auto volume = Make<CVolume>();
         volume->VolumeName = TrimAtNul(TextView(disk.data(), disk.size()));

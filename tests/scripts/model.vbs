@@ -41,7 +41,7 @@ root.GetFolder home & "\nothing"
 Report "missing folder"
 root.CreateSD 0
 Report "obsolete"
-root.GetWellKnownGroups
+root.GetServer(root.LocalComputerName).GetEventLogs
 Report "not built"
 root.GetFolder home, 1
 Report "too many arguments"

@@ -26,6 +26,8 @@ NTSTATUS WindowsLocalSecurityAuthority::LsaOpenPolicy(LSA_UNICODE_STRING* system
   if (system_name != nullptr && system_name->Buffer != nullptr) {
     const std::u16string server(system_name->Buffer, system_name->Length / sizeof(WCHAR));
     if (OtherServerUnderWine(server.c_str())) return kBadNetworkPath;
+    // Wine takes the text for one with a NUL behind it, and this computer without a name too.
+    if (RunsUnderWine()) system_name = nullptr;
   }
   return Recorded([&] {
     return ::LsaOpenPolicy(Sdk(system_name), reinterpret_cast<::LSA_OBJECT_ATTRIBUTES*>(attributes),
