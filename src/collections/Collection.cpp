@@ -110,7 +110,7 @@ CollectionKey CollectionKey::Plain(TextView text) {
 }
 
 CollectionKey CollectionKey::BySortKey() const {
-  const Text key = SortKeyOf(Units());
+  const Text key = IsByLetters() ? SortKeyOf(Units()) : Text();
   return key.empty() ? CollectionKey(Units(), kind_) : CollectionKey(key, Kind::kBySortKey);
 }
 
@@ -138,7 +138,7 @@ void Collection::Add(Variant item, CollectionKey key, const Variant& before, con
     position = PositionOf(after) + 1;
   }
   if (item.If<Reference>()) item = item.Dereferenced();
-  if (auto other = InOtherForm(key)) key = *std::move(other);
+  if (HasOtherForm(key)) key = BySortKey(key);
   const std::uint32_t hash = key.Hash();
   if (!key.IsNone()) {
     if (Find(key, hash) != KeyIndex::kNone) Raise(runtime_error::kKeyAlreadyPresent);
@@ -179,10 +179,9 @@ std::uint32_t Collection::Find(const CollectionKey& key, std::uint32_t hash) con
   return keyed_.Find(hash, [&](std::uint32_t slot) { return At(slot).key == key; });
 }
 
-std::optional<CollectionKey> Collection::InOtherForm(const CollectionKey& key) const {
-  if (by_sort_keys_) return key.IsByLetters() ? std::optional(key.BySortKey()) : std::nullopt;
-  if (key.IsBySortKey()) const_cast<Collection&>(*this).TurnToSortKeys();
-  return std::nullopt;
+CollectionKey Collection::BySortKey(const CollectionKey& key) const {
+  if (!by_sort_keys_) const_cast<Collection&>(*this).TurnToSortKeys();
+  return key.BySortKey();
 }
 
 void Collection::TurnToSortKeys() {
@@ -202,9 +201,13 @@ void Collection::TurnToSortKeys() {
 }
 
 std::uint32_t Collection::SlotOf(const CollectionKey& key) const {
-  const std::optional<CollectionKey> other = InOtherForm(key);
-  const CollectionKey& wanted = other ? *other : key;
-  const std::uint32_t slot = Find(wanted, wanted.Hash());
+  std::uint32_t slot;
+  if (HasOtherForm(key)) {
+    const CollectionKey other = BySortKey(key);
+    slot = Find(other, other.Hash());
+  } else {
+    slot = Find(key, key.Hash());
+  }
   if (slot == KeyIndex::kNone) Raise(runtime_error::kInvalidCall);
   return slot;
 }

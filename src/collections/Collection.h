@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -33,7 +32,7 @@ class CollectionKey {
   /// equal one that is none, but keys of the two forms never equal each other.
   bool IsByLetters() const { return kind_ == Kind::kByLetters; }
   bool IsBySortKey() const { return kind_ == Kind::kBySortKey; }
-  /// A key by letters in its other form; the same where there is no platform to ask.
+  /// The same key by its sort key, unless it isn't by letters or there is no platform to ask.
   CollectionKey BySortKey() const;
   bool operator==(const CollectionKey& other) const {
     return kind_ == other.kind_ && Units() == other.Units();
@@ -95,9 +94,12 @@ class Collection : public ReferenceCounted {
   std::uint32_t Find(const CollectionKey& key, std::uint32_t hash) const;
   /// The same, of a key of either form; raises 5 if there is none.
   std::uint32_t SlotOf(const CollectionKey& key) const;
-  /// A plain key in the form that the list holds them in, where it has the other one. The first by
-  /// its sort key turns all to that form.
-  std::optional<CollectionKey> InOtherForm(const CollectionKey& key) const;
+  /// Whether a plain key has another form than those of the list.
+  bool HasOtherForm(const CollectionKey& key) const {
+    return by_sort_keys_ ? key.IsByLetters() : key.IsBySortKey();
+  }
+  /// Such a key by its sort key; the list holds all plain keys so from here on.
+  CollectionKey BySortKey(const CollectionKey& key) const;
   void TurnToSortKeys();
   std::size_t PositionOf(std::uint32_t slot) const;
   /// The zero-based position that an index names; raises as `Item` does.

@@ -105,8 +105,7 @@ void CSupport::GetAccount(const SidWords& sid, const Text& server_name, Text& do
                    sid_type, account_unknown)) {
       return;
     }
-    const Text controller =
-        PlainServerName(GetPDCName(domain = GetDomainFromServer(server_name), Text()));
+    const Text controller = PlainServerName(GetPDCName(GetDomainFromServer(server_name), Text()));
     LookUpName(sid, controller, kServerNameUnits, domain, name, sid_type, account_unknown);
   });
 }

@@ -72,6 +72,7 @@ TEST(ObjectCounts, AreReportedInTheirOrderWhereSomethingIsAlive) {
       u"Users User Drives Drive Shares Share Services Service Printers Printer Volumes Volume "
       u"SecurityDescriptor Acl Aces Ace Sids Sid Files File Folders Folder PathNames PathName "
       u"EventLogEntries EventLogEntry ";
+  Apartment::Current().well_known_groups = nullptr;
   const Text titles = u"Current Object Counts\r\n=====================";
   EXPECT_EQ(GetObjectCountsReport(), titles);
   std::vector<Ref<Object>> alive;

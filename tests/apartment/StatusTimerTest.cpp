@@ -77,6 +77,7 @@ TEST_F(StatusTest, SurvivesSinksThatLeaveRaiseOrLetGoOfTheSource) {
 }
 
 TEST_F(StatusTest, ReportsTheCountsForThatExactWordOnly) {
+  Apartment::Current().well_known_groups = nullptr;
   const auto root = Make<SystemRoot>();
   EXPECT_EQ(status().GetDebugInfo(u"ObjectCounts"),
             u"Current Object Counts\r\n=====================\r\nSystemRoot = 1");

@@ -255,6 +255,7 @@ TEST_P(CollectionFamily, TreatsANameThatIsThereAlreadyAsItsRuleSays) {
 }
 
 TEST_P(CollectionFamily, StoresNothingButElementsOfItsClassAndHoldsThemToItsEnd) {
+  Apartment::Current().well_known_groups = nullptr;
   Ref<Object> list = NewList();
   EXPECT_EQ(Add(list, Variant(Ref<Object>())), "Nothing");
   EXPECT_EQ(Add(list, Variant(list)), "error 13");

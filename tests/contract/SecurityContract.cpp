@@ -18,6 +18,7 @@ constexpr DWORD kPrinter = 3;
 constexpr DWORD kKey = 4;
 constexpr DWORD kShare = 5;
 constexpr DWORD kOwnerAndList = kOwnerSecurityInformation | kDaclSecurityInformation;
+constexpr DWORD kUnprotectedList = kDaclSecurityInformation | kUnprotectedDaclSecurityInformation;
 constexpr DWORD kProtectedList = kDaclSecurityInformation | kProtectedDaclSecurityInformation;
 
 class SecurityContract : public Contract {

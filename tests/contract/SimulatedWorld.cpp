@@ -13,6 +13,9 @@ class SimulatedWorld final : public World {
         .local()
         .AddFile(u"C:\\Windows\\System32\\kernel32.dll")
         .Version(simulated::VersionDescription{.file = {6, 1, 7601, 0}}.Build());
+    simulated::AccountDatabase& accounts = simulated_.estate().local().own_accounts();
+    accounts.AddUser(user_, 1001);
+    accounts.local_group(u"Administrators").members.push_back(accounts.SidOf(user_));
     simulated_.estate().current_user().Key(scratch_key_);
   }
   ~SimulatedWorld() override {
@@ -22,6 +25,7 @@ class SimulatedWorld final : public World {
   Platform platform() override { return simulated_.platform(); }
   const std::u16string& scratch() const override { return scratch_; }
   const std::u16string& scratch_key() const override { return scratch_key_; }
+  const std::u16string& user() const override { return user_; }
   void LetPass(unsigned milliseconds) override { simulated_.estate().Advance(milliseconds); }
   HANDLE OpenImpersonationToken() override {
     return simulated_.security().OpenClientToken(u"S-1-5-21-1-2-3-1005", {u"S-1-5-32-545"});
@@ -30,6 +34,7 @@ class SimulatedWorld final : public World {
 
  private:
   const std::u16string scratch_ = u"C:\\Scratch\\Contract";
+  const std::u16string user_ = u"user";
   const std::u16string scratch_key_ = u"Software\\Contract";
   simulated::SimulatedPlatform simulated_;
 };

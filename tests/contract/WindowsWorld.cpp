@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include <lmcons.h>
+
 #include <array>
 #include <map>
 
@@ -57,6 +59,11 @@ class WindowsWorld final : public World {
     scratch_ = Utf16(full.data() + name);
     ::CreateDirectoryW(Wide(scratch_), nullptr);
 
+    std::array<wchar_t, UNLEN + 1> user{};
+    ::DWORD size = static_cast<::DWORD>(user.size());
+    ::GetUserNameW(user.data(), &size);
+    user_ = Utf16(user.data());
+
     scratch_key_ = u"Software\\Veldmark2 contract\\" + Utf16(name);
     ::HKEY key = nullptr;
     ::RegCreateKeyExW(kCurrentUser, Wide(scratch_key_), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
@@ -73,6 +80,7 @@ class WindowsWorld final : public World {
   Platform platform() override { return WindowsPlatform(); }
   const std::u16string& scratch() const override { return scratch_; }
   const std::u16string& scratch_key() const override { return scratch_key_; }
+  const std::u16string& user() const override { return user_; }
   void LetPass(unsigned milliseconds) override { ::Sleep(milliseconds); }
 
   HANDLE OpenImpersonationToken() override {
@@ -101,6 +109,14 @@ class WindowsWorld final : public World {
         {Trait::CreationTimes, "Wine takes the host's time of the last change for it"},
         {Trait::NetworkMessages, "Wine has no netmsg.dll"},
         {Trait::PublishedTexts, "Wine's texts are worded by itself"},
+        {Trait::Connections, "Wine has no network provider: whatever is asked, 1222"},
+        {Trait::GlobalGroups, "Wine has none: it denies them, or doesn't have the operation"},
+        {Trait::LocalGroupChanges,
+         "Wine changes no local group: 50, in place of its empty success"},
+        {Trait::UserRights, "Wine's security authority knows no rights: 259, whatever is asked"},
+        {Trait::SocketStarts, "Wine's library takes an end without a start"},
+        {Trait::EmptyAccountNames,
+         "Wine takes an empty name for BUILTIN, and a wrong SID for none"},
     };
     if (!RunsUnderWine()) return nullptr;
     const auto found = missing_under_wine.find(trait);
@@ -110,6 +126,7 @@ class WindowsWorld final : public World {
  private:
   std::u16string scratch_;
   std::u16string scratch_key_;
+  std::u16string user_;
 };
 
 }  // namespace

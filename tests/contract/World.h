@@ -26,6 +26,12 @@ enum class Trait {
   CreationTimes,      // a change leaves the time of creation alone
   NetworkMessages,    // netmsg.dll has its texts
   PublishedTexts,     // the system's texts are the published English ones
+  Connections,        // a network provider shows networks and takes connections
+  GlobalGroups,       // a computer has global groups and tells who is in them
+  LocalGroupChanges,  // local groups are made and changed
+  UserRights,         // the security authority knows who holds which right
+  SocketStarts,       // the socket library counts its starts
+  EmptyAccountNames,  // no account has an empty name, and no SID is one of another kind
 };
 
 // A platform to hold against the operations' contracts, with room to work in.
@@ -41,6 +47,10 @@ class World {
 
   // The path of an empty key below kHkeyCurrentUser, removed with whatever is in it.
   virtual const std::u16string& scratch_key() const = 0;
+
+  // The name of the user that the program runs as, who has an account of this computer and
+  // administers it.
+  virtual const std::u16string& user() const = 0;
 
   // Lets time pass, by waiting or by moving the clock, without a turn of the message loop.
   virtual void LetPass(unsigned milliseconds) = 0;

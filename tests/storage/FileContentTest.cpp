@@ -184,7 +184,9 @@ TEST_F(FileContents, FailWithTheSourceOfTheMemberOrOfWhoCouldTell) {
               ToText(c.number) + u"|" + c.source + u"|" + GetAPIErrorText(c.number));
   }
   faults().LeaveEvery("CreateFileW", 1117);
-  EXPECT_EQ(ErrorOf([&] { root_->ReadTextFileAPI(deep); }), 1117) << "open, but with an error";
+  local().AddFile(u"C:\\left.txt", "some text");
+  EXPECT_EQ(ErrorOf([&] { root_->ReadTextFileAPI(u"C:\\left.txt"); }), 1117)
+      << "open, but with an error";
 }
 
 TEST_F(FileContents, OfTwoGibibytesAndMoreAreNotRead) {

@@ -4,17 +4,24 @@
 
 #include <string>
 
+#include "accounts/CGroups.h"
 #include "apartment/Apartment.h"
+#include "collections/Collection.h"
 #include "platform/simulated/families/SimulatedPlatform.h"
 
 namespace veldmark {
 
 /// An apartment of this thread over a simulated estate, from construction to destruction. What the
-/// start-up routine asked the platform is forgotten.
+/// start-up routine asked the platform is forgotten, and so are the answers but for the well-known
+/// groups.
 class SimulatedApartment {
  public:
   SimulatedApartment() : platform(simulated.platform()) {
-    Apartment::Start(platform);
+    Apartment& apartment = Apartment::Start(platform);
+    for (Ref<Collection>* cache : {&apartment.sid_cache, &apartment.account_cache,
+                                   &apartment.domain_cache, &apartment.server_cache}) {
+      *cache = Make<Collection>();
+    }
     simulated.journal().Clear();
     simulated.faults().Clear();
   }
@@ -56,7 +63,12 @@ template <class World>
 class TestIn : public testing::Test, protected World {
  protected:
   ~TestIn() override {
-    const Apartment* const apartment = Apartment::TryCurrent();
+    Apartment* const apartment = Apartment::TryCurrent();
+    if (apartment) {
+      // What the apartment itself keeps is none of the test's.
+      apartment->well_known_groups = nullptr;
+      apartment->server_cache = nullptr;
+    }
     for (int i = 0; apartment && i < static_cast<int>(Counter::kCount); ++i) {
       EXPECT_EQ(apartment->counters[static_cast<Counter>(i)], 0) << "counter " << i;
     }

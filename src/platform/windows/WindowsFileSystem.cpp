@@ -1,5 +1,7 @@
 #include "platform/windows/WindowsFileSystem.h"
 
+#include <string>
+
 #include "platform/operations/ErrorCodes.h"
 #include "platform/windows/Recorded.h"
 #include "platform/windows/Sdk.h"
@@ -67,7 +69,10 @@ HANDLE WindowsFileSystem::CreateFileA(LPCSTR file_name, DWORD desired_access, DW
                                       const SECURITY_ATTRIBUTES* security,
                                       DWORD creation_disposition, DWORD flags_and_attributes,
                                       HANDLE template_file) {
-  return Recorded([&] {
+  std::u16string name(kMaxPath, u'\0');
+  const int size = ::MultiByteToWideChar(CP_ACP, 0, file_name, -1, Sdk(name.data()),
+                                         static_cast<int>(name.size()));
+  return RecordedOn(size > 0 ? name.c_str() : nullptr, [&] {
     return ::CreateFileA(file_name, desired_access, share_mode, SdkReadOnly(security),
                          creation_disposition, flags_and_attributes, template_file);
   });
