@@ -32,18 +32,6 @@ void Trace(MakeLine&& make_line) {
   if (Apartment::Current().debug) DebugLog(make_line());
 }
 
-/// The SID behind a record's pointer; none behind a null one or where no sound SID begins. The
-/// platform doesn't tell where the record's block ends.
-SidWords SidAt(const void* sid) {
-  constexpr std::size_t kHeadSize = 8;
-  constexpr std::size_t kCountOffset = 1;
-  if (!sid) return {};
-  const auto* const bytes = static_cast<const std::uint8_t*>(sid);
-  const std::size_t count = bytes[kCountOffset];
-  if (count > kMostSubAuthorities) return {};
-  return CopySid({bytes, kHeadSize + count * sizeof(DWORD)});
-}
-
 /// A member whose account can't be told in full, such as a group of a domain without a reachable
 /// controller: as much of it as its SID knows.
 Ref<Object> IncompleteAccountOf(CSid& sid) {
@@ -214,7 +202,9 @@ void CSupport::GetLocalGroupMembers(CGroup& group, Ref<CGroups>& groups, Ref<CUs
         [&](const LOCALGROUP_MEMBERS_INFO_0& record) {
           const auto sid = Make<CSid>();
           sid->SetResidesOnServer(server_name);
-          sid->PutSidBuffer(SidAt(record.lgrmi0_sid));
+          // A member without a sound SID is one without an account.
+          const Bytes bytes = SidBytesAt(record.lgrmi0_sid);
+          if (!bytes.empty()) sid->PutSidBuffer(CopySid(bytes));
           const Ref<Object> account = AccountOf(*sid);
           if (const Ref<CUser> user = dynamic_cast<CUser*>(account.Get())) {
             user->SetSid(sid);

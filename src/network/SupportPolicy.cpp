@@ -36,17 +36,6 @@ void Check(NTSTATUS status) {
   if (status != 0) RaiseStatusAsError(status);
 }
 
-/// The bytes of a SID that the platform handed out, as long as it says itself; none of what is no
-/// SID.
-Bytes SidBytesAt(const void* sid) {
-  if (!sid) return {};
-  const auto* const bytes = static_cast<const std::uint8_t*>(sid);
-  constexpr std::size_t kHeaderSize = 8;
-  const std::size_t sub_authorities = bytes[1];
-  if (sub_authorities > kMostSubAuthorities) return {};
-  return {bytes, kHeaderSize + sub_authorities * sizeof(std::uint32_t)};
-}
-
 }  // namespace
 
 Ref<CServerAccountPolicy> CSupport::GetAccountPolicyInformation(const Text& server_name) {

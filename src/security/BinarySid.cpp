@@ -101,6 +101,14 @@ bool EqualSid(Bytes left, Bytes right) {
   return std::ranges::equal(left.first(GetLengthSid(left)), right.first(GetLengthSid(right)));
 }
 
+Bytes SidBytesAt(const void* sid) {
+  if (!sid) return {};
+  const auto* const bytes = static_cast<const std::uint8_t*>(sid);
+  const std::size_t sub_authorities = bytes[kCountOffset];
+  if (sub_authorities > kMostSubAuthorities) return {};
+  return {bytes, kHeadSize + sub_authorities * sizeof(std::uint32_t)};
+}
+
 SidWords CopySid(Bytes sid) {
   const std::size_t length = GetLengthSid(sid);
   SidWords words(length / sizeof(std::int32_t));

@@ -28,6 +28,9 @@ bool IsValidSid(Bytes sid);
 /// True for two SIDs of the same bytes. Raises 1337 as `GetLengthSid` does.
 bool EqualSid(Bytes left, Bytes right);
 
+/// The bytes of a SID at an address that the platform handed out, as many as it says itself; none
+/// for a null address and where the SID claims more than 15 sub-authorities.
+Bytes SidBytesAt(const void* sid);
 /// The SID at the beginning of the bytes. Raises 1337 where it leaves them.
 SidWords CopySid(Bytes sid);
 /// A SID of an authority below 256. There may be at most 15 sub-authorities.
