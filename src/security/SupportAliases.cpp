@@ -17,7 +17,6 @@ namespace {
 constexpr std::uint8_t kWorld = 1;
 constexpr std::uint8_t kCreator = 3;
 constexpr std::uint8_t kNt = 5;
-constexpr std::int32_t kNoType = -1;
 constexpr std::int32_t kBuiltinDomain = 32;
 
 /// An alias of one of the SIDs that every computer has.

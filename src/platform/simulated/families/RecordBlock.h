@@ -86,6 +86,8 @@ struct Reply {
   DWORD* total_entries;
   Handle* resume_handle;  // null: from the first on
 };
+template <typename Handle>
+Reply(BYTE**, DWORD, DWORD*, DWORD*, Handle*) -> Reply<Handle>;
 
 template <typename Handle>
 bool IsSound(const Reply<Handle>& reply) {

@@ -343,7 +343,8 @@ DWORD SimulatedAccountManagement::NetUserGetLocalGroups(LPCWSTR server_name, LPC
     }
   }
   std::vector<TextView> names;
-  for (const auto& [key, group] : asked.accounts->local_groups()) {
+  for (const auto& entry : asked.accounts->local_groups()) {
+    const LocalGroup& group = entry.second;
     const bool is_in = std::ranges::any_of(sids, [&](const Sid& sid) {
       return std::ranges::find(group.members, sid) != group.members.end();
     });
