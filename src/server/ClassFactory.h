@@ -22,4 +22,12 @@ class ClassFactory : public com::ComObject<IClassFactory> {
   ModuleHold hold_;
 };
 
+/// Keeps this module loaded till the process ends. An apartment belongs to its thread, caches and
+/// subscriptions included, and ends with it. An unload can't wait for that: it comes under the
+/// loader lock, where an apartment mustn't be ended, least of all another thread's; and no thread
+/// is to lose its apartment because a client asked whether the module could go, which it may do at
+/// any time and without unloading anything. So the module goes only where no thread has had one
+/// yet.
+void StayLoaded();
+
 }  // namespace veldmark

@@ -37,6 +37,9 @@ HRESULT WINAPI DllGetClassObject(REFCLSID class_identifier, REFIID iid, void** o
     const veldmark::Interface* table =
         veldmark::FindClass(reinterpret_cast<const veldmark::Identity&>(class_identifier));
     if (!table) return CLASS_E_CLASSNOTAVAILABLE;
+    // The 32-bit tool chain takes a thread-local index while the module loads, and never gives it
+    // back: there the module stays from here on.
+    if constexpr (sizeof(void*) == 4) veldmark::StayLoaded();
     veldmark::com::ComRef<IClassFactory> factory;
     *factory.Receive() = std::make_unique<veldmark::ClassFactory>(*table).release();
     return factory->QueryInterface(iid, out);
