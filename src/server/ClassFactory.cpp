@@ -6,6 +6,7 @@
 #include "server/ServerPlatform.h"
 
 namespace veldmark {
+
 void StayLoaded() {
   ::HMODULE module = nullptr;
   if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
