@@ -418,6 +418,9 @@ TEST_F(Questions, OfAnAccessCheckGiveTheRightsTheTypeAndTheRoom) {
   simulated_.faults().FailEvery("AccessCheckByType", 6);
   EXPECT_EQ(FailureOf([&] { check(4, {}); }),
             u"6|Veldmark2.CSecurityDescriptor|" + GetAPIErrorText(6));
+  simulated_.faults().Clear();
+  simulated_.faults().FailEvery("AccessCheckByType", 122);
+  EXPECT_EQ(ErrorOf([&] { check(4, {}); }), 122) << "no room is enough";
   EXPECT_EQ(ErrorOf([&] { Make<CSecurityDescriptor>()->CheckAccess(0, 4, {}, 0); }), 13);
   platform_.files.CloseHandle(client);
 }

@@ -233,6 +233,7 @@ TEST_F(Lists, AreReadByTheTypesOfTheirEntriesAndOwnersWhereTheyAreSound) {
     const BinaryDescriptor parts = reader.ReadHeader(*descriptor, layout.bytes);
     reader.ReadOwner(*descriptor, parts);
     reader.ReadDacl(*descriptor, parts);
+    EXPECT_EQ(Err().Number(), 0);
     std::string told = descriptor->GetOwnerSid() ? "owned" : "";
     const Ref<CAces> aces = descriptor->GetDACL()->GetAces();
     for (std::int32_t i = 1; i <= aces->Count(); ++i) {

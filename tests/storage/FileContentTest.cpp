@@ -51,6 +51,7 @@ TEST_F(FileContents, AreReadAsTextByTheRulesOfEachGeneration) {
       {"\xFF\xFEZ\0B\0C\0"sv, u"ZBC", u"ZBC"},
       {"\xFF\xFEZ\0"sv, u"Z", u"\uFEFFZ"},
       {"\xFF\xFEZ"sv, u"", u"\uFEFF"},
+      {"x", u"x", u""},
       {"ten ASCII!", u"ten ASCII!", u"ten ASCII!"},
       {"abcdef", u"abcdef", u"\u6261\u6463\u6665"},
       {"abcdefg", u"abcdefg", u"\u6261\u6463\u6665"},
