@@ -81,7 +81,7 @@ TEST(OddRecords, AreNotReadBeyondWhatTheyHold) {
   server->ServerType();
   const Ref<CGroup> group = world.Group(u"Ops", GT_LocalGroup, u"SRV");
   const Ref<CUser> user = world.User(u"x", UT_LocalUser, u"SRV");
-  Platform mixed = WithAccounts(world.platform, accounts);
+  Platform mixed = Mixed(world.platform, {.accounts = &accounts});
   Apartment::End();
   Apartment::Start(mixed);
   Ref<CGroups> groups;

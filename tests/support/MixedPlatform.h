@@ -4,44 +4,32 @@
 
 namespace veldmark {
 
-/// The platform with another provider of network connections, or another security.
-inline Platform Mixed(const Platform& whole, NetworkProvider& provider, Security& security) {
-  return {whole.files,
-          provider,
-          whole.messages,
-          whole.registry,
-          whole.system,
-          whole.timers,
-          security,
-          whole.network_management,
-          whole.version_information,
-          whole.multimedia,
-          whole.accounts,
-          whole.authority,
-          whole.sockets};
-}
+/// Families of a test's own; null where the platform keeps its own.
+struct Replacements {
+  NetworkProvider* network_provider = nullptr;
+  Security* security = nullptr;
+  AccountManagement* accounts = nullptr;
+};
 
-/// The platform with another account database.
-inline Platform WithAccounts(const Platform& whole, AccountManagement& accounts) {
+/// The platform with other families in these places.
+inline Platform Mixed(const Platform& whole, const Replacements& own) {
   return {whole.files,
-          whole.network_provider,
+          own.network_provider == nullptr ? whole.network_provider : *own.network_provider,
           whole.messages,
           whole.registry,
           whole.system,
           whole.timers,
-          whole.security,
+          own.security == nullptr ? whole.security : *own.security,
           whole.network_management,
           whole.version_information,
           whole.multimedia,
-          accounts,
+          own.accounts == nullptr ? whole.accounts : *own.accounts,
           whole.authority,
-          whole.sockets};
-}
-inline Platform WithProvider(const Platform& whole, NetworkProvider& provider) {
-  return Mixed(whole, provider, whole.security);
-}
-inline Platform WithSecurity(const Platform& whole, Security& security) {
-  return Mixed(whole, whole.network_provider, security);
+          whole.sockets,
+          whole.services,
+          whole.printers,
+          whole.event_logs,
+          whole.tasks};
 }
 
 }  // namespace veldmark

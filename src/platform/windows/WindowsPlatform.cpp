@@ -1,16 +1,20 @@
 #include "platform/windows/WindowsPlatform.h"
 
 #include "platform/windows/WindowsAccountManagement.h"
+#include "platform/windows/WindowsEventLog.h"
 #include "platform/windows/WindowsFileSystem.h"
 #include "platform/windows/WindowsLocalSecurityAuthority.h"
 #include "platform/windows/WindowsMessages.h"
 #include "platform/windows/WindowsMultimedia.h"
 #include "platform/windows/WindowsNetworkManagement.h"
 #include "platform/windows/WindowsNetworkProvider.h"
+#include "platform/windows/WindowsPrinting.h"
 #include "platform/windows/WindowsRegistry.h"
 #include "platform/windows/WindowsSecurity.h"
+#include "platform/windows/WindowsServiceControl.h"
 #include "platform/windows/WindowsSockets.h"
 #include "platform/windows/WindowsSystem.h"
+#include "platform/windows/WindowsTaskScheduler.h"
 #include "platform/windows/WindowsTimers.h"
 #include "platform/windows/WindowsVersionInformation.h"
 
@@ -30,6 +34,10 @@ Platform& WindowsPlatform() {
   static WindowsAccountManagement accounts;
   static WindowsLocalSecurityAuthority authority;
   static WindowsSockets sockets;
+  static WindowsServiceControl services;
+  static WindowsPrinting printers;
+  static WindowsEventLog event_logs;
+  static WindowsTaskScheduler tasks;
   static Platform platform{files,
                            network_provider,
                            messages,
@@ -42,7 +50,11 @@ Platform& WindowsPlatform() {
                            multimedia,
                            accounts,
                            authority,
-                           sockets};
+                           sockets,
+                           services,
+                           printers,
+                           event_logs,
+                           tasks};
   return platform;
 }
 

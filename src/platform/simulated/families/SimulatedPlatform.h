@@ -3,16 +3,20 @@
 #include "platform/operations/Platform.h"
 #include "platform/simulated/families/Session.h"
 #include "platform/simulated/families/SimulatedAccountManagement.h"
+#include "platform/simulated/families/SimulatedEventLog.h"
 #include "platform/simulated/families/SimulatedFileSystem.h"
 #include "platform/simulated/families/SimulatedLocalSecurityAuthority.h"
 #include "platform/simulated/families/SimulatedMessages.h"
 #include "platform/simulated/families/SimulatedMultimedia.h"
 #include "platform/simulated/families/SimulatedNetworkManagement.h"
 #include "platform/simulated/families/SimulatedNetworkProvider.h"
+#include "platform/simulated/families/SimulatedPrinting.h"
 #include "platform/simulated/families/SimulatedRegistry.h"
 #include "platform/simulated/families/SimulatedSecurity.h"
+#include "platform/simulated/families/SimulatedServiceControl.h"
 #include "platform/simulated/families/SimulatedSockets.h"
 #include "platform/simulated/families/SimulatedSystem.h"
+#include "platform/simulated/families/SimulatedTaskScheduler.h"
 #include "platform/simulated/families/SimulatedTimers.h"
 #include "platform/simulated/families/SimulatedVersionInformation.h"
 
@@ -41,7 +45,11 @@ class SimulatedPlatform {
             multimedia_,
             accounts_,
             authority_,
-            sockets_};
+            sockets_,
+            services_,
+            printers_,
+            event_logs_,
+            tasks_};
   }
 
   Session& session() { return session_; }
@@ -67,6 +75,10 @@ class SimulatedPlatform {
   SimulatedAccountManagement accounts_{session_};
   SimulatedLocalSecurityAuthority authority_{session_};
   SimulatedSockets sockets_{session_};
+  SimulatedServiceControl services_{session_};
+  SimulatedPrinting printers_{session_};
+  SimulatedEventLog event_logs_{session_};
+  SimulatedTaskScheduler tasks_{session_};
 };
 
 }  // namespace veldmark::simulated

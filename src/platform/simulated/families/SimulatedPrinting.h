@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/operations/Printing.h"
+#include "platform/simulated/families/Session.h"
+
+namespace veldmark::simulated {
+
+// The printers of an estate's computers.
+class SimulatedPrinting final : public Printing {
+ public:
+  explicit SimulatedPrinting(Session& session) : session_(session) {}
+
+  Session& session() { return session_; }
+
+ private:
+  Session& session_;
+};
+
+}  // namespace veldmark::simulated
