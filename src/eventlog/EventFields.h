@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "automation/Object.h"
+#include "automation/Text.h"
+#include "automation/Values.h"
+#include "security/CSid.h"
+
+namespace veldmark {
+
+/// What a raw record tells of an event, and where it was read: all that an entry begins with.
+struct EventFields {
+  std::int32_t record_number = 0;
+  Date time_generated;  // local time, as is `time_written`
+  Date time_written;
+  std::int32_t event_id = 0;    // all 32 bits
+  std::int32_t event_type = 0;  // an `EventLogTypesEnum`, or what else the record holds
+  std::int16_t category = 0;
+  Ref<CSid> sid;
+  Text source_name;
+  Text computer_name;  // as the record names it
+  Text log_name;       // empty for a backup file
+  Text lookup_server;  // whose registry and files hold the texts, without a leading "\\"
+  std::optional<TextArray> strings;  // bounds 1 to n; nothing for a record without strings
+  std::optional<ByteArray> data;
+};
+
+}  // namespace veldmark
