@@ -43,7 +43,7 @@ const Interface& CRegKey::Describe() {
           .Stored<&CRegKey::FullName>(u"FullName", u"The path below the root.")
           .Stored<&CRegKey::hKey>(u"hKey", u"The root.")
           .Stored<&CRegKey::Name>(u"Name", u"The last part of the path.")
-          .Property<&CRegKey::DefaultValue, &CRegKey::PutDefaultValue>(
+          .Property<&CRegKey::GetDefaultValue, &CRegKey::PutDefaultValue>(
               u"DefaultValue", u"The default value as a text.")
           .Remark(
               u"Read when the key was got, and empty where it can't be read. Putting another "

@@ -30,7 +30,7 @@ class CRegKey : public Exported<CRegKey> {
   Text MachineName;    ///< "\\srv"; empty for this computer
 
   /// The default value as a text, read when the key was.
-  Variant DefaultValue() const { return Variant(default_value_); }
+  Variant GetDefaultValue() const { return Variant(default_value_); }
   /// Takes any value that has a text. The registry isn't written.
   void PutDefaultValue(const Variant& value);
 

@@ -420,6 +420,8 @@ LSTATUS SimulatedRegistry::Lookup(HKEY key, std::string_view operation, DWORD ne
     found.node = estate.current_user_node();
   } else if (key == kHkeyClassesRoot) {
     found.node = NodeAt(estate.local().local_machine_node(), {u"SOFTWARE", u"Classes"});
+  } else if (key == kHkeyPerformanceData || key == kHkeyDynData) {
+    return Status(kErrorInvalidHandle);
   } else {
     const auto open = keys_.find(static_cast<std::uintptr_t>(key));
     if (open == keys_.end()) {
