@@ -24,7 +24,9 @@ For Each value In key.GetSubKeys
   WScript.Echo value.FullName & ": " & value.DefaultValue
 Next
 WScript.Echo shell.RegRead("HKCU\" & PATH & "\number")
-WScript.Echo (key.GetSecurityDescriptor.GetDACL.GetAces.Count > 0) & " " & key.GetSecurityDescriptor.ParentObjectPath
+Dim security
+Set security = key.GetSecurityDescriptor
+WScript.Echo security.ParentObjectPath & " " & security.GetOwnerSid.IsValid & " " & (security.GetDACL.GetAces.Count > 0)
 
 Dim remote
 Set remote = root.GetRegistry
@@ -49,10 +51,11 @@ Sub Fail(what)
   WScript.Echo what & ": " & Err.Number & " " & Err.Source
 End Sub
 
+' An array of bytes can be passed on, and by that be told.
 Function Shown(what)
   If IsArray(what) Then
-    Shown = "bytes to " & UBound(what)
+    Shown = "bytes, " & registry.SaveValue(HKCU, PATH, "bytes", 3, what)
   Else
-    Shown = Replace(Replace(CStr(what), Chr(0), "\0"), shell.ExpandEnvironmentStrings("%SystemRoot%"), "(root)")
+    Shown = Replace(CStr(what), Chr(0), "\0")
   End If
 End Function

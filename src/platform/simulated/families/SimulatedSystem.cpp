@@ -239,9 +239,8 @@ DWORD SimulatedSystem::ExpandEnvironmentStringsW(LPCWSTR source, LPWSTR target, 
       break;
     }
     const auto value = session_.estate.Variable(rest.substr(1, end - 1));
-    // The second sign of a reference to nothing may be the first of another.
-    expanded += value ? TextView(*value) : rest.substr(0, end);
-    rest.remove_prefix(value ? end + 1 : end);
+    expanded += value ? TextView(*value) : rest.substr(0, end + 1);
+    rest.remove_prefix(end + 1);
   }
   if (target != nullptr) Copy(expanded, target, size);
   return static_cast<DWORD>(expanded.size() + 1);
