@@ -163,7 +163,9 @@ void CEventLogEntry::ResolveStrings() {
                u", " + source.source + u", " + ToText(std::int64_t{fields_.event_id}) + u", " +
                element);
     }
-    element = GetParameterMessage(source, fields_.event_id, element);
+    // The look-up lets the caller's messages in, which may ask for the strings in the meantime.
+    const Text unresolved = element;
+    element = GetParameterMessage(source, unresolved);
   }
   strings_resolved_ = true;
 }
