@@ -60,7 +60,7 @@ server.GetService("VeldmarkTestNone").Start
 WScript.Echo "one that isn't there: " & Err.Number & " " & server.GetService("VeldmarkTestNone").DisplayName
 Err.Clear
 On Error GoTo 0
-WScript.Echo "its descriptor: " & (one.GetSecurityDescriptor.GetDACL.GetAces.Count > 0)
+WScript.Echo "its descriptor: " & one.GetSecurityDescriptor.ParentObjectType & ", revision " & one.GetSecurityDescriptor.Revision
 
 other.Remove
 one.Remove

@@ -53,6 +53,7 @@ BOOL WindowsServiceControl::QueryServiceStatus(SC_HANDLE service, SERVICE_STATUS
 
 BOOL WindowsServiceControl::QueryServiceConfigW(SC_HANDLE service, QUERY_SERVICE_CONFIGW* config,
                                                 DWORD size, DWORD* needed) {
+  if (RunsUnderWine()) return Bridged(WineConfig(Handle(service), config, size, needed));
   return Recorded([&] {
     return ::QueryServiceConfigW(
         Handle(service), reinterpret_cast<::QUERY_SERVICE_CONFIGW*>(config), size, Sdk(needed));

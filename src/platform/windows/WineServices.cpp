@@ -9,6 +9,13 @@
 
 #include "platform/operations/ErrorCodes.h"
 
+namespace {
+
+// The SDK's macro names a type that means ours inside our namespace.
+const ::HKEY kLocalMachine = HKEY_LOCAL_MACHINE;
+
+}  // namespace
+
 namespace veldmark {
 namespace {
 
@@ -91,22 +98,36 @@ std::size_t Put(const std::vector<Listed>& listed, std::size_t first,
   return count;
 }
 
-std::vector<std::wstring> DependenciesOf(::SC_HANDLE manager, const std::wstring& name) {
+// The names of a service's dependencies, each with its NUL, which Wine keeps in the registry alone.
+std::wstring DependencyList(const std::wstring& name) {
+  const std::wstring key = L"SYSTEM\\CurrentControlSet\\Services\\" + name;
+  const auto read = [&](wchar_t* place, ::DWORD& size) {
+    return ::RegGetValueW(kLocalMachine, key.c_str(), L"DependOnService", RRF_RT_REG_MULTI_SZ,
+                          nullptr, place, &size) == ERROR_SUCCESS;
+  };
+  ::DWORD size = 0;
+  if (!read(nullptr, size)) return {};
+  std::wstring list(size / sizeof(wchar_t) + 1, L'\0');
+  size = static_cast<::DWORD>(list.size() * sizeof(wchar_t));
+  if (!read(list.data(), size)) return {};
+  list.resize(list.find_last_not_of(L'\0') + 1);
+  if (!list.empty()) list += L'\0';
+  return list;
+}
+
+std::vector<std::wstring> DependenciesOf(const std::wstring& name) {
   std::vector<std::wstring> dependencies;
-  const ::SC_HANDLE service = ::OpenServiceW(manager, name.c_str(), SERVICE_QUERY_CONFIG);
-  if (service == nullptr) return dependencies;
-  ::DWORD needed = 0;
-  ::QueryServiceConfigW(service, nullptr, 0, &needed);
-  std::vector<BYTE> buffer(needed);
-  auto* const config = reinterpret_cast<::QUERY_SERVICE_CONFIGW*>(buffer.data());
-  if (needed != 0 && ::QueryServiceConfigW(service, config, needed, &needed)) {
-    for (const wchar_t* each = config->lpDependencies; each != nullptr && *each != L'\0';
-         each += dependencies.back().size() + 1) {
-      dependencies.emplace_back(each);
-    }
+  const std::wstring list = DependencyList(name);
+  for (std::size_t start = 0; start < list.size(); start += dependencies.back().size() + 1) {
+    dependencies.emplace_back(list.c_str() + start);
   }
-  ::CloseServiceHandle(service);
   return dependencies;
+}
+
+std::wstring NameOf(::SC_HANDLE service) {
+  const std::lock_guard turn(names_turn);
+  const auto found = Names().find(service);
+  return found == Names().end() ? std::wstring() : found->second;
 }
 
 // Those of `all` that depend on a service, each behind those that depend on itself.
@@ -149,19 +170,14 @@ DWORD WineDependents(::SC_HANDLE service, DWORD service_state, ENUM_SERVICE_STAT
   if (needed == nullptr || returned == nullptr) return kErrorInvalidParameter;
   *needed = *returned = 0;
   if (service_state == 0 || service_state > SERVICE_STATE_ALL) return kErrorInvalidParameter;
-  std::wstring name;
-  {
-    const std::lock_guard turn(names_turn);
-    const auto found = Names().find(service);
-    if (found == Names().end()) return kErrorInvalidHandle;
-    name = found->second;
-  }
+  const std::wstring name = NameOf(service);
+  if (name.empty()) return kErrorInvalidHandle;
   const ::SC_HANDLE manager =
       ::OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT | SC_MANAGER_ENUMERATE_SERVICE);
   if (manager == nullptr) return ::GetLastError();
   std::vector<Listed> all;
   const DWORD error = List(manager, SERVICE_WIN32 | SERVICE_DRIVER, SERVICE_STATE_ALL, all);
-  for (Listed& each : all) each.dependencies = DependenciesOf(manager, each.name);
+  for (Listed& each : all) each.dependencies = DependenciesOf(each.name);
   ::CloseServiceHandle(manager);
   if (error != kErrorSuccess) return error;
   std::vector<Listed> found;
@@ -172,6 +188,22 @@ DWORD WineDependents(::SC_HANDLE service, DWORD service_state, ENUM_SERVICE_STAT
   });
   *returned = static_cast<DWORD>(Put(found, 0, services, size, needed));
   return *returned == found.size() ? kErrorSuccess : kErrorMoreData;
+}
+
+DWORD WineConfig(::SC_HANDLE service, QUERY_SERVICE_CONFIGW* config, DWORD size, DWORD* needed) {
+  ::DWORD own = 0;
+  ::QueryServiceConfigW(service, nullptr, 0, &own);
+  if (const ::DWORD error = ::GetLastError(); error != ERROR_INSUFFICIENT_BUFFER) return error;
+  const std::wstring list = DependencyList(NameOf(service));
+  const std::size_t list_size = (list.size() + 1) * sizeof(wchar_t);
+  *needed = static_cast<DWORD>(own + list_size);
+  if (size < *needed) return kErrorInsufficientBuffer;
+  auto* const record = reinterpret_cast<::QUERY_SERVICE_CONFIGW*>(config);
+  if (!::QueryServiceConfigW(service, record, own, &own)) return ::GetLastError();
+  auto* const place = reinterpret_cast<BYTE*>(config) + (*needed - list_size);
+  std::memcpy(place, list.c_str(), list_size);
+  record->lpDependencies = reinterpret_cast<wchar_t*>(place);
+  return kErrorSuccess;
 }
 
 void RememberService(::SC_HANDLE service, LPCWSTR name) {

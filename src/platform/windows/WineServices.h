@@ -19,6 +19,9 @@ DWORD WineServicesFrom(::SC_HANDLE manager, DWORD service_type, DWORD service_st
 DWORD WineDependents(::SC_HANDLE service, DWORD service_state, ENUM_SERVICE_STATUSW* services,
                      DWORD size, DWORD* needed, DWORD* returned);
 
+/// The configuration. Wine tells of no dependencies.
+DWORD WineConfig(::SC_HANDLE service, QUERY_SERVICE_CONFIGW* config, DWORD size, DWORD* needed);
+
 /// Remembers what service a handle stands for, which Wine doesn't tell, and forgets it.
 void RememberService(::SC_HANDLE service, LPCWSTR name);
 void ForgetService(::SC_HANDLE service);
