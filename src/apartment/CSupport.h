@@ -31,6 +31,8 @@ class CRegValues;
 class CSecurityDescriptor;
 class CServer;
 class CServerAccountPolicy;
+class CService;
+class CServices;
 class CShares;
 class CSid;
 class CSids;
@@ -42,6 +44,9 @@ class Secret;
 enum HKEY_VALUES : std::int32_t;
 enum RegValueTypes : std::int32_t;
 enum SE_OBJECT_TYPE : std::int32_t;
+enum ServiceControlsEnum : std::int32_t;
+enum ServiceStatesMaskEnum : std::int32_t;
+enum ServiceTypesEnum : std::int32_t;
 enum SidTypeEnum : std::int32_t;
 
 struct RegistryKeyTraits;
@@ -217,6 +222,28 @@ class CSupport : public ReferenceCounted {
   void GetLocalGroupMembers(CGroup& group, Ref<CGroups>& groups, Ref<CUsers>& users, bool async);
   /// Fills a group. Raises the platform's error.
   void PopulateGroup(CGroup& group);
+
+  // Services (services/SupportServices.cpp). Each raises the platform's error.
+
+  /// The services of a server of these types and states. A failure in the middle of the walk ends
+  /// it: what was found so far is the result. So does a service whose names don't fit into a slice
+  /// of 256 bytes.
+  Ref<CServices> GetServices(CServer& server, ServiceTypesEnum types, ServiceStatesMaskEnum states,
+                             bool async);
+  /// Fills a service's configuration and status. On a failure it keeps what wasn't read yet.
+  void LoadServiceConfig(CService& service);
+  /// Starts a service and waits until it runs; 1053 when that takes longer than a minute.
+  void StartService(CService& service);
+  /// Sends a control, and waits for the state that stop, pause and continue lead to, as above.
+  /// Fills the service anew.
+  void ControlService(CService& service, ServiceControlsEnum control);
+  /// Writes what was changed of a service, under the database's lock.
+  void SaveServiceInfo(CService& service);
+  /// Makes a service; 87 where something of it is missing.
+  void InstallService(CService& service);
+  void RemoveService(CService& service);
+  /// The services that depend on one, in the order in which they have to be stopped.
+  Ref<CServices> GetDependentServices(CService& service, ServiceStatesMaskEnum states);
 
   // Accounts of SIDs (security/SupportAccounts.cpp)
 

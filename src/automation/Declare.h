@@ -115,6 +115,12 @@ class Declare {
     Add<kPut>(MemberKind::kPut, name, help, {u"Value"});
     return std::move(*this);
   }
+  /// A property that can only be written, or the put of one whose get has an earlier slot.
+  template <auto kPut>
+  Declare&& Put(TextView name, TextView help) && {
+    Add<kPut>(MemberKind::kPut, name, help, {u"Value"});
+    return std::move(*this);
+  }
   /// A get and put property that is a plain stored value: a public field of the class.
   template <auto kField>
   Declare&& Stored(TextView name, TextView help) && {

@@ -34,8 +34,8 @@ namespace {
 
 constexpr TextView kClassName = u"CServer";
 constexpr TextView kFilerPipe = u"\\PIPE\\NETAPPSVC";
-constexpr std::int32_t kWin32Services = 48;
-constexpr std::int32_t kActiveServices = 1;
+constexpr std::int32_t kWin32Services = SERVICE_WIN32;
+constexpr std::int32_t kActiveServices = SERVICE_ACTIVE;
 constexpr DWORD kVersionMask = 15;
 
 enum ServerEvent : std::int32_t {
@@ -83,6 +83,10 @@ const Interface& CServer::Describe() {
           .Method<&CServer::GetServices>(
               u"GetServices", u"Its services of these types and states.",
               {{u"eServiceType", kWin32Services}, {u"eServiceState", kActiveServices}})
+          .Remark(
+              u"Without arguments those that run. A failure in the middle of the walk, and a "
+              u"service whose two names take more than a slice of 256 bytes, end it without an "
+              u"error.")
           .Method<&CServer::GetPrinters>(u"GetPrinters", u"Its printers.")
           .Stored<&CServer::ServerName>(u"ServerName",
                                         u"Its name, as the caller or the computer itself gives it.")
@@ -107,6 +111,7 @@ const Interface& CServer::Describe() {
                                                  u"A new service, to be filled and installed.")
           .Method<&CServer::GetService>(u"GetService", u"A service by its short name.",
                                         {u"ServiceName"})
+          .Remark(u"Never raises: a service that doesn't exist has a name and nothing else.")
           .Method<&CServer::GetTasks>(u"GetTasks", u"Its scheduled tasks.")
           .Method<&CServer::CreateTask>(u"CreateTask", u"A new scheduled task.", {u"TaskName"})
           .Method<&CServer::GetEventLogEntries>(u"GetEventLogEntries", u"The entries of a log.",
@@ -178,6 +183,29 @@ Ref<CServerAccountPolicy> CServer::GetServerAccountPolicy() {
 Ref<CSids> CServer::GetSidsWithUserRight(const Text& user_right) {
   return WithEngine([&](CSupport& engine) {
     return engine.GetAccountsWithUserRight(ServerName, user_right, AsyncFetch());
+  });
+}
+
+Ref<CServices> CServer::GetServices(ServiceTypesEnum types, ServiceStatesMaskEnum states) {
+  return WithEngine(
+      [&](CSupport& engine) { return engine.GetServices(*this, types, states, AsyncFetch()); });
+}
+
+Ref<CService> CServer::CreateServiceObject() {
+  return ReRaisingAs(kClassName, [&] {
+    auto service = Make<CService>();
+    service->ServerName = ServerName;
+    service->DomainName = DomainName;
+    return service;
+  });
+}
+
+Variant CServer::GetService(const Text& service_name) {
+  return ReRaisingAs(kClassName, [&] {
+    const Ref<CService> service = CreateServiceObject();
+    service->ServiceName = service_name;
+    service->Refresh();
+    return Variant(service);
   });
 }
 
@@ -275,10 +303,7 @@ void CServer::OnObjectFound(Object& object, bool& cancel) {
            {&CVolume::Describe, kVolumeFound}});
 }
 
-Ref<CServices> CServer::GetServices(std::int32_t, std::int32_t) { RaiseNotBuilt(); }
 Ref<CPrinters> CServer::GetPrinters() { RaiseNotBuilt(); }
-Ref<CService> CServer::CreateServiceObject() { RaiseNotBuilt(); }
-Variant CServer::GetService(const Text&) { RaiseNotBuilt(); }
 Ref<CTasks> CServer::GetTasks() { RaiseNotBuilt(); }
 Ref<CTask> CServer::CreateTask(const Text&) { RaiseNotBuilt(); }
 Ref<CTask> CServer::CreateTaskObject() { RaiseNotBuilt(); }

@@ -26,6 +26,8 @@ class CTask;
 class CTasks;
 class CUsers;
 class CVolumes;
+enum ServiceStatesMaskEnum : std::int32_t;
+enum ServiceTypesEnum : std::int32_t;
 
 /// A computer in the network, and the door to what is on it. Its data are those of the record that
 /// last filled it; what that record didn't have is fetched when it is first asked for, which raises
@@ -44,9 +46,13 @@ class CServer : public AsyncFetching<CServer>, Counted<Counter::kServer> {
   /// The users with all their fields, for administrators.
   Ref<CUsers> GetCompleteUsers();
   Ref<CVolumes> GetVolumes();
-  Ref<CServices> GetServices(std::int32_t service_type, std::int32_t service_state);
+  /// The services of these types and states, told in slices: a failure in the middle of them ends
+  /// the list without an error.
+  Ref<CServices> GetServices(ServiceTypesEnum types, ServiceStatesMaskEnum states);
   Ref<CPrinters> GetPrinters();
+  /// A service that its `Install` makes; nothing is asked of the computer.
   Ref<CService> CreateServiceObject();
+  /// A service by its short name, filled; one that doesn't exist reads as empty.
   Variant GetService(const Text& service_name);
   /// Empty lists for a caller to fill.
   Ref<CServices> CreateServicesCollection();

@@ -35,6 +35,7 @@ class SimulatedWorld final : public World {
   const std::u16string& scratch_key() const override { return scratch_key_; }
   const std::u16string& user() const override { return user_; }
   std::u16string event_texts() const override { return u"C:\\Texts\\event_texts.dll"; }
+  std::u16string service_program() const override { return u"C:\\service.exe"; }
   void LetPass(unsigned milliseconds) override { simulated_.estate().Advance(milliseconds); }
   HANDLE OpenImpersonationToken() override {
     return simulated_.security().OpenClientToken(u"S-1-5-21-1-2-3-1005", {u"S-1-5-32-545"});

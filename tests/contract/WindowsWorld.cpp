@@ -90,6 +90,12 @@ class WindowsWorld final : public World {
     std::replace(path.begin(), path.end(), L'/', L'\\');
     return Utf16(path);
   }
+  std::u16string service_program() const override {
+    std::array<wchar_t, MAX_PATH + 1> path{};
+    ::GetModuleFileNameW(nullptr, path.data(), MAX_PATH);
+    const std::u16string program = Utf16(path.data());
+    return program.substr(0, program.rfind(u'\\') + 1) + u"service_program.exe";
+  }
   void LetPass(unsigned milliseconds) override { ::Sleep(milliseconds); }
 
   HANDLE OpenImpersonationToken() override {
@@ -124,6 +130,8 @@ class WindowsWorld final : public World {
          "Wine changes no local group: 50, in place of its empty success"},
         {Trait::UserRights, "Wine's security authority knows no rights: 259, whatever is asked"},
         {Trait::SocketStarts, "Wine's library takes an end without a start"},
+        {Trait::ServiceDependencies, "Wine starts and stops services without regard to others"},
+        {Trait::ServiceChecks, "Wine takes what it is given"},
         {Trait::EmptyAccountNames,
          "Wine takes an empty name for BUILTIN, and a wrong SID for none"},
     };

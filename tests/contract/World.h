@@ -12,26 +12,28 @@ namespace veldmark {
 
 // Published behaviours that a world may be unable to show.
 enum class Trait {
-  ShortNames,         // 8.3 names are numbered
-  DosWildcards,       // "*." and a "?" at the end of a name match as of old
-  ReadOnlyGuard,      // read-only files aren't written, read-only folders not removed
-  SystemFileGuard,    // hidden and system files aren't replaced unknowingly
-  PlainAttributes,    // a file may be without the archive bit
-  AccessChecks,       // dispositions are checked against the access asked for
-  NameLimits,         // names over 255 characters and plain paths over 259 are refused
-  InvalidCharacters,  // a listing refuses patterns that no name can match
-  VerbatimLongForms,  // nothing in a path of the long form is normalised
-  FilesAsFolders,     // a listing tells a file in the folder's place from a missing folder
-  ListedFoldersStay,  // a folder isn't removed while it is listed
-  CreationTimes,      // a change leaves the time of creation alone
-  NetworkMessages,    // netmsg.dll has its texts
-  PublishedTexts,     // the system's texts are the published English ones
-  Connections,        // a network provider shows networks and takes connections
-  GlobalGroups,       // a computer has global groups and tells who is in them
-  LocalGroupChanges,  // local groups are made and changed
-  UserRights,         // the security authority knows who holds which right
-  SocketStarts,       // the socket library counts its starts
-  EmptyAccountNames,  // no account has an empty name, and no SID is one of another kind
+  ShortNames,           // 8.3 names are numbered
+  DosWildcards,         // "*." and a "?" at the end of a name match as of old
+  ReadOnlyGuard,        // read-only files aren't written, read-only folders not removed
+  SystemFileGuard,      // hidden and system files aren't replaced unknowingly
+  PlainAttributes,      // a file may be without the archive bit
+  AccessChecks,         // dispositions are checked against the access asked for
+  NameLimits,           // names over 255 characters and plain paths over 259 are refused
+  InvalidCharacters,    // a listing refuses patterns that no name can match
+  VerbatimLongForms,    // nothing in a path of the long form is normalised
+  FilesAsFolders,       // a listing tells a file in the folder's place from a missing folder
+  ListedFoldersStay,    // a folder isn't removed while it is listed
+  CreationTimes,        // a change leaves the time of creation alone
+  NetworkMessages,      // netmsg.dll has its texts
+  PublishedTexts,       // the system's texts are the published English ones
+  Connections,          // a network provider shows networks and takes connections
+  GlobalGroups,         // a computer has global groups and tells who is in them
+  LocalGroupChanges,    // local groups are made and changed
+  UserRights,           // the security authority knows who holds which right
+  SocketStarts,         // the socket library counts its starts
+  EmptyAccountNames,    // no account has an empty name, and no SID is one of another kind
+  ServiceDependencies,  // a service needs those that it depends on
+  ServiceChecks,        // names, accounts, controls and locks of services are checked
 };
 
 // A platform to hold against the operations' contracts, with room to work in.
@@ -54,6 +56,9 @@ class World {
 
   // The path of the file whose texts stand in EventTexts.mc.
   virtual std::u16string event_texts() const = 0;
+  // The path of a program that runs as the service that its first argument names, and only knows to
+  // start and to stop.
+  virtual std::u16string service_program() const = 0;
 
   // Lets time pass, by waiting or by moving the clock, without a turn of the message loop.
   virtual void LetPass(unsigned milliseconds) = 0;

@@ -9,6 +9,7 @@
 #include "platform/operations/NetworkManagement.h"
 #include "platform/operations/NetworkProvider.h"
 #include "platform/operations/Registry.h"
+#include "platform/operations/ServiceControl.h"
 #include "platform/operations/System.h"
 
 namespace veldmark {
@@ -147,6 +148,22 @@ struct AuthorityMemoryTraits {
   static void Close(Family& family, Value value) { family.LsaFreeMemory(value); }
 };
 
+struct ServiceHandleTraits {
+  using Value = SC_HANDLE;
+  using Family = ServiceControl;
+  static Value Empty() noexcept { return SC_HANDLE{0}; }
+  static bool IsEmpty(Value value) noexcept { return value == SC_HANDLE{0}; }
+  static void Close(Family& family, Value value) { family.CloseServiceHandle(value); }
+};
+
+struct ServiceDatabaseLockTraits {
+  using Value = SC_LOCK;
+  using Family = ServiceControl;
+  static Value Empty() noexcept { return SC_LOCK{0}; }
+  static bool IsEmpty(Value value) noexcept { return value == SC_LOCK{0}; }
+  static void Close(Family& family, Value value) { family.UnlockServiceDatabase(value); }
+};
+
 using FindHandle = UniqueHandle<FindHandleTraits>;
 using FileHandle = UniqueHandle<FileHandleTraits>;
 using AuthorityMemory = UniqueHandle<AuthorityMemoryTraits>;
@@ -155,6 +172,8 @@ using NetworkEnumeration = UniqueHandle<NetworkEnumerationTraits>;
 using Policy = UniqueHandle<PolicyTraits>;
 using RegistryKey = UniqueHandle<RegistryKeyTraits>;
 using Module = UniqueHandle<ModuleTraits>;
+using ServiceHandle = UniqueHandle<ServiceHandleTraits>;
+using ServiceDatabaseLock = UniqueHandle<ServiceDatabaseLockTraits>;
 template <typename T>
 using LocalMemory = UniqueHandle<LocalMemoryTraits<T>>;
 template <typename T>

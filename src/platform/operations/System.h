@@ -66,6 +66,12 @@ class System {
   // has no daylight time), kTimeZoneIdStandard, kTimeZoneIdDaylight; kTimeZoneIdInvalid on failure.
   virtual DWORD GetTimeZoneInformation(TIME_ZONE_INFORMATION* information) = 0;
 
+  // The time on this computer's clock, in its zone.
+  virtual void GetLocalTime(SYSTEMTIME* time) = 0;
+
+  // Lets the calling thread wait for so many milliseconds; with 0 it only gives way to others.
+  virtual void Sleep(DWORD milliseconds) = 0;
+
   // UTC to local time by the bias in force now, whatever the date. Non-zero on success; 87 out of
   // range.
   virtual BOOL FileTimeToLocalFileTime(const FILETIME* file_time, FILETIME* local_file_time) = 0;

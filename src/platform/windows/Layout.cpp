@@ -15,6 +15,7 @@
 #include "platform/operations/LocalSecurityAuthority.h"
 #include "platform/operations/Messages.h"
 #include "platform/operations/NetworkManagement.h"
+#include "platform/operations/ServiceControl.h"
 #include "platform/operations/Sockets.h"
 #include "platform/operations/VersionInformation.h"
 #include "platform/windows/Sdk.h"
@@ -719,5 +720,82 @@ static_assert(kIncludeIndirectGroups == LG_INCLUDE_INDIRECT);
 // LocalSecurityAuthority.h
 static_assert(kPolicyViewLocalInformation == POLICY_VIEW_LOCAL_INFORMATION);
 static_assert(kPolicyLookupNames == POLICY_LOOKUP_NAMES);
+
+// ServiceControl.h
+static_assert(sizeof(SERVICE_STATUS) == sizeof(::SERVICE_STATUS) &&
+              alignof(SERVICE_STATUS) == alignof(::SERVICE_STATUS));
+static_assert(offsetof(SERVICE_STATUS, dwServiceType) == offsetof(::SERVICE_STATUS, dwServiceType));
+static_assert(offsetof(SERVICE_STATUS, dwCurrentState) ==
+              offsetof(::SERVICE_STATUS, dwCurrentState));
+static_assert(offsetof(SERVICE_STATUS, dwControlsAccepted) ==
+              offsetof(::SERVICE_STATUS, dwControlsAccepted));
+static_assert(offsetof(SERVICE_STATUS, dwWin32ExitCode) ==
+              offsetof(::SERVICE_STATUS, dwWin32ExitCode));
+static_assert(offsetof(SERVICE_STATUS, dwServiceSpecificExitCode) ==
+              offsetof(::SERVICE_STATUS, dwServiceSpecificExitCode));
+static_assert(offsetof(SERVICE_STATUS, dwCheckPoint) == offsetof(::SERVICE_STATUS, dwCheckPoint));
+static_assert(offsetof(SERVICE_STATUS, dwWaitHint) == offsetof(::SERVICE_STATUS, dwWaitHint));
+static_assert(sizeof(ENUM_SERVICE_STATUSW) == sizeof(::ENUM_SERVICE_STATUSW) &&
+              alignof(ENUM_SERVICE_STATUSW) == alignof(::ENUM_SERVICE_STATUSW));
+static_assert(offsetof(ENUM_SERVICE_STATUSW, lpServiceName) ==
+              offsetof(::ENUM_SERVICE_STATUSW, lpServiceName));
+static_assert(offsetof(ENUM_SERVICE_STATUSW, lpDisplayName) ==
+              offsetof(::ENUM_SERVICE_STATUSW, lpDisplayName));
+static_assert(offsetof(ENUM_SERVICE_STATUSW, ServiceStatus) ==
+              offsetof(::ENUM_SERVICE_STATUSW, ServiceStatus));
+static_assert(sizeof(QUERY_SERVICE_CONFIGW) == sizeof(::QUERY_SERVICE_CONFIGW) &&
+              alignof(QUERY_SERVICE_CONFIGW) == alignof(::QUERY_SERVICE_CONFIGW));
+static_assert(offsetof(QUERY_SERVICE_CONFIGW, dwServiceType) ==
+              offsetof(::QUERY_SERVICE_CONFIGW, dwServiceType));
+static_assert(offsetof(QUERY_SERVICE_CONFIGW, dwStartType) ==
+              offsetof(::QUERY_SERVICE_CONFIGW, dwStartType));
+static_assert(offsetof(QUERY_SERVICE_CONFIGW, dwErrorControl) ==
+              offsetof(::QUERY_SERVICE_CONFIGW, dwErrorControl));
+static_assert(offsetof(QUERY_SERVICE_CONFIGW, lpBinaryPathName) ==
+              offsetof(::QUERY_SERVICE_CONFIGW, lpBinaryPathName));
+static_assert(offsetof(QUERY_SERVICE_CONFIGW, lpLoadOrderGroup) ==
+              offsetof(::QUERY_SERVICE_CONFIGW, lpLoadOrderGroup));
+static_assert(offsetof(QUERY_SERVICE_CONFIGW, dwTagId) ==
+              offsetof(::QUERY_SERVICE_CONFIGW, dwTagId));
+static_assert(offsetof(QUERY_SERVICE_CONFIGW, lpDependencies) ==
+              offsetof(::QUERY_SERVICE_CONFIGW, lpDependencies));
+static_assert(offsetof(QUERY_SERVICE_CONFIGW, lpServiceStartName) ==
+              offsetof(::QUERY_SERVICE_CONFIGW, lpServiceStartName));
+static_assert(offsetof(QUERY_SERVICE_CONFIGW, lpDisplayName) ==
+              offsetof(::QUERY_SERVICE_CONFIGW, lpDisplayName));
+static_assert(sizeof(SERVICE_DESCRIPTIONW) == sizeof(::SERVICE_DESCRIPTIONW) &&
+              alignof(SERVICE_DESCRIPTIONW) == alignof(::SERVICE_DESCRIPTIONW));
+static_assert(offsetof(SERVICE_DESCRIPTIONW, lpDescription) ==
+              offsetof(::SERVICE_DESCRIPTIONW, lpDescription));
+static_assert(kManagerConnect == SC_MANAGER_CONNECT);
+static_assert(kManagerCreateService == SC_MANAGER_CREATE_SERVICE);
+static_assert(kManagerEnumerateService == SC_MANAGER_ENUMERATE_SERVICE);
+static_assert(kManagerLock == SC_MANAGER_LOCK);
+static_assert(kManagerAllAccess == SC_MANAGER_ALL_ACCESS);
+static_assert(kServiceQueryConfig == SERVICE_QUERY_CONFIG);
+static_assert(kServiceChangeConfig == SERVICE_CHANGE_CONFIG);
+static_assert(kServiceQueryStatus == SERVICE_QUERY_STATUS);
+static_assert(kServiceEnumerateDependents == SERVICE_ENUMERATE_DEPENDENTS);
+static_assert(kServiceStart == SERVICE_START);
+static_assert(kServiceStop == SERVICE_STOP);
+static_assert(kServicePauseContinue == SERVICE_PAUSE_CONTINUE);
+static_assert(kServiceInterrogate == SERVICE_INTERROGATE);
+static_assert(kServiceUserDefinedControl == SERVICE_USER_DEFINED_CONTROL);
+static_assert(kServiceAllAccess == SERVICE_ALL_ACCESS);
+static_assert(kServiceWin32 == SERVICE_WIN32);
+static_assert(kServiceTypeAll == SERVICE_TYPE_ALL);
+static_assert(kServiceDisabled == SERVICE_DISABLED);
+static_assert(kServiceErrorCritical == SERVICE_ERROR_CRITICAL);
+static_assert(kServiceStopped == SERVICE_STOPPED);
+static_assert(kServicePaused == SERVICE_PAUSED);
+static_assert(kServiceAcceptNetBindChange == SERVICE_ACCEPT_NETBINDCHANGE);
+static_assert(kServiceControlStop == SERVICE_CONTROL_STOP);
+static_assert(kServiceControlInterrogate == SERVICE_CONTROL_INTERROGATE);
+static_assert(kServiceControlNetBindDisable == SERVICE_CONTROL_NETBINDDISABLE);
+static_assert(kServiceStateAll == SERVICE_STATE_ALL);
+static_assert(kServiceNoChange == SERVICE_NO_CHANGE);
+static_assert(kServiceConfigDescription == SERVICE_CONFIG_DESCRIPTION);
+static_assert(kErrorServiceMarkedForDelete == ERROR_SERVICE_MARKED_FOR_DELETE);
+static_assert(kErrorDuplicateServiceName == ERROR_DUPLICATE_SERVICE_NAME);
 
 }  // namespace veldmark

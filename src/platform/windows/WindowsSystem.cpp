@@ -37,6 +37,14 @@ DWORD WindowsSystem::GetTimeZoneInformation(TIME_ZONE_INFORMATION* information) 
   return Recorded([&] { return ::GetTimeZoneInformation(Sdk(information)); });
 }
 
+void WindowsSystem::GetLocalTime(SYSTEMTIME* time) {
+  Recorded([&] { ::GetLocalTime(Sdk(time)); });
+}
+
+void WindowsSystem::Sleep(DWORD milliseconds) {
+  Recorded([&] { ::Sleep(milliseconds); });
+}
+
 BOOL WindowsSystem::FileTimeToLocalFileTime(const FILETIME* file_time, FILETIME* local_file_time) {
   return Recorded([&] { return ::FileTimeToLocalFileTime(Sdk(file_time), Sdk(local_file_time)); });
 }

@@ -10,6 +10,8 @@ class WindowsSystem final : public System {
   BOOL GetUserNameW(LPWSTR buffer, DWORD* size) override;
   BOOL GetComputerNameW(LPWSTR buffer, DWORD* size) override;
   DWORD GetTimeZoneInformation(TIME_ZONE_INFORMATION* information) override;
+  void GetLocalTime(SYSTEMTIME* time) override;
+  void Sleep(DWORD milliseconds) override;
   BOOL FileTimeToLocalFileTime(const FILETIME* file_time, FILETIME* local_file_time) override;
   BOOL FileTimeToSystemTime(const FILETIME* file_time, SYSTEMTIME* system_time) override;
   BOOL SystemTimeToFileTime(const SYSTEMTIME* system_time, FILETIME* file_time) override;

@@ -179,11 +179,13 @@ Share& Computer::AddShare(TextView name, TextView path, bool denied, DWORD type)
   return share->second;
 }
 
-void Computer::AddService(TextView name, std::optional<SecurityDescriptor> security) {
+Service& Computer::AddService(TextView name, std::optional<SecurityDescriptor> security) {
   static constexpr TextView kUsual =
       u"O:SYG:SYD:(A;;CCLCSWRPWPDTLOCRRC;;;SY)(A;;CCDCLCSWRPWPDTLOCRSDRCWDWO;;;BA)"
       u"(A;;CCLCSWLOCRRC;;;IU)(A;;CCLCSWLOCRRC;;;SU)";
-  services_[ToUpper(name)] = Named(name, std::move(security), kUsual);
+  const Text key = ToUpper(name);
+  services_.erase(key);
+  return services_.try_emplace(key, Named(name, std::move(security), kUsual)).first->second;
 }
 
 void Computer::AddPrinter(TextView name, std::optional<SecurityDescriptor> security) {
@@ -210,7 +212,7 @@ Share* Computer::FindShare(TextView name) { return FindIn(shares_, name); }
 
 bool Computer::RemoveShare(TextView name) { return shares_.erase(ToUpper(name)) != 0; }
 
-NamedObject* Computer::FindService(TextView name) { return FindIn(services_, name); }
+Service* Computer::FindService(TextView name) { return FindIn(services_, name); }
 
 NamedObject* Computer::FindPrinter(TextView name) { return FindIn(printers_, name); }
 

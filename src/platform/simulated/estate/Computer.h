@@ -15,6 +15,7 @@
 #include "platform/simulated/estate/Domain.h"
 #include "platform/simulated/estate/FileNode.h"
 #include "platform/simulated/estate/RegistryNode.h"
+#include "platform/simulated/estate/Service.h"
 
 namespace veldmark::simulated {
 
@@ -55,12 +56,6 @@ struct Share {
   DWORD current_uses = 0;
 
   bool asks_who() const { return user.has_value() || password.has_value(); }
-};
-
-// A named object that has a descriptor.
-struct NamedObject {
-  Text name;
-  SecurityRef security;
 };
 
 enum class RemoteRegistry { Allowed, Denied, Stopped };
@@ -141,7 +136,7 @@ class Computer {
   Share& AddShare(TextView name, TextView path, bool denied = false, DWORD type = kShareTypeDisk);
   // With the descriptor that services and printers usually have, unless one is given. Replaces an
   // object of the same name.
-  void AddService(TextView name, std::optional<SecurityDescriptor> security = std::nullopt);
+  Service& AddService(TextView name, std::optional<SecurityDescriptor> security = std::nullopt);
   void AddPrinter(TextView name, std::optional<SecurityDescriptor> security = std::nullopt);
   // The volume of a drive that was added.
   Volume& volume(char16_t letter);
@@ -156,7 +151,10 @@ class Computer {
   // By name in upper case.
   const std::map<Text, Share>& shares() const { return shares_; }
   bool RemoveShare(TextView name);
-  NamedObject* FindService(TextView name);
+  Service* FindService(TextView name);
+  // By name in upper case.
+  std::map<Text, Service>& services() { return services_; }
+  ServiceManager& service_manager() { return service_manager_; }
   NamedObject* FindPrinter(TextView name);
 
   // Whether media commands find a disc player; without a word, where there is a drive for one.
@@ -188,7 +186,8 @@ class Computer {
   std::optional<bool> disc_device_;
   std::map<char16_t, Drive> drives_;
   std::map<Text, Share> shares_;
-  std::map<Text, NamedObject> services_;
+  std::map<Text, Service> services_;
+  ServiceManager service_manager_;
   std::map<Text, NamedObject> printers_;
   std::shared_ptr<RegistryNode> local_machine_;
   std::shared_ptr<RegistryNode> users_;

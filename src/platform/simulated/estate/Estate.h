@@ -109,6 +109,7 @@ class Estate {
   void Advance(std::uint64_t milliseconds) { now_ += milliseconds * kTicksPerMillisecond; }
   // A clock outside, which counts from any moment and only moves forward.
   using Clock = std::function<Ticks()>;
+  bool clock_runs() const { return static_cast<bool>(clock_); }
   // From here on time passes as it does on that clock, beside what Advance adds.
   void Follow(Clock clock);
   // Since the estate began, as timers tell it.

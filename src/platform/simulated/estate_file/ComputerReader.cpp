@@ -6,6 +6,7 @@
 #include "platform/simulated/estate_file/DriveReader.h"
 #include "platform/simulated/estate_file/NetworkReader.h"
 #include "platform/simulated/estate_file/RegistryReader.h"
+#include "platform/simulated/estate_file/ServiceReader.h"
 #include "platform/simulated/estate_file/ShareReader.h"
 #include "platform/simulated/estate_file/Values.h"
 
@@ -64,7 +65,7 @@ void ReadComputer(const Node& node, Estate& estate) {
   node.OnlyFields({"name",     "reachable", "remoteRegistry", "discDevice",    "drives", "shares",
                    "registry", "services",  "printers",       "memberOf",      "role",   "account",
                    "sid",      "about",     "listed",         "administrator", "page",   "accounts",
-                   "rights",   "pipes",     "addresses"});
+                   "rights",   "pipes",     "addresses",      "serviceManager"});
   const Node name = node.Required("name");
   const auto sid_field = node.Field("sid");
   const auto sid = sid_field ? std::optional(ReadSid(*sid_field)) : std::nullopt;
@@ -102,11 +103,9 @@ void ReadComputer(const Node& node, Estate& estate) {
   if (const auto registry = node.Field("registry")) {
     ReadRegistry(*registry, computer, estate);
   }
-  if (const auto services = node.Field("services")) {
-    ReadNamedObjects(*services, estate, [&](const Node& place, TextView text, auto security) {
-      if (computer.FindService(text) != nullptr) place.Complain("there is a service of this name");
-      computer.AddService(text, std::move(security));
-    });
+  if (const auto services = node.Field("services")) ReadServices(*services, computer, estate);
+  if (const auto manager = node.Field("serviceManager")) {
+    ReadServiceManager(*manager, computer, estate);
   }
   if (const auto printers = node.Field("printers")) {
     ReadNamedObjects(*printers, estate, [&](const Node& place, TextView text, auto security) {

@@ -28,7 +28,7 @@ char16_t ReadDriveLetter(const Node& node, std::string_view name);
 SecurityDescriptor ReadSecurity(const Node& node, const Estate& estate);
 Sid ReadSid(const Node& node);
 
-// Services and printers: objects that have a name and perhaps a descriptor.
+// Objects that have a name and perhaps a descriptor.
 template <typename Add>
 void ReadNamedObjects(const Node& node, const Estate& estate, Add add) {
   for (const Node& object : node.Elements()) {

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include "platform/operations/ErrorCodes.h"
 #include "platform/simulated/estate/SortKey.h"
@@ -82,6 +84,25 @@ DWORD SimulatedSystem::GetTimeZoneInformation(TIME_ZONE_INFORMATION* information
   }
   *information = session_.estate.time_zone();
   return session_.estate.current_zone();
+}
+
+void SimulatedSystem::GetLocalTime(SYSTEMTIME* time) {
+  const Call call = session_.BeginSafe("GetLocalTime");
+  const std::int64_t shift = std::int64_t{session_.estate.bias()} * 60 * kTicksPerSecond;
+  const auto local = ToSystemTime(session_.estate.now() - static_cast<Ticks>(shift));
+  *time = local.value_or(SYSTEMTIME{});
+}
+
+void SimulatedSystem::Sleep(DWORD milliseconds) {
+  {
+    const Call call = session_.BeginSafe("Sleep", ToText(milliseconds));
+    if (!session_.estate.clock_runs()) {
+      // Giving way takes its time, too: else who waits for nothing but others would wait for ever.
+      session_.estate.Advance(std::max<DWORD>(milliseconds, 1));
+      return;
+    }
+  }
+  std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
 BOOL SimulatedSystem::FileTimeToLocalFileTime(const FILETIME* file_time,

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/simulated/estate/Estate.h"
+#include "platform/simulated/estate_file/Node.h"
+
+namespace veldmark::simulated {
+
+void ReadServices(const Node& node, Computer& computer, const Estate& estate);
+void ReadServiceManager(const Node& node, Computer& computer, const Estate& estate);
+
+}  // namespace veldmark::simulated

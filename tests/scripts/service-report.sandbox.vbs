@@ -1,0 +1,1 @@
+../../examples/service-report.vbs
