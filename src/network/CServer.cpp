@@ -84,6 +84,10 @@ const Interface& CServer::Describe() {
               u"GetServices", u"Its services of these types and states.",
               {{u"eServiceType", kWin32Services}, {u"eServiceState", kActiveServices}})
           .Method<&CServer::GetPrinters>(u"GetPrinters", u"Its printers.")
+          .Remark(
+              u"With AsyncFetch the list is full all the same, and its printers have no "
+              u"ServerName. Raises the platform's error, 1722 for a server that can't be "
+              u"reached and 122 where a printer was added meanwhile: ask again.")
           .Stored<&CServer::ServerName>(u"ServerName",
                                         u"Its name, as the caller or the computer itself gives it.")
           .Stored<&CServer::DomainName>(u"DomainName", u"The domain that it was found in.")
@@ -168,6 +172,10 @@ Ref<CUsers> CServer::GetCompleteUsers() {
 
 Ref<CVolumes> CServer::GetVolumes() {
   return WithEngine([&](CSupport& engine) { return engine.GetVolumes(*this, AsyncFetch()); });
+}
+
+Ref<CPrinters> CServer::GetPrinters() {
+  return WithEngine([&](CSupport& engine) { return engine.GetPrinters(*this, AsyncFetch()); });
 }
 
 Ref<CServerAccountPolicy> CServer::GetServerAccountPolicy() {
@@ -276,7 +284,6 @@ void CServer::OnObjectFound(Object& object, bool& cancel) {
 }
 
 Ref<CServices> CServer::GetServices(std::int32_t, std::int32_t) { RaiseNotBuilt(); }
-Ref<CPrinters> CServer::GetPrinters() { RaiseNotBuilt(); }
 Ref<CService> CServer::CreateServiceObject() { RaiseNotBuilt(); }
 Variant CServer::GetService(const Text&) { RaiseNotBuilt(); }
 Ref<CTasks> CServer::GetTasks() { RaiseNotBuilt(); }
