@@ -89,6 +89,13 @@ base.AsyncFetch = False
 WScript.DisconnectObject base
 WScript.Echo "Stopped after " & found & "."
 
+Dim printer
+For Each printer In root.GetServer(root.LocalComputerName).GetPrinters()
+  Heading "A printer"
+  WScript.Echo printer.Description & ": " & printer.Comment & ", " & printer.NumJobs & " documents, " & printer.AveragePPM & " pages a minute"
+  Exit For
+Next
+
 Heading "Tidying up"
 maps.Attributes = 16
 WScript.Echo "Removed with all that was in it: " & base.Delete(True, True) & " items"

@@ -25,6 +25,7 @@ class CGroups;
 class CNetwork;
 class CNetworks;
 class CPathNames;
+class CPrinters;
 class CRegKey;
 class CRegKeys;
 class CRegValues;
@@ -319,6 +320,14 @@ class CSupport : public ReferenceCounted {
   std::int32_t WriteBinaryFileAPI(const Text& file_name, const ByteArray& data);
   /// Copies a file, making the target's folder where that alone is missing.
   void CopyFile(const Text& existing_file, const Text& new_file, bool overwrite);
+
+  // Printers (services/SupportPrinters.cpp)
+
+  /// The printers of a server. With `async` each goes to the listeners of `ObjectFound` as well,
+  /// without a server's name; one that a listener stops at isn't listed. Raises the platform's
+  /// error, 122 where a printer is added in the middle of it, and 13 for a record that leaves its
+  /// block.
+  Ref<CPrinters> GetPrinters(CServer& server, bool async);
 
   // Connections (storage/SupportConnections.cpp)
 

@@ -88,6 +88,10 @@ const Interface& CServer::Describe() {
               u"service whose two names take more than a slice of 256 bytes, end it without an "
               u"error.")
           .Method<&CServer::GetPrinters>(u"GetPrinters", u"Its printers.")
+          .Remark(
+              u"With AsyncFetch the list is full all the same, and its printers have no "
+              u"ServerName. Raises the platform's error, 1722 for a server that can't be "
+              u"reached and 122 where a printer was added meanwhile: ask again.")
           .Stored<&CServer::ServerName>(u"ServerName",
                                         u"Its name, as the caller or the computer itself gives it.")
           .Stored<&CServer::DomainName>(u"DomainName", u"The domain that it was found in.")
@@ -173,6 +177,10 @@ Ref<CUsers> CServer::GetCompleteUsers() {
 
 Ref<CVolumes> CServer::GetVolumes() {
   return WithEngine([&](CSupport& engine) { return engine.GetVolumes(*this, AsyncFetch()); });
+}
+
+Ref<CPrinters> CServer::GetPrinters() {
+  return WithEngine([&](CSupport& engine) { return engine.GetPrinters(*this, AsyncFetch()); });
 }
 
 Ref<CServerAccountPolicy> CServer::GetServerAccountPolicy() {
@@ -303,7 +311,6 @@ void CServer::OnObjectFound(Object& object, bool& cancel) {
            {&CVolume::Describe, kVolumeFound}});
 }
 
-Ref<CPrinters> CServer::GetPrinters() { RaiseNotBuilt(); }
 Ref<CTasks> CServer::GetTasks() { RaiseNotBuilt(); }
 Ref<CTask> CServer::CreateTask(const Text&) { RaiseNotBuilt(); }
 Ref<CTask> CServer::CreateTaskObject() { RaiseNotBuilt(); }

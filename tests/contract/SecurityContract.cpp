@@ -145,6 +145,7 @@ TEST_F(SecurityContract, TellsWhatIsMissingByThePublishedCodes) {
                                   {kService, u"No such service", kErrorServiceDoesNotExist},
                                   {kService, other + u"Eventlog", kErrorRpcServerUnavailable},
                                   {kPrinter, u"No such printer", kErrorInvalidPrinterName},
+                                  {kPrinter, u"\\\\\\No server", kErrorInvalidPrinterName},
                                   {kShare, u"No such share", kErrorNetNameNotFound},
                                   {kShare, other + u"share", kErrorRpcServerUnavailable},
                                   {0, u"anything", kErrorInvalidParameter}};

@@ -40,6 +40,14 @@ class SimulatedWorld final : public World {
   HANDLE OpenImpersonationToken() override {
     return simulated_.security().OpenClientToken(u"S-1-5-21-1-2-3-1005", {u"S-1-5-32-545"});
   }
+  void AddPrinter(const PRINTER_INFO_2W& record) override {
+    simulated::Printer& printer = simulated_.estate().local().AddPrinter(record.pPrinterName);
+    printer.comment = record.pComment;
+    printer.location = record.pLocation;
+    printer.priority = record.Priority;
+    printer.start = record.StartTime;
+    printer.until = record.UntilTime;
+  }
   const char* WhyNot(Trait) const override { return nullptr; }
 
  private:

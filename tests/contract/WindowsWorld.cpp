@@ -1,10 +1,13 @@
 #include <windows.h>
 
 #include <lmcons.h>
+#include <winspool.h>
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <map>
+#include <vector>
 
 #include "contract/World.h"
 #include "platform/windows/WindowsPlatform.h"
@@ -76,6 +79,10 @@ class WindowsWorld final : public World {
   }
 
   ~WindowsWorld() override {
+    for (const ::HANDLE printer : printers_) {
+      ::DeletePrinter(printer);
+      ::ClosePrinter(printer);
+    }
     ::RegDeleteTreeW(kCurrentUser, Wide(scratch_key_));
     ::RegDeleteKeyW(kCurrentUser, Wide(scratch_key_));
     RemoveTree(std::wstring(Wide(scratch_)));
@@ -106,6 +113,29 @@ class WindowsWorld final : public World {
                        &impersonation);
     ::CloseHandle(process);
     return impersonation;
+  }
+
+  // On the port of a file, by a driver that only has to be there.
+  void AddPrinter(const PRINTER_INFO_2W& record) override {
+    static std::wstring driver_name = L"Veldmark2 contract";
+    static std::wstring driver_file = L"wineps.drv";
+    static std::wstring port = L"FILE:";
+    static std::wstring processor = L"WinPrint";
+    static std::wstring datatype = L"RAW";
+    ::DRIVER_INFO_3W driver{};
+    driver.cVersion = 3;
+    driver.pName = driver_name.data();
+    driver.pDriverPath = driver.pConfigFile = driver.pDataFile = driver_file.data();
+    ::AddPrinterDriverExW(nullptr, 3, reinterpret_cast<BYTE*>(&driver), APD_COPY_NEW_FILES);
+    ::PRINTER_INFO_2W printer{};
+    std::memcpy(&printer, &record, sizeof printer);
+    printer.pDriverName = driver_name.data();
+    printer.pPortName = port.data();
+    printer.pPrintProcessor = processor.data();
+    printer.pDatatype = datatype.data();
+    const ::HANDLE handle = ::AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&printer));
+    ASSERT_NE(handle, nullptr) << ::GetLastError();
+    printers_.push_back(handle);
   }
 
   const char* WhyNot(Trait trait) const override {
@@ -144,6 +174,7 @@ class WindowsWorld final : public World {
   std::u16string scratch_;
   std::u16string scratch_key_;
   std::u16string user_;
+  std::vector<::HANDLE> printers_;
 };
 
 }  // namespace

@@ -66,6 +66,10 @@ class World {
   // A token for impersonation, opened for query, of a member of Everyone. Closed with CloseHandle.
   virtual HANDLE OpenImpersonationToken() = 0;
 
+  // Makes a printer of this computer, with the name, comment, location, priority and times of this
+  // record. The world removes it.
+  virtual void AddPrinter(const PRINTER_INFO_2W& record) = 0;
+
   // Null if the world shows this behaviour, else the reason why not.
   virtual const char* WhyNot(Trait trait) const = 0;
 };

@@ -9,6 +9,7 @@ struct Replacements {
   NetworkProvider* network_provider = nullptr;
   Security* security = nullptr;
   AccountManagement* accounts = nullptr;
+  Printing* printers = nullptr;
 };
 
 /// The platform with other families in these places.
@@ -27,7 +28,7 @@ inline Platform Mixed(const Platform& whole, const Replacements& own) {
           whole.authority,
           whole.sockets,
           whole.services,
-          whole.printers,
+          own.printers == nullptr ? whole.printers : *own.printers,
           whole.event_logs,
           whole.tasks};
 }

@@ -7,6 +7,7 @@
 #include <ntsecapi.h>
 #include <sddl.h>
 #include <winnetwk.h>
+#include <winspool.h>
 
 #include <cstddef>
 
@@ -15,6 +16,7 @@
 #include "platform/operations/LocalSecurityAuthority.h"
 #include "platform/operations/Messages.h"
 #include "platform/operations/NetworkManagement.h"
+#include "platform/operations/Printing.h"
 #include "platform/operations/ServiceControl.h"
 #include "platform/operations/Sockets.h"
 #include "platform/operations/VersionInformation.h"
@@ -521,6 +523,8 @@ static_assert(kErrorInvalidSecurityDescriptor == ERROR_INVALID_SECURITY_DESCR);
 static_assert(kErrorAllottedSpaceExceeded == ERROR_ALLOTTED_SPACE_EXCEEDED);
 static_assert(kErrorGenericNotMapped == ERROR_GENERIC_NOT_MAPPED);
 static_assert(kErrorRpcServerUnavailable == RPC_S_SERVER_UNAVAILABLE);
+static_assert(kErrorNullReference == RPC_X_NULL_REF_POINTER);
+static_assert(kErrorInvalidUserBuffer == ERROR_INVALID_USER_BUFFER);
 static_assert(kErrorInvalidPrinterName == ERROR_INVALID_PRINTER_NAME);
 static_assert(kErrorNetNameNotFound == NERR_NetNameNotFound);
 static_assert(kErrorTooManyOpenFiles == ERROR_TOO_MANY_OPEN_FILES);
@@ -797,5 +801,36 @@ static_assert(kServiceNoChange == SERVICE_NO_CHANGE);
 static_assert(kServiceConfigDescription == SERVICE_CONFIG_DESCRIPTION);
 static_assert(kErrorServiceMarkedForDelete == ERROR_SERVICE_MARKED_FOR_DELETE);
 static_assert(kErrorDuplicateServiceName == ERROR_DUPLICATE_SERVICE_NAME);
+
+// Printing.h
+static_assert(kPrinterEnumName == PRINTER_ENUM_NAME);
+static_assert(kPrinterAttributeShared == PRINTER_ATTRIBUTE_SHARED);
+static_assert(kPrinterAttributeLocal == PRINTER_ATTRIBUTE_LOCAL);
+static_assert(sizeof(PRINTER_INFO_2W) == sizeof(::PRINTER_INFO_2W) &&
+              alignof(PRINTER_INFO_2W) == alignof(::PRINTER_INFO_2W));
+static_assert(offsetof(PRINTER_INFO_2W, pServerName) == offsetof(::PRINTER_INFO_2W, pServerName));
+static_assert(offsetof(PRINTER_INFO_2W, pPrinterName) == offsetof(::PRINTER_INFO_2W, pPrinterName));
+static_assert(offsetof(PRINTER_INFO_2W, pShareName) == offsetof(::PRINTER_INFO_2W, pShareName));
+static_assert(offsetof(PRINTER_INFO_2W, pPortName) == offsetof(::PRINTER_INFO_2W, pPortName));
+static_assert(offsetof(PRINTER_INFO_2W, pDriverName) == offsetof(::PRINTER_INFO_2W, pDriverName));
+static_assert(offsetof(PRINTER_INFO_2W, pComment) == offsetof(::PRINTER_INFO_2W, pComment));
+static_assert(offsetof(PRINTER_INFO_2W, pLocation) == offsetof(::PRINTER_INFO_2W, pLocation));
+static_assert(offsetof(PRINTER_INFO_2W, pDevMode) == offsetof(::PRINTER_INFO_2W, pDevMode));
+static_assert(offsetof(PRINTER_INFO_2W, pSepFile) == offsetof(::PRINTER_INFO_2W, pSepFile));
+static_assert(offsetof(PRINTER_INFO_2W, pPrintProcessor) ==
+              offsetof(::PRINTER_INFO_2W, pPrintProcessor));
+static_assert(offsetof(PRINTER_INFO_2W, pDatatype) == offsetof(::PRINTER_INFO_2W, pDatatype));
+static_assert(offsetof(PRINTER_INFO_2W, pParameters) == offsetof(::PRINTER_INFO_2W, pParameters));
+static_assert(offsetof(PRINTER_INFO_2W, pSecurityDescriptor) ==
+              offsetof(::PRINTER_INFO_2W, pSecurityDescriptor));
+static_assert(offsetof(PRINTER_INFO_2W, Attributes) == offsetof(::PRINTER_INFO_2W, Attributes));
+static_assert(offsetof(PRINTER_INFO_2W, Priority) == offsetof(::PRINTER_INFO_2W, Priority));
+static_assert(offsetof(PRINTER_INFO_2W, DefaultPriority) ==
+              offsetof(::PRINTER_INFO_2W, DefaultPriority));
+static_assert(offsetof(PRINTER_INFO_2W, StartTime) == offsetof(::PRINTER_INFO_2W, StartTime));
+static_assert(offsetof(PRINTER_INFO_2W, UntilTime) == offsetof(::PRINTER_INFO_2W, UntilTime));
+static_assert(offsetof(PRINTER_INFO_2W, Status) == offsetof(::PRINTER_INFO_2W, Status));
+static_assert(offsetof(PRINTER_INFO_2W, cJobs) == offsetof(::PRINTER_INFO_2W, cJobs));
+static_assert(offsetof(PRINTER_INFO_2W, AveragePPM) == offsetof(::PRINTER_INFO_2W, AveragePPM));
 
 }  // namespace veldmark

@@ -90,6 +90,9 @@ DWORD PublishedObjectName(LPCWSTR name, DWORD object_type, std::u16string& name_
   if (!RunsUnderWine() || object_type == SE_FILE_OBJECT) return kErrorSuccess;
   if (object_type == SE_DS_OBJECT || object_type == SE_DS_OBJECT_ALL) return kErrorNotSupported;
   if (object_type < SE_FILE_OBJECT || object_type > SE_LMSHARE) return kErrorInvalidParameter;
+  if (object_type == SE_PRINTER && name_to_pass.starts_with(u"\\\\\\")) {
+    return kErrorInvalidPrinterName;
+  }
   if (name_to_pass.starts_with(u"\\\\")) {
     const std::size_t end = name_to_pass.find(u'\\', 2);
     if (IsOtherServer(name_to_pass.substr(0, end))) return kErrorRpcServerUnavailable;

@@ -188,11 +188,11 @@ Service& Computer::AddService(TextView name, std::optional<SecurityDescriptor> s
   return services_.try_emplace(key, Named(name, std::move(security), kUsual)).first->second;
 }
 
-void Computer::AddPrinter(TextView name, std::optional<SecurityDescriptor> security) {
+Printer& Computer::AddPrinter(TextView name, std::optional<SecurityDescriptor> security) {
   static constexpr TextView kUsual =
       u"O:SYG:SYD:(A;;LCSWSDRCWDWO;;;BA)(A;OIIO;RPWPSDRCWDWO;;;BA)(A;;SWRC;;;WD)"
       u"(A;OIIO;RPWPSDRCWDWO;;;CO)";
-  printers_[ToUpper(name)] = Named(name, std::move(security), kUsual);
+  return printers_[ToUpper(name)] = Printer{Named(name, std::move(security), kUsual)};
 }
 
 std::shared_ptr<FileNode> Computer::Find(TextView path) const {
@@ -214,7 +214,7 @@ bool Computer::RemoveShare(TextView name) { return shares_.erase(ToUpper(name)) 
 
 Service* Computer::FindService(TextView name) { return FindIn(services_, name); }
 
-NamedObject* Computer::FindPrinter(TextView name) { return FindIn(printers_, name); }
+Printer* Computer::FindPrinter(TextView name) { return FindIn(printers_, name); }
 
 Volume& Computer::volume(char16_t letter) { return drives_.at(UpperCase(letter)).volume; }
 

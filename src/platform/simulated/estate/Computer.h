@@ -14,6 +14,8 @@
 #include "platform/simulated/estate/AccountDatabase.h"
 #include "platform/simulated/estate/Domain.h"
 #include "platform/simulated/estate/FileNode.h"
+#include "platform/simulated/estate/NamedObject.h"
+#include "platform/simulated/estate/Printer.h"
 #include "platform/simulated/estate/RegistryNode.h"
 #include "platform/simulated/estate/Service.h"
 
@@ -59,6 +61,10 @@ struct Share {
 };
 
 enum class RemoteRegistry { Allowed, Denied, Stopped };
+
+// How the print service answers the caller: it lists printers, refuses to (code 5), or doesn't run
+// (code 1722).
+enum class Spooler { Allowed, Denied, Stopped };
 
 // What a computer says about itself, and what its browse list shows of it.
 struct ServerDescription {
@@ -137,7 +143,7 @@ class Computer {
   // With the descriptor that services and printers usually have, unless one is given. Replaces an
   // object of the same name.
   Service& AddService(TextView name, std::optional<SecurityDescriptor> security = std::nullopt);
-  void AddPrinter(TextView name, std::optional<SecurityDescriptor> security = std::nullopt);
+  Printer& AddPrinter(TextView name, std::optional<SecurityDescriptor> security = std::nullopt);
   // The volume of a drive that was added.
   Volume& volume(char16_t letter);
 
@@ -155,7 +161,11 @@ class Computer {
   // By name in upper case.
   std::map<Text, Service>& services() { return services_; }
   ServiceManager& service_manager() { return service_manager_; }
-  NamedObject* FindPrinter(TextView name);
+  Printer* FindPrinter(TextView name);
+  // By name in upper case.
+  const std::map<Text, Printer>& printers() const { return printers_; }
+  Spooler spooler() const { return spooler_; }
+  void SetSpooler(Spooler state) { spooler_ = state; }
 
   // Whether media commands find a disc player; without a word, where there is a drive for one.
   bool has_disc_device() const;
@@ -188,7 +198,8 @@ class Computer {
   std::map<Text, Share> shares_;
   std::map<Text, Service> services_;
   ServiceManager service_manager_;
-  std::map<Text, NamedObject> printers_;
+  std::map<Text, Printer> printers_;
+  Spooler spooler_ = Spooler::Allowed;
   std::shared_ptr<RegistryNode> local_machine_;
   std::shared_ptr<RegistryNode> users_;
 };

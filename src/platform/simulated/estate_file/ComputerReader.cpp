@@ -5,6 +5,7 @@
 #include "platform/simulated/estate_file/AccountsReader.h"
 #include "platform/simulated/estate_file/DriveReader.h"
 #include "platform/simulated/estate_file/NetworkReader.h"
+#include "platform/simulated/estate_file/PrinterReader.h"
 #include "platform/simulated/estate_file/RegistryReader.h"
 #include "platform/simulated/estate_file/ServiceReader.h"
 #include "platform/simulated/estate_file/ShareReader.h"
@@ -65,7 +66,7 @@ void ReadComputer(const Node& node, Estate& estate) {
   node.OnlyFields({"name",     "reachable", "remoteRegistry", "discDevice",    "drives", "shares",
                    "registry", "services",  "printers",       "memberOf",      "role",   "account",
                    "sid",      "about",     "listed",         "administrator", "page",   "accounts",
-                   "rights",   "pipes",     "addresses",      "serviceManager"});
+                   "rights",   "pipes",     "addresses",      "serviceManager", "spooler"});
   const Node name = node.Required("name");
   const auto sid_field = node.Field("sid");
   const auto sid = sid_field ? std::optional(ReadSid(*sid_field)) : std::nullopt;
@@ -97,6 +98,11 @@ void ReadComputer(const Node& node, Estate& estate) {
         RemoteRegistry::Allowed, RemoteRegistry::Denied, RemoteRegistry::Stopped};
     computer.SetRemoteRegistry(kStates[remote->OneOf({"allowed", "denied", "stopped"})]);
   }
+  if (const auto spooler = node.Field("spooler")) {
+    static constexpr std::array<Spooler, 3> kStates = {Spooler::Allowed, Spooler::Denied,
+                                                       Spooler::Stopped};
+    computer.SetSpooler(kStates[spooler->OneOf({"allowed", "denied", "stopped"})]);
+  }
   if (const auto device = node.Field("discDevice")) computer.SetDiscDevice(device->Boolean());
   if (const auto drives = node.Field("drives")) ReadDrives(*drives, computer, estate);
   if (const auto shares = node.Field("shares")) ReadShares(*shares, computer, estate);
@@ -107,12 +113,7 @@ void ReadComputer(const Node& node, Estate& estate) {
   if (const auto manager = node.Field("serviceManager")) {
     ReadServiceManager(*manager, computer, estate);
   }
-  if (const auto printers = node.Field("printers")) {
-    ReadNamedObjects(*printers, estate, [&](const Node& place, TextView text, auto security) {
-      if (computer.FindPrinter(text) != nullptr) place.Complain("there is a printer of this name");
-      computer.AddPrinter(text, std::move(security));
-    });
-  }
+  if (const auto printers = node.Field("printers")) ReadPrinters(*printers, computer, estate);
 }
 
 void ReadComputerGroups(const Node& node, Estate& estate) {

@@ -10,7 +10,8 @@ class SimulatedPrinting final : public Printing {
  public:
   explicit SimulatedPrinting(Session& session) : session_(session) {}
 
-  Session& session() { return session_; }
+  BOOL EnumPrintersW(DWORD flags, LPCWSTR name, DWORD level, BYTE* buffer, DWORD size,
+                     DWORD* needed, DWORD* returned) override;
 
  private:
   Session& session_;

@@ -609,11 +609,17 @@ DWORD SimulatedSecurity::FindNamedOnServer(TextView name, DWORD object_type, Tar
     };
     return 0;
   }
-  const bool is_service = object_type == kServiceObject;
-  NamedObject* const object =
-      is_service ? computer->FindService(own_name) : computer->FindPrinter(own_name);
-  if (object == nullptr) return is_service ? kErrorServiceDoesNotExist : kErrorInvalidPrinterName;
-  Stand(*object, is_service ? kServiceMapping : kPrinterMapping, target);
+  if (object_type == kPrinterObject) {
+    if (computer->spooler() == Spooler::Stopped) return kErrorRpcServerUnavailable;
+    const bool lacks_its_server = name.starts_with(u"\\\\\\");
+    Printer* const printer = lacks_its_server ? nullptr : computer->FindPrinter(own_name);
+    if (printer == nullptr) return kErrorInvalidPrinterName;
+    Stand(*printer, kPrinterMapping, target);
+    return 0;
+  }
+  NamedObject* const service = computer->FindService(own_name);
+  if (service == nullptr) return kErrorServiceDoesNotExist;
+  Stand(*service, kServiceMapping, target);
   return 0;
 }
 

@@ -1,0 +1,125 @@
+#include <optional>
+#include <vector>
+
+#include "automation/CaseMapping.h"
+#include "automation/LastError.h"
+#include "automation/Text.h"
+#include "contract/World.h"
+#include "platform/operations/ErrorCodes.h"
+
+namespace veldmark {
+namespace {
+
+constexpr DWORD kNames = kPrinterEnumName;
+
+class PrintingContract : public Contract {
+ protected:
+  DWORD Ask(LPCWSTR name, BYTE* buffer, DWORD size, DWORD flags = kNames, DWORD level = 2) {
+    needed_ = returned_ = 0xDEAD;
+    return Code(printers_.EnumPrintersW(flags, name, level, buffer, size, &needed_, &returned_));
+  }
+
+  // The list in a buffer of just its size; the records in it are those of `table_`.
+  DWORD List(LPCWSTR name) {
+    const DWORD code = Ask(name, nullptr, 0);
+    EXPECT_EQ(returned_, 0u);
+    if (code != kErrorInsufficientBuffer) return code;
+    table_.resize(needed_ / sizeof(PRINTER_INFO_2W) + 1);
+    return Ask(name, reinterpret_cast<BYTE*>(table_.data()), needed_);
+  }
+
+  const PRINTER_INFO_2W* Find(const Text& printer) {
+    for (DWORD index = 0; index < returned_; ++index) {
+      if (EqualNoCase(table_[index].pPrinterName, printer)) return &table_[index];
+    }
+    return nullptr;
+  }
+
+  bool IsInBlock(const void* place) const {
+    const auto address = reinterpret_cast<std::uintptr_t>(place);
+    const auto begin = reinterpret_cast<std::uintptr_t>(table_.data());
+    return address >= begin + returned_ * sizeof(PRINTER_INFO_2W) && address < begin + needed_;
+  }
+
+  Text OwnServer() {
+    WCHAR own[32];
+    DWORD size = 32;
+    platform_.system.GetComputerNameW(own, &size);
+    return u"\\\\" + Text(own);
+  }
+
+  Printing& printers_ = platform_.printers;
+  std::vector<PRINTER_INFO_2W> table_;
+  DWORD needed_ = 0;
+  DWORD returned_ = 0;
+};
+
+TEST_F(PrintingContract, ListsEachPrinterUnderItsServersNameWhereOneIsNamed) {
+  const Text own = OwnServer();
+  for (const char16_t* const name : {u"Contract printer", u"Contract plotter"}) {
+    PRINTER_INFO_2W record{};
+    Text printer(name);
+    Text comment(u"Of the contract");
+    Text location(u"here");
+    record.pPrinterName = printer.data();
+    record.pComment = comment.data();
+    record.pLocation = location.data();
+    record.Priority = 7;
+    record.StartTime = 60;
+    record.UntilTime = 1439;
+    world_->AddPrinter(record);
+  }
+  for (const LPCWSTR name : {LPCWSTR{nullptr}, LPCWSTR{u""}, own.c_str()}) {
+    const bool is_named = name != nullptr && *name != 0;
+    ASSERT_EQ(List(name), 0u);
+    ASSERT_GE(returned_, 2u);
+    for (const char16_t* const printer : {u"Contract printer", u"Contract plotter"}) {
+      const PRINTER_INFO_2W* const record = Find(is_named ? own + u"\\" + printer : Text(printer));
+      ASSERT_NE(record, nullptr) << ToUtf8(printer) << " of " << is_named;
+      ASSERT_EQ(record->pServerName != nullptr, is_named);
+      if (is_named) {
+        EXPECT_TRUE(EqualNoCase(record->pServerName, own));
+        EXPECT_TRUE(IsInBlock(record->pServerName));
+      }
+      EXPECT_TRUE(IsInBlock(record->pPrinterName) && IsInBlock(record->pComment));
+      EXPECT_EQ(Text(record->pComment), u"Of the contract");
+      EXPECT_EQ(Text(record->pLocation), u"here");
+      EXPECT_EQ(record->Priority, 7u);
+      EXPECT_EQ(record->StartTime, 60u);
+      EXPECT_EQ(record->UntilTime, 1439u);
+      EXPECT_EQ(record->cJobs, 0u);
+    }
+    const DWORD size = needed_ - 1;
+    EXPECT_EQ(Ask(name, reinterpret_cast<BYTE*>(table_.data()), size), kErrorInsufficientBuffer);
+    EXPECT_EQ(needed_, size + 1);
+    EXPECT_EQ(returned_, 0u);
+  }
+}
+
+TEST_F(PrintingContract, RefusesWhatItCantAnswer) {
+  struct Case {
+    LPCWSTR name;
+    DWORD flags;
+    DWORD level;
+    DWORD code;
+  };
+  const Case cases[] = {
+      {nullptr, 0, 2, kErrorInvalidFlags},
+      {nullptr, kNames, 77, kErrorInvalidLevel},
+      {u"\\\\nobody-there", kNames, 2, kErrorRpcServerUnavailable},
+      {u"no-server", kNames, 2, kErrorInvalidName},
+      {u"\\\\", kNames, 2, kErrorInvalidName},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(Ask(c.name, nullptr, 0, c.flags, c.level), c.code);
+  }
+  EXPECT_EQ(Ask(nullptr, nullptr, 100), kErrorInvalidUserBuffer);
+  DWORD count = 0;
+  EXPECT_EQ(Code(printers_.EnumPrintersW(kNames, nullptr, 2, nullptr, 0, &count, nullptr)),
+            kErrorNullReference);
+  EXPECT_EQ(Code(printers_.EnumPrintersW(kNames, nullptr, 2, nullptr, 0, nullptr, &count)),
+            kErrorNullReference);
+}
+
+}  // namespace
+}  // namespace veldmark
