@@ -13,19 +13,20 @@ namespace {
 
 constexpr LPCWSTR kOne = u"VeldmarkContractOne";
 constexpr LPCWSTR kTwo = u"VeldmarkContractTwo";
+constexpr LPCWSTR kNobody = u"VeldmarkNobody";
 
 // Two services of a program that only knows to start and to stop; the second depends on the first.
 class ServiceContract : public Contract {
  protected:
   ServiceContract() {
-    for (const LPCWSTR name : {kTwo, kOne}) Remove(name);
+    for (const LPCWSTR name : {kTwo, kOne, kNobody}) Remove(name);
     one_ = Make(kOne, nullptr);
     two_ = Make(kTwo, u"VeldmarkContractOne\0");
   }
   ~ServiceContract() override {
     one_.Reset();
     two_.Reset();
-    for (const LPCWSTR name : {kTwo, kOne}) Remove(name);
+    for (const LPCWSTR name : {kTwo, kOne, kNobody}) Remove(name);
   }
 
   ServiceHandle Make(LPCWSTR name, LPCWSTR dependencies) {
@@ -225,7 +226,7 @@ TEST_F(ServiceManagers, RefuseWithTheirNumbers) {
       {"other computer", 1722, [&] { return open_manager(u"\\\\nobody-there", nullptr); }},
       {"failed database", 1065, [&] { return open_manager(nullptr, u"ServicesFailed"); }},
       {"no database", 123, [&] { return open_manager(nullptr, u"Other"); }},
-      {"no service", 1060, [&] { return open(manager_, u"VeldmarkNobody"); }},
+      {"no service", 1060, [&] { return open(manager_, kNobody); }},
       {"bad name", 123, [&] { return open(manager_, u"a\\b"); }, checks},
       {"service for a manager", 6, [&] { return open(one_, kOne); }},
       {"no handle", 6, [&] { return open(ServiceHandle(services_), kOne); }},
@@ -235,7 +236,7 @@ TEST_F(ServiceManagers, RefuseWithTheirNumbers) {
        [&] { return Code(services_.QueryServiceStatus(weak.Get(), &status_)); }},
       {"change denied", 5, [&] { return Change(weak, 16, 3, nullptr, nullptr, nullptr); }},
       {"deletion denied", 5, [&] { return Code(services_.DeleteService(weak.Get())); }},
-      {"creation denied", 5, [&] { return create(visitor, u"VeldmarkNobody", 16, nullptr); }},
+      {"creation denied", 5, [&] { return create(visitor, kNobody, 16, nullptr); }},
       {"walk denied", 5,
        [&] {
          return Code(services_.EnumServicesStatusW(visitor.Get(), 48, 3, nullptr, 0, &needed_,
@@ -244,8 +245,8 @@ TEST_F(ServiceManagers, RefuseWithTheirNumbers) {
       {"lock denied", 5,
        [&] { return Code(services_.LockServiceDatabase(visitor.Get()) != SC_LOCK{0}); }, checks},
       {"exists", 1073, [&] { return create(manager_, kOne, 16, nullptr); }},
-      {"type", 87, [&] { return create(manager_, u"VeldmarkNobody", 48, nullptr); }},
-      {"display name", 1078, [&] { return create(manager_, u"VeldmarkNobody", 16, kOne); }},
+      {"type", 87, [&] { return create(manager_, kNobody, 48, nullptr); }},
+      {"display name", 1078, [&] { return create(manager_, kNobody, 16, kOne); }, checks},
       {"circle", 1059,
        [&] { return Change(one_, 16, 3, u"VeldmarkContractTwo\0", nullptr, nullptr); }, checks},
       {"account", 1057, [&] { return Change(one_, 16, 3, nullptr, u".\\VeldmarkNobody", nullptr); },

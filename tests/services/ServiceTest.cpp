@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <functional>
 
 #include "apartment/CStatus.h"
@@ -475,6 +476,19 @@ TEST_F(Services, ShowTheirDescriptor) {
     EXPECT_EQ(descriptor->GetDACL()->GetAces()->Count(), 4);
   }
   EXPECT_EQ(ErrorOf([&] { Get(u"None")->GetSecurityDescriptor(); }), 1060);
+}
+
+TEST_F(Services, TakeTheirTimeByAClockThatRuns) {
+  estate().Follow([] {
+    using Tick = std::chrono::duration<simulated::Ticks, std::ratio<1, 10'000'000>>;
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<Tick>(now).count();
+  });
+  service(u"Db").start_time = 60;
+  service(u"Db").wait_hint = 20;
+  const auto begun = std::chrono::steady_clock::now();
+  EXPECT_TRUE(Get(u"Db")->Start());
+  EXPECT_GE(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(60));
 }
 
 struct RunningWorld : ServicesWorld {

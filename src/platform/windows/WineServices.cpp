@@ -60,7 +60,8 @@ DWORD List(::SC_HANDLE manager, DWORD service_type, DWORD service_state,
   const auto* const records = reinterpret_cast<const ::ENUM_SERVICE_STATUSW*>(buffer.data());
   for (::DWORD index = 0; index < count; ++index) {
     const ::ENUM_SERVICE_STATUSW& record = records[index];
-    listed.push_back({record.lpServiceName, record.lpDisplayName ? record.lpDisplayName : L"",
+    const bool is_shown = record.lpDisplayName != nullptr && *record.lpDisplayName != L'\0';
+    listed.push_back({record.lpServiceName, is_shown ? record.lpDisplayName : record.lpServiceName,
                       record.ServiceStatus});
   }
   std::ranges::sort(listed, [](const Listed& one, const Listed& other) {
@@ -194,15 +195,23 @@ DWORD WineConfig(::SC_HANDLE service, QUERY_SERVICE_CONFIGW* config, DWORD size,
   ::DWORD own = 0;
   ::QueryServiceConfigW(service, nullptr, 0, &own);
   if (const ::DWORD error = ::GetLastError(); error != ERROR_INSUFFICIENT_BUFFER) return error;
-  const std::wstring list = DependencyList(NameOf(service));
+  const std::wstring name = NameOf(service);
+  const std::wstring list = DependencyList(name);
   const std::size_t list_size = (list.size() + 1) * sizeof(wchar_t);
-  *needed = static_cast<DWORD>(own + list_size);
+  const std::size_t name_size = (name.size() + 1) * sizeof(wchar_t);
+  *needed = static_cast<DWORD>(own + list_size + name_size);
   if (size < *needed) return kErrorInsufficientBuffer;
   auto* const record = reinterpret_cast<::QUERY_SERVICE_CONFIGW*>(config);
   if (!::QueryServiceConfigW(service, record, own, &own)) return ::GetLastError();
-  auto* const place = reinterpret_cast<BYTE*>(config) + (*needed - list_size);
-  std::memcpy(place, list.c_str(), list_size);
-  record->lpDependencies = reinterpret_cast<wchar_t*>(place);
+  auto* const end = reinterpret_cast<BYTE*>(config) + *needed;
+  const auto put = [](BYTE* place, const std::wstring& text, std::size_t bytes) {
+    std::memcpy(place, text.c_str(), bytes);
+    return reinterpret_cast<wchar_t*>(place);
+  };
+  record->lpDependencies = put(end - name_size - list_size, list, list_size);
+  if (record->lpDisplayName == nullptr || *record->lpDisplayName == L'\0') {
+    record->lpDisplayName = put(end - name_size, name, name_size);
+  }
   return kErrorSuccess;
 }
 

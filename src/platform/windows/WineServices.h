@@ -19,7 +19,8 @@ DWORD WineServicesFrom(::SC_HANDLE manager, DWORD service_type, DWORD service_st
 DWORD WineDependents(::SC_HANDLE service, DWORD service_state, ENUM_SERVICE_STATUSW* services,
                      DWORD size, DWORD* needed, DWORD* returned);
 
-/// The configuration. Wine tells of no dependencies.
+/// The configuration. Wine tells of no dependencies, and shows nothing for a service without a
+/// display name.
 DWORD WineConfig(::SC_HANDLE service, QUERY_SERVICE_CONFIGW* config, DWORD size, DWORD* needed);
 
 /// Remembers what service a handle stands for, which Wine doesn't tell, and forgets it.
