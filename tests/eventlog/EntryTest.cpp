@@ -22,8 +22,9 @@ constexpr TextView kKey = u"SYSTEM\\CurrentControlSet\\Services\\EventLog\\Syste
 struct MessageWorld : SimulatedApartment {
   MessageWorld() {
     estate().AddComputer(u"SRV");
-    AddSource(*estate().FindComputer(u"SRV"), u"App");
+    AddSource(u"App");
     simulated::Computer& server = *estate().FindComputer(u"SRV");
+    server.AddDrive(u'C');
     server.AddFile(u"C:\\Msg\\first.dll").Messages({{1, u"One.\r\n"}});
     server.AddFile(u"C:\\Msg\\second.dll")
         .Messages({{2, u"%1 and %2.\r\n\r\n\r\n\r\nEnd%0"},
@@ -36,12 +37,10 @@ struct MessageWorld : SimulatedApartment {
     log = Make<CEventLog>();
     journal().Clear();
   }
-  ~MessageWorld() { log = nullptr; }
-
   simulated::RegistryNode& key(TextView source) {
     return estate().FindComputer(u"SRV")->local_machine().Key(Text(kKey).append(source));
   }
-  void AddSource(simulated::Computer&, TextView source) {
+  void AddSource(TextView source) {
     key(source)
         .String(u"EventMessageFile", u"C:\\Msg\\first.dll;C:\\Msg\\second.dll", kRegExpandSz)
         .String(u"ParameterMessageFile", u"C:\\Msg\\third.dll", kRegExpandSz)
@@ -69,7 +68,10 @@ struct MessageWorld : SimulatedApartment {
 
 const ByteArray kData(std::vector<std::uint8_t>{1, 2});
 
-class Entries : public TestIn<MessageWorld> {};
+class Entries : public TestIn<MessageWorld> {
+ protected:
+  ~Entries() override { log = nullptr; }
+};
 
 TEST_F(Entries, TellTheirNumbersAndTypesInParts) {
   struct Row {
@@ -112,7 +114,10 @@ TEST_F(Entries, HaveTheTextOfTheFirstFileThatHasTheirNumber) {
       {1, {}, u"One.", u"One."},
       {2, {u"A", u"B"}, u"A and B.\r\n\r\nEnd", u"%1 and %2.\r\n\r\nEnd"},
       {2, {u"%{X}", u"%{"}, u"%{X} and %{}.\r\n\r\nEnd", u"%1 and %2.\r\n\r\nEnd"},
-      {2, {u"100%%5", u"9% %x%"}, u"100five\r\n and 9% %x%.\r\n\r\nEnd", u"%1 and %2.\r\n\r\nEnd"},
+      {2,
+       {u"100%%5", u"9% %x%"},
+       u"100five  \r\n and 9% %x%.\r\n\r\nEnd",
+       u"%1 and %2.\r\n\r\nEnd"},
       {9, {}, missing, missing},
   };
   for (const Row& row : rows) {
