@@ -40,12 +40,12 @@ class World {
   World& operator=(const World&) = delete;
   ~World() { Apartment::End(); }
 
-  const EventSource& source(int number) const { return sources_[number % kSources]; }
+  const MessageSource& source(int number) const { return sources_[number % kSources]; }
 
  private:
   simulated::SimulatedPlatform simulated_;
   Platform platform_;
-  std::vector<EventSource> sources_;
+  std::vector<MessageSource> sources_;
 };
 
 const TextArray& Strings() {

@@ -29,7 +29,7 @@ void Try(Action&& action) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static simulated::SimulatedPlatform simulated;
   static Platform platform = simulated.platform();
-  static const EventSource source{u"LOCALHOST", u"System", u"App"};
+  static const MessageSource source{u"LOCALHOST", u"System", u"App"};
   if (!Apartment::TryCurrent()) {
     simulated.estate()
         .local()

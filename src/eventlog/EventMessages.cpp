@@ -37,7 +37,7 @@ Collection& Existing(const Ref<Collection>& cache) {
 
 Collection& ModuleCache() { return Existing(Apartment::Current().message_modules); }
 
-CollectionKey KeyOf(const EventSource& source, TextView kind) {
+CollectionKey KeyOf(const MessageSource& source, TextView kind) {
   Text key = source.server;
   ((key += u'|') += source.log) += u'|';
   (key += source.source) += u'|';
@@ -47,14 +47,14 @@ CollectionKey KeyOf(const EventSource& source, TextView kind) {
 CollectionKey KeyOfPath(const Text& path) { return CollectionKey::Plain(ToUpper(path)); }
 
 /// What "%1" and "%2" of a platform text about a missing message stand for.
-Variant InsertsOf(std::int32_t number, const EventSource& source) {
+Variant InsertsOf(std::int32_t number, const MessageSource& source) {
   return Variant(TextArray({ToText(std::int64_t{number}),
                             u"\\\\" + source.server + u"\\" + source.log + u"\\" + source.source}));
 }
 
 /// The key of a source in the registry of its computer or, failing that, of this one; Nothing where
 /// neither has it.
-Ref<CRegKey> FindSourceKey(const EventSource& source) {
+Ref<CRegKey> FindSourceKey(const MessageSource& source) {
   Err().Clear();
   Ref<CRegKey> key;
   bool retries = false;
@@ -86,7 +86,7 @@ Text ReadFileNames(const Ref<CRegKey>& key, TextView value_name) {
 }
 
 /// Loads the files of a list with ";" between them and remembers each by its path.
-Text LoadEventFiles(const EventSource& source, TextView files) {
+Text LoadEventFiles(const MessageSource& source, TextView files) {
   Text handles;
   for (std::size_t start = 0; start < files.size() || (start > 0 && start == files.size());) {
     const std::size_t end = std::min(files.find(u';', start), files.size());
@@ -100,7 +100,7 @@ Text LoadEventFiles(const EventSource& source, TextView files) {
   return handles;
 }
 
-std::vector<HMODULE> EventModules(const EventSource& source) {
+std::vector<HMODULE> EventModules(const MessageSource& source) {
   Err().Clear();
   CollectionKey key = KeyOf(source, u"Event");
   Text handles;
@@ -111,7 +111,7 @@ std::vector<HMODULE> EventModules(const EventSource& source) {
   return HandlesIn(handles);
 }
 
-HMODULE ParameterModule(const EventSource& source) {
+HMODULE ParameterModule(const MessageSource& source) {
   CollectionKey key = KeyOf(source, u"Parameter");
   Text handle;
   if (!Swallow([&] { handle = ToText(ModuleCache().Item(key)); })) {
@@ -131,7 +131,7 @@ HMODULE ParameterModule(const EventSource& source) {
 
 /// The strings as a message shows them. With an error that still stands there are none: that is the
 /// first look-up of a source whose files another one has loaded.
-std::vector<Text> InsertsFor(const EventSource& source, TextView strings_text,
+std::vector<Text> InsertsFor(const MessageSource& source, TextView strings_text,
                              const std::optional<TextArray>& strings) {
   std::vector<Text> texts;
   if (strings) texts = strings->elements;
@@ -151,7 +151,7 @@ std::vector<Text> InsertsFor(const EventSource& source, TextView strings_text,
 
 /// Puts a module's message, or the words of the failure, in place of `text`. False where there is
 /// no message.
-bool ReadMessage(const EventSource& source, HMODULE module, std::int32_t event_id,
+bool ReadMessage(const MessageSource& source, HMODULE module, std::int32_t event_id,
                  std::span<char16_t> buffer, MessageInsertArgs* inserts, Text& text) {
   const DWORD length = FormatFileMessage(module, static_cast<DWORD>(event_id), buffer, inserts);
   if (length != 0) {
@@ -167,7 +167,7 @@ bool ReadMessage(const EventSource& source, HMODULE module, std::int32_t event_i
 }
 
 /// The text of a number in a parameter file.
-Text ParameterText(const EventSource& source, HMODULE module, const Text& digits,
+Text ParameterText(const MessageSource& source, HMODULE module, const Text& digits,
                    std::span<char16_t> buffer) {
   const std::int32_t number = ToLong(Variant(digits));
   const DWORD length = FormatFileMessage(module, static_cast<DWORD>(number), buffer, nullptr);
@@ -198,7 +198,7 @@ class FreeOnError {
 };
 
 /// The text of a category; nothing where the platform has none and says no more.
-std::optional<Text> CategoryText(const EventSource& source, const Module& module,
+std::optional<Text> CategoryText(const MessageSource& source, const Module& module,
                                  std::int16_t category) {
   const auto buffer = std::make_unique_for_overwrite<char16_t[]>(kLongestParameter);
   const DWORD length = Apartment::Current().platform.messages.FormatMessageW(
@@ -217,7 +217,7 @@ std::optional<Text> CategoryText(const EventSource& source, const Module& module
 
 }  // namespace
 
-Text GetEventMessage(const EventSource& source, std::int32_t event_id, TextView strings_text,
+Text GetEventMessage(const MessageSource& source, std::int32_t event_id, TextView strings_text,
                      const std::optional<TextArray>& strings, Text& raw) {
   Text message;
   const std::vector<HMODULE> modules = EventModules(source);
@@ -239,7 +239,7 @@ Text GetEventMessage(const EventSource& source, std::int32_t event_id, TextView 
   return message;
 }
 
-Text GetParameterMessage(const EventSource& source, TextView text) {
+Text GetParameterMessage(const MessageSource& source, TextView text) {
   return ReRaising([&]() -> Text {
     const HMODULE module = ParameterModule(source);
     if (module == HMODULE{0}) return {};
@@ -269,7 +269,7 @@ Text GetParameterMessage(const EventSource& source, TextView text) {
   });
 }
 
-Text GetCategoryMessage(const EventSource& source, std::int16_t category) {
+Text GetCategoryMessage(const MessageSource& source, std::int16_t category) {
   return ReRaising([&]() -> Text {
     const auto cache = []() -> Collection& {
       return Existing(Apartment::Current().category_texts);
