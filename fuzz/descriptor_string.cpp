@@ -12,6 +12,7 @@
 #include "security/CAcl.h"
 #include "security/CSecurityDescriptor.h"
 #include "security/CSid.h"
+#include "security/ObjectType.h"
 
 namespace {
 
@@ -36,7 +37,8 @@ void Walk(CSecurityDescriptor& descriptor) {
 }
 
 bool IsSettled(std::int32_t number) {
-  constexpr std::int32_t kSettled[] = {5, 6, 9, 13, 87, 91};
+  // The last one is raised for an alias of a domain that has no controller here.
+  constexpr std::int32_t kSettled[] = {5, 6, 9, 13, 87, 91, 2453};
   return std::ranges::find(kSettled, number) != std::end(kSettled);
 }
 
