@@ -37,8 +37,8 @@ void Walk(CSecurityDescriptor& descriptor) {
 }
 
 bool IsSettled(std::int32_t number) {
-  // The last one is raised for an alias of a domain that has no controller here.
-  constexpr std::int32_t kSettled[] = {5, 6, 9, 13, 87, 91, 2453};
+  // The last two are raised where the server or controller that an alias is asked of isn't found.
+  constexpr std::int32_t kSettled[] = {5, 6, 9, 13, 87, 91, 53, 2453};
   return std::ranges::find(kSettled, number) != std::end(kSettled);
 }
 
