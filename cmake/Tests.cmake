@@ -107,6 +107,14 @@ if(WIN32)
 
   # Automation scripts with the output that they must have; see tests/scripts/check.
   file(GLOB scripts CONFIGURE_DEPENDS ${tests}/scripts/*.vbs ${tests}/scripts/*.js)
+  # An output without a script beside it is that of one without ".sandbox", or of a sample.
+  file(GLOB outputs CONFIGURE_DEPENDS ${tests}/scripts/*.sandbox.out)
+  foreach(output IN LISTS outputs)
+    get_filename_component(name ${output} NAME_WLE)
+    if(NOT EXISTS ${tests}/scripts/${name}.vbs)
+      list(APPEND scripts ${tests}/scripts/${name}.vbs)
+    endif()
+  endforeach()
   if(CMAKE_SIZEOF_VOID_P EQUAL 4)
     # Without those on an estate, which would need a prefix more.
     list(FILTER scripts EXCLUDE REGEX "\\.sandbox\\.")

@@ -46,7 +46,7 @@ WScript.Echo "Maps is hidden now: attributes " & AttributeText(root.GetFolder(ho
 Heading "Its permissions"
 Dim descriptor, entry
 Set descriptor = base.GetSecurityDescriptor()
-WScript.Echo "Owner: " & descriptor.GetOwnerSid().SidText
+WScript.Echo "Owner: " & descriptor.GetOwnerSid().AccountDisplayName
 ShowPermissions descriptor
 descriptor.GetDACL().Grant EVERYONE, 0, WRITE_RIGHTS, 0
 descriptor.Save
@@ -173,11 +173,11 @@ End Function
 ' Who, what, which rights, and where they apply.
 Sub ShowPermissions(descriptor)
   Dim entry, verb
-  WScript.Echo PadRight("Who", 46) & PadRight("Does", 8) & PadRight("Rights", 14) & "Where"
+  WScript.Echo PadRight("Who", 34) & PadRight("Does", 8) & PadRight("Rights", 14) & "Where"
   For Each entry In descriptor.GetDACL().GetAces()
     verb = "allow"
     If entry.AceType = 1 Then verb = "deny"
-    WScript.Echo PadRight(entry.GetSid().SidText, 46) & PadRight(verb, 8) & _
+    WScript.Echo PadRight(entry.GetSid().AccountDisplayName, 34) & PadRight(verb, 8) & _
       PadRight(entry.PermissionsString, 14) & entry.InheritanceScope
   Next
 End Sub

@@ -43,6 +43,11 @@ const Interface& CGroup::Describe() {
           .Method<&CGroup::GetGroupMembers>(u"GetGroupMembers",
                                             u"Groups and users in the group in one walk.",
                                             {u"Groups", u"Users"})
+          .Remark(
+              u"Its results are arguments by reference, which JScript doesn't have. A "
+              u"well-known group leaves both as they are, a global one makes Groups Nothing "
+              u"and shows no computers. A member of a local group that can't be told is a "
+              u"user \"(Account Unknown)\".")
           .Method<&CGroup::GetSid>(u"GetSid", u"The group's security identifier.")
           .Stored<&CGroup::GroupName>(u"GroupName", u"The name.")
           .Property<&CGroup::Comment, &CGroup::PutComment>(
@@ -61,8 +66,15 @@ const Interface& CGroup::Describe() {
               u"AccountDisplayName",
               u"The name with its computer or domain, \"\\\\SRV\\Staff\" or \"CORP\\Staff\".")
           .Method<&CGroup::Update>(u"Update", u"Writes the comment, or makes a group that is new.")
+          .Remark(
+              u"A group of CreateLocalGroup stays a new one: Update once more raises 1379. "
+              u"Raises 5 for who may not, and 1376 or 2220 where a local or global group is "
+              u"gone.")
           .Property<&CGroup::AsyncFetch, &CGroup::PutAsyncFetch>(
               u"AsyncFetch", u"True to have members delivered by events.")
+          .Remark(
+              u"While it is on, the lists stay empty. Cancel ends the walk. An object also "
+              u"gets the events of what any other one of its thread fetches so.")
           .Events(DescribeGroupEvents());
   return table;
 }

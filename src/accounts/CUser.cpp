@@ -25,6 +25,9 @@ const Interface& CUser::Describe() {
               u"The groups that the user is in on a server, those within other groups too if asked "
               u"for a local user.",
               {u"ServerName", {u"IncludeIndirectGroupMemberships", false}})
+          .Remark(
+              u"A user of a computer has local groups, one of a domain global ones. They "
+              u"carry the account's own server, also where another one was asked.")
           .Method<&CUser::GetGroups>(u"GetGroups",
                                      u"The groups that the user is in on the account's own server.")
           .Method<&CUser::GetSid>(u"GetSid", u"The user's security identifier.")
@@ -34,6 +37,11 @@ const Interface& CUser::Describe() {
           .Get<&CUser::FullName>(u"FullName", u"The full name.")
           .Get<&CUser::Password>(u"Password", u"Empty: no computer tells a password.")
           .Get<&CUser::Comment>(u"Comment", u"The administrator's comment; may fetch.")
+          .Remark(
+              u"The first property that fetches reads all of them in one call. Who may not "
+              u"read everything gets full name and comments, and the rest empty or 0. Raises "
+              u"2221 where there is no such user; UserName then is \"(Account Unknown)\" and "
+              u"stays so.")
           .Get<&CUser::UsrComment>(u"UsrComment", u"The user's own comment; may fetch.")
           .Get<&CUser::HomeDir>(u"HomeDir", u"The home folder; may fetch.")
           .Get<&CUser::ScriptPath>(u"ScriptPath", u"The logon script; may fetch.")
@@ -62,6 +70,10 @@ const Interface& CUser::Describe() {
               u"The name with its computer or domain, \"\\\\SRV\\ann\" or \"CORP\\ann\".")
           .Method<&CUser::SetPassword>(u"SetPassword", u"Gives the user a new password.",
                                        {u"NewPassword"})
+          .Remark(
+              u"No old password is asked for, so that what the user encrypted under it can be "
+              u"lost to him. Raises 5 for who may not, 2245 for a password against the rules "
+              u"and 2221 where there is no such user.")
           .Get<&CUser::PasswordAge>(u"PasswordAge",
                                     u"Seconds since the password was changed; may fetch.");
   return table;

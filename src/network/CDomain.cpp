@@ -105,8 +105,15 @@ const Interface& CDomain::Describe() {
   static const Interface table =
       Declare<CDomain>(u"CDomain", u"A domain or workgroup.")
           .Method<&CDomain::GetServers>(u"GetServers", u"Its computers.")
+          .Remark(
+              u"The browse list and the machine accounts of the primary controller; a "
+              u"computer that has an account needn't be there. Where no controller is found, "
+              u"the browse list alone. Raises 6118 where nobody keeps one.")
           .Method<&CDomain::GetGroups>(u"GetGroups", u"Its global groups.")
           .Method<&CDomain::GetUsers>(u"GetUsers", u"Its users.")
+          .Remark(
+              u"Asked of the primary controller, as GetGroups is; raises 2453 where it isn't "
+              u"found. GetUsersFromDC and GetGroupsFromDC ask another one.")
           .Method<&CDomain::GetPDC>(u"GetPDC", u"Its primary controller.")
           .Stored<&CDomain::DomainName>(u"DomainName",
                                         u"Its name; nothing checks that there is such a domain.")
@@ -120,6 +127,9 @@ const Interface& CDomain::Describe() {
           .Stored<&CDomain::ServerTypeFilter>(u"ServerTypeFilter",
                                               u"Which servers of the browse list are wanted.")
           .Stored<&CDomain::AsyncFetch>(u"AsyncFetch", u"True to have servers delivered by events.")
+          .Remark(
+              u"While it is on, GetServers returns an empty list, and so do the users and "
+              u"groups, which have no event here: turn it off for them. Cancel ends the walk.")
           .Events(DescribeDomainEvents());
   return table;
 }

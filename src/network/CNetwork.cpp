@@ -27,11 +27,15 @@ const Interface& CNetwork::Describe() {
       Declare<CNetwork>(u"CNetwork", u"A network of the network neighbourhood.")
           .Method<&CNetwork::GetDomains>(u"GetDomains",
                                          u"The domains of the network with this name.")
+          .Remark(u"The network is looked for by its name again; raises 5 where there is none.")
           .Stored<&CNetwork::NetworkName>(u"NetworkName", u"Its name, as its provider gives it.")
           .Stored<&CNetwork::Comment>(u"Comment", u"What its provider says of it.")
           .Stored<&CNetwork::NetworkType>(u"NetworkType", u"Its kind; 0 where that isn't known.")
           .Property<&CNetwork::AsyncFetch, &CNetwork::PutAsyncFetch>(
               u"AsyncFetch", u"True to have objects delivered by events.")
+          .Remark(
+              u"While it is on, GetDomains returns an empty list. Cancel ends the walk. An "
+              u"object also gets the events of what any other one of its thread fetches so.")
           .Events(DescribeNetworkEvents());
   return table;
 }

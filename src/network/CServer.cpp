@@ -77,6 +77,9 @@ const Interface& CServer::Describe() {
   static const Interface table =
       Declare<CServer>(u"CServer", u"A computer in the network.")
           .Method<&CServer::GetShares>(u"GetShares", u"Its shares.")
+          .Remark(
+              u"Who may not see everything gets names, kinds and comments; path, uses and "
+              u"permissions are then empty or 0.")
           .Method<&CServer::GetGroups>(u"GetGroups", u"Its local groups.")
           .Method<&CServer::GetUsers>(u"GetUsers", u"Its users.")
           .Method<&CServer::GetVolumes>(u"GetVolumes", u"Its disks.")
@@ -124,6 +127,9 @@ const Interface& CServer::Describe() {
                                                     u"Its password and lockout rules.")
           .Method<&CServer::GetSidsWithUserRight>(
               u"GetSidsWithUserRight", u"The accounts that hold a right.", {u"UserRight"})
+          .Remark(
+              u"Raises 5 for who is no administrator there and 1313 for a right that there "
+              u"isn't. A right that nobody holds makes an empty list.")
           .Get<&CServer::StateUnknown>(u"StateUnknown",
                                        u"True until it has answered or was on a browse list.")
           .Method<&CServer::CreateServicesCollection>(u"CreateServicesCollection",
@@ -136,15 +142,22 @@ const Interface& CServer::Describe() {
                                               u"A task object that only holds values.")
           .Method<&CServer::GetCompleteUsers>(u"GetCompleteUsers",
                                               u"Its users with all that is known of them.")
+          .Remark(u"Raises 5 for who may not read all that; GetUsers lists the users to him too.")
           .Method<&CServer::CreateLocalGroup>(u"CreateLocalGroup",
                                               u"A new local group; nothing is written yet.",
                                               {{u"GroupName", u""}})
+          .Remark(u"Give it a comment and call its Update.")
           .Method<&CServer::GetEventLogEntries2>(u"GetEventLogEntries2",
                                                  u"The entries of a log from a record on.",
                                                  {u"EventLog", u"StartingRecordNumber"})
           .Method<&CServer::GetEventLogs>(u"GetEventLogs", u"Its event logs.")
           .Property<&CServer::AsyncFetch, &CServer::PutAsyncFetch>(
               u"AsyncFetch", u"True to have objects delivered by events.")
+          .Remark(
+              u"While it is on, lists whose objects have an event stay empty, but for "
+              u"GetUsers and GetGroups, which fetch at once all the same. Cancel ends the "
+              u"walk. An object also gets the events of what any other one of its thread "
+              u"fetches so.")
           .Get<&CServer::ServerTypeRaw>(
               u"ServerTypeRaw", u"What the computer is, as it says itself; 0 from a browse list.")
           .Get<&CServer::IsNetAppFiler>(u"IsNetAppFiler", u"True for a storage filer.")

@@ -30,7 +30,10 @@ const Interface& CShare::Describe() {
           .Stored<&CShare::MaxUses>(u"MaxUses", u"How many may use it at once; -1 for any number.")
           .Stored<&CShare::CurrentUses>(u"CurrentUses", u"How many used it when it was listed.")
           .Stored<&CShare::Password>(u"Password", u"The share's password, where it has one.")
-          .Method<&CShare::Delete>(u"Delete", u"Ends the share; the folder stays.");
+          .Method<&CShare::Delete>(u"Delete", u"Ends the share; the folder stays.")
+          .Remark(
+              u"Whoever uses the share loses what he has open there. Raises 5 for who may not "
+              u"and 2310 where there is no such share.");
   return table;
 }
 

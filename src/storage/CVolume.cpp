@@ -23,6 +23,9 @@ const Interface& CVolume::Describe() {
           .Property<&CVolume::FileSystem, &CVolume::PutFileSystem>(u"FileSystem",
                                                                    u"The name of the file system.")
           .Method<&CVolume::IsReady>(u"IsReady", u"True if it could be read.")
+          .Remark(
+              u"The volume is read once. One that wasn't ready then stays so; ask for a new "
+              u"object.")
           .Get<&CVolume::MaxFilenameComponentLength>(u"MaxFilenameComponentLength",
                                                      u"The longest name of a file or folder.")
           .Get<&CVolume::Flags>(u"Flags", u"The flags of the file system.");

@@ -239,6 +239,31 @@ TEST_F(Groups, AreWrittenAsNewOnesOrAsTheyAre) {
   }
 }
 
+TEST_F(Groups, LookEachDistinctMemberUpOnce) {
+  // What a walk asks beside the look-ups, whatever the members' number.
+  const auto others_of = [&](std::size_t members) {
+    std::vector<Sid> sids;
+    for (std::size_t i = 0; i < members; ++i) {
+      simulated::AccountDatabase& home = i % 2 ? corp() : srv->own_accounts();
+      const Text name = u"of" + ToText(std::int64_t(members)) + u"n" + ToText(std::int64_t(i));
+      home.AddUser(name);
+      sids.insert(sids.end(), 2, home.SidOf(name));
+    }
+    const Text name = u"Crowd" + ToText(std::int64_t(members));
+    srv->own_accounts().AddLocalGroup(name, sids);
+    journal().Clear();
+    EXPECT_EQ(Group(name, GT_LocalGroup, u"SRV")->GetUsers()->Count(), std::int32_t(2 * members));
+    EXPECT_EQ(journal().Count("LookupAccountSidW"), members);
+    const std::size_t others = journal().entries().size() - members;
+    journal().Clear();
+    Group(name, GT_LocalGroup, u"SRV")->GetUsers();
+    EXPECT_EQ(journal().Count("LookupAccountSidW"), 0u);
+    return others;
+  };
+  others_of(2);
+  EXPECT_EQ(others_of(10), others_of(50));
+}
+
 /// A world in which every walk of accounts has something to find.
 struct FullWorld : AccountsWorld {
   FullWorld() {

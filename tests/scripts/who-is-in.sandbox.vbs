@@ -1,1 +1,0 @@
-../../examples/who-is-in.vbs
