@@ -31,6 +31,8 @@ class CServerAccountPolicy;
 class CShares;
 class CSid;
 class CSids;
+class CTask;
+class CTasks;
 class CUser;
 class CUsers;
 class CVolume;
@@ -282,6 +284,15 @@ class CSupport : public ReferenceCounted {
   std::int32_t WriteBinaryFileAPI(const Text& file_name, const ByteArray& data);
   /// Copies a file, making the target's folder where that alone is missing.
   void CopyFile(const Text& existing_file, const Text& new_file, bool overwrite);
+
+  // Scheduled tasks (tasks/SupportTasks.cpp)
+
+  /// The tasks of a server. Raises the scheduler's result, also for a single task that can't be
+  /// read.
+  Ref<CTasks> GetTasks(CServer& server);
+  /// A new task of a server, without a file yet. Raises the scheduler's result, 80070050 for a name
+  /// that exists.
+  Ref<CTask> CreateTask(CServer& server, const Text& task_name);
 
   // Connections (storage/SupportConnections.cpp)
 

@@ -108,7 +108,11 @@ const Interface& CServer::Describe() {
           .Method<&CServer::GetService>(u"GetService", u"A service by its short name.",
                                         {u"ServiceName"})
           .Method<&CServer::GetTasks>(u"GetTasks", u"Its scheduled tasks.")
+          .Remark(u"Raises where a single task can't be read, and then there is no list.")
           .Method<&CServer::CreateTask>(u"CreateTask", u"A new scheduled task.", {u"TaskName"})
+          .Remark(
+              u"Nothing is written before the task's Save. Its Name is empty until its Refresh. "
+              u"Raises 80070050 where there is a task of this name.")
           .Method<&CServer::GetEventLogEntries>(u"GetEventLogEntries", u"The entries of a log.",
                                                 {u"EventLog"})
           .Method<&CServer::GetServerAccountPolicy>(u"GetServerAccountPolicy",
@@ -187,6 +191,23 @@ Ref<CServices> CServer::CreateServicesCollection() {
 
 Ref<CTasks> CServer::CreateTasksCollection() {
   return ReRaisingAs(kClassName, [] { return Make<CTasks>(); });
+}
+
+Ref<CTasks> CServer::GetTasks() {
+  return WithEngine([&](CSupport& engine) { return engine.GetTasks(*this); });
+}
+
+Ref<CTask> CServer::CreateTask(const Text& task_name) {
+  return WithEngine([&](CSupport& engine) { return engine.CreateTask(*this, task_name); });
+}
+
+Ref<CTask> CServer::CreateTaskObject() {
+  return ReRaisingAs(kClassName, [&] {
+    const Ref<CTask> task = Make<CTask>();
+    task->ServerName = ServerName;
+    task->DomainName = DomainName;
+    return task;
+  });
 }
 
 Text CServer::PrimaryIPAddress() {
@@ -279,9 +300,6 @@ Ref<CServices> CServer::GetServices(std::int32_t, std::int32_t) { RaiseNotBuilt(
 Ref<CPrinters> CServer::GetPrinters() { RaiseNotBuilt(); }
 Ref<CService> CServer::CreateServiceObject() { RaiseNotBuilt(); }
 Variant CServer::GetService(const Text&) { RaiseNotBuilt(); }
-Ref<CTasks> CServer::GetTasks() { RaiseNotBuilt(); }
-Ref<CTask> CServer::CreateTask(const Text&) { RaiseNotBuilt(); }
-Ref<CTask> CServer::CreateTaskObject() { RaiseNotBuilt(); }
 Ref<CEventLogs> CServer::GetEventLogs() { RaiseNotBuilt(); }
 Ref<CEventLogEntries> CServer::GetEventLogEntries(const Text&) { RaiseNotBuilt(); }
 Ref<CEventLogEntries> CServer::GetEventLogEntries2(const Text&, std::int32_t) { RaiseNotBuilt(); }

@@ -15,6 +15,7 @@
 #include "platform/simulated/estate/Domain.h"
 #include "platform/simulated/estate/FileNode.h"
 #include "platform/simulated/estate/RegistryNode.h"
+#include "platform/simulated/estate/ScheduledTasks.h"
 
 namespace veldmark::simulated {
 
@@ -159,6 +160,9 @@ class Computer {
   NamedObject* FindService(TextView name);
   NamedObject* FindPrinter(TextView name);
 
+  // What its scheduler knows of the job files in its tasks' folder.
+  TaskBook& tasks() { return tasks_; }
+
   // Whether media commands find a disc player; without a word, where there is a drive for one.
   bool has_disc_device() const;
   void SetDiscDevice(bool present) { disc_device_ = present; }
@@ -190,6 +194,7 @@ class Computer {
   std::map<Text, Share> shares_;
   std::map<Text, NamedObject> services_;
   std::map<Text, NamedObject> printers_;
+  TaskBook tasks_;
   std::shared_ptr<RegistryNode> local_machine_;
   std::shared_ptr<RegistryNode> users_;
 };
