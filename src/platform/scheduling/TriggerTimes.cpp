@@ -204,7 +204,7 @@ std::u16string PatternText(const TASK_TRIGGER& trigger) {
 
 }  // namespace
 
-SYSTEMTIME ToSystemTime(std::optional<LocalSeconds> moment) {
+SYSTEMTIME SystemTimeOf(std::optional<LocalSeconds> moment) {
   if (!moment) return {};
   const std::int64_t day = *moment / kSecondsPerDay;
   const std::int64_t second = *moment % kSecondsPerDay;

@@ -12,7 +12,7 @@ namespace veldmark {
 using LocalSeconds = std::int64_t;
 
 // A record of zeros for nothing.
-SYSTEMTIME ToSystemTime(std::optional<LocalSeconds> moment);
+SYSTEMTIME SystemTimeOf(std::optional<LocalSeconds> moment);
 // Nothing for a moment that doesn't exist.
 std::optional<LocalSeconds> ToLocalSeconds(const SYSTEMTIME& moment);
 

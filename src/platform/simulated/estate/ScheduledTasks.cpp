@@ -97,7 +97,7 @@ class Task {
     if (job_.max_run_time != kNoLimit) cut(wanted.start + job_.max_run_time / 1000);
     if (wanted.kill_at) cut(*wanted.kill_at);
     notes_.run = run;
-    job_.last_run = ToSystemTime(wanted.start);
+    job_.last_run = SystemTimeOf(wanted.start);
     job_.running_instances = 1;
   }
 

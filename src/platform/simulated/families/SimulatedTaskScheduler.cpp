@@ -46,7 +46,7 @@ LPWSTR HandOutText(Session& session, std::string_view operation, TextView text) 
 }
 
 // The error that stands in the way of opening a file that a path leads to.
-DWORD OpenError(const Session& session, const Place& place, DWORD access, bool denied,
+DWORD OpenError(Session& session, const Place& place, DWORD access, bool denied,
                 const Sharing& sharing) {
   if (place.node == nullptr) return place.error;
   if (place.node->is_folder() || place.node->is_delete_pending() || denied) {
@@ -252,7 +252,7 @@ class SimulatedTask final : public ITask {
   HRESULT CreateTrigger(WORD* index, Ref<ITaskTrigger>* trigger) override {
     return Do("ITask::CreateTrigger", index, [&] {
       if (trigger == nullptr) return kInvalidArgument;
-      const SYSTEMTIME now = ToSystemTime(LocalNow(session().estate));
+      const SYSTEMTIME now = SystemTimeOf(LocalNow(session().estate));
       item_->triggers.push_back(
           std::make_shared<TASK_TRIGGER>(TASK_TRIGGER{.cbTriggerSize = kTriggerSize,
                                                       .Reserved1 = 0,
@@ -313,7 +313,7 @@ class SimulatedTask final : public ITask {
       const std::vector<TASK_TRIGGER> triggers = item_->Triggers();
       const auto run = NextRun(triggers, LocalNow(session().estate));
       if (!run) return WhyNoRun(triggers);
-      *next = ToSystemTime(run->start);
+      *next = SystemTimeOf(run->start);
       return kOk;
     });
   }
