@@ -408,6 +408,29 @@ TEST(JobFiles, AreReadWholeOrRefusedWithinTheirBounds) {
   EXPECT_EQ(JobFile{.comment = Text(70'000, u'x')}.Write(), std::nullopt);
 }
 
+TEST_F(Tasks, AreReadFromAFileThatARealSchedulerSaved) {
+  // Of Wine's: SetFlags(0x200), SetMaxRunTime(5), a daily trigger with repetitions.
+  const Text hex =
+      u"010601004ee12a911a907345b76f862180d4c00246007e00000000003c000a0020000000050000000000000000"
+      u"13040000020000000000000000000000000000000000060061002e0065007800650000000200700000000400"
+      u"43003a005c000000030063007200000002006300000000000800ff0f1d000000000001003000"
+      u"0000ea070200030000000000000009000f00140000000a00000000000000010000000100000000002a280000"
+      u"00000100010000";
+  std::string bytes;
+  for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
+    bytes += static_cast<char>(std::stoi(ToUtf8(hex.substr(i, 2)), nullptr, 16));
+  }
+  local().AddFile(Path(u"wine"), bytes);
+  const Ref<CTask> task = Task(u"wine");
+  EXPECT_EQ(task->ApplicationName.Get() + task->CommandLine.Get() + task->WorkingDirectory.Get() +
+                task->Creator.Get() + task->Comment.Get(),
+            u"a.exepC:\\crc");
+  EXPECT_EQ(task->Flags.Get(), tfHidden);
+  EXPECT_EQ(task->MaxRunTime.Get(), 5);
+  EXPECT_EQ(task->GetTriggers()->ItemByIndex(1)->Text(),
+            u"Every 10 minute(s) from 9:15 AM for 20 minute(s) every day, starting 2/3/2026");
+}
+
 TEST(TaskFaults, LeaveNothingOpen) {
   const std::set<std::string> loads = {"ITask::GetApplicationName", "ITask::GetWorkingDirectory",
                                        "ITask::GetParameters",      "ITask::GetAccountInformation",

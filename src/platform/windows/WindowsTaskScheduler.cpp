@@ -299,6 +299,10 @@ class WindowsScheduler final : public ITaskScheduler {
     return Asked([&] { return scheduler_->Delete(Wide(known.c_str())); });
   }
   HRESULT NewWorkItem(LPCWSTR name, Ref<ITask>* task) override {
+    if (name == nullptr || *name == u'\0') return kInvalidArgument;
+    // Wine makes another task of a name that exists.
+    Ref<ITask> existing;
+    if (RunsUnderWine() && !Failed(Activate(name, &existing))) return ResultOf(kErrorFileExists);
     Held<::ITask> created;
     const HRESULT result = Asked([&] {
       return scheduler_->NewWorkItem(Wide(name), kTaskClass, kTaskInterface,
