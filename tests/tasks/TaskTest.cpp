@@ -49,6 +49,7 @@ struct TasksWorld : SimulatedApartment {
   TasksWorld() {
     local().own_accounts().AddUser(u"ann").password.emplace(u"Correct-Horse");
     other = &estate().AddComputer(u"OTHER");
+    other->AddDrive(u'C');
     away = &estate().AddComputer(u"AWAY");
     away->SetReachable(false);
     Add(local(), u"backup",
@@ -411,11 +412,10 @@ TEST(JobFiles, AreReadWholeOrRefusedWithinTheirBounds) {
 TEST_F(Tasks, AreReadFromAFileThatARealSchedulerSaved) {
   // Of Wine's: SetFlags(0x200), SetMaxRunTime(5), a daily trigger with repetitions.
   const Text hex =
-      u"010601004ee12a911a907345b76f862180d4c00246007e00000000003c000a0020000000050000000000000000"
-      u"13040000020000000000000000000000000000000000060061002e0065007800650000000200700000000400"
-      u"43003a005c000000030063007200000002006300000000000800ff0f1d000000000001003000"
-      u"0000ea070200030000000000000009000f00140000000a00000000000000010000000100000000002a280000"
-      u"00000100010000";
+      u"010601004ee12a911a907345b76f862180d4c00246007e00000000003c000a00200000000500000000000000"
+      u"0313040000020000000000000000000000000000000000000000060061002e00650078006500000002007000"
+      u"0000040043003a005c000000030063007200000002006300000000000800ff0f1d0000000000010030000000"
+      u"ea070200030000000000000009000f00140000000a00000000000000010000000100000000002a2800000000";
   std::string bytes;
   for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
     bytes += static_cast<char>(std::stoi(ToUtf8(hex.substr(i, 2)), nullptr, 16));
