@@ -37,6 +37,8 @@ class CServices;
 class CShares;
 class CSid;
 class CSids;
+class CTask;
+class CTasks;
 class CUser;
 class CUsers;
 class CVolume;
@@ -328,6 +330,15 @@ class CSupport : public ReferenceCounted {
   /// error, 122 where a printer is added in the middle of it, and 13 for a record that leaves its
   /// block.
   Ref<CPrinters> GetPrinters(CServer& server, bool async);
+
+  // Scheduled tasks (tasks/SupportTasks.cpp)
+
+  /// The tasks of a server. Raises the scheduler's result, also for a single task that can't be
+  /// read.
+  Ref<CTasks> GetTasks(CServer& server);
+  /// A new task of a server, without a file yet. Raises the scheduler's result, 80070050 for a name
+  /// that exists.
+  Ref<CTask> CreateTask(CServer& server, const Text& task_name);
 
   // Connections (storage/SupportConnections.cpp)
 

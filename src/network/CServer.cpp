@@ -120,7 +120,11 @@ const Interface& CServer::Describe() {
                                         {u"ServiceName"})
           .Remark(u"Never raises: a service that doesn't exist has a name and nothing else.")
           .Method<&CServer::GetTasks>(u"GetTasks", u"Its scheduled tasks.")
+          .Remark(u"Raises where a single task can't be read, and then there is no list.")
           .Method<&CServer::CreateTask>(u"CreateTask", u"A new scheduled task.", {u"TaskName"})
+          .Remark(
+              u"Nothing is written before the task's Save. Its Name is empty until its Refresh. "
+              u"Raises 80070050 where there is a task of this name.")
           .Method<&CServer::GetEventLogEntries>(u"GetEventLogEntries", u"The entries of a log.",
                                                 {u"EventLog"})
           .Method<&CServer::GetServerAccountPolicy>(u"GetServerAccountPolicy",
@@ -238,6 +242,23 @@ Ref<CTasks> CServer::CreateTasksCollection() {
   return ReRaisingAs(kClassName, [] { return Make<CTasks>(); });
 }
 
+Ref<CTasks> CServer::GetTasks() {
+  return WithEngine([&](CSupport& engine) { return engine.GetTasks(*this); });
+}
+
+Ref<CTask> CServer::CreateTask(const Text& task_name) {
+  return WithEngine([&](CSupport& engine) { return engine.CreateTask(*this, task_name); });
+}
+
+Ref<CTask> CServer::CreateTaskObject() {
+  return ReRaisingAs(kClassName, [&] {
+    const Ref<CTask> task = Make<CTask>();
+    task->ServerName = ServerName;
+    task->DomainName = DomainName;
+    return task;
+  });
+}
+
 Text CServer::PrimaryIPAddress() {
   CSocket socket;
   socket.PutHostName(ServerName);
@@ -324,9 +345,6 @@ void CServer::OnObjectFound(Object& object, bool& cancel) {
            {&CVolume::Describe, kVolumeFound}});
 }
 
-Ref<CTasks> CServer::GetTasks() { RaiseNotBuilt(); }
-Ref<CTask> CServer::CreateTask(const Text&) { RaiseNotBuilt(); }
-Ref<CTask> CServer::CreateTaskObject() { RaiseNotBuilt(); }
 Ref<CEventLogs> CServer::GetEventLogs() { RaiseNotBuilt(); }
 Ref<CEventLogEntries> CServer::GetEventLogEntries(const Text&) { RaiseNotBuilt(); }
 Ref<CEventLogEntries> CServer::GetEventLogEntries2(const Text&, std::int32_t) { RaiseNotBuilt(); }

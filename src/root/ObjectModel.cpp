@@ -58,6 +58,7 @@
 #include "tasks/CTasks.h"
 #include "tasks/CTrigger.h"
 #include "tasks/CTriggers.h"
+#include "tasks/TaskEnumerations.h"
 
 namespace veldmark {
 namespace {
@@ -131,6 +132,7 @@ constexpr EnumerationTable kUnmentionedEnumerations[] = {
     &Table<PolicyAuditEventTypeEnum>,
     &Table<PolicyInformationClassEnum>,
     &Table<PolicyLsaServerRoleEnum>,
+    &Table<TaskStatusEnum>,
 };
 
 template <class T>

@@ -11,6 +11,6 @@ const Interface& CTasks::Describe() {
   return table;
 }
 
-CollectionKey CTasks::KeyOf(CTask& task) { return CollectionKey::Encoded(task.Name); }
+CollectionKey CTasks::KeyOf(CTask& task) { return CollectionKey::Encoded(task.Name.Get()); }
 
 }  // namespace veldmark

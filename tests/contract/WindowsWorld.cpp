@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include <lmcons.h>
+#include <objbase.h>
 #include <winspool.h>
 
 #include <algorithm>
@@ -55,6 +56,7 @@ void RemoveTree(const std::wstring& folder) {
 class WindowsWorld final : public World {
  public:
   WindowsWorld() {
+    ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     static int worlds = 0;
     const std::wstring name =
         L"vk" + std::to_wstring(::GetCurrentProcessId()) + L"-" + std::to_wstring(worlds++);
@@ -86,6 +88,7 @@ class WindowsWorld final : public World {
     ::RegDeleteTreeW(kCurrentUser, Wide(scratch_key_));
     ::RegDeleteKeyW(kCurrentUser, Wide(scratch_key_));
     RemoveTree(std::wstring(Wide(scratch_)));
+    ::CoUninitialize();
   }
 
   Platform platform() override { return WindowsPlatform(); }

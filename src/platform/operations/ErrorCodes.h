@@ -96,6 +96,7 @@ inline constexpr DWORD kErrorNoImpersonationToken = 1309;
 inline constexpr DWORD kErrorNoSuchPrivilege = 1313;
 inline constexpr DWORD kErrorPrivilegeNotHeld = 1314;
 inline constexpr DWORD kErrorLogonFailure = 1326;
+inline constexpr DWORD kErrorAccountDisabled = 1331;
 inline constexpr DWORD kErrorNoneMapped = 1332;
 inline constexpr DWORD kErrorInvalidAcl = 1336;
 inline constexpr DWORD kErrorInvalidSid = 1337;
@@ -122,5 +123,19 @@ inline constexpr DWORD kErrorNetNameNotFound = 2310;
 inline constexpr DWORD kErrorOpenFiles = 2401;
 inline constexpr DWORD kErrorDcNotFound = 2453;
 inline constexpr DWORD kErrorNoBrowserServers = 6118;
+
+// The results of interfaces' methods: E_INVALIDARG is kInvalidArgument.
+inline constexpr HRESULT kOk = 0;
+inline constexpr HRESULT kFalse = 1;
+inline constexpr HRESULT kNotImplemented = static_cast<HRESULT>(0x80004001u);
+
+// A platform error as such a result; 0 stays 0, and what is one already stays as it is.
+constexpr HRESULT ResultOf(DWORD error) {
+  if (error == 0 || error > 0xFFFF) return static_cast<HRESULT>(error);
+  return static_cast<HRESULT>(0x80070000u | error);
+}
+constexpr bool Failed(HRESULT result) { return result < 0; }
+inline constexpr HRESULT kInvalidArgument = ResultOf(kErrorInvalidParameter);
+inline constexpr HRESULT kNoMemory = ResultOf(kErrorOutOfMemory);
 
 }  // namespace veldmark

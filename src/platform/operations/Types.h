@@ -31,6 +31,8 @@ using LPCWSTR = const char16_t*;
 using LPCSTR = const char*;
 // The result of the registry operations: 0 or an error code.
 using LSTATUS = std::int32_t;
+// The result of an interface's methods: negative for failure.
+using HRESULT = std::int32_t;
 
 using HANDLE = void*;
 using HLOCAL = void*;

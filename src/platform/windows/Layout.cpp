@@ -4,6 +4,7 @@
 #include <winsock2.h>
 
 #include <lm.h>
+#include <mstask.h>
 #include <ntsecapi.h>
 #include <sddl.h>
 #include <winnetwk.h>
@@ -19,6 +20,7 @@
 #include "platform/operations/Printing.h"
 #include "platform/operations/ServiceControl.h"
 #include "platform/operations/Sockets.h"
+#include "platform/operations/TaskScheduler.h"
 #include "platform/operations/VersionInformation.h"
 #include "platform/windows/Sdk.h"
 
@@ -832,5 +834,46 @@ static_assert(offsetof(PRINTER_INFO_2W, UntilTime) == offsetof(::PRINTER_INFO_2W
 static_assert(offsetof(PRINTER_INFO_2W, Status) == offsetof(::PRINTER_INFO_2W, Status));
 static_assert(offsetof(PRINTER_INFO_2W, cJobs) == offsetof(::PRINTER_INFO_2W, cJobs));
 static_assert(offsetof(PRINTER_INFO_2W, AveragePPM) == offsetof(::PRINTER_INFO_2W, AveragePPM));
+
+// TaskScheduler.h
+static_assert(sizeof(TASK_TRIGGER) == sizeof(::TASK_TRIGGER) &&
+              alignof(TASK_TRIGGER) == alignof(::TASK_TRIGGER));
+static_assert(offsetof(TASK_TRIGGER, cbTriggerSize) == offsetof(::TASK_TRIGGER, cbTriggerSize));
+static_assert(offsetof(TASK_TRIGGER, Reserved1) == offsetof(::TASK_TRIGGER, Reserved1));
+static_assert(offsetof(TASK_TRIGGER, wBeginYear) == offsetof(::TASK_TRIGGER, wBeginYear));
+static_assert(offsetof(TASK_TRIGGER, wBeginMonth) == offsetof(::TASK_TRIGGER, wBeginMonth));
+static_assert(offsetof(TASK_TRIGGER, wBeginDay) == offsetof(::TASK_TRIGGER, wBeginDay));
+static_assert(offsetof(TASK_TRIGGER, wEndYear) == offsetof(::TASK_TRIGGER, wEndYear));
+static_assert(offsetof(TASK_TRIGGER, wEndMonth) == offsetof(::TASK_TRIGGER, wEndMonth));
+static_assert(offsetof(TASK_TRIGGER, wEndDay) == offsetof(::TASK_TRIGGER, wEndDay));
+static_assert(offsetof(TASK_TRIGGER, wStartHour) == offsetof(::TASK_TRIGGER, wStartHour));
+static_assert(offsetof(TASK_TRIGGER, wStartMinute) == offsetof(::TASK_TRIGGER, wStartMinute));
+static_assert(offsetof(TASK_TRIGGER, MinutesDuration) == offsetof(::TASK_TRIGGER, MinutesDuration));
+static_assert(offsetof(TASK_TRIGGER, MinutesInterval) == offsetof(::TASK_TRIGGER, MinutesInterval));
+static_assert(offsetof(TASK_TRIGGER, rgFlags) == offsetof(::TASK_TRIGGER, rgFlags));
+static_assert(offsetof(TASK_TRIGGER, TriggerType) == offsetof(::TASK_TRIGGER, TriggerType));
+static_assert(offsetof(TASK_TRIGGER, Type) == offsetof(::TASK_TRIGGER, Type));
+static_assert(offsetof(TASK_TRIGGER, Reserved2) == offsetof(::TASK_TRIGGER, Reserved2));
+static_assert(offsetof(TASK_TRIGGER, wRandomMinutesInterval) ==
+              offsetof(::TASK_TRIGGER, wRandomMinutesInterval));
+static_assert(offsetof(::WEEKLY, rgfDaysOfTheWeek) == 2 &&
+              offsetof(::MONTHLYDATE, rgfMonths) == 4 &&
+              offsetof(::MONTHLYDOW, rgfDaysOfTheWeek) == 2 &&
+              offsetof(::MONTHLYDOW, rgfMonths) == 4);
+static_assert(kTaskFlagDeleteWhenDone == TASK_FLAG_DELETE_WHEN_DONE);
+static_assert(kTaskFlagDisabled == TASK_FLAG_DISABLED);
+static_assert(kTaskFlagHidden == TASK_FLAG_HIDDEN);
+static_assert(kTriggerHasEndDate == TASK_TRIGGER_FLAG_HAS_END_DATE);
+static_assert(kTriggerKillAtDurationEnd == TASK_TRIGGER_FLAG_KILL_AT_DURATION_END);
+static_assert(kTriggerDisabled == TASK_TRIGGER_FLAG_DISABLED);
+static_assert(static_cast<int>(kTriggerAtLogon) == ::TASK_EVENT_TRIGGER_AT_LOGON);
+static_assert(kTaskReady == SCHED_S_TASK_READY && kTaskEventTrigger == SCHED_S_EVENT_TRIGGER);
+static_assert(kTriggerNotFound == SCHED_E_TRIGGER_NOT_FOUND);
+static_assert(kTaskNotReady == SCHED_E_TASK_NOT_READY);
+static_assert(kTaskNotRunning == SCHED_E_TASK_NOT_RUNNING);
+static_assert(kInvalidTask == SCHED_E_INVALID_TASK);
+static_assert(kAccountNameNotFound == SCHED_E_ACCOUNT_NAME_NOT_FOUND);
+static_assert(kUnknownObjectVersion == SCHED_E_UNKNOWN_OBJECT_VERSION);
+static_assert(kNormalPriorityClass == NORMAL_PRIORITY_CLASS);
 
 }  // namespace veldmark

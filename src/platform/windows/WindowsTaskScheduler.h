@@ -4,7 +4,10 @@
 
 namespace veldmark {
 
-/// Scheduled tasks of a computer.
-class WindowsTaskScheduler final : public TaskScheduler {};
+/// The Task Scheduler of the operating system, by its interfaces of version 1.0.
+class WindowsTaskScheduler final : public TaskScheduler {
+ public:
+  HRESULT CoCreateInstance(Ref<ITaskScheduler>* scheduler) override;
+};
 
 }  // namespace veldmark

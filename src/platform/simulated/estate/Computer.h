@@ -17,6 +17,7 @@
 #include "platform/simulated/estate/NamedObject.h"
 #include "platform/simulated/estate/Printer.h"
 #include "platform/simulated/estate/RegistryNode.h"
+#include "platform/simulated/estate/ScheduledTasks.h"
 #include "platform/simulated/estate/Service.h"
 
 namespace veldmark::simulated {
@@ -167,6 +168,9 @@ class Computer {
   Spooler spooler() const { return spooler_; }
   void SetSpooler(Spooler state) { spooler_ = state; }
 
+  // What its scheduler knows of the job files in its tasks' folder.
+  TaskBook& tasks() { return tasks_; }
+
   // Whether media commands find a disc player; without a word, where there is a drive for one.
   bool has_disc_device() const;
   void SetDiscDevice(bool present) { disc_device_ = present; }
@@ -200,6 +204,7 @@ class Computer {
   ServiceManager service_manager_;
   std::map<Text, Printer> printers_;
   Spooler spooler_ = Spooler::Allowed;
+  TaskBook tasks_;
   std::shared_ptr<RegistryNode> local_machine_;
   std::shared_ptr<RegistryNode> users_;
 };

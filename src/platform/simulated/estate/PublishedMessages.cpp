@@ -402,6 +402,14 @@ constexpr Entry kSystemMessages[] = {
     {2404, u"The device is in use by an active process and cannot be disconnected."},
     {6118, u"The list of servers for this workgroup is not currently available"},
     {0x800401F3, u"Invalid class string"},
+    {0x80004001, u"Not implemented"},
+    {0x80041309, u"Trigger not found."},
+    {0x8004130A,
+     u"One or more of the properties that are needed to run this task have not been set."},
+    {0x8004130B, u"There is no running instance of the task."},
+    {0x8004130E, u"The object is either an invalid task object or is not a task object."},
+    {0x80041310, u"Unable to establish existence of the account specified."},
+    {0x80041313, u"The task object version is either unsupported or invalid."},
 };
 
 constexpr Entry kNetworkMessages[] = {

@@ -9,6 +9,7 @@
 #include "platform/simulated/estate_file/RegistryReader.h"
 #include "platform/simulated/estate_file/ServiceReader.h"
 #include "platform/simulated/estate_file/ShareReader.h"
+#include "platform/simulated/estate_file/TaskReader.h"
 #include "platform/simulated/estate_file/Values.h"
 
 namespace veldmark::simulated {
@@ -63,10 +64,11 @@ void ReadMembership(const Node& node, Computer& computer, Estate& estate) {
 }  // namespace
 
 void ReadComputer(const Node& node, Estate& estate) {
-  node.OnlyFields({"name",     "reachable", "remoteRegistry", "discDevice",    "drives", "shares",
-                   "registry", "services",  "printers",       "memberOf",      "role",   "account",
-                   "sid",      "about",     "listed",         "administrator", "page",   "accounts",
-                   "rights",   "pipes",     "addresses",      "serviceManager", "spooler"});
+  node.OnlyFields(
+      {"name",     "reachable", "remoteRegistry", "discDevice",     "drives",  "shares",
+       "registry", "services",  "printers",       "memberOf",       "role",    "account",
+       "sid",      "about",     "listed",         "administrator",  "page",    "accounts",
+       "rights",   "pipes",     "addresses",      "serviceManager", "spooler", "tasks"});
   const Node name = node.Required("name");
   const auto sid_field = node.Field("sid");
   const auto sid = sid_field ? std::optional(ReadSid(*sid_field)) : std::nullopt;
@@ -105,6 +107,7 @@ void ReadComputer(const Node& node, Estate& estate) {
   }
   if (const auto device = node.Field("discDevice")) computer.SetDiscDevice(device->Boolean());
   if (const auto drives = node.Field("drives")) ReadDrives(*drives, computer, estate);
+  if (const auto tasks = node.Field("tasks")) ReadTasks(*tasks, computer, estate);
   if (const auto shares = node.Field("shares")) ReadShares(*shares, computer, estate);
   if (const auto registry = node.Field("registry")) {
     ReadRegistry(*registry, computer, estate);

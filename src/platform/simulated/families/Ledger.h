@@ -21,7 +21,8 @@ enum class Resource {
   AuthorityMemory,
   SocketLibrary,
   ServiceHandle,
-  ServiceLock
+  ServiceLock,
+  TaskInterface
 };
 
 // Everything that the platform handed out and expects back. What is open at the end of a test is a

@@ -36,6 +36,10 @@ void* Session::AllocateAuthority(std::size_t size, std::string_view operation, s
   return Allocate(authority_memory, Resource::AuthorityMemory, size, operation, std::move(detail));
 }
 
+void* Session::AllocateTask(std::size_t size, std::string_view operation, std::string detail) {
+  return Allocate(task_memory, Resource::TaskMemory, size, operation, std::move(detail));
+}
+
 void* Session::Allocate(Blocks& blocks, Resource resource, std::size_t size,
                         std::string_view operation, std::string detail) {
   // A block of no bytes is a block all the same.

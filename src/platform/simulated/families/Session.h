@@ -82,6 +82,9 @@ struct Session {
   // The same for a block of the security authority.
   void* AllocateAuthority(std::size_t size, std::string_view operation, std::string detail);
 
+  // The same for a block that goes back by CoTaskMemFree.
+  void* AllocateTask(std::size_t size, std::string_view operation, std::string detail);
+
   Estate estate;
   Ledger ledger;
   Journal journal;
@@ -90,6 +93,7 @@ struct Session {
   Blocks local_memory;
   Blocks network_memory;
   Blocks authority_memory;
+  Blocks task_memory;
   // Files and tokens are closed by the same operation.
   std::map<std::uintptr_t, std::unique_ptr<OpenFile>> files;
   std::map<std::uintptr_t, OpenToken> tokens;

@@ -286,13 +286,7 @@ void* SimulatedSystem::CoTaskMemAlloc(std::size_t size) {
   if (call.fault() != 0) {
     return nullptr;
   }
-  // A block of no bytes is a block all the same.
-  std::vector<std::byte> block(std::max<std::size_t>(size, 1));
-  void* const memory = block.data();
-  blocks_[memory] = std::move(block);
-  session_.ledger.Opened(Resource::TaskMemory, reinterpret_cast<std::uintptr_t>(memory),
-                         "CoTaskMemAlloc", std::to_string(size));
-  return memory;
+  return session_.AllocateTask(size, "CoTaskMemAlloc", std::to_string(size));
 }
 
 void SimulatedSystem::CoTaskMemFree(void* memory) {
@@ -300,7 +294,7 @@ void SimulatedSystem::CoTaskMemFree(void* memory) {
   if (memory == nullptr) return;
   const bool was_open = session_.ledger.Closed(
       Resource::TaskMemory, reinterpret_cast<std::uintptr_t>(memory), "CoTaskMemFree");
-  if (was_open) blocks_.erase(memory);
+  if (was_open) session_.task_memory.erase(memory);
 }
 
 HLOCAL SimulatedSystem::LocalAlloc(UINT, std::size_t size) {

@@ -42,7 +42,6 @@ class SimulatedSystem final : public System {
 
  private:
   Session& session_;
-  std::map<void*, std::vector<std::byte>> blocks_;
 };
 
 }  // namespace veldmark::simulated
