@@ -352,7 +352,8 @@ DWORD SimulatedMessages::FindText(DWORD flags, const void* source, DWORD message
   if (error != 0 && (flags & kFormatMessageFromSystem) != 0) {
     const MessageTable& messages = session_.estate.system_messages();
     // The result of an interface's method that stands for a platform error has that one's text.
-    const bool is_folded = (message_id & 0xFFFF0000) == 0x80070000 && !messages.contains(message_id);
+    const bool is_folded =
+        (message_id & 0xFFFF0000) == 0x80070000 && !messages.contains(message_id);
     const auto found = messages.find(is_folded ? message_id & 0xFFFF : message_id);
     if (found == messages.end()) return kErrorMrMidNotFound;
     text = found->second;
