@@ -123,6 +123,9 @@ const Interface& CServer::Describe() {
                                                    u"An empty list of tasks.")
           .Method<&CServer::GetEventLogEntriesFromFile>(
               u"GetEventLogEntriesFromFile", u"The entries of a saved log.", {u"FileName"})
+          .Remark(
+              u"The file is one of this computer, whatever the server. An empty name stands for "
+              u"the server's application log.")
           .Method<&CServer::CreateTaskObject>(u"CreateTaskObject",
                                               u"A task object that only holds values.")
           .Method<&CServer::GetCompleteUsers>(u"GetCompleteUsers",
@@ -178,6 +181,24 @@ Ref<CServerAccountPolicy> CServer::GetServerAccountPolicy() {
 Ref<CSids> CServer::GetSidsWithUserRight(const Text& user_right) {
   return WithEngine([&](CSupport& engine) {
     return engine.GetAccountsWithUserRight(ServerName, user_right, AsyncFetch());
+  });
+}
+
+Ref<CEventLogEntries> CServer::GetEventLogEntries(const Text& event_log) {
+  return GetEventLogEntries2(event_log, 0);
+}
+
+Ref<CEventLogEntries> CServer::GetEventLogEntries2(const Text& event_log,
+                                                   std::int32_t starting_record) {
+  return WithEngine([&](CSupport& engine) {
+    return engine.LoadEventLogEntries(u"\\\\" + ServerName, event_log, {}, starting_record,
+                                      AsyncFetch());
+  });
+}
+
+Ref<CEventLogEntries> CServer::GetEventLogEntriesFromFile(const Text& file_name) {
+  return WithEngine([&](CSupport& engine) {
+    return engine.LoadEventLogEntries(u"\\\\" + ServerName, {}, file_name, 0, AsyncFetch());
   });
 }
 
@@ -283,9 +304,6 @@ Ref<CTasks> CServer::GetTasks() { RaiseNotBuilt(); }
 Ref<CTask> CServer::CreateTask(const Text&) { RaiseNotBuilt(); }
 Ref<CTask> CServer::CreateTaskObject() { RaiseNotBuilt(); }
 Ref<CEventLogs> CServer::GetEventLogs() { RaiseNotBuilt(); }
-Ref<CEventLogEntries> CServer::GetEventLogEntries(const Text&) { RaiseNotBuilt(); }
-Ref<CEventLogEntries> CServer::GetEventLogEntries2(const Text&, std::int32_t) { RaiseNotBuilt(); }
-Ref<CEventLogEntries> CServer::GetEventLogEntriesFromFile(const Text&) { RaiseNotBuilt(); }
 
 Ref<CGroup> CServer::CreateLocalGroup(const Text& group_name) {
   return ReRaisingAs(kClassName, [&] { return CGroup::CreateLocal(group_name, ServerName); });

@@ -9,6 +9,7 @@ struct Replacements {
   NetworkProvider* network_provider = nullptr;
   Security* security = nullptr;
   AccountManagement* accounts = nullptr;
+  EventLog* event_logs = nullptr;
 };
 
 /// The platform with other families in these places.
@@ -28,7 +29,7 @@ inline Platform Mixed(const Platform& whole, const Replacements& own) {
           whole.sockets,
           whole.services,
           whole.printers,
-          whole.event_logs,
+          own.event_logs == nullptr ? whole.event_logs : *own.event_logs,
           whole.tasks};
 }
 

@@ -14,6 +14,7 @@
 #include "platform/simulated/estate/AccountDatabase.h"
 #include "platform/simulated/estate/Domain.h"
 #include "platform/simulated/estate/FileNode.h"
+#include "platform/simulated/estate/RecordedLog.h"
 #include "platform/simulated/estate/RegistryNode.h"
 
 namespace veldmark::simulated {
@@ -79,6 +80,9 @@ struct ServerDescription {
   DWORD licenses = 0;
   Text user_path = u"C:\\";
 };
+
+// The log that is opened where there is none of a name.
+inline constexpr TextView kUsualEventLog = u"Application";
 
 using Address = std::array<std::uint8_t, 4>;
 
@@ -159,6 +163,11 @@ class Computer {
   NamedObject* FindService(TextView name);
   NamedObject* FindPrinter(TextView name);
 
+  // A log of this name, with the registry key that lists it. Adds to one that is there already.
+  RecordedLog& AddEventLog(TextView name);
+  // Without regard to case; null if there is none. Every computer has an application log.
+  std::shared_ptr<RecordedLog> FindEventLog(TextView name) const;
+
   // Whether media commands find a disc player; without a word, where there is a drive for one.
   bool has_disc_device() const;
   void SetDiscDevice(bool present) { disc_device_ = present; }
@@ -190,6 +199,7 @@ class Computer {
   std::map<Text, Share> shares_;
   std::map<Text, NamedObject> services_;
   std::map<Text, NamedObject> printers_;
+  std::map<Text, std::shared_ptr<RecordedLog>> event_logs_;
   std::shared_ptr<RegistryNode> local_machine_;
   std::shared_ptr<RegistryNode> users_;
 };

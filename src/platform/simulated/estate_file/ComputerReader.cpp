@@ -4,6 +4,7 @@
 
 #include "platform/simulated/estate_file/AccountsReader.h"
 #include "platform/simulated/estate_file/DriveReader.h"
+#include "platform/simulated/estate_file/EventLogReader.h"
 #include "platform/simulated/estate_file/NetworkReader.h"
 #include "platform/simulated/estate_file/RegistryReader.h"
 #include "platform/simulated/estate_file/ShareReader.h"
@@ -64,7 +65,7 @@ void ReadComputer(const Node& node, Estate& estate) {
   node.OnlyFields({"name",     "reachable", "remoteRegistry", "discDevice",    "drives", "shares",
                    "registry", "services",  "printers",       "memberOf",      "role",   "account",
                    "sid",      "about",     "listed",         "administrator", "page",   "accounts",
-                   "rights",   "pipes",     "addresses"});
+                   "rights",   "pipes",     "addresses",      "eventLogs"});
   const Node name = node.Required("name");
   const auto sid_field = node.Field("sid");
   const auto sid = sid_field ? std::optional(ReadSid(*sid_field)) : std::nullopt;
@@ -118,6 +119,7 @@ void ReadComputer(const Node& node, Estate& estate) {
 
 void ReadComputerGroups(const Node& node, Estate& estate) {
   Computer& computer = *estate.FindComputer(node.Required("name").String());
+  if (const auto logs = node.Field("eventLogs")) ReadEventLogs(*logs, computer, estate);
   if (const auto accounts = node.Field("accounts")) {
     ReadGroups(*accounts, computer.own_accounts(), estate);
   }

@@ -12,7 +12,7 @@ namespace veldmark::simulated {
 // Makes calls fail with a code. A failed call has no effect and returns its operation's failure
 // form. The one exception are the operations that give something back (FindClose, CloseHandle,
 // RegCloseKey, FreeLibrary, LocalFree, NetApiBufferFree, WNetCloseEnum, LsaFreeMemory, LsaClose,
-// WSACleanup): those report the failure and yet take it back, so that a
+// WSACleanup, CloseEventLog): those report the failure and yet take it back, so that a
 // sweep over all calls can ask for a clean ledger. Calls that can't fail (CoTaskMemFree, lstrlenW,
 // DoEvents, ModuleFolder, GetSecurityDescriptorLength, LsaNtStatusToWinError) are not counted.
 class FaultHook {

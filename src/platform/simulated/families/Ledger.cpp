@@ -7,11 +7,11 @@ namespace veldmark::simulated {
 namespace {
 
 std::string Name(Resource resource) {
-  static constexpr std::array<const char*, 12> kNames = {
+  static constexpr std::array<const char*, 13> kNames = {
       "find handle", "file handle",        "registry key",
       "module",      "local memory",       "task memory",
       "token",       "network buffer",     "network enumeration",
-      "policy",      "authority's memory", "start of the socket library"};
+      "policy",      "authority's memory", "start of the socket library", "event log"};
   return kNames[static_cast<std::size_t>(resource)];
 }
 

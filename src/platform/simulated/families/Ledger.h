@@ -19,7 +19,8 @@ enum class Resource {
   NetworkEnumeration,
   Policy,
   AuthorityMemory,
-  SocketLibrary
+  SocketLibrary,
+  EventLog
 };
 
 // Everything that the platform handed out and expects back. What is open at the end of a test is a
