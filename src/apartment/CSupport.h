@@ -26,6 +26,9 @@ class CGroups;
 class CNetwork;
 class CNetworks;
 class CPathNames;
+class CRegKey;
+class CRegKeys;
+class CRegValues;
 class CSecurityDescriptor;
 class CServer;
 class CServerAccountPolicy;
@@ -37,8 +40,15 @@ class CUsers;
 class CVolume;
 class CVolumes;
 class Secret;
+enum HKEY_VALUES : std::int32_t;
+enum RegValueTypes : std::int32_t;
 enum SE_OBJECT_TYPE : std::int32_t;
 enum SidTypeEnum : std::int32_t;
+
+struct RegistryKeyTraits;
+template <typename Traits>
+class UniqueHandle;
+using RegistryKey = UniqueHandle<RegistryKeyTraits>;
 
 /// A listener of the engine's one event. A subscription never keeps its listener alive.
 class ObjectFoundListener {
@@ -304,6 +314,44 @@ class CSupport : public ReferenceCounted {
                             bool make_persistent);
   /// Ends a connection by its local name, or one without by its remote name.
   void CancelNetworkConnection(const Text& remote_name, bool make_persistent, bool force);
+
+  // Registry (registry/SupportRegistry.cpp)
+  //
+  // A key is told by its root, its path below ("" is the root itself) and its computer, "" for this
+  // one. Each call opens it and closes it again. All of them raise the platform's status with its
+  // text; 2 also for another computer's root that belongs to a user.
+
+  /// Opens a key, on another computer below a root connected to, and where it is denied once more
+  /// as those who back up may. An access of 0 is all of it.
+  void OpenRegKey(HKEY_VALUES root, const Text& key_name, const Text& machine_name, DWORD access,
+                  RegistryKey& key, RegistryKey& remote_root);
+  /// Closes both, the root first.
+  void CloseRegKey(RegistryKey& key, RegistryKey& remote_root) noexcept;
+  /// The text of a value without data; 234 for any other, its room being told as none.
+  Text GetRegString(HKEY key, const Text& value_name);
+  /// The key of a path, of which one "\" at the end doesn't count and "*" is the root. A default
+  /// value that can't be read is empty.
+  Ref<CRegKey> GetRegKey(HKEY_VALUES root, const Text& key_name, const Text& machine_name);
+  /// The keys directly below, each with its default value, which costs an open of its own.
+  Ref<CRegKeys> GetRegSubKeys(HKEY_VALUES root, const Text& key_name, const Text& machine_name);
+  /// The values by `ListedValueOf`.
+  Ref<CRegValues> GetRegValues(HKEY_VALUES root, const Text& key_name, const Text& machine_name);
+  /// A value by `ValueOf`, whatever type is asked for.
+  Variant GetRegValue(HKEY_VALUES root, const Text& key_name, const Text& value_name,
+                      RegValueTypes value_type, const Text& machine_name);
+  /// Stores a value as `value_type`. True also for types that aren't written. Raises 13, 6 and 94
+  /// where the value has no such form.
+  bool SaveRegValue(HKEY_VALUES root, const Text& key_name, const Text& value_name,
+                    RegValueTypes value_type, const Variant& value, const Text& machine_name);
+  /// Owner and list of a key (security/SupportDescriptors.cpp), by `RegGetKeySecurity`. Every entry
+  /// is read as a plain one.
+  Ref<CSecurityDescriptor> GetRegKeySD(HKEY_VALUES root, const Text& key_name,
+                                       const Text& machine_name, Object& key);
+  /// A path with its environment references replaced (registry/SupportMachinePaths.cpp): those of
+  /// this process, or, with a computer, the first one, by that computer's registry. There it knows
+  /// "%SystemRoot%", "%ProgramFiles%" and "%CommonFiles%", in any case, and takes any other for
+  /// nothing; "%%" makes the whole path empty. Raises nothing.
+  Text ExpandPathForMachine(const Text& path, const Text& machine);
 
  private:
   Ref<CFolder> BuildFolderFromFindData(const Text& path, const WIN32_FIND_DATAW& find_data);

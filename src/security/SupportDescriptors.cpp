@@ -179,4 +179,42 @@ Ref<CSecurityDescriptor> CSupport::GetShareSD(const Text& server_name, const Tex
   });
 }
 
+Ref<CSecurityDescriptor> CSupport::GetRegKeySD(HKEY_VALUES root, const Text& key_name,
+                                               const Text& machine_name, Object& key) {
+  return ReRaising([&] {
+    Registry& registry = Apartment::Current().platform.registry;
+    RegistryKey opened(registry);
+    RegistryKey remote_root(registry);
+    OpenRegKey(root, key_name, machine_name, kKeyRead, opened, remote_root);
+    const auto descriptor = Make<CSecurityDescriptor>();
+    const Text object_class = TypeName(&key);
+    descriptor->SetParentObject(object_class,
+                                ToText(static_cast<std::int32_t>(root)) + u"|" + key_name);
+    std::vector<std::uint8_t> buffer(1);
+    auto size = static_cast<DWORD>(buffer.size());
+    const auto fetch = [&] {
+      return registry.RegGetKeySecurity(opened.Get(), kOwnerAndDacl, buffer.data(), &size);
+    };
+    LSTATUS status = fetch();
+    if (status == static_cast<LSTATUS>(kErrorInsufficientBuffer)) {
+      buffer.resize(size);
+      status = fetch();
+    }
+    // The number is the status, the text that of the last error.
+    if (status != 0) {
+      Raise(status, SourceOf(u"CSupport"), GetAPIErrorText(Err().LastDllError()));
+    }
+    const DescriptorReader reader{
+        .object_type = SE_REGISTRY_KEY,
+        .object_class = object_class,
+        .resides_on_server = machine_name.empty() ? ComputerName() : machine_name,
+        .plain_entries_only = true};
+    const BinaryDescriptor parts = reader.ReadHeader(*descriptor, buffer);
+    reader.ReadOwner(*descriptor, parts);
+    reader.ReadDacl(*descriptor, parts);
+    CloseRegKey(opened, remote_root);
+    return descriptor;
+  });
+}
+
 }  // namespace veldmark

@@ -1,3 +1,4 @@
+#include <cstring>
 #include <set>
 #include <string>
 #include <vector>
@@ -6,6 +7,7 @@
 #include "contract/World.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/Handles.h"
+#include "support/SecurityText.h"
 
 namespace veldmark {
 namespace {
@@ -219,6 +221,145 @@ TEST_F(RegistryKeys, OfOtherComputersAreReachedByName) {
   EXPECT_EQ(registry_.RegConnectRegistryW(nullptr, kHkeyLocalMachine, root.Receive()), 0);
   RegistryKey software(registry_);
   EXPECT_EQ(Open(root.Get(), u"SOFTWARE", kKeyRead, software), 0);
+}
+
+TEST_F(RegistryKeys, OfThisComputerAreReachedByItsOwnNameAndByItsRoots) {
+  WCHAR name[64] = u"\\\\";
+  DWORD size = 60;
+  ASSERT_TRUE(platform_.system.GetComputerNameW(name + 2, &size));
+  for (const LPCWSTR form : {name, name + 2}) {
+    RegistryKey root(registry_);
+    RegistryKey software(registry_);
+    EXPECT_EQ(registry_.RegConnectRegistryW(form, kHkeyLocalMachine, root.Receive()), 0);
+    EXPECT_EQ(Open(root.Get(), u"SOFTWARE", kKeyRead, software), 0);
+  }
+  HKEY key{0};
+  for (const HKEY root : {kHkeyClassesRoot, kHkeyUsers, kHkeyCurrentConfig}) {
+    EXPECT_EQ(registry_.RegOpenKeyExW(root, u"", 0, kKeyRead, &key), 0);
+    EXPECT_EQ(key, root);
+  }
+  EXPECT_NE(registry_.RegOpenKeyExW(kHkeyDynData, u"x", 0, kKeyRead, &key), 0);
+}
+
+TEST_F(RegistryKeys, TellTheNamesBelowThem) {
+  RegistryKey child(registry_);
+  DWORD disposition = 0;
+  Create(key_.Get(), u"First", child, disposition);
+  Create(key_.Get(), u"Second", child, disposition);
+  WCHAR name[1025];
+  std::set<Text> names;
+  for (const DWORD index : {0u, 1u}) {
+    EXPECT_EQ(registry_.RegEnumKeyW(key_.Get(), index, name, 1024), 0);
+    names.emplace(name);
+    const auto length = static_cast<DWORD>(Text(name).size());
+    EXPECT_EQ(registry_.RegEnumKeyW(key_.Get(), index, name, length), kMoreData);
+    EXPECT_EQ(registry_.RegEnumKeyW(key_.Get(), index, name, length + 1), 0);
+  }
+  EXPECT_EQ(names, (std::set<Text>{u"First", u"Second"}));
+  EXPECT_EQ(registry_.RegEnumKeyW(key_.Get(), 2, name, 1024), kNoMore);
+  EXPECT_EQ(registry_.RegDeleteKeyW(key_.Get(), u"Second"), 0);
+  EXPECT_EQ(registry_.RegEnumKeyW(child.Get(), 0, name, 1024), 1018);
+  EXPECT_EQ(registry_.RegEnumKeyW(HKEY{0}, 0, name, 1024), kBadHandle);
+}
+
+TEST_F(RegistryKeys, HandOutDataAsItIsStoredHoweverOdd) {
+  struct Row {
+    DWORD type;
+    std::string data;
+  };
+  for (const Row& row : std::vector<Row>{{kRegSz, "abc"},
+                                         {kRegExpandSz, "a"},
+                                         {kRegMultiSz, std::string("a\0b\0", 4)},
+                                         {kRegDword, "123"},
+                                         {kRegDword, "12345"},
+                                         {kRegDwordBigEndian, ""},
+                                         {kRegLink, "ab"},
+                                         {kRegNone, "x"},
+                                         {8, "list"},
+                                         {0x12345, "whatever"}}) {
+    ASSERT_EQ(Set(u"Odd", row.type, row.data.data(), static_cast<DWORD>(row.data.size())), 0);
+    WCHAR name[8];
+    DWORD length = 8;
+    DWORD listed = 0;
+    DWORD needed = 0;
+    EXPECT_EQ(
+        registry_.RegEnumValueW(key_.Get(), 0, name, &length, nullptr, &listed, nullptr, &needed),
+        0);
+    EXPECT_EQ(listed, row.type);
+    EXPECT_EQ(needed, row.data.size()) << row.type;
+    BYTE data[32];
+    DWORD size = 2 * needed + 1;
+    DWORD type = 0;
+    EXPECT_EQ(registry_.RegQueryValueExW(key_.Get(), u"odd", nullptr, &type, data, &size), 0);
+    EXPECT_EQ(type, row.type);
+    EXPECT_EQ(std::string(data, data + size), row.data) << row.type;
+  }
+}
+
+TEST_F(RegistryKeys, TellTheirDescriptorAndOpenForThoseWhoBackUp) {
+  const Text path = world_->scratch_key() + u"\\Key";
+  const Text name = u"CURRENT_USER\\" + path;
+  const DWORD information = kOwnerSecurityInformation | kDaclSecurityInformation;
+  std::vector<std::uint8_t> descriptor(1);
+  DWORD size = 1;
+  EXPECT_EQ(registry_.RegGetKeySecurity(key_.Get(), information, descriptor.data(), &size), 122);
+  descriptor.resize(size);
+  ASSERT_EQ(registry_.RegGetKeySecurity(key_.Get(), information, descriptor.data(), &size), 0);
+  EXPECT_EQ(size, descriptor.size());
+  EXPECT_TRUE(SecurityText::OfDescriptor(descriptor.data()).starts_with("O:"));
+  EXPECT_EQ(registry_.RegGetKeySecurity(HKEY{0x7770}, information, descriptor.data(), &size),
+            kBadHandle);
+  RegistryKey blind(registry_);
+  ASSERT_EQ(Open(kHkeyCurrentUser, path.c_str(), kKeySetValue, blind), 0);
+  EXPECT_EQ(registry_.RegGetKeySecurity(blind.Get(), information, descriptor.data(), &size),
+            kDenied);
+
+  const auto protect = [&](LPCWSTR list) {
+    void* block = nullptr;
+    EXPECT_TRUE(platform_.security.ConvertStringSecurityDescriptorToSecurityDescriptorW(
+        list, kSddlRevision1, &block, nullptr));
+    const LocalMemory<std::uint8_t> made(platform_.system, static_cast<std::uint8_t*>(block));
+    DWORD offset = 0;
+    std::memcpy(&offset, made.Get() + 16, sizeof offset);
+    return platform_.security.SetNamedSecurityInfoW(
+        name.c_str(), 4, kDaclSecurityInformation | kProtectedDaclSecurityInformation, nullptr,
+        nullptr, made.Get() + offset, nullptr);
+  };
+  ASSERT_EQ(protect(u"D:P(A;;KA;;;SY)"), 0u);
+  RegistryKey opened(registry_);
+  const auto back_up = [&] {
+    DWORD disposition = 0;
+    return registry_.RegCreateKeyExW(kHkeyCurrentUser, path.c_str(), 0, nullptr,
+                                     kRegOptionBackupRestore, kKeyRead, nullptr, opened.Receive(),
+                                     &disposition);
+  };
+  const LSTATUS denied = Open(kHkeyCurrentUser, path.c_str(), kKeyRead, opened);
+  const LSTATUS without_privilege = back_up();
+  EXPECT_EQ(protect(u"D:P(A;;KA;;;WD)"), 0u);
+  EXPECT_EQ(Open(kHkeyCurrentUser, path.c_str(), kKeyRead, opened), 0);
+  if (const char* reason = WhyNot(Trait::DeniedKeys)) GTEST_SKIP() << reason;
+  EXPECT_EQ(denied, kDenied);
+  EXPECT_EQ(without_privilege, kDenied);
+}
+
+TEST_F(RegistryKeys, AndTextsAreExpandedByTheEnvironment) {
+  const auto expand = [&](LPCWSTR text) {
+    WCHAR buffer[256] = {};
+    const DWORD needed = platform_.system.ExpandEnvironmentStringsW(text, nullptr, 0);
+    EXPECT_LE(needed, 256u);
+    EXPECT_EQ(platform_.system.ExpandEnvironmentStringsW(text, buffer, 256), needed);
+    EXPECT_EQ(Text(buffer).size() + 1, needed);
+    WCHAR narrow[1] = {};
+    EXPECT_GE(platform_.system.ExpandEnvironmentStringsW(text, narrow, 1), needed);
+    return Text(buffer);
+  };
+  const Text root = expand(u"%SystemRoot%");
+  EXPECT_EQ(root.substr(1, 2), u":\\");
+  EXPECT_EQ(expand(u"%systemroot%\\x;%SYSTEMROOT%"), root + u"\\x;" + root);
+  EXPECT_EQ(expand(u"%no such%systemroot%"), u"%no such" + root);
+  for (const LPCWSTR same : {u"", u"plain", u"100 %", u"%%", u"%no such%"}) {
+    EXPECT_EQ(expand(same), same);
+  }
 }
 
 }  // namespace

@@ -31,6 +31,7 @@ enum class Trait {
   LocalGroupChanges,  // local groups are made and changed
   UserRights,         // the security authority knows who holds which right
   SocketStarts,       // the socket library counts its starts
+  DeniedKeys,         // a key's descriptor decides who may open it
   EmptyAccountNames,  // no account has an empty name, and no SID is one of another kind
 };
 

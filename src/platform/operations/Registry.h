@@ -5,6 +5,10 @@
 
 namespace veldmark {
 
+inline constexpr HKEY kHkeyPerformanceData = PredefinedKey(0x80000004);
+inline constexpr HKEY kHkeyCurrentConfig = PredefinedKey(0x80000005);
+inline constexpr HKEY kHkeyDynData = PredefinedKey(0x80000006);
+
 inline constexpr DWORD kKeyQueryValue = 0x0001;
 inline constexpr DWORD kKeySetValue = 0x0002;
 inline constexpr DWORD kKeyCreateSubKey = 0x0004;
@@ -26,6 +30,7 @@ inline constexpr DWORD kRegQword = 11;
 
 inline constexpr DWORD kRegOptionNonVolatile = 0;
 inline constexpr DWORD kRegOptionVolatile = 1;
+inline constexpr DWORD kRegOptionBackupRestore = 4;
 
 inline constexpr DWORD kRegCreatedNewKey = 1;
 inline constexpr DWORD kRegOpenedExistingKey = 2;
@@ -41,10 +46,9 @@ class Registry {
  public:
   virtual ~Registry() = default;
 
-  // Opens kHkeyLocalMachine or kHkeyUsers of another computer ("\\srv" or "srv"; null or empty:
-  // this one).
-  // `*result` is a key that the caller closes with RegCloseKey. 53: no such computer; 5; 6: another
-  // root.
+  // Opens kHkeyLocalMachine, kHkeyUsers or kHkeyCurrentConfig of a computer ("\\srv" or "srv"; null
+  // or empty: this one, whose other roots it opens too). `*result` is a key that the caller closes
+  // with RegCloseKey. 53: no such computer; 5; 6: another root.
   virtual LSTATUS RegConnectRegistryW(LPCWSTR machine_name, HKEY key, HKEY* result) = 0;
 
   // Opens a key below `key`; null or empty `sub_key` opens `key` anew. The caller closes `*result`
@@ -55,6 +59,9 @@ class Registry {
 
   // Opens a key and creates what is missing on the way. `*disposition` (may be null) tells which of
   // both. The caller closes `*result`. 1021: a stable key below a volatile one.
+  // With kRegOptionBackupRestore an existing key is opened against its descriptor, for what reading
+  // needs by SeBackupPrivilege and for what writing needs by SeRestorePrivilege, whatever `access`
+  // says; 5 for a caller who has enabled neither.
   virtual LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR sub_key, DWORD reserved, LPWSTR key_class,
                                   DWORD options, DWORD access, const SECURITY_ATTRIBUTES* security,
                                   HKEY* result, DWORD* disposition) = 0;
@@ -78,6 +85,9 @@ class Registry {
   virtual LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, DWORD* name_length,
                                 DWORD* reserved, LPWSTR key_class, DWORD* class_length,
                                 FILETIME* last_write) = 0;
+
+  // The name alone. `name_length` is the buffer's size in characters.
+  virtual LSTATUS RegEnumKeyW(HKEY key, DWORD index, LPWSTR name, DWORD name_length) = 0;
 
   // The value at `index`: its name (lengths as above; the default value's is empty), type and data.
   // `data` and `data_size` may both be null; `*data_size` goes in as the buffer's size and comes
@@ -104,6 +114,11 @@ class Registry {
   // Removes the key `sub_key` below `key`, with its values; 5 if it has sub-keys. Open handles to
   // it stay open and answer 1018.
   virtual LSTATUS RegDeleteKeyW(HKEY key, LPCWSTR sub_key) = 0;
+
+  // Writes the parts of the key's descriptor that `information` (k...SecurityInformation) names, in
+  // the self-relative form. `*size` goes in as the buffer's size and comes back as the
+  // descriptor's. 122: too small (nothing is written). Needs kReadControl.
+  virtual LSTATUS RegGetKeySecurity(HKEY key, DWORD information, void* descriptor, DWORD* size) = 0;
 };
 
 }  // namespace veldmark

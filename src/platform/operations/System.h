@@ -109,6 +109,12 @@ class System {
   virtual INT LCMapStringW(DWORD locale, DWORD flags, LPCWSTR text, INT text_size, LPWSTR mapped,
                            INT mapped_size) = 0;
 
+  // Writes `source` with each "%NAME%" replaced by that variable of this process's environment,
+  // named in any case; one that isn't set stays as it is. `size` is the room in characters. Returns
+  // the number of characters with the NUL, also where they don't fit (what is written then can't be
+  // told); 0 on failure.
+  virtual DWORD ExpandEnvironmentStringsW(LPCWSTR source, LPWSTR target, DWORD size) = 0;
+
   // The length of a NUL-terminated text in characters; 0 for null.
   virtual INT lstrlenW(LPCWSTR text) = 0;
 

@@ -621,6 +621,7 @@ static_assert(kRegMultiSz == REG_MULTI_SZ);
 static_assert(kRegQword == REG_QWORD);
 static_assert(kRegOptionNonVolatile == REG_OPTION_NON_VOLATILE);
 static_assert(kRegOptionVolatile == REG_OPTION_VOLATILE);
+static_assert(kRegOptionBackupRestore == REG_OPTION_BACKUP_RESTORE);
 static_assert(kRegCreatedNewKey == REG_CREATED_NEW_KEY);
 static_assert(kRegOpenedExistingKey == REG_OPENED_EXISTING_KEY);
 

@@ -52,6 +52,10 @@ LSTATUS WindowsRegistry::RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, DWORD
   });
 }
 
+LSTATUS WindowsRegistry::RegEnumKeyW(HKEY key, DWORD index, LPWSTR name, DWORD name_length) {
+  return Recorded([&] { return ::RegEnumKeyW(Sdk(key), index, Sdk(name), name_length); });
+}
+
 LSTATUS WindowsRegistry::RegEnumValueW(HKEY key, DWORD index, LPWSTR name, DWORD* name_length,
                                        DWORD* reserved, DWORD* type, BYTE* data, DWORD* data_size) {
   return Recorded([&] {
@@ -80,6 +84,12 @@ LSTATUS WindowsRegistry::RegDeleteValueW(HKEY key, LPCWSTR value_name) {
 
 LSTATUS WindowsRegistry::RegDeleteKeyW(HKEY key, LPCWSTR sub_key) {
   return Recorded([&] { return ::RegDeleteKeyW(Sdk(key), Sdk(sub_key)); });
+}
+
+LSTATUS WindowsRegistry::RegGetKeySecurity(HKEY key, DWORD information, void* descriptor,
+                                           DWORD* size) {
+  return Recorded(
+      [&] { return ::RegGetKeySecurity(Sdk(key), information, descriptor, Sdk(size)); });
 }
 
 }  // namespace veldmark

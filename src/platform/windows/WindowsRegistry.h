@@ -20,6 +20,7 @@ class WindowsRegistry final : public Registry {
                            DWORD* security_descriptor_size, FILETIME* last_write) override;
   LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, DWORD* name_length, DWORD* reserved,
                         LPWSTR key_class, DWORD* class_length, FILETIME* last_write) override;
+  LSTATUS RegEnumKeyW(HKEY key, DWORD index, LPWSTR name, DWORD name_length) override;
   LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, DWORD* name_length, DWORD* reserved,
                         DWORD* type, BYTE* data, DWORD* data_size) override;
   LSTATUS RegQueryValueExW(HKEY key, LPCWSTR value_name, DWORD* reserved, DWORD* type, BYTE* data,
@@ -28,6 +29,7 @@ class WindowsRegistry final : public Registry {
                          DWORD data_size) override;
   LSTATUS RegDeleteValueW(HKEY key, LPCWSTR value_name) override;
   LSTATUS RegDeleteKeyW(HKEY key, LPCWSTR sub_key) override;
+  LSTATUS RegGetKeySecurity(HKEY key, DWORD information, void* descriptor, DWORD* size) override;
 };
 
 }  // namespace veldmark

@@ -111,6 +111,10 @@ INT WindowsSystem::LCMapStringW(DWORD locale, DWORD flags, LPCWSTR text, INT tex
   });
 }
 
+DWORD WindowsSystem::ExpandEnvironmentStringsW(LPCWSTR source, LPWSTR target, DWORD size) {
+  return Recorded([&] { return ::ExpandEnvironmentStringsW(Sdk(source), Sdk(target), size); });
+}
+
 INT WindowsSystem::lstrlenW(LPCWSTR text) {
   return Recorded([&] { return ::lstrlenW(Sdk(text)); });
 }

@@ -23,6 +23,7 @@ class WindowsSystem final : public System {
                           BOOL* used_default) override;
   INT LCMapStringW(DWORD locale, DWORD flags, LPCWSTR text, INT text_size, LPWSTR mapped,
                    INT mapped_size) override;
+  DWORD ExpandEnvironmentStringsW(LPCWSTR source, LPWSTR target, DWORD size) override;
   INT lstrlenW(LPCWSTR text) override;
   void* CoTaskMemAlloc(std::size_t size) override;
   void CoTaskMemFree(void* memory) override;

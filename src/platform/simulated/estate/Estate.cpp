@@ -265,6 +265,25 @@ std::shared_ptr<RegistryNode> Estate::current_user_node() {
   return key;
 }
 
+std::optional<Text> Estate::Variable(TextView name) const {
+  const Text key = ToUpper(name);
+  if (const auto set = environment_.find(key); set != environment_.end()) return set->second;
+  if (key == u"COMPUTERNAME") return local().name();
+  if (key == u"USERNAME") return user_name();
+  static const std::map<Text, Text> usual = {
+      {u"COMMONPROGRAMFILES", u"C:\\Program Files\\Common Files"},
+      {u"PROGRAMFILES", u"C:\\Program Files"},
+      {u"SYSTEMDRIVE", u"C:"},
+      {u"SYSTEMROOT", u"C:\\Windows"},
+      {u"WINDIR", u"C:\\Windows"}};
+  const auto found = usual.find(key);
+  return found == usual.end() ? std::nullopt : std::optional(found->second);
+}
+
+void Estate::SetVariable(TextView name, std::optional<Text> value) {
+  environment_[ToUpper(name)] = std::move(value);
+}
+
 void Estate::MapDrive(char16_t letter, Text target) {
   letter = UpperCase(letter);
   if (letter < u'A' || letter > u'Z' || local().drives().contains(letter)) {

@@ -136,6 +136,11 @@ class Estate {
   const Text& module_folder() const { return module_folder_; }
   void SetModuleFolder(Text path) { module_folder_ = std::move(path); }
 
+  // A variable of the process's environment, named in any case; nothing where it isn't set. There
+  // are the usual ones from the start.
+  std::optional<Text> Variable(TextView name) const;
+  void SetVariable(TextView name, std::optional<Text> value);
+
   // Redirects a drive letter of the local computer to a share ("\\srv\share", perhaps with folders
   // behind it).
   void MapDrive(char16_t letter, Text target);
@@ -187,6 +192,7 @@ class Estate {
   std::map<Text, NamedObject> directory_objects_;
   Text current_folder_ = u"C:\\";
   Text module_folder_ = u"C:\\Program Files\\Veldmark2";
+  std::map<Text, std::optional<Text>> environment_;
   std::map<char16_t, Text> mapped_drives_;
   std::set<Text> connections_;
   MessageTable system_messages_;

@@ -64,8 +64,8 @@ Estate ReadEstate(std::string_view text, Estate::Clock real_time,
   }
   const Node root(json, "", folder);
   root.OnlyFields({"$schema", "clock", "clockRuns", "timeZone", "user", "currentFolder",
-                   "moduleFolder", "mappedDrives", "messages", "modules", "computers",
-                   "directoryObjects", "networks", "domains", "workgroups", "hosts",
+                   "moduleFolder", "environment", "mappedDrives", "messages", "modules",
+                   "computers", "directoryObjects", "networks", "domains", "workgroups", "hosts",
                    "knownAccounts"});
   // For editors; what it says is nothing to this reader.
   if (const auto schema = root.Field("$schema")) schema->Utf8();
@@ -81,6 +81,13 @@ Estate ReadEstate(std::string_view text, Estate::Clock real_time,
     estate.SetCurrentFolder(path);
   }
   if (const auto module = root.Field("moduleFolder")) estate.SetModuleFolder(module->String());
+  if (const auto environment = root.Field("environment")) {
+    for (const auto& [name, value] : environment->Members()) {
+      if (name.empty() || name.find('%') != name.npos) value.Complain("no variable has this name");
+      estate.SetVariable(FromUtf8(name),
+                         value.IsNull() ? std::nullopt : std::optional(value.String()));
+    }
+  }
   if (const auto messages = root.Field("messages")) {
     for (auto& [number, message] : ReadMessages(*messages)) {
       estate.AddSystemMessage(number, message);

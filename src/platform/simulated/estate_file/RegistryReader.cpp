@@ -8,6 +8,10 @@ namespace {
 
 void ReadTypedValue(const Node& node, TextView name, RegistryNode& key) {
   node.OnlyFields({"type", "text", "number", "hex"});
+  if (const Node type = node.Required("type"); type.IsNumber()) {
+    key.Data(name, type.Unsigned32(), ReadHex(node.Required("hex")));
+    return;
+  }
   switch (node.Required("type").OneOf({"expand", "qword", "binary", "none", "string", "dword"})) {
     case 0:
       key.String(name, node.Required("text").String(), kRegExpandSz);

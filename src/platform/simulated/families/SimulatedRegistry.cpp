@@ -23,7 +23,33 @@ bool IsText(DWORD type) { return type == kRegSz || type == kRegExpandSz || type 
 
 bool IsPredefined(HKEY key) {
   return key == kHkeyClassesRoot || key == kHkeyCurrentUser || key == kHkeyLocalMachine ||
-         key == kHkeyUsers;
+         key == kHkeyUsers || key == kHkeyCurrentConfig;
+}
+
+std::shared_ptr<RegistryNode> NodeAt(std::shared_ptr<RegistryNode> node,
+                                     std::initializer_list<TextView> names) {
+  for (const TextView name : names) {
+    const auto next = node->Find(name);
+    node = next != nullptr ? next : node->Add(name, node->written());
+  }
+  return node;
+}
+
+// A root of a computer's own; null for those that are of a user or of the process.
+std::shared_ptr<RegistryNode> RootOf(const Computer& computer, HKEY key) {
+  if (key == kHkeyLocalMachine) return computer.local_machine_node();
+  if (key == kHkeyUsers) return computer.users_node();
+  if (key != kHkeyCurrentConfig) return nullptr;
+  return NodeAt(computer.local_machine_node(),
+                {u"SYSTEM", u"CurrentControlSet", u"Hardware Profiles", u"Current"});
+}
+
+// What those may do with a key who save and restore registries, by their privileges alone.
+DWORD BackupAccess(const Token& token) {
+  DWORD access = 0;
+  if (token.IsEnabled(Privilege::Backup)) access |= kKeyRead | kAccessSystemSecurity;
+  if (token.IsEnabled(Privilege::Restore)) access |= kKeyWrite | kDelete | kAccessSystemSecurity;
+  return access;
 }
 
 // The names of a key's path; nothing with the code in `error` if it is malformed.
@@ -109,14 +135,14 @@ LSTATUS SimulatedRegistry::RegConnectRegistryW(LPCWSTR machine_name, HKEY key, H
   if (!is_local) {
     if (computer->remote_registry() == RemoteRegistry::Stopped) return Status(kErrorBadNetPath);
     if (computer->remote_registry() == RemoteRegistry::Denied) return Status(kErrorAccessDenied);
-    if (key != kHkeyLocalMachine && key != kHkeyUsers) return Status(kErrorInvalidHandle);
   } else if (!IsPredefined(key)) {
     return Status(kErrorInvalidHandle);
   } else {
     *result = key;
     return 0;
   }
-  const auto& root = key == kHkeyUsers ? computer->users_node() : computer->local_machine_node();
+  const auto root = RootOf(*computer, key);
+  if (root == nullptr) return Status(kErrorInvalidHandle);
   *result = Hand(root, MostAccessTo(*root, estate.token()), "RegConnectRegistryW", machine);
   return 0;
 }
@@ -175,7 +201,10 @@ LSTATUS SimulatedRegistry::RegCreateKeyExW(HKEY key, LPCWSTR sub_key, DWORD rese
       !open.node->write_denied() && (MostAccessTo(*open.node, token) & kKeyCreateSubKey) != 0;
   if (creates && !may_create) return Status(kErrorAccessDenied);
   if (creates && open.node->is_volatile() && !is_volatile) return kErrorChildMustBeVolatile;
-  if (!creates) {
+  if (!creates && (options & kRegOptionBackupRestore) != 0) {
+    access = BackupAccess(token);
+    if (access == 0) return Status(kErrorAccessDenied);
+  } else if (!creates) {
     if (const LSTATUS denied = CheckAccessTo(*open.node, token, access)) return denied;
   } else if ((access & kMaximumAllowed) != 0) {
     access = kKeyAllAccess;
@@ -264,6 +293,16 @@ LSTATUS SimulatedRegistry::RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, DWO
   }
   if (last_write != nullptr) *last_write = ToFileTime(child.written());
   return 0;
+}
+
+LSTATUS SimulatedRegistry::RegEnumKeyW(HKEY key, DWORD index, LPWSTR name, DWORD name_length) {
+  const Call call = session_.Begin("RegEnumKeyW", ToText(index));
+  if (const DWORD fault = call.fault()) return Status(fault);
+  OpenKey open;
+  if (const LSTATUS error = Lookup(key, "RegEnumKeyW", kKeyEnumerateSubKeys, open)) return error;
+  if (name == nullptr) return Status(kErrorInvalidParameter);
+  if (index >= open.node->keys().size()) return Status(kErrorNoMoreItems);
+  return PutName(name, &name_length, std::next(open.node->keys().begin(), index)->second->name());
 }
 
 LSTATUS SimulatedRegistry::RegEnumValueW(HKEY key, DWORD index, LPWSTR name, DWORD* name_length,
@@ -355,18 +394,34 @@ LSTATUS SimulatedRegistry::RegDeleteKeyW(HKEY key, LPCWSTR sub_key) {
   return 0;
 }
 
+LSTATUS SimulatedRegistry::RegGetKeySecurity(HKEY key, DWORD information, void* descriptor,
+                                             DWORD* size) {
+  const Call call = session_.Begin("RegGetKeySecurity");
+  if (const DWORD fault = call.fault()) return Status(fault);
+  if (size == nullptr) return Status(kErrorInvalidParameter);
+  const bool with_audit = (information & kSaclSecurityInformation) != 0;
+  const DWORD needed = kReadControl | (with_audit ? kAccessSystemSecurity : 0);
+  OpenKey open;
+  if (const LSTATUS error = Lookup(key, "RegGetKeySecurity", needed, open)) return error;
+  const auto bytes = BytesOf(open.node->security()->descriptor(), information);
+  const DWORD room = *size;
+  *size = static_cast<DWORD>(bytes.size());
+  if (room < bytes.size()) return Status(kErrorInsufficientBuffer);
+  std::memcpy(descriptor, bytes.data(), bytes.size());
+  return 0;
+}
+
 LSTATUS SimulatedRegistry::Lookup(HKEY key, std::string_view operation, DWORD needed,
                                   OpenKey& found) {
   Estate& estate = session_.estate;
-  if (key == kHkeyLocalMachine) {
-    found.node = estate.local().local_machine_node();
-  } else if (key == kHkeyUsers) {
-    found.node = estate.local().users_node();
+  if (auto root = RootOf(estate.local(), key)) {
+    found.node = std::move(root);
   } else if (key == kHkeyCurrentUser) {
     found.node = estate.current_user_node();
   } else if (key == kHkeyClassesRoot) {
-    estate.local().local_machine().Key(u"SOFTWARE\\Classes");
-    found.node = estate.local().local_machine().Find(u"SOFTWARE")->Find(u"Classes");
+    found.node = NodeAt(estate.local().local_machine_node(), {u"SOFTWARE", u"Classes"});
+  } else if (key == kHkeyPerformanceData || key == kHkeyDynData) {
+    return Status(kErrorInvalidHandle);
   } else {
     const auto open = keys_.find(static_cast<std::uintptr_t>(key));
     if (open == keys_.end()) {

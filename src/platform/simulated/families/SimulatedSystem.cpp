@@ -221,6 +221,32 @@ INT SimulatedSystem::LCMapStringW(DWORD locale, DWORD flags, LPCWSTR text, INT t
   return static_cast<INT>(key.size());
 }
 
+DWORD SimulatedSystem::ExpandEnvironmentStringsW(LPCWSTR source, LPWSTR target, DWORD size) {
+  TextView rest = ViewOf(source);
+  const Call call = session_.Begin("ExpandEnvironmentStringsW", rest);
+  if (const DWORD fault = call.fault()) {
+    Fail(fault);
+    return 0;
+  }
+  Text expanded;
+  while (!rest.empty()) {
+    const std::size_t start = std::min(rest.find(u'%'), rest.size());
+    expanded += rest.substr(0, start);
+    rest.remove_prefix(start);
+    const std::size_t end = rest.find(u'%', 1);
+    if (end == TextView::npos) {
+      expanded += rest;
+      break;
+    }
+    const auto value = session_.estate.Variable(rest.substr(1, end - 1));
+    // The second sign of a reference to nothing may be the first of another.
+    expanded += value ? TextView(*value) : rest.substr(0, end);
+    rest.remove_prefix(value ? end + 1 : end);
+  }
+  if (target != nullptr) Copy(expanded, target, size);
+  return static_cast<DWORD>(expanded.size() + 1);
+}
+
 INT SimulatedSystem::lstrlenW(LPCWSTR text) {
   const Call call = session_.BeginSafe("lstrlenW", ViewOf(text));
   return static_cast<INT>(ViewOf(text).size());
