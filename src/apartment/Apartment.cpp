@@ -70,6 +70,7 @@ void Apartment::ReleaseState() noexcept {
   // While an object ends it may still ask for its apartment, so each reference is emptied before
   // its object goes.
   guid_resolver = nullptr;
+  message_files.clear();
   timer = nullptr;
   for (const auto& [id, hold] : running_timers) platform.timers.KillTimer(nullptr, id);
   running_timers.clear();

@@ -8,6 +8,7 @@
 #include "automation/Error.h"
 #include "automation/ModuleCount.h"
 #include "automation/Object.h"
+#include "platform/operations/Handles.h"
 #include "platform/operations/Platform.h"
 
 namespace veldmark {
@@ -50,6 +51,7 @@ class Apartment {
   Ref<Collection> pdc_cache;
   Ref<Collection> server_cache;
   Ref<Collection> domain_cache;
+  /// By key a text of module handles, of `message_files`; freed ones stay in it.
   Ref<Collection> message_modules;
   Ref<Collection> category_texts;
   Ref<Collection> machine_paths;
@@ -59,6 +61,8 @@ class Apartment {
   /// more. They end with the apartment, and till then the library stays loaded: a timer calls into
   /// it.
   std::vector<std::pair<UINT_PTR, std::unique_ptr<ModuleHold>>> running_timers;
+  /// The message files that are loaded, one entry a load.
+  std::vector<Module> message_files;
   Ref<Object> guid_resolver;
 
  private:

@@ -155,7 +155,7 @@ Variant CEventLogEntry::StringsArray() {
 
 void CEventLogEntry::ResolveStrings() {
   if (!fields_.strings) return;
-  const EventSource source = Source();
+  const MessageSource source = Source();
   for (Text& element : fields_.strings->elements) {
     if (element.find(u'%') == Text::npos) continue;
     if (Apartment::Current().debug) {
@@ -163,7 +163,9 @@ void CEventLogEntry::ResolveStrings() {
                u", " + source.source + u", " + ToText(std::int64_t{fields_.event_id}) + u", " +
                element);
     }
-    element = GetParameterMessage(source, fields_.event_id, element);
+    // The look-up lets the caller's messages in, which may ask for the strings in the meantime.
+    const Text unresolved = element;
+    element = GetParameterMessage(source, unresolved);
   }
   strings_resolved_ = true;
 }
@@ -175,7 +177,7 @@ void CEventLogEntry::Trace(TextView tag) const {
            ToText(std::int64_t{fields_.event_id}).append(tag));
 }
 
-EventSource CEventLogEntry::Source() const {
+MessageSource CEventLogEntry::Source() const {
   return {fields_.lookup_server, fields_.log_name, fields_.source_name};
 }
 

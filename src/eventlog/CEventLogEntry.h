@@ -8,7 +8,7 @@
 
 namespace veldmark {
 
-struct EventSource;
+struct MessageSource;
 
 /// One event of an event log. It needs no open log: the texts are looked up when they are first
 /// asked for, on the computer whose log it was read from, and then stay as they are.
@@ -64,7 +64,7 @@ class CEventLogEntry : public Exported<CEventLogEntry>, Counted<Counter::kEventL
   Text FallbackMessage() const;
   /// One line of the debug log.
   void Trace(TextView tag) const;
-  EventSource Source() const;
+  MessageSource Source() const;
 
   EventFields fields_;
   Text message_;

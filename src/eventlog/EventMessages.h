@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 
@@ -13,37 +12,31 @@
 namespace veldmark {
 
 /// Whose message files are asked: a source of a log of a computer, which has no leading "\\".
-struct EventSource {
+struct MessageSource {
   Text server;
   Text log;
   Text source;
 };
 
 /// The text of an event with its inserts filled in, from the first of the source's files that has
-/// it; `raw` receives it with inserts left in place. Without such a file the last file's failure
-/// in words, and empty where none could be loaded. `strings_text` is the strings as one text: "%%"
-/// in it has the strings' parameters filled in too. Never raises.
-Text GetEventMessage(const EventSource& source, std::int32_t event_id, TextView strings_text,
+/// it; `raw` receives it with inserts left in place. Where none has it both are the failure of the
+/// last file in words, and empty where that could not be loaded. `strings_text` is the strings as
+/// one text: "%%" in it has the strings' parameters filled in too. Raises nothing but 7.
+Text GetEventMessage(const MessageSource& source, std::int32_t event_id, TextView strings_text,
                      const std::optional<TextArray>& strings, Text& raw);
 
 /// An insert string with each "%%n" and "%n" replaced by the text of that number in the source's
 /// parameter file; empty where there is no such file. Raises the platform's error, 317 for a number
-/// that the file lacks, and has freed the file then.
-Text GetParameterMessage(const EventSource& source, std::int32_t event_id, TextView text);
+/// that the file lacks, and 6 for one beyond 31 bits; the file is freed then and not loaded again
+/// while a log lives.
+Text GetParameterMessage(const MessageSource& source, TextView text);
 
 /// The name of a category; empty where the source has none. Raises the platform's error, 317 for a
 /// number that the file lacks, and once for a file that can't be loaded 2 with its path.
-Text GetCategoryMessage(const EventSource& source, std::int16_t category);
+Text GetCategoryMessage(const MessageSource& source, std::int16_t category);
 
-/// The path of a file on a drive of a server by its administrative share, the local computer too.
-/// A path without a drive stays as it is.
+/// The path of a file on a drive of a server by its administrative share, this computer's too. A
+/// path without a drive stays as it is.
 Text GetRemoteMessageFilePath(TextView path, TextView server);
-
-/// An insert string with its references "%{S-1-...}" and "%{GUID}" replaced by names. Raises for
-/// what is no SID, and where a GUID's name would need a component that isn't installed.
-Text ResolveInsertString(TextView text);
-
-/// True if all of the text, but for one "&H" before more, is hexadecimal digits.
-bool IsHexText(TextView text);
 
 }  // namespace veldmark

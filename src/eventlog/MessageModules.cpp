@@ -5,35 +5,78 @@
 
 #include "apartment/Apartment.h"
 #include "apartment/Errors.h"
-#include "automation/Conversion.h"
-#include "collections/Collection.h"
+#include "automation/LastError.h"
+#include "platform/operations/ErrorCodes.h"
 
 namespace veldmark {
 namespace {
 
-/// Gives back the modules of one entry of the cache: their handles in decimal, joined by "|".
-void FreeModules(Messages& messages, TextView handles) {
-  while (!handles.empty()) {
-    const TextView handle = handles.substr(0, handles.find(u'|'));
-    Swallow([&] {
-      const HMODULE module{static_cast<std::uintptr_t>(ToLongLong(Variant(handle)))};
-      // 0 stands for a file that could not be loaded.
-      if (module != HMODULE{0}) messages.FreeLibrary(module);
-    });
-    handles.remove_prefix(std::min(handles.size(), handle.size() + 1));
-  }
+// A record of pointers is handed over as the array that it is.
+static_assert(sizeof(MessageInsertArgs) == 101 * sizeof(const char16_t*));
+
+auto FindLoad(std::vector<Module>& files, HMODULE module) {
+  return std::ranges::find(files, module, [](const Module& file) { return file.Get(); });
 }
 
 }  // namespace
 
+std::int16_t FillMessageInserts(std::span<const Text> texts, MessageInsertArgs& inserts) {
+  const std::size_t count = std::min(texts.size(), inserts.fields.size());
+  std::ranges::transform(texts.first(count), inserts.fields.begin(), &Text::c_str);
+  return static_cast<std::int16_t>(count);
+}
+
+HMODULE LoadMessageFile(const Text& path) {
+  Apartment& apartment = Apartment::Current();
+  Messages& messages = apartment.platform.messages;
+  Module module(messages, messages.LoadLibraryExW(path.c_str(), nullptr, kLoadLibraryAsDatafile));
+  return module ? apartment.message_files.emplace_back(std::move(module)).Get() : HMODULE{0};
+}
+
+void FreeMessageFile(HMODULE module) noexcept {
+  std::vector<Module>& files = Apartment::Current().message_files;
+  const auto found = FindLoad(files, module);
+  if (found != files.end()) files.erase(found);
+}
+
+DWORD FormatFileMessage(HMODULE module, DWORD number, std::span<char16_t> buffer,
+                        MessageInsertArgs* inserts) {
+  Apartment& apartment = Apartment::Current();
+  if (FindLoad(apartment.message_files, module) == apartment.message_files.end()) {
+    SetLastPlatformError(kErrorResourceDataNotFound);
+    return 0;
+  }
+  const DWORD flags = kFormatMessageFromHmodule |
+                      (inserts ? kFormatMessageArgumentArray : kFormatMessageIgnoreInserts);
+  return apartment.platform.messages.FormatMessageW(flags, reinterpret_cast<const void*>(module),
+                                                    number, 0, buffer.data(),
+                                                    static_cast<DWORD>(buffer.size()), inserts);
+}
+
+Text HandleText(HMODULE module) {
+  return ToText(static_cast<std::int64_t>(static_cast<std::uintptr_t>(module)));
+}
+
+std::vector<HMODULE> HandlesIn(TextView text) {
+  std::vector<HMODULE> modules;
+  for (std::size_t start = 0; start < text.size();) {
+    std::uintptr_t value = 0;
+    for (; start < text.size() && text[start] != u'|'; ++start) {
+      value = value * 10 + static_cast<std::uintptr_t>(text[start] - u'0');
+    }
+    modules.push_back(HMODULE{value});
+    ++start;
+  }
+  return modules;
+}
+
 void ReleaseMessageModulesOfLastLog() noexcept {
-  Apartment* apartment = Apartment::TryCurrent();
+  Apartment* const apartment = Apartment::TryCurrent();
   if (!apartment || apartment->counters[Counter::kEventLog] != 1) return;
+  while (!apartment->message_files.empty()) apartment->message_files.pop_back();
   const Ref<Collection> cache = apartment->message_modules;
   for (std::int32_t position = cache ? cache->Count() : 0; position > 0; --position) {
-    const Variant index(position);
-    Swallow([&] { FreeModules(apartment->platform.messages, ToText(cache->Item(index))); });
-    Swallow([&] { cache->Remove(index); });
+    Swallow([&] { cache->Remove(Variant(position)); });
   }
 }
 

@@ -1,9 +1,45 @@
 #pragma once
 
+#include <array>
+#include <span>
+#include <vector>
+
+#include "automation/Text.h"
+#include "collections/Collection.h"
+#include "platform/operations/Messages.h"
+
+/// The message files that an apartment keeps loaded. `Apartment::message_modules` names them by
+/// handle; a handle may stay there when its file has been freed, and leads nowhere then.
 namespace veldmark {
 
-/// Frees every message file that the apartment's cache holds loaded and empties the cache, if
-/// exactly one event log is alive. Errors are left in `Err`.
+/// What a message's inserts "%1" to "%99" stand for. A format such as "%99!*.*s!" takes two more
+/// behind its own.
+struct MessageInsertArgs {
+  std::array<const char16_t*, 99> fields{};
+  std::array<const char16_t*, 2> behind{};
+};
+
+/// Points the fields at as many of the texts as there are fields and returns their number. The
+/// texts must outlive the record's use.
+std::int16_t FillMessageInserts(std::span<const Text> texts, MessageInsertArgs& inserts);
+
+/// Loads a file as data, to stay until the last log ends. `HMODULE{0}` where that fails.
+HMODULE LoadMessageFile(const Text& path);
+/// Ends one load of a file before that.
+void FreeMessageFile(HMODULE module) noexcept;
+
+/// The length of a message written to `buffer`, 0 with the thread's last error as `FormatMessageW`
+/// leaves it. A file that is no longer loaded has no messages: 1812. Without `inserts` these are
+/// left in place.
+DWORD FormatFileMessage(HMODULE module, DWORD number, std::span<char16_t> buffer,
+                        MessageInsertArgs* inserts);
+
+/// Handles as the cache holds them, in decimal and joined by "|".
+Text HandleText(HMODULE module);
+std::vector<HMODULE> HandlesIn(TextView text);
+
+/// Frees every message file and empties the cache, if exactly one event log is alive. Errors are
+/// left in `Err`.
 void ReleaseMessageModulesOfLastLog() noexcept;
 
 }  // namespace veldmark

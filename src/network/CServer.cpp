@@ -10,6 +10,7 @@
 #include "apartment/NetworkPages.h"
 #include "apartment/NotBuilt.h"
 #include "automation/Declare.h"
+#include "eventlog/CEventLog.h"
 #include "eventlog/CEventLogEntries.h"
 #include "eventlog/CEventLogEntry.h"
 #include "eventlog/CEventLogs.h"
@@ -17,6 +18,9 @@
 #include "network/CSocket.h"
 #include "network/ServerNames.h"
 #include "platform/operations/Handles.h"
+#include "registry/CRegKey.h"
+#include "registry/CRegKeys.h"
+#include "registry/CRegistry.h"
 #include "security/CSid.h"
 #include "security/CSids.h"
 #include "services/CPrinter.h"
@@ -34,6 +38,7 @@ namespace {
 
 constexpr TextView kClassName = u"CServer";
 constexpr TextView kFilerPipe = u"\\PIPE\\NETAPPSVC";
+constexpr TextView kEventLogKey = u"SYSTEM\\CurrentControlSet\\Services\\EventLog";
 constexpr std::int32_t kWin32Services = 48;
 constexpr std::int32_t kActiveServices = 1;
 constexpr DWORD kVersionMask = 15;
@@ -184,6 +189,23 @@ Ref<CSids> CServer::GetSidsWithUserRight(const Text& user_right) {
   });
 }
 
+Ref<CEventLogs> CServer::GetEventLogs() {
+  return WithEngine([&](CSupport& engine) {
+    const auto logs = Make<CEventLogs>();
+    const auto registry = Make<CRegistry>();
+    if (engine.ComputerName() != ServerName) registry->ConnectToRemoteRegistry(ServerName);
+    const Ref<CRegKey> key = registry->GetRegKey(HKEY_LOCAL_MACHINE, Text(kEventLogKey));
+    const Ref<CRegKeys> names = key->GetSubKeys();
+    for (std::int32_t i = 1; i <= names->Count(); ++i) {
+      const auto log = Make<CEventLog>();
+      log->SetServerName(ServerName);
+      log->SetLogName(names->ItemByIndex(i)->Name);
+      logs->Add(log.Get());
+    }
+    return logs;
+  });
+}
+
 Ref<CEventLogEntries> CServer::GetEventLogEntries(const Text& event_log) {
   return GetEventLogEntries2(event_log, 0);
 }
@@ -303,7 +325,6 @@ Variant CServer::GetService(const Text&) { RaiseNotBuilt(); }
 Ref<CTasks> CServer::GetTasks() { RaiseNotBuilt(); }
 Ref<CTask> CServer::CreateTask(const Text&) { RaiseNotBuilt(); }
 Ref<CTask> CServer::CreateTaskObject() { RaiseNotBuilt(); }
-Ref<CEventLogs> CServer::GetEventLogs() { RaiseNotBuilt(); }
 
 Ref<CGroup> CServer::CreateLocalGroup(const Text& group_name) {
   return ReRaisingAs(kClassName, [&] { return CGroup::CreateLocal(group_name, ServerName); });

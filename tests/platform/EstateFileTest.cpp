@@ -66,7 +66,7 @@ TEST(EstateFile, DescribesComputersDrivesAndFiles) {
   EXPECT_EQ(raw->attributes(), kFileAttributeNormal);
   const auto shut = local.Find(u"C:\\Data\\shut");
   EXPECT_FALSE(shut->CanOpen({.reads = true, .lets_read = true}));
-  EXPECT_EQ(shut->messages()->at(7), u"seven");
+  EXPECT_EQ(shut->messages()->at(simulated::kEnglish).at(7), u"seven");
   const VersionDescription version{.file = {5, 1, 2600, 0},
                                    .product = {5, 1, 2600, 0},
                                    .translations = {u"040704E4"},

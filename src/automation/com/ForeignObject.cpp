@@ -84,6 +84,19 @@ bool ForeignObject::DefaultValue(Variant& value) {
   return true;
 }
 
+Variant ForeignObject::CallMethod(TextView name, std::span<Variant> arguments) {
+  const std::wstring spelled(name.begin(), name.end());
+  auto* names = const_cast<OLECHAR*>(spelled.c_str());
+  DISPID id = DISPID_UNKNOWN;
+  if (!dispatch_ ||
+      FAILED(dispatch_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id))) {
+    Raise(runtime_error::kNoSuchMember);
+  }
+  std::optional<Variant> result = InvokeForeign(*dispatch_.Get(), id, DISPATCH_METHOD, arguments);
+  if (!result) Raise(runtime_error::kNoSuchMember);
+  return *std::move(result);
+}
+
 IUnknown* ForeignObject::HandOut() const {
   IUnknown* pointer = dispatch_ ? dispatch_.Get() : pointer_.Get();
   pointer->AddRef();

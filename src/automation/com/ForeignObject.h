@@ -3,19 +3,21 @@
 #include <optional>
 #include <span>
 
+#include "automation/LateBound.h"
 #include "automation/com/ComRef.h"
 
 namespace veldmark::com {
 
 /// An object of another library, held through the pointer it came by. It is of no class of ours, so
 /// that a member which wants one refuses it with 13.
-class ForeignObject final : public Object {
+class ForeignObject final : public LateBoundObject {
  public:
   explicit ForeignObject(IUnknown* pointer);
 
   const Interface& GetInterface() const override;
   /// Its default property, read late-bound.
   bool DefaultValue(Variant& value) override;
+  Variant CallMethod(TextView name, std::span<Variant> arguments) override;
 
   /// Null for an object without late-bound calls.
   IDispatch* Dispatch() const { return dispatch_.Get(); }

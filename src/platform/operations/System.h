@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "automation/Object.h"
 #include "platform/operations/FileSystem.h"
 #include "platform/operations/Types.h"
 
@@ -83,6 +84,10 @@ class System {
   // Our own: the folder of the library's file (of the program's where there are no loadable
   // modules), without a trailing "\" unless it is a root.
   virtual std::u16string ModuleFolder() = 0;
+
+  // Our own: a new object of another library, by the name that this is registered under,
+  // "Library.Class". Nothing where there is none or it can't be made.
+  virtual Ref<Object> CreateObject(LPCWSTR program_identity) = 0;
 
   // Converts bytes of a code page to UTF-16 and returns the number of characters written, or needed
   // if `wide_size` is 0. `multi_byte_size` -1: the text ends with its NUL, which is converted too.

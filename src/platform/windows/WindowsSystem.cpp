@@ -5,6 +5,7 @@
 #include <objbase.h>
 #include <oleauto.h>
 
+#include "automation/com/ForeignObject.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/windows/Recorded.h"
 #include "platform/windows/Sdk.h"
@@ -84,6 +85,19 @@ std::u16string WindowsSystem::ModuleFolder() {
     if (separator == std::u16string::npos) return std::u16string();
     const bool root = separator > 0 && path[separator - 1] == u':';
     return path.substr(0, separator + (root ? 1 : 0));
+  });
+}
+
+Ref<Object> WindowsSystem::CreateObject(LPCWSTR program_identity) {
+  return Recorded([&]() -> Ref<Object> {
+    ::CLSID class_identity;
+    com::ComRef<::IUnknown> made;
+    if (FAILED(::CLSIDFromProgID(Sdk(program_identity), &class_identity)) ||
+        FAILED(::CoCreateInstance(class_identity, nullptr, CLSCTX_SERVER, IID_IUnknown,
+                                  reinterpret_cast<void**>(made.Receive())))) {
+      return nullptr;
+    }
+    return Make<com::ForeignObject>(made.Get());
   });
 }
 

@@ -16,6 +16,7 @@ class WindowsSystem final : public System {
   INT VariantTimeToSystemTime(double variant_time, SYSTEMTIME* system_time) override;
   INT SystemTimeToVariantTime(const SYSTEMTIME* system_time, double* variant_time) override;
   std::u16string ModuleFolder() override;
+  Ref<Object> CreateObject(LPCWSTR program_identity) override;
   INT MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR multi_byte, INT multi_byte_size,
                           LPWSTR wide, INT wide_size) override;
   INT WideCharToMultiByte(UINT code_page, DWORD flags, LPCWSTR wide, INT wide_size,

@@ -327,4 +327,13 @@ void Estate::AddModule(TextView name, MessageTable messages) {
 
 void Estate::RemoveModule(TextView name) { modules_.erase(ToUpper(name)); }
 
+void Estate::AddComponent(TextView program_identity, ComponentMaker maker) {
+  components_[ToUpper(program_identity)] = std::move(maker);
+}
+
+ComponentMaker Estate::FindComponent(TextView program_identity) const {
+  const auto found = components_.find(ToUpper(program_identity));
+  return found == components_.end() ? nullptr : found->second;
+}
+
 }  // namespace veldmark::simulated

@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 
+#include "automation/Object.h"
 #include "automation/Text.h"
 #include "platform/operations/System.h"
 #include "platform/simulated/estate/Computer.h"
@@ -25,6 +26,9 @@ struct NetworkName {
   // Nothing for a text without a server or without a share.
   static std::optional<NetworkName> Parse(TextView text);
 };
+
+// Makes a component of another library.
+using ComponentMaker = std::function<Ref<Object>()>;
 
 // The library that resolves host names: its highest version (low byte major) and how many sockets
 // it says it has for programs of version 1.
@@ -170,6 +174,11 @@ class Estate {
   void RemoveModule(TextView name);
   const std::map<Text, MessageTable>& modules() const { return modules_; }
 
+  // A component of another library, made anew for each that asks for it by its registered name.
+  void AddComponent(TextView program_identity, ComponentMaker maker);
+  // Without regard to case; an empty one if there is none.
+  ComponentMaker FindComponent(TextView program_identity) const;
+
  private:
   struct WithoutComputers {};
   Estate(WithoutComputers, Ticks now);
@@ -197,6 +206,7 @@ class Estate {
   std::set<Text> connections_;
   MessageTable system_messages_;
   std::map<Text, MessageTable> modules_;
+  std::map<Text, ComponentMaker> components_;
 };
 
 }  // namespace veldmark::simulated

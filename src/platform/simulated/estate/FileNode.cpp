@@ -84,8 +84,10 @@ FileNode& FileNode::Security(SecurityDescriptor descriptor) {
   return *this;
 }
 
-FileNode& FileNode::Messages(MessageTable messages) {
-  messages_ = std::make_shared<const MessageTable>(std::move(messages));
+FileNode& FileNode::Messages(MessageTable messages, WORD language) {
+  MessageTables tables = messages_ ? *messages_ : MessageTables();
+  tables[language] = std::move(messages);
+  messages_ = std::make_shared<const MessageTables>(std::move(tables));
   return *this;
 }
 

@@ -16,6 +16,9 @@ namespace veldmark::simulated {
 
 // Message texts by number.
 using MessageTable = std::map<DWORD, Text>;
+// The tables of a module by language.
+using MessageTables = std::map<WORD, MessageTable>;
+inline constexpr WORD kEnglish = 0x409;
 
 // What an open handle may do with a file, and what it lets others do.
 struct Sharing {
@@ -52,8 +55,8 @@ class FileNode : public std::enable_shared_from_this<FileNode>, public SecuredNo
   // std::invalid_argument if it is no descriptor.
   FileNode& Security(TextView text) { return Security(DescriptorOf(text)); }
   FileNode& Security(SecurityDescriptor descriptor);
-  // Makes the file a module with this message table.
-  FileNode& Messages(MessageTable messages);
+  // Makes the file a module with this message table beside those of other languages.
+  FileNode& Messages(MessageTable messages, WORD language = kEnglish);
   // Gives the file a version resource, as its bytes.
   FileNode& Version(std::vector<std::uint8_t> resource);
 
@@ -72,7 +75,8 @@ class FileNode : public std::enable_shared_from_this<FileNode>, public SecuredNo
   bool delete_denied() const { return delete_denied_; }
   bool security_denied() const { return security_denied_; }
   bool security_locked() const { return security_locked_; }
-  const MessageTable* messages() const { return messages_ ? messages_.get() : nullptr; }
+  // Null where the file is no module.
+  std::shared_ptr<const MessageTables> messages() const { return messages_; }
   // Null where the file has none.
   const std::vector<std::uint8_t>* version() const { return version_.get(); }
 
@@ -124,7 +128,7 @@ class FileNode : public std::enable_shared_from_this<FileNode>, public SecuredNo
   bool security_denied_ = false;
   bool security_locked_ = false;
   bool delete_pending_ = false;
-  std::shared_ptr<const MessageTable> messages_;
+  std::shared_ptr<const MessageTables> messages_;
   std::shared_ptr<const std::vector<std::uint8_t>> version_;
   FileNode* parent_ = nullptr;
   std::map<Text, std::shared_ptr<FileNode>> children_;

@@ -101,6 +101,11 @@ void ReadContent(const Node& node, FileNode& file) {
   }
   if (const auto locked = node.Field("locked")) file.Locked(locked->Boolean());
   if (const auto messages = node.Field("messages")) file.Messages(ReadMessages(*messages));
+  if (const auto languages = node.Field("messagesIn")) {
+    for (const auto& [name, messages] : languages->Members()) {
+      file.Messages(ReadMessages(messages), ReadLanguage(messages, name));
+    }
+  }
   if (const auto version = node.Field("version")) ReadVersion(*version, file);
 }
 
@@ -110,7 +115,7 @@ void ReadEntry(const Node& node, FileNode& folder, const Estate& estate, int dep
   const Ticks now = estate.now();
   node.OnlyFields({"name", "children", "shortName", "attributes", "created", "accessed", "modified",
                    "denied", "security", "text", "hex", "from", "size", "locked", "messages",
-                   "version"});
+                   "messagesIn", "version"});
   const Node name_node = node.Required("name");
   const Text name = name_node.String();
   if (!IsValidName(name)) name_node.Complain("no file or folder can have this name");

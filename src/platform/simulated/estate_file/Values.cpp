@@ -1,6 +1,20 @@
 #include "platform/simulated/estate_file/Values.h"
 
 namespace veldmark::simulated {
+namespace {
+
+// The number that the name of a field is.
+DWORD ReadNumber(const Node& field, std::string_view name, DWORD largest, const char* meaning) {
+  const bool is_number = !name.empty() && name.size() <= 10 &&
+                         name.find_first_not_of("0123456789") == std::string_view::npos;
+  const unsigned long long number = is_number ? std::stoull(std::string(name)) : 0;
+  if (!is_number || number > largest) {
+    field.Complain(std::string("the field's name must be a ") + meaning);
+  }
+  return static_cast<DWORD>(number);
+}
+
+}  // namespace
 
 Ticks ReadTime(const Node& node) {
   const std::string text = node.Utf8();
@@ -72,15 +86,15 @@ std::vector<std::uint8_t> ReadHex(const Node& node) {
 MessageTable ReadMessages(const Node& node) {
   MessageTable messages;
   for (const auto& [name, text] : node.Members()) {
-    const bool is_number = !name.empty() && name.size() <= 10 &&
-                           name.find_first_not_of("0123456789") == std::string::npos;
-    const unsigned long long number = is_number ? std::stoull(name) : 0;
-    if (!is_number || number > std::numeric_limits<DWORD>::max()) {
-      text.Complain("the field's name must be a message number");
-    }
-    messages[static_cast<DWORD>(number)] = text.String();
+    messages[ReadNumber(text, name, std::numeric_limits<DWORD>::max(), "message number")] =
+        text.String();
   }
   return messages;
+}
+
+WORD ReadLanguage(const Node& field, std::string_view name) {
+  return static_cast<WORD>(
+      ReadNumber(field, name, std::numeric_limits<WORD>::max(), "language number"));
 }
 
 char16_t ReadDriveLetter(const Node& node, std::string_view name) {

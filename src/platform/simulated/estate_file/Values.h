@@ -22,6 +22,8 @@ DWORD ReadSeconds(const Node& node);
 std::vector<std::uint8_t> ReadHex(const Node& node);
 // Texts by message number.
 MessageTable ReadMessages(const Node& node);
+// A language by the name of its field, "1031".
+WORD ReadLanguage(const Node& field, std::string_view name);
 // Of a field's name such as "C:".
 char16_t ReadDriveLetter(const Node& node, std::string_view name);
 // A descriptor as a string, in which account aliases belong to the estate's user's domain.

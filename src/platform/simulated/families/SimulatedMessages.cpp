@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdlib>
 #include <string>
+#include <utility>
 
 #include "automation/CaseMapping.h"
 #include "platform/operations/ErrorCodes.h"
@@ -14,12 +16,40 @@ namespace {
 
 constexpr DWORD kErrorBadExeFormat = 193;
 constexpr DWORD kNotAnArgument = 100;
+// No text may be longer.
+constexpr std::size_t kLongestWidth = 0xFFFF;
 
 bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
-// English and the neutral defaults, the only languages of the tables.
-bool IsKnownLanguage(DWORD language) {
-  return language == 0 || language == 0x400 || language == 0x800 || (language & 0x3FF) == 0x09;
+constexpr DWORD kPrimaryLanguage = 0x3FF;
+
+// Any English, or no language at all: the system's texts are in this one.
+bool IsEnglish(DWORD language) {
+  return (language & kPrimaryLanguage) == 0 ||
+         (language & kPrimaryLanguage) == (kEnglish & kPrimaryLanguage);
+}
+
+// A text of a module's tables by number and language: a language that is given is looked for
+// exactly, then by its primary part, then without any; none given takes the user's, English, before
+// what there is.
+DWORD FindIn(const MessageTables& tables, DWORD number, DWORD language, TextView& text) {
+  const bool is_given = (language & kPrimaryLanguage) != 0;
+  DWORD error = tables.empty() ? kErrorResourceTypeNotFound : kErrorResourceLangNotFound;
+  const MessageTable* table = nullptr;
+  for (const DWORD wanted : {language, language & kPrimaryLanguage, DWORD{0}}) {
+    const auto found = tables.find(static_cast<WORD>(wanted));
+    if (table == nullptr && found != tables.end()) table = &found->second;
+  }
+  if (table == nullptr && !is_given && !tables.empty()) {
+    const auto own = tables.find(kEnglish);
+    table = own == tables.end() ? &tables.begin()->second : &own->second;
+  }
+  if (table != nullptr) {
+    const auto found = table->find(number);
+    error = found == table->end() ? kErrorMrMidNotFound : 0;
+    if (error == 0) text = found->second;
+  }
+  return error;
 }
 
 // One insert's number and format, as "%1" or "%12!-8s!".
@@ -65,9 +95,9 @@ Text NumberText(std::uintptr_t value, char16_t conversion) {
   return conversion == u'X' ? ToUpper(text) : text;
 }
 
-// Formats one argument by what stands between the exclamation marks: flags, width, precision, size,
-// conversion.
-Text FormatArgument(std::uintptr_t value, TextView format) {
+// Formats an argument by what stands between the exclamation marks: flags, width, precision, size,
+// conversion. A "*" takes an argument for its number, and the value is the one behind.
+Text FormatArgument(const std::uintptr_t* next, TextView format) {
   std::size_t index = 0;
   bool left = false;
   bool zero = false;
@@ -78,8 +108,14 @@ Text FormatArgument(std::uintptr_t value, TextView format) {
   }
   const auto number = [&] {
     std::size_t result = 0;
+    if (index < format.size() && format[index] == u'*') {
+      ++index;
+      const auto given = static_cast<std::int32_t>(*next++);
+      left = left || given < 0;
+      return std::min<std::size_t>(std::abs(std::int64_t{given}), kLongestWidth);
+    }
     for (; index < format.size() && IsDigit(format[index]); ++index) {
-      result = std::min<std::size_t>(result * 10 + (format[index] - u'0'), 0xFFFF);
+      result = std::min<std::size_t>(result * 10 + (format[index] - u'0'), kLongestWidth);
     }
     return result;
   };
@@ -90,6 +126,7 @@ Text FormatArgument(std::uintptr_t value, TextView format) {
     precision = number();
   }
   const char16_t conversion = format.empty() ? u's' : format.back();
+  const std::uintptr_t value = *next;
   Text text;
   if (TextView(u"diuxX").find(conversion) != TextView::npos) {
     text = NumberText(value, conversion);
@@ -141,7 +178,7 @@ std::optional<Text> Compose(TextView text, bool keeps_inserts, const std::uintpt
         } else if (escape >= u'1' && escape <= u'9') {
           const Insert insert = ReadInsert(text, index);
           if (arguments == nullptr) return std::nullopt;
-          result += FormatArgument(arguments[insert.number - 1], insert.format);
+          result += FormatArgument(arguments + (insert.number - 1), insert.format);
           index = insert.end - 1;
         } else {
           result += escape == u'b' ? u' ' : escape;
@@ -191,7 +228,9 @@ HMODULE SimulatedMessages::LoadLibraryExW(LPCWSTR library_file_name, HANDLE, DWO
     if (identity.find(u'.') == Text::npos) identity += u".DLL";
     const auto& modules = session_.estate.modules();
     if (const auto found = modules.find(identity); found != modules.end()) {
-      return Load(identity, found->second, name);
+      return Load(identity,
+                  std::make_shared<const MessageTables>(MessageTables{{kEnglish, found->second}}),
+                  name);
     }
     const bool as_data = (flags & kLoadLibraryAsDatafile) != 0;
     Fail(name.empty() ? kErrorInvalidParameter : as_data ? kErrorFileNotFound : kErrorModNotFound);
@@ -208,7 +247,7 @@ HMODULE SimulatedMessages::LoadLibraryExW(LPCWSTR library_file_name, HANDLE, DWO
     } else if (!node.CanOpen({.reads = true, .lets_read = true, .lets_delete = true})) {
       error = kErrorSharingViolation;
     } else if (node.messages() != nullptr) {
-      return Load(ToUpper(name), *node.messages(), name);
+      return Load(ToUpper(name), node.messages(), name);
     } else {
       error = kErrorBadExeFormat;
     }
@@ -264,11 +303,12 @@ DWORD SimulatedMessages::FormatMessageW(DWORD flags, const void* source, DWORD m
   return static_cast<DWORD>(length);
 }
 
-HMODULE SimulatedMessages::Load(const Text& identity, const MessageTable& messages, TextView name) {
+HMODULE SimulatedMessages::Load(const Text& identity, std::shared_ptr<const MessageTables> messages,
+                                TextView name) {
   auto found = modules_.find(identity);
   if (found == modules_.end()) {
     const HMODULE handle{session_.NewHandle()};
-    found = modules_.emplace(identity, LoadedModule{handle, messages, 0}).first;
+    found = modules_.emplace(identity, LoadedModule{handle, std::move(messages), 0}).first;
   }
   ++found->second.loads;
   session_.ledger.Opened(Resource::Module, static_cast<std::uintptr_t>(found->second.handle),
@@ -305,14 +345,8 @@ DWORD SimulatedMessages::FindText(DWORD flags, const void* source, DWORD message
                                 "FormatMessageW");
       }
       error = kErrorResourceDataNotFound;
-    } else if (module->messages.empty()) {
-      error = kErrorResourceTypeNotFound;
-    } else if (const auto found = module->messages.find(message_id);
-               found == module->messages.end()) {
-      error = kErrorMrMidNotFound;
     } else {
-      text = found->second;
-      error = IsKnownLanguage(language_id) ? 0 : kErrorResourceLangNotFound;
+      error = FindIn(*module->messages, message_id, language_id, text);
     }
   }
   if (error != 0 && (flags & kFormatMessageFromSystem) != 0) {
@@ -320,7 +354,7 @@ DWORD SimulatedMessages::FindText(DWORD flags, const void* source, DWORD message
     const auto found = messages.find(message_id);
     if (found == messages.end()) return kErrorMrMidNotFound;
     text = found->second;
-    error = IsKnownLanguage(language_id) ? 0 : kErrorResourceLangNotFound;
+    error = IsEnglish(language_id) ? 0 : kErrorResourceLangNotFound;
   }
   return error;
 }

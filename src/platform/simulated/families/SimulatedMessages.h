@@ -24,11 +24,11 @@ class SimulatedMessages final : public Messages {
  private:
   struct LoadedModule {
     HMODULE handle;
-    MessageTable messages;
+    std::shared_ptr<const MessageTables> messages;
     std::size_t loads;
   };
 
-  HMODULE Load(const Text& identity, const MessageTable& messages, TextView name);
+  HMODULE Load(const Text& identity, std::shared_ptr<const MessageTables> messages, TextView name);
   const LoadedModule* FindModule(const void* source) const;
   // The text that a message number stands for, or the code that says why there is none.
   DWORD FindText(DWORD flags, const void* source, DWORD message_id, DWORD language_id,

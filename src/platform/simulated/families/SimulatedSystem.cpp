@@ -134,6 +134,15 @@ std::u16string SimulatedSystem::ModuleFolder() {
   return session_.estate.module_folder();
 }
 
+Ref<Object> SimulatedSystem::CreateObject(LPCWSTR program_identity) {
+  ComponentMaker maker;
+  {
+    const Call call = session_.Begin("CreateObject", program_identity);
+    if (call.fault() == 0) maker = session_.estate.FindComponent(program_identity);
+  }
+  return maker ? maker() : nullptr;
+}
+
 INT SimulatedSystem::MultiByteToWideChar(UINT code_page, DWORD flags, LPCSTR multi_byte,
                                          INT multi_byte_size, LPWSTR wide, INT wide_size) {
   const Call call = session_.Begin("MultiByteToWideChar");
