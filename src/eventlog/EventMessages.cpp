@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "apartment/Apartment.h"
 #include "apartment/CSupport.h"
@@ -101,27 +102,27 @@ Text LoadEventFiles(const MessageSource& source, TextView files) {
 
 std::vector<HMODULE> EventModules(const MessageSource& source) {
   Err().Clear();
-  const CollectionKey key = KeyOf(source, u"Event");
+  CollectionKey key = KeyOf(source, u"Event");
   Text handles;
   if (!Swallow([&] { handles = ToText(ModuleCache().Item(key)); })) {
     handles = LoadEventFiles(source, ReadFileNames(FindSourceKey(source), u"EventMessageFile"));
-    Swallow([&] { ModuleCache().Add(Variant(handles), key); });
+    Swallow([&] { ModuleCache().Add(Variant(handles), std::move(key)); });
   }
   return HandlesIn(handles);
 }
 
 HMODULE ParameterModule(const MessageSource& source) {
-  const CollectionKey key = KeyOf(source, u"Parameter");
+  CollectionKey key = KeyOf(source, u"Parameter");
   Text handle;
   if (!Swallow([&] { handle = ToText(ModuleCache().Item(key)); })) {
     const Text path = GetRemoteMessageFilePath(
         ReadFileNames(FindSourceKey(source), u"ParameterMessageFile"), source.server);
     Err().Clear();
-    const CollectionKey path_key = KeyOfPath(path);
+    CollectionKey path_key = KeyOfPath(path);
     if (!Swallow([&] { handle = ToText(ModuleCache().Item(path_key)); })) {
       handle = HandleText(LoadMessageFile(path));
-      Swallow([&] { ModuleCache().Add(Variant(handle), key); });
-      Swallow([&] { ModuleCache().Add(Variant(handle), path_key); });
+      Swallow([&] { ModuleCache().Add(Variant(handle), std::move(key)); });
+      Swallow([&] { ModuleCache().Add(Variant(handle), std::move(path_key)); });
     }
   }
   const std::vector<HMODULE> modules = HandlesIn(handle);
@@ -196,7 +197,9 @@ class FreeOnError {
   HMODULE module_;
 };
 
-Text CategoryText(const MessageSource& source, const Module& module, std::int16_t category) {
+/// The text of a category; nothing where the platform has none and says no more.
+std::optional<Text> CategoryText(const MessageSource& source, const Module& module,
+                                 std::int16_t category) {
   const auto buffer = std::make_unique_for_overwrite<char16_t[]>(kLongestParameter);
   const DWORD length = Apartment::Current().platform.messages.FormatMessageW(
       kFormatMessageFromHmodule | kFormatMessageIgnoreInserts,
@@ -204,7 +207,7 @@ Text CategoryText(const MessageSource& source, const Module& module, std::int16_
       buffer.get(), static_cast<DWORD>(kLongestParameter), nullptr);
   if (length == 0) {
     const auto error = static_cast<std::int32_t>(LastPlatformError());
-    if (error == 0) return {};
+    if (error == 0) return std::nullopt;
     Raise(error, {}, GetAPIErrorText(error, InsertsOf(category, source)));
   }
   Text text = TrimAtNulRight({buffer.get(), length});
@@ -271,7 +274,7 @@ Text GetCategoryMessage(const MessageSource& source, std::int16_t category) {
     const auto cache = []() -> Collection& {
       return Existing(Apartment::Current().category_texts);
     };
-    const CollectionKey key = KeyOf(source, u"Category|" + ToText(std::int64_t{category}));
+    CollectionKey key = KeyOf(source, u"Category|" + ToText(std::int64_t{category}));
     Text text;
     if (Swallow([&] { text = ToText(cache().Item(key)); })) return text;
     const Ref<CRegKey> source_key = FindSourceKey(source);
@@ -285,13 +288,14 @@ Text GetCategoryMessage(const MessageSource& source, std::int16_t category) {
     const Module module(messages,
                         messages.LoadLibraryExW(path.c_str(), nullptr, kLoadLibraryAsDatafile));
     if (!module) {
-      Swallow([&] { cache().Add(Variant(Text()), key); });
+      Swallow([&] { cache().Add(Variant(Text()), std::move(key)); });
       constexpr auto kNotFound = static_cast<std::int32_t>(kErrorFileNotFound);
       Raise(kNotFound, {}, GetAPIErrorText(kNotFound) + u" (" + path + u")");
     }
-    text = CategoryText(source, module, category);
-    if (!text.empty()) Swallow([&] { cache().Add(Variant(text), key); });
-    return text;
+    const std::optional<Text> found = CategoryText(source, module, category);
+    if (!found) return {};
+    Swallow([&] { cache().Add(Variant(*found), std::move(key)); });
+    return *found;
   });
 }
 

@@ -115,10 +115,14 @@ class WindowsWorld final : public World {
          "Wine changes no local group: 50, in place of its empty success"},
         {Trait::UserRights, "Wine's security authority knows no rights: 259, whatever is asked"},
         {Trait::SocketStarts, "Wine's library takes an end without a start"},
+        {Trait::EventRecords,
+         "Wine's event logs hold no records, whatever was reported, and look at no flags"},
         {Trait::EmptyAccountNames,
          "Wine takes an empty name for BUILTIN, and a wrong SID for none"},
     };
-    if (!RunsUnderWine()) return nullptr;
+    if (!RunsUnderWine()) {
+      return trait == Trait::EventRecords ? "there is no log \"Contract\" here" : nullptr;
+    }
     const auto found = missing_under_wine.find(trait);
     return found == missing_under_wine.end() ? nullptr : found->second;
   }

@@ -32,6 +32,7 @@ enum class Trait {
   UserRights,         // the security authority knows who holds which right
   SocketStarts,       // the socket library counts its starts
   DeniedKeys,         // a key's descriptor decides who may open it
+  EventRecords,       // event logs have records, and a log "Contract" those of 3 to 6
   EmptyAccountNames,  // no account has an empty name, and no SID is one of another kind
 };
 
