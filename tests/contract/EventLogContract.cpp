@@ -27,7 +27,7 @@ TEST_F(EventLogContract, OpensLogsOfThisComputerByName) {
   DWORD size = 32;
   ASSERT_NE(platform_.system.GetComputerNameW(own, &size), 0);
   const Text server = u"\\\\" + Text(own);
-  for (const LPCWSTR name : {LPCWSTR{nullptr}, u"", own, server.c_str()}) {
+  for (const LPCWSTR name : {LPCWSTR{nullptr}, LPCWSTR{u""}, LPCWSTR{own}, server.c_str()}) {
     log_.Reset(logs_.OpenEventLogW(name, u"Application"));
     EXPECT_TRUE(log_) << ToUtf8(name == nullptr ? u"null" : name) << " " << LastPlatformError();
     DWORD number = 0xFFFFFFFF;

@@ -153,7 +153,8 @@ TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
       {R"({"computers": [{"name": "A NAME THAT IS TOO LONG"}]})", "/computers/0/name"},
       {Described(R"("colour": 1)"), "/computers/0/colour"},
       {Described(R"("eventLogs": [{"name": "a\\b"}])"), "/computers/0/eventLogs/0/name"},
-      {Described(R"("eventLogs": [{"name": "a", "records": [{"source": "s", "id": 1, "type": "?"}]}])"),
+      {Described(
+           R"("eventLogs": [{"name": "a", "records": [{"source": "s", "id": 1, "type": "?"}]}])"),
        "/computers/0/eventLogs/0/records/0/type"},
       {Described(Drive(R"({"name": "x", "from": "estate.json"})")), drive + "/from"},
       {Described(R"("a/b~c": 1)"), "/computers/0/a~1b~0c"},
