@@ -11,7 +11,8 @@ std::string Name(Resource resource) {
       "find handle", "file handle",        "registry key",
       "module",      "local memory",       "task memory",
       "token",       "network buffer",     "network enumeration",
-      "policy",      "authority's memory", "start of the socket library", "event log"};
+      "policy",      "authority's memory", "start of the socket library",
+      "event log"};
   return kNames[static_cast<std::size_t>(resource)];
 }
 
