@@ -57,17 +57,37 @@ function(veldmark_test name libraries sources)
                        DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
 endfunction()
 
+# veldmark_message_file(NAME SOURCE): NAME.dll, which has a message table and no code.
+function(veldmark_message_file name source)
+  set(dll ${PROJECT_BINARY_DIR}/${name}.dll)
+  set(folder ${PROJECT_BINARY_DIR}/${name})
+  get_filename_component(script ${source} NAME_WE)
+  string(REPLACE windres windmc VELDMARK_WINDMC ${CMAKE_RC_COMPILER})
+  file(MAKE_DIRECTORY ${folder})
+  add_custom_command(
+    OUTPUT ${dll}
+    COMMAND ${VELDMARK_WINDMC} -U -r ${folder} -h ${folder} ${source}
+    COMMAND ${CMAKE_RC_COMPILER} -I ${folder} ${folder}/${script}.rc -O coff ${folder}/${script}.o
+    COMMAND ${CMAKE_CXX_COMPILER} -shared -nostdlib -Wl,-e,0 -o ${dll} ${folder}/${script}.o
+    DEPENDS ${source}
+    COMMENT "Compiling ${name}.dll"
+    VERBATIM)
+  add_custom_target(${name} DEPENDS ${dll})
+endfunction()
+
 set(tests ${PROJECT_SOURCE_DIR}/tests)
 if(WIN32)
   veldmark_sources(contract "tests/contract/*.cpp")
   list(REMOVE_ITEM contract ${tests}/contract/SimulatedWorld.cpp)
   if(EXISTS ${tests}/contract/WindowsWorld.cpp)
     veldmark_test(contract_tests "" "${contract}")
+    veldmark_message_file(event_texts ${tests}/contract/EventTexts.mc)
+    add_dependencies(contract_tests event_texts)
   endif()
   veldmark_sources(windows "tests/windows/*.cpp")
   if(windows)
     veldmark_test(windows_tests "veldmark_com" "${windows}")
-    foreach(dll Veldmark2 Veldmark2Sandbox)
+    foreach(dll Veldmark2 Veldmark2Sandbox event_texts)
       if(TARGET ${dll})
         add_dependencies(windows_tests ${dll})
       endif()

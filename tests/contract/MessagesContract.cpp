@@ -1,3 +1,4 @@
+#include <array>
 #include <string>
 #include <vector>
 
@@ -85,6 +86,44 @@ TEST_F(MessageTexts, PutInsertsInOrLeaveThem) {
     EXPECT_EQ(Format(kFormatMessageFromString | kFormatMessageIgnoreInserts, row.text, 0, 0),
               row.kept);
   }
+}
+
+TEST_F(MessageTexts, OfAFileAreFoundByLanguageWithInsertsInOrLeft) {
+  constexpr DWORD kFilled = kFormatMessageFromHmodule | kFormatMessageArgumentArray;
+  constexpr DWORD kLeft = kFormatMessageFromHmodule | kFormatMessageIgnoreInserts;
+  const auto load = [&] {
+    return Module(platform_.messages,
+                  platform_.messages.LoadLibraryExW(world_->event_texts().c_str(), nullptr,
+                                                    kLoadLibraryAsDatafile));
+  };
+  const Module module = load();
+  ASSERT_TRUE(module) << LastPlatformError();
+  const auto* const source = reinterpret_cast<const void*>(module.Get());
+  // What "%99!*.*s!" takes for width, precision and text lies behind the 99 fields.
+  std::array<std::uintptr_t, 101> arguments{};
+  arguments[0] = reinterpret_cast<std::uintptr_t>(u"A");
+  arguments[1] = reinterpret_cast<std::uintptr_t>(u"50% %1 %%1");
+  struct Row {
+    DWORD number, language;
+    const char *filled, *left;
+  };
+  for (const Row& row : std::vector<Row>{
+           {1, 0, "Nobody but A knows 50% %1 %%1.\r\n", "Nobody but %1 knows %2.\r\n"},
+           {1, 0x407, "Niemand kennt 50% %1 %%1, nur A.\r\n", "Niemand kennt %2, nur %1.\r\n"},
+           {1, 0x40C, "!1815", "!1815"},
+           {3, 0x409, "Network\r\n", "Network\r\n"},
+           {3, 0x407, "Netzwerk\r\n", "Netzwerk\r\n"},
+           {4, 0, "!317", "!317"}}) {
+    EXPECT_EQ(Format(kFilled, source, row.number, row.language, arguments.data()), row.filled);
+    EXPECT_EQ(Format(kLeft, source, row.number, row.language), row.left) << row.number;
+  }
+  EXPECT_EQ(Format(kLeft, source, 2, 0), "[%99!*.*s!][%100][%5]");
+  EXPECT_EQ(Format(kFilled, source, 2, 0, arguments.data()), "[][(null)0][(null)]");
+  {
+    const Module second = load();
+    EXPECT_TRUE(second);
+  }
+  EXPECT_EQ(Format(kLeft, source, 3, 0), "Network\r\n") << "each load is given back by itself";
 }
 
 TEST_F(MessageTexts, NeedAModuleThatIsThere) {

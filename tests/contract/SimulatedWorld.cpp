@@ -13,6 +13,14 @@ class SimulatedWorld final : public World {
         .local()
         .AddFile(u"C:\\Windows\\System32\\kernel32.dll")
         .Version(simulated::VersionDescription{.file = {6, 1, 7601, 0}}.Build());
+    simulated_.estate()
+        .local()
+        .AddFile(event_texts())
+        .Messages({{1, u"Nobody but %1 knows %2.\r\n"},
+                   {2, u"[%99!*.*s!][%100][%5]%0"},
+                   {3, u"Network\r\n"}})
+        .Messages({{1, u"Niemand kennt %2, nur %1.\r\n"}, {2, u"[%5]%0"}, {3, u"Netzwerk\r\n"}},
+                  0x407);
     simulated::AccountDatabase& accounts = simulated_.estate().local().own_accounts();
     accounts.AddUser(user_, 1001);
     accounts.local_group(u"Administrators").members.push_back(accounts.SidOf(user_));
@@ -29,6 +37,7 @@ class SimulatedWorld final : public World {
   const std::u16string& scratch() const override { return scratch_; }
   const std::u16string& scratch_key() const override { return scratch_key_; }
   const std::u16string& user() const override { return user_; }
+  std::u16string event_texts() const override { return u"C:\\Texts\\event_texts.dll"; }
   void LetPass(unsigned milliseconds) override { simulated_.estate().Advance(milliseconds); }
   HANDLE OpenImpersonationToken() override {
     return simulated_.security().OpenClientToken(u"S-1-5-21-1-2-3-1005", {u"S-1-5-32-545"});

@@ -2,6 +2,7 @@
 
 #include <lmcons.h>
 
+#include <algorithm>
 #include <array>
 #include <map>
 
@@ -22,6 +23,9 @@ namespace {
 const wchar_t* Wide(const std::u16string& text) {
   return reinterpret_cast<const wchar_t*>(text.c_str());
 }
+
+// ASCII only.
+std::wstring Wide8(std::string_view text) { return {text.begin(), text.end()}; }
 
 std::u16string Utf16(std::wstring_view text) { return {text.begin(), text.end()}; }
 
@@ -81,6 +85,11 @@ class WindowsWorld final : public World {
   const std::u16string& scratch() const override { return scratch_; }
   const std::u16string& scratch_key() const override { return scratch_key_; }
   const std::u16string& user() const override { return user_; }
+  std::u16string event_texts() const override {
+    std::wstring path = L"Z:" + Wide8(VELDMARK_BINARY_DIR "/event_texts.dll");
+    std::replace(path.begin(), path.end(), L'/', L'\\');
+    return Utf16(path);
+  }
   void LetPass(unsigned milliseconds) override { ::Sleep(milliseconds); }
 
   HANDLE OpenImpersonationToken() override {

@@ -54,6 +54,9 @@ class World {
   // administers it.
   virtual const std::u16string& user() const = 0;
 
+  // The path of the file whose texts stand in EventTexts.mc.
+  virtual std::u16string event_texts() const = 0;
+
   // Lets time pass, by waiting or by moving the clock, without a turn of the message loop.
   virtual void LetPass(unsigned milliseconds) = 0;
 

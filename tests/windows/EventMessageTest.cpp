@@ -1,0 +1,92 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include "apartment/Apartment.h"
+#include "apartment/CSupport.h"
+#include "apartment/Errors.h"
+#include "eventlog/CEventLog.h"
+#include "eventlog/CEventLogEntry.h"
+#include "platform/windows/WindowsPlatform.h"
+#include "support/ErrorOf.h"
+#include "windows/BuiltServer.h"
+
+namespace {
+
+const ::HKEY kLocalMachine = HKEY_LOCAL_MACHINE;
+
+}  // namespace
+
+namespace veldmark {
+namespace {
+
+/// A source of this computer's System log, registered while this lives. Its file stands without a
+/// drive: Wine has no administrative shares.
+class RealMessages : public testing::Test {
+ protected:
+  RealMessages() {
+    ::SetCurrentDirectoryW(L"Z:\\");
+    const std::wstring file = WindowsPath(VELDMARK_BINARY_DIR, L"event_texts.dll").substr(2);
+    ::HKEY key = nullptr;
+    EXPECT_EQ(::RegCreateKeyExW(kLocalMachine, kKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key,
+                                nullptr),
+              0);
+    for (const wchar_t* name :
+         {L"EventMessageFile", L"ParameterMessageFile", L"CategoryMessageFile"}) {
+      ::RegSetValueExW(key, name, 0, REG_EXPAND_SZ, reinterpret_cast<const ::BYTE*>(file.c_str()),
+                       static_cast<::DWORD>((file.size() + 1) * sizeof(wchar_t)));
+    }
+    ::RegCloseKey(key);
+    Apartment::Start(WindowsPlatform());
+  }
+  ~RealMessages() override {
+    Apartment::End();
+    ::RegDeleteKeyW(kLocalMachine, kKey);
+  }
+
+  static Ref<CEventLogEntry> Entry(std::int32_t id, std::vector<Text> strings = {}) {
+    auto entry = Make<CEventLogEntry>();
+    EventFields fields;
+    fields.event_id = id;
+    fields.category = 3;
+    fields.source_name = u"Veldmark2 test";
+    fields.log_name = u"System";
+    fields.lookup_server = Engine().ComputerName();
+    if (!strings.empty()) fields.strings = TextArray(std::move(strings), 1);
+    entry->Fill(std::move(fields));
+    return entry;
+  }
+  static bool IsMapped(HMODULE module) {
+    ::MEMORY_BASIC_INFORMATION memory{};
+    const auto base = static_cast<std::uintptr_t>(module) & ~std::uintptr_t{0xFFFF};
+    ::VirtualQuery(reinterpret_cast<const void*>(base), &memory, sizeof memory);
+    return memory.State != MEM_FREE;
+  }
+
+  static constexpr const wchar_t* kKey =
+      L"SYSTEM\\CurrentControlSet\\Services\\EventLog\\System\\Veldmark2 test";
+};
+
+TEST_F(RealMessages, AreReadFromARealFileThatStaysUntilTheLastLogEnds) {
+  auto log = Make<CEventLog>();
+  EXPECT_EQ(Entry(1, {u"A", u"%%3"})->EventMessage(), u"Nobody but A knows Network\r\n.");
+  EXPECT_EQ(Entry(1)->EventMessageRaw(), u"Nobody but %1 knows %2.");
+  EXPECT_TRUE(Entry(2, std::vector<Text>(120, u"x"))->EventMessage().ends_with(u"[x0][x]"));
+  EXPECT_EQ(Entry(1)->EventCategoryDescription(), u"Network");
+  const std::vector<Module>& files = Apartment::Current().message_files;
+  ASSERT_EQ(files.size(), 1u) << "event and parameter file are one";
+  const HMODULE module = files.front().Get();
+  EXPECT_TRUE(IsMapped(module));
+  log = nullptr;
+  EXPECT_TRUE(files.empty());
+  EXPECT_FALSE(IsMapped(module));
+}
+
+TEST_F(RealMessages, TellAMissingNumberAsThePlatformDoes) {
+  const auto log = Make<CEventLog>();
+  EXPECT_EQ(ErrorOf([] { Entry(1, {u"%%404"})->StringsArray(); }), 317);
+  EXPECT_EQ(ErrorOf([] { Entry(1, {u"%%3"})->StringsArray(); }), 1812) << "it has been freed";
+}
+
+}  // namespace
+}  // namespace veldmark
