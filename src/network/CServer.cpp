@@ -8,8 +8,8 @@
 #include "apartment/Conversions.h"
 #include "apartment/Errors.h"
 #include "apartment/NetworkPages.h"
-#include "apartment/NotBuilt.h"
 #include "automation/Declare.h"
+#include "eventlog/CEventLog.h"
 #include "eventlog/CEventLogEntries.h"
 #include "eventlog/CEventLogEntry.h"
 #include "eventlog/CEventLogs.h"
@@ -17,6 +17,9 @@
 #include "network/CSocket.h"
 #include "network/ServerNames.h"
 #include "platform/operations/Handles.h"
+#include "registry/CRegKey.h"
+#include "registry/CRegKeys.h"
+#include "registry/CRegistry.h"
 #include "security/CSid.h"
 #include "security/CSids.h"
 #include "services/CPrinter.h"
@@ -34,6 +37,7 @@ namespace {
 
 constexpr TextView kClassName = u"CServer";
 constexpr TextView kFilerPipe = u"\\PIPE\\NETAPPSVC";
+constexpr TextView kEventLogKey = u"SYSTEM\\CurrentControlSet\\Services\\EventLog";
 constexpr std::int32_t kWin32Services = SERVICE_WIN32;
 constexpr std::int32_t kActiveServices = SERVICE_ACTIVE;
 constexpr DWORD kVersionMask = 15;
@@ -142,6 +146,9 @@ const Interface& CServer::Describe() {
                                                    u"An empty list of tasks.")
           .Method<&CServer::GetEventLogEntriesFromFile>(
               u"GetEventLogEntriesFromFile", u"The entries of a saved log.", {u"FileName"})
+          .Remark(
+              u"The file is one of this computer, whatever the server. An empty name stands for "
+              u"the server's application log.")
           .Method<&CServer::CreateTaskObject>(u"CreateTaskObject",
                                               u"A task object that only holds values.")
           .Method<&CServer::GetCompleteUsers>(u"GetCompleteUsers",
@@ -231,6 +238,41 @@ Variant CServer::GetService(const Text& service_name) {
     service->ServiceName = service_name;
     service->Refresh();
     return Variant(service);
+  });
+}
+
+Ref<CEventLogs> CServer::GetEventLogs() {
+  return WithEngine([&](CSupport& engine) {
+    const auto logs = Make<CEventLogs>();
+    const auto registry = Make<CRegistry>();
+    if (engine.ComputerName() != ServerName) registry->ConnectToRemoteRegistry(ServerName);
+    const Ref<CRegKey> key = registry->GetRegKey(HKEY_LOCAL_MACHINE, Text(kEventLogKey));
+    const Ref<CRegKeys> names = key->GetSubKeys();
+    for (std::int32_t i = 1; i <= names->Count(); ++i) {
+      const auto log = Make<CEventLog>();
+      log->SetServerName(ServerName);
+      log->SetLogName(names->ItemByIndex(i)->Name);
+      logs->Add(log.Get());
+    }
+    return logs;
+  });
+}
+
+Ref<CEventLogEntries> CServer::GetEventLogEntries(const Text& event_log) {
+  return GetEventLogEntries2(event_log, 0);
+}
+
+Ref<CEventLogEntries> CServer::GetEventLogEntries2(const Text& event_log,
+                                                   std::int32_t starting_record) {
+  return WithEngine([&](CSupport& engine) {
+    return engine.LoadEventLogEntries(u"\\\\" + ServerName, event_log, {}, starting_record,
+                                      AsyncFetch());
+  });
+}
+
+Ref<CEventLogEntries> CServer::GetEventLogEntriesFromFile(const Text& file_name) {
+  return WithEngine([&](CSupport& engine) {
+    return engine.LoadEventLogEntries(u"\\\\" + ServerName, {}, file_name, 0, AsyncFetch());
   });
 }
 
@@ -344,11 +386,6 @@ void CServer::OnObjectFound(Object& object, bool& cancel) {
            {&CUser::Describe, kUserFound},
            {&CVolume::Describe, kVolumeFound}});
 }
-
-Ref<CEventLogs> CServer::GetEventLogs() { RaiseNotBuilt(); }
-Ref<CEventLogEntries> CServer::GetEventLogEntries(const Text&) { RaiseNotBuilt(); }
-Ref<CEventLogEntries> CServer::GetEventLogEntries2(const Text&, std::int32_t) { RaiseNotBuilt(); }
-Ref<CEventLogEntries> CServer::GetEventLogEntriesFromFile(const Text&) { RaiseNotBuilt(); }
 
 Ref<CGroup> CServer::CreateLocalGroup(const Text& group_name) {
   return ReRaisingAs(kClassName, [&] { return CGroup::CreateLocal(group_name, ServerName); });

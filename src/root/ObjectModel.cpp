@@ -14,6 +14,7 @@
 #include "eventlog/CEventLogEntries.h"
 #include "eventlog/CEventLogEntry.h"
 #include "eventlog/CEventLogs.h"
+#include "eventlog/EventLogFlags.h"
 #include "network/CDomain.h"
 #include "network/CDomains.h"
 #include "network/CNetHood.h"
@@ -129,6 +130,8 @@ const Enumeration& Table() {
 /// Enumerations that no member has for its type.
 constexpr EnumerationTable kUnmentionedEnumerations[] = {
     &Table<SDControlEnum>,
+    &Table<EventLogReadFlagsEnum>,
+    &Table<EventLogWriteFlagsEnum>,
     &Table<PolicyAuditEventTypeEnum>,
     &Table<PolicyInformationClassEnum>,
     &Table<PolicyLsaServerRoleEnum>,

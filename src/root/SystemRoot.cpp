@@ -7,7 +7,6 @@
 #include "apartment/CSupport.h"
 #include "apartment/Conversions.h"
 #include "apartment/Errors.h"
-#include "apartment/NotBuilt.h"
 #include "automation/Declare.h"
 #include "collections/Collection.h"
 #include "network/CDomain.h"

@@ -45,8 +45,9 @@ simulated::Estate LoadEstate() {
   std::ifstream file(path, std::ios::binary);
   if (!file) Raise(kFileNotFound, {}, u"There is no estate file " + name);
   const std::string json{std::istreambuf_iterator<char>(file), {}};
+  const std::filesystem::path folder = path.parent_path();
   try {
-    return simulated::ReadEstate(json, &RealTime);
+    return simulated::ReadEstate(json, &RealTime, &folder);
   } catch (const simulated::EstateFileError& error) {
     Raise(kInvalidFileFormat, {}, name + u": " + FromUtf8(error.what()));
   }

@@ -3,7 +3,6 @@
 #include "apartment/CSupport.h"
 #include "apartment/Conversions.h"
 #include "apartment/Errors.h"
-#include "apartment/NotBuilt.h"
 #include "automation/Declare.h"
 #include "security/CSecurityDescriptor.h"
 #include "storage/PathForms.h"

@@ -4,7 +4,6 @@
 
 #include "apartment/Conversions.h"
 #include "apartment/Errors.h"
-#include "apartment/NotBuilt.h"
 #include "automation/Declare.h"
 #include "security/CSecurityDescriptor.h"
 #include "storage/CFile.h"

@@ -25,6 +25,9 @@ class SimulatedWorld final : public World {
     accounts.AddUser(user_, 1001);
     accounts.local_group(u"Administrators").members.push_back(accounts.SidOf(user_));
     simulated_.estate().current_user().Key(scratch_key_);
+    simulated::RecordedLog& log = simulated_.estate().local().AddEventLog(u"Contract");
+    log.StartAt(3);
+    for (DWORD id = 3; id < 7; ++id) log.Add({.source = u"Contract", .id = id});
   }
   ~SimulatedWorld() override {
     EXPECT_TRUE(simulated_.ledger().still_open().empty()) << simulated_.ledger().Report();

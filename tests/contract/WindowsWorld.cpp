@@ -165,10 +165,14 @@ class WindowsWorld final : public World {
         {Trait::SocketStarts, "Wine's library takes an end without a start"},
         {Trait::ServiceDependencies, "Wine starts and stops services without regard to others"},
         {Trait::ServiceChecks, "Wine takes what it is given"},
+        {Trait::EventRecords,
+         "Wine's event logs hold no records, whatever was reported, and look at no flags"},
         {Trait::EmptyAccountNames,
          "Wine takes an empty name for BUILTIN, and a wrong SID for none"},
     };
-    if (!RunsUnderWine()) return nullptr;
+    if (!RunsUnderWine()) {
+      return trait == Trait::EventRecords ? "there is no log \"Contract\" here" : nullptr;
+    }
     const auto found = missing_under_wine.find(trait);
     return found == missing_under_wine.end() ? nullptr : found->second;
   }

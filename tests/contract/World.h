@@ -34,6 +34,8 @@ enum class Trait {
   EmptyAccountNames,    // no account has an empty name, and no SID is one of another kind
   ServiceDependencies,  // a service needs those that it depends on
   ServiceChecks,        // names, accounts, controls and locks of services are checked
+  DeniedKeys,           // a key's descriptor decides who may open it
+  EventRecords,         // event logs have records, and a log "Contract" those of 3 to 6
 };
 
 // A platform to hold against the operations' contracts, with room to work in.

@@ -152,6 +152,11 @@ TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
       {R"({"computers": [{"name": "A"}, {"name": "a"}]})", "/computers/1/name"},
       {R"({"computers": [{"name": "A NAME THAT IS TOO LONG"}]})", "/computers/0/name"},
       {Described(R"("colour": 1)"), "/computers/0/colour"},
+      {Described(R"("eventLogs": [{"name": "a\\b"}])"), "/computers/0/eventLogs/0/name"},
+      {Described(
+           R"("eventLogs": [{"name": "a", "records": [{"source": "s", "id": 1, "type": "?"}]}])"),
+       "/computers/0/eventLogs/0/records/0/type"},
+      {Described(Drive(R"({"name": "x", "from": "estate.json"})")), drive + "/from"},
       {Described(R"("a/b~c": 1)"), "/computers/0/a~1b~0c"},
       {Described(R"("drives": {"CC": {}})"), "/computers/0/drives/CC"},
       {Described(R"("drives": {"C:": {"type": "tape"}})"), "/computers/0/drives/C:/type"},
@@ -375,7 +380,20 @@ TEST(EstateFile, IsWhatItsSchemaSays) {
 TEST(EstateFile, OfTheExampleIsSound) {
   Estate estate = ReadEstateFile(VELDMARK_SOURCE_DIR "/examples/estate.json");
   EXPECT_EQ(ToUtf8(estate.local().name()), "HARBOUR");
-  EXPECT_NE(estate.ReachComputer(u"LANTERN"), nullptr);
+  Computer* const lantern = estate.ReachComputer(u"LANTERN");
+  ASSERT_NE(lantern, nullptr);
+  EXPECT_EQ(lantern->FindEventLog(u"security")->unreadable(), 5u);
+  EXPECT_EQ(lantern->FindEventLog(u"system")->next(), 9105u);
+}
+
+TEST(EstateFile, TakesContentFromFilesBesideIt) {
+  const std::string folder = testing::TempDir();
+  std::ofstream(folder + "content.bin", std::ios::binary) << "abc";
+  const std::string name = folder + "estate with content.json";
+  std::ofstream(name) << Described(Drive(R"({"name": "x", "from": "content.bin"})"));
+  EXPECT_EQ(ReadEstateFile(name).local().Find(u"C:\\x")->size(), 3u);
+  std::ofstream(name) << Described(Drive(R"({"name": "x", "from": "."})"));
+  EXPECT_THROW(ReadEstateFile(name), EstateFileError);
 }
 
 }  // namespace

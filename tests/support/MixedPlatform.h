@@ -10,6 +10,7 @@ struct Replacements {
   Security* security = nullptr;
   AccountManagement* accounts = nullptr;
   Printing* printers = nullptr;
+  EventLog* event_logs = nullptr;
 };
 
 /// The platform with other families in these places.
@@ -29,7 +30,7 @@ inline Platform Mixed(const Platform& whole, const Replacements& own) {
           whole.sockets,
           whole.services,
           own.printers == nullptr ? whole.printers : *own.printers,
-          whole.event_logs,
+          own.event_logs == nullptr ? whole.event_logs : *own.event_logs,
           whole.tasks};
 }
 

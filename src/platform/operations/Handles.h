@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "automation/LastError.h"
+#include "platform/operations/EventLog.h"
 #include "platform/operations/FileSystem.h"
 #include "platform/operations/LocalSecurityAuthority.h"
 #include "platform/operations/Messages.h"
@@ -164,6 +165,15 @@ struct ServiceDatabaseLockTraits {
   static void Close(Family& family, Value value) { family.UnlockServiceDatabase(value); }
 };
 
+struct EventLogTraits {
+  using Value = HANDLE;
+  using Family = EventLog;
+  static Value Empty() noexcept { return nullptr; }
+  static bool IsEmpty(Value value) noexcept { return value == nullptr; }
+  static void Close(Family& family, Value value) { family.CloseEventLog(value); }
+};
+
+using EventLogHandle = UniqueHandle<EventLogTraits>;
 using FindHandle = UniqueHandle<FindHandleTraits>;
 using FileHandle = UniqueHandle<FileHandleTraits>;
 using AuthorityMemory = UniqueHandle<AuthorityMemoryTraits>;

@@ -14,6 +14,7 @@
 
 #include "platform/operations/AccountManagement.h"
 #include "platform/operations/ErrorCodes.h"
+#include "platform/operations/EventLog.h"
 #include "platform/operations/LocalSecurityAuthority.h"
 #include "platform/operations/Messages.h"
 #include "platform/operations/NetworkManagement.h"
@@ -875,5 +876,30 @@ static_assert(kInvalidTask == SCHED_E_INVALID_TASK);
 static_assert(kAccountNameNotFound == SCHED_E_ACCOUNT_NAME_NOT_FOUND);
 static_assert(kUnknownObjectVersion == SCHED_E_UNKNOWN_OBJECT_VERSION);
 static_assert(kNormalPriorityClass == NORMAL_PRIORITY_CLASS);
+
+// EventLog.h
+static_assert(kEventlogSequentialRead == EVENTLOG_SEQUENTIAL_READ);
+static_assert(kEventlogSeekRead == EVENTLOG_SEEK_READ);
+static_assert(kEventlogForwardsRead == EVENTLOG_FORWARDS_READ);
+static_assert(kEventlogBackwardsRead == EVENTLOG_BACKWARDS_READ);
+static_assert(sizeof(EVENTLOGRECORD) == sizeof(::EVENTLOGRECORD) &&
+              alignof(EVENTLOGRECORD) == alignof(::EVENTLOGRECORD));
+static_assert(offsetof(EVENTLOGRECORD, Length) == offsetof(::EVENTLOGRECORD, Length));
+static_assert(offsetof(EVENTLOGRECORD, Reserved) == offsetof(::EVENTLOGRECORD, Reserved));
+static_assert(offsetof(EVENTLOGRECORD, RecordNumber) == offsetof(::EVENTLOGRECORD, RecordNumber));
+static_assert(offsetof(EVENTLOGRECORD, TimeGenerated) == offsetof(::EVENTLOGRECORD, TimeGenerated));
+static_assert(offsetof(EVENTLOGRECORD, TimeWritten) == offsetof(::EVENTLOGRECORD, TimeWritten));
+static_assert(offsetof(EVENTLOGRECORD, EventID) == offsetof(::EVENTLOGRECORD, EventID));
+static_assert(offsetof(EVENTLOGRECORD, EventType) == offsetof(::EVENTLOGRECORD, EventType));
+static_assert(offsetof(EVENTLOGRECORD, NumStrings) == offsetof(::EVENTLOGRECORD, NumStrings));
+static_assert(offsetof(EVENTLOGRECORD, EventCategory) == offsetof(::EVENTLOGRECORD, EventCategory));
+static_assert(offsetof(EVENTLOGRECORD, ReservedFlags) == offsetof(::EVENTLOGRECORD, ReservedFlags));
+static_assert(offsetof(EVENTLOGRECORD, ClosingRecordNumber) ==
+              offsetof(::EVENTLOGRECORD, ClosingRecordNumber));
+static_assert(offsetof(EVENTLOGRECORD, StringOffset) == offsetof(::EVENTLOGRECORD, StringOffset));
+static_assert(offsetof(EVENTLOGRECORD, UserSidLength) == offsetof(::EVENTLOGRECORD, UserSidLength));
+static_assert(offsetof(EVENTLOGRECORD, UserSidOffset) == offsetof(::EVENTLOGRECORD, UserSidOffset));
+static_assert(offsetof(EVENTLOGRECORD, DataLength) == offsetof(::EVENTLOGRECORD, DataLength));
+static_assert(offsetof(EVENTLOGRECORD, DataOffset) == offsetof(::EVENTLOGRECORD, DataOffset));
 
 }  // namespace veldmark

@@ -68,6 +68,7 @@ Computer::Computer(Text name, Sid sid, Ticks now)
       users_(std::make_shared<RegistryNode>(u"HKEY_USERS", now)) {
   local_machine_->Key(u"SOFTWARE");
   local_machine_->Key(u"SYSTEM\\CurrentControlSet");
+  event_logs_[ToUpper(kUsualEventLog)] = std::make_shared<RecordedLog>(Text(kUsualEventLog));
   shares_[u"IPC$"] = {.name = u"IPC$",
                       .folder = nullptr,
                       .type = kShareTypeIpc | kShareTypeSpecial,
@@ -217,6 +218,21 @@ Service* Computer::FindService(TextView name) { return FindIn(services_, name); 
 Printer* Computer::FindPrinter(TextView name) { return FindIn(printers_, name); }
 
 Volume& Computer::volume(char16_t letter) { return drives_.at(UpperCase(letter)).volume; }
+
+RecordedLog& Computer::AddEventLog(TextView name) {
+  if (name.empty() || name.find(u'\\') != TextView::npos) {
+    throw std::invalid_argument("no event log can have this name");
+  }
+  local_machine_->Key(Text(u"SYSTEM\\CurrentControlSet\\Services\\EventLog\\").append(name));
+  auto& log = event_logs_[ToUpper(name)];
+  if (log == nullptr) log = std::make_shared<RecordedLog>(Text(name));
+  return *log;
+}
+
+std::shared_ptr<RecordedLog> Computer::FindEventLog(TextView name) const {
+  const auto found = event_logs_.find(ToUpper(name));
+  return found == event_logs_.end() ? nullptr : found->second;
+}
 
 bool Computer::has_disc_device() const {
   return disc_device_.value_or(std::ranges::any_of(

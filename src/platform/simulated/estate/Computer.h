@@ -16,6 +16,7 @@
 #include "platform/simulated/estate/FileNode.h"
 #include "platform/simulated/estate/NamedObject.h"
 #include "platform/simulated/estate/Printer.h"
+#include "platform/simulated/estate/RecordedLog.h"
 #include "platform/simulated/estate/RegistryNode.h"
 #include "platform/simulated/estate/ScheduledTasks.h"
 #include "platform/simulated/estate/Service.h"
@@ -81,6 +82,9 @@ struct ServerDescription {
   DWORD licenses = 0;
   Text user_path = u"C:\\";
 };
+
+// The log that is opened where there is none of a name.
+inline constexpr TextView kUsualEventLog = u"Application";
 
 using Address = std::array<std::uint8_t, 4>;
 
@@ -171,6 +175,11 @@ class Computer {
   // What its scheduler knows of the job files in its tasks' folder.
   TaskBook& tasks() { return tasks_; }
 
+  // A log of this name, with the registry key that lists it. Adds to one that is there already.
+  RecordedLog& AddEventLog(TextView name);
+  // Without regard to case; null if there is none. Every computer has an application log.
+  std::shared_ptr<RecordedLog> FindEventLog(TextView name) const;
+
   // Whether media commands find a disc player; without a word, where there is a drive for one.
   bool has_disc_device() const;
   void SetDiscDevice(bool present) { disc_device_ = present; }
@@ -205,6 +214,7 @@ class Computer {
   std::map<Text, Printer> printers_;
   Spooler spooler_ = Spooler::Allowed;
   TaskBook tasks_;
+  std::map<Text, std::shared_ptr<RecordedLog>> event_logs_;
   std::shared_ptr<RegistryNode> local_machine_;
   std::shared_ptr<RegistryNode> users_;
 };

@@ -9,16 +9,6 @@
 namespace veldmark::simulated {
 namespace {
 
-// Seconds since 1970.
-DWORD ReadSeconds(const Node& node) {
-  constexpr Ticks kStart = 116'444'736'000'000'000;
-  const Ticks time = ReadTime(node);
-  if (time < kStart || (time - kStart) / kTicksPerSecond >= kTimeForever) {
-    node.Complain("must be a time from 1970 to 2106");
-  }
-  return static_cast<DWORD>((time - kStart) / kTicksPerSecond);
-}
-
 void ReadText(const Node& node, const char* name, Text& place) {
   if (const auto field = node.Field(name)) place = field->String();
 }

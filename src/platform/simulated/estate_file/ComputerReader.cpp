@@ -4,6 +4,7 @@
 
 #include "platform/simulated/estate_file/AccountsReader.h"
 #include "platform/simulated/estate_file/DriveReader.h"
+#include "platform/simulated/estate_file/EventLogReader.h"
 #include "platform/simulated/estate_file/NetworkReader.h"
 #include "platform/simulated/estate_file/PrinterReader.h"
 #include "platform/simulated/estate_file/RegistryReader.h"
@@ -68,7 +69,8 @@ void ReadComputer(const Node& node, Estate& estate) {
       {"name",     "reachable", "remoteRegistry", "discDevice",     "drives",  "shares",
        "registry", "services",  "printers",       "memberOf",       "role",    "account",
        "sid",      "about",     "listed",         "administrator",  "page",    "accounts",
-       "rights",   "pipes",     "addresses",      "serviceManager", "spooler", "tasks"});
+       "rights",   "pipes",     "addresses",      "serviceManager", "spooler", "tasks",
+       "eventLogs"});
   const Node name = node.Required("name");
   const auto sid_field = node.Field("sid");
   const auto sid = sid_field ? std::optional(ReadSid(*sid_field)) : std::nullopt;
@@ -121,6 +123,7 @@ void ReadComputer(const Node& node, Estate& estate) {
 
 void ReadComputerGroups(const Node& node, Estate& estate) {
   Computer& computer = *estate.FindComputer(node.Required("name").String());
+  if (const auto logs = node.Field("eventLogs")) ReadEventLogs(*logs, computer, estate);
   if (const auto accounts = node.Field("accounts")) {
     ReadGroups(*accounts, computer.own_accounts(), estate);
   }

@@ -7,7 +7,7 @@ namespace veldmark::simulated {
 
 // A computer, which joins the estate.
 void ReadComputer(const Node& node, Estate& estate);
-// What may name accounts of any computer or domain: its groups, and who holds its rights.
+// What may name accounts of any computer or domain: its groups, who holds its rights, and its logs.
 void ReadComputerGroups(const Node& node, Estate& estate);
 
 }  // namespace veldmark::simulated

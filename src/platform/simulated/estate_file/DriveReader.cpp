@@ -85,12 +85,15 @@ void ReadVersion(const Node& node, FileNode& file) {
 void ReadContent(const Node& node, FileNode& file) {
   const auto text = node.Field("text");
   const auto hex = node.Field("hex");
+  const auto from = node.Field("from");
   if (text && hex) hex->Complain("a file has either text or hex");
+  if (from && (text || hex)) from->Complain("a file with text or hex has its content");
   if (text) file.Content(text->Utf8());
   if (hex) {
     const std::vector<std::uint8_t> bytes = ReadHex(*hex);
     file.Content({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
   }
+  if (from) file.Content(from->FileContent());
   if (const auto size = node.Field("size")) {
     const auto declared = static_cast<std::uint64_t>(size->Integer(0, kLargestFile));
     if (declared < file.size()) size->Complain("is less than the content");
@@ -111,8 +114,8 @@ void ReadChildren(const Node& node, FileNode& folder, const Estate& estate, int 
 void ReadEntry(const Node& node, FileNode& folder, const Estate& estate, int depth) {
   const Ticks now = estate.now();
   node.OnlyFields({"name", "children", "shortName", "attributes", "created", "accessed", "modified",
-                   "denied", "security", "text", "hex", "size", "locked", "messages", "messagesIn",
-                   "version"});
+                   "denied", "security", "text", "hex", "from", "size", "locked", "messages",
+                   "messagesIn", "version"});
   const Node name_node = node.Required("name");
   const Text name = name_node.String();
   if (!IsValidName(name)) name_node.Complain("no file or folder can have this name");
@@ -139,7 +142,7 @@ void ReadEntry(const Node& node, FileNode& folder, const Estate& estate, int dep
     entry->Security(ReadSecurity(*security, estate));
   }
   if (children) {
-    for (const char* field : {"text", "hex", "size", "locked", "messages", "version"}) {
+    for (const char* field : {"text", "hex", "from", "size", "locked", "messages", "version"}) {
       if (const auto found = node.Field(field)) found->Complain("a folder has no such field");
     }
     ReadChildren(*children, *entry, estate, depth + 1);

@@ -47,7 +47,8 @@ void ReadTimeZone(const Node& node, Estate& estate) {
 
 }  // namespace
 
-Estate ReadEstate(std::string_view text, Estate::Clock real_time) {
+Estate ReadEstate(std::string_view text, Estate::Clock real_time,
+                  const std::filesystem::path* folder) {
   Json json;
   try {
     json = Json::parse(text);
@@ -61,7 +62,7 @@ Estate ReadEstate(std::string_view text, Estate::Clock real_time) {
     throw EstateFileError("line " + std::to_string(line) + ", column " + std::to_string(column),
                           "is no JSON");
   }
-  const Node root(json, "");
+  const Node root(json, "", folder);
   root.OnlyFields({"$schema", "clock", "clockRuns", "timeZone", "user", "currentFolder",
                    "moduleFolder", "environment", "mappedDrives", "messages", "modules",
                    "computers", "directoryObjects", "networks", "domains", "workgroups", "hosts",
@@ -72,14 +73,14 @@ Estate ReadEstate(std::string_view text, Estate::Clock real_time) {
   Estate estate = Estate::Empty(clock ? ReadTime(*clock) : Estate::kDefaultTime);
   if (const auto zone = root.Field("timeZone")) ReadTimeZone(*zone, estate);
   if (const auto user = root.Field("user")) ReadUser(*user, estate);
-  if (const auto folder = root.Field("currentFolder")) {
-    const Text path = folder->String();
+  if (const auto current = root.Field("currentFolder")) {
+    const Text path = current->String();
     const bool is_full = path.size() >= 3 && path[1] == u':' && path[2] == u'\\' &&
                          UpperCase(path[0]) >= u'A' && UpperCase(path[0]) <= u'Z';
-    if (!is_full) folder->Complain("must be a full local path");
+    if (!is_full) current->Complain("must be a full local path");
     estate.SetCurrentFolder(path);
   }
-  if (const auto folder = root.Field("moduleFolder")) estate.SetModuleFolder(folder->String());
+  if (const auto module = root.Field("moduleFolder")) estate.SetModuleFolder(module->String());
   if (const auto environment = root.Field("environment")) {
     for (const auto& [name, value] : environment->Members()) {
       if (name.empty() || name.find('%') != name.npos) value.Complain("no variable has this name");
@@ -135,8 +136,9 @@ Estate ReadEstateFile(const std::string& file_name) {
   std::ifstream file(file_name, std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   if (!file) throw EstateFileError(file_name, "cannot be read");
+  const std::filesystem::path folder = std::filesystem::path(file_name).parent_path();
   try {
-    return ReadEstate(text);
+    return ReadEstate(text, {}, &folder);
   } catch (const EstateFileError& error) {
     throw EstateFileError(
         file_name + ": " + (error.place().empty() ? "/" : error.place()),

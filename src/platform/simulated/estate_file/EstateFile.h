@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -23,8 +24,10 @@ class EstateFileError : public std::runtime_error {
 };
 
 // The estate that a JSON text describes (docs/estate.md). Throws EstateFileError. `real_time` moves
-// its clock where the text says that it runs; without one it stands there too.
-Estate ReadEstate(std::string_view json, Estate::Clock real_time = {});
+// its clock where the text says that it runs; without one it stands there too. Files that content
+// is taken from are sought from `folder` on; without one there are none.
+Estate ReadEstate(std::string_view json, Estate::Clock real_time = {},
+                  const std::filesystem::path* folder = nullptr);
 
 // The same from a file, whose name the errors' texts begin with.
 Estate ReadEstateFile(const std::string& file_name);

@@ -1,6 +1,8 @@
 #include "platform/simulated/estate_file/Node.h"
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 
 #include "platform/simulated/estate_file/EstateFile.h"
@@ -88,6 +90,15 @@ std::size_t Node::OneOf(std::initializer_list<std::string_view> words) const {
   return static_cast<std::size_t>(found - words.begin());
 }
 
+std::string Node::FileContent() const {
+  if (folder_ == nullptr) Complain("needs an estate that is read from a file");
+  const std::filesystem::path path = *folder_ / std::filesystem::path(String());
+  std::error_code error;
+  std::ifstream file(path, std::ios::binary);
+  if (!file || !std::filesystem::is_regular_file(path, error)) Complain("cannot be read");
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
 Node Node::At(const nlohmann::json& json, std::string_view name) const {
   std::string place = place_ + "/";
   for (const char unit : name) {
@@ -99,7 +110,7 @@ Node Node::At(const nlohmann::json& json, std::string_view name) const {
       place += unit;
     }
   }
-  return Node(json, std::move(place));
+  return Node(json, std::move(place), folder_);
 }
 
 void Node::ComplainOfType(const std::string& expected) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <initializer_list>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
@@ -18,7 +19,10 @@ namespace veldmark::simulated {
 // isn't of the wanted kind is complained of.
 class Node {
  public:
-  Node(const nlohmann::json& json, std::string place) : json_(json), place_(std::move(place)) {}
+  // `folder` is that of the estate's file, from which the files start that it takes content from;
+  // null where there is none.
+  Node(const nlohmann::json& json, std::string place, const std::filesystem::path* folder = nullptr)
+      : json_(json), place_(std::move(place)), folder_(folder) {}
 
   // Throws EstateFileError with this place.
   [[noreturn]] void Complain(const std::string& problem) const;
@@ -44,6 +48,9 @@ class Node {
   // The index of the text among the words.
   std::size_t OneOf(std::initializer_list<std::string_view> words) const;
 
+  // The content of the file that the text names.
+  std::string FileContent() const;
+
   // Runs what throws std::invalid_argument for values that an estate can't have.
   template <typename Action>
   decltype(auto) Try(Action action) const {
@@ -60,6 +67,7 @@ class Node {
 
   const nlohmann::json& json_;
   std::string place_;
+  const std::filesystem::path* folder_;
 };
 
 }  // namespace veldmark::simulated

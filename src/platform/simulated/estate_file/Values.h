@@ -17,6 +17,8 @@ inline constexpr int kDeepestFolder = 200;
 
 // "2024-03-05T14:30:00Z", perhaps with a fraction of a second.
 Ticks ReadTime(const Node& node);
+// The same in seconds since 1970.
+DWORD ReadSeconds(const Node& node);
 std::vector<std::uint8_t> ReadHex(const Node& node);
 // Texts by message number.
 MessageTable ReadMessages(const Node& node);

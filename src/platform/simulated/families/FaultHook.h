@@ -12,9 +12,9 @@ namespace veldmark::simulated {
 // Makes calls fail with a code. A failed call has no effect and returns its operation's failure
 // form. The one exception are the operations that give something back (FindClose, CloseHandle,
 // RegCloseKey, FreeLibrary, LocalFree, NetApiBufferFree, WNetCloseEnum, LsaFreeMemory, LsaClose,
-// WSACleanup, CloseServiceHandle, UnlockServiceDatabase): those report the failure and yet take it
-// back, so that a sweep over all calls can ask for a clean ledger. Calls that can't fail
-// (CoTaskMemFree, lstrlenW, DoEvents, Sleep, GetLocalTime, ModuleFolder,
+// WSACleanup, CloseServiceHandle, UnlockServiceDatabase, CloseEventLog): those report the failure
+// and yet take it back, so that a sweep over all calls can ask for a clean ledger. Calls that can't
+// fail (CoTaskMemFree, lstrlenW, DoEvents, Sleep, GetLocalTime, ModuleFolder,
 // GetSecurityDescriptorLength, LsaNtStatusToWinError) are not counted.
 class FaultHook {
  public:

@@ -7,12 +7,13 @@ namespace veldmark::simulated {
 namespace {
 
 std::string Name(Resource resource) {
-  static constexpr std::array<const char*, 15> kNames = {
+  static constexpr std::array<const char*, 16> kNames = {
       "find handle", "file handle",        "registry key",
       "module",      "local memory",       "task memory",
       "token",       "network buffer",     "network enumeration",
       "policy",      "authority's memory", "start of the socket library",
-      "service",     "service lock",       "task interface"};
+      "service",     "service lock",       "task interface",
+      "event log"};
   return kNames[static_cast<std::size_t>(resource)];
 }
 

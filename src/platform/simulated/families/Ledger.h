@@ -22,7 +22,8 @@ enum class Resource {
   SocketLibrary,
   ServiceHandle,
   ServiceLock,
-  TaskInterface
+  TaskInterface,
+  EventLog
 };
 
 // Everything that the platform handed out and expects back. What is open at the end of a test is a

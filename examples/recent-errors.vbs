@@ -1,0 +1,66 @@
+' Errors and warnings of a computer's event logs, or of a saved log: when, where from, what, who, and the first line of
+' the message.
+'
+'   ./run --sandbox examples/recent-errors.vbs [COMPUTER | FILE.evt]
+Option Explicit
+
+Const ERROR_TYPE = 1
+Const WARNING_TYPE = 2
+
+Dim root, server, wanted, log
+Set root = CreateObject("Veldmark2.SystemRoot")
+wanted = root.LocalComputerName
+If WScript.Arguments.Count > 0 Then wanted = WScript.Arguments(0)
+
+If LCase(Right(wanted, 4)) = ".evt" Then
+  Set server = root.GetServer(root.LocalComputerName)
+  ShowEntries wanted, server.GetEventLogEntriesFromFile(wanted)
+Else
+  Set server = root.GetServer(wanted)
+  For Each log In server.GetEventLogs()
+    ShowLog log
+  Next
+End If
+
+' A log that can't be read says why.
+Sub ShowLog(log)
+  Dim entries
+  On Error Resume Next
+  Set entries = log.GetEventLogEntries()
+  If Err.Number <> 0 Then
+    WScript.Echo log.LogName & ": " & Err.Description
+    Exit Sub
+  End If
+  On Error GoTo 0
+  ShowEntries log.LogName, entries
+End Sub
+
+Sub ShowEntries(title, entries)
+  Dim entry
+  WScript.Echo title & ": " & entries.Count & " entries"
+  For Each entry In entries
+    If entry.EventType = ERROR_TYPE Or entry.EventType = WARNING_TYPE Then
+      WScript.Echo "  " & Column(entry.TimeGenerated, 22) & Column(entry.EventTypeDescription, 9) & _
+          Column(entry.SourceName, 25) & Column(entry.EventCode, 7) & Column(UserOf(entry), 22) & _
+          FirstLine(entry.EventMessage)
+    End If
+  Next
+End Sub
+
+Function UserOf(entry)
+  UserOf = "-"
+  If Not entry.Sid Is Nothing Then UserOf = entry.Sid.AccountDisplayName
+End Function
+
+Function Column(value, width)
+  Column = CStr(value)
+  If Len(Column) < width Then Column = Column & Space(width - Len(Column))
+  Column = Column & " "
+End Function
+
+Function FirstLine(message)
+  Dim position
+  position = InStr(message, vbCrLf)
+  FirstLine = message
+  If position > 0 Then FirstLine = Left(message, position - 1)
+End Function

@@ -1,0 +1,69 @@
+// Any bytes as what a log reads, and as a saved log's file: both are read or are refused as
+// corrupt, and what is read lies within the bytes.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include "apartment/Apartment.h"
+#include "apartment/CSupport.h"
+#include "automation/Error.h"
+#include "eventlog/CEventLogEntries.h"
+#include "eventlog/CEventLogEntry.h"
+#include "eventlog/EventRecord.h"
+#include "platform/operations/ErrorCodes.h"
+#include "platform/simulated/families/SimulatedPlatform.h"
+
+namespace {
+
+using namespace veldmark;
+
+void Require(bool condition) {
+  if (!condition) std::abort();
+}
+
+template <class Read>
+void Try(Read&& read) {
+  try {
+    read();
+  } catch (const AutomationError& error) {
+    Require(error.number == static_cast<std::int32_t>(kErrorEventlogFileCorrupt));
+  }
+}
+
+struct World {
+  World() : platform(simulated.platform()) { Apartment::Start(platform); }
+  ~World() { Apartment::End(); }
+  simulated::SimulatedPlatform simulated;
+  Platform platform;
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static World world;
+  world.simulated.journal().Clear();
+  Try([&] {
+    RecordOrigin origin(u"System", u"\\\\HARBOUR");
+    std::span<const std::uint8_t> rest(data, size);
+    while (!rest.empty()) {
+      const EventRecord record(rest);
+      Require(record.length() >= sizeof(EVENTLOGRECORD) && record.length() <= rest.size());
+      const EventFields fields = record.Fields(origin);
+      const std::size_t units = fields.source_name.size() + fields.computer_name.size();
+      Require(2 * units <= record.length());
+      Require(!fields.data || fields.data->elements.size() <= record.length());
+      Require(!fields.strings || 2 * fields.strings->elements.size() <= record.length());
+      rest = rest.subspan(record.length());
+    }
+  });
+  world.simulated.estate().local().AddFile(u"C:\\a.evt",
+                                           {reinterpret_cast<const char*>(data), size});
+  Try([&] {
+    const auto entries = Engine().LoadEventLogEntries(u"\\\\HARBOUR", {}, u"C:\\a.evt", 0, false);
+    Require(static_cast<std::size_t>(entries->Count()) <= size / sizeof(EVENTLOGRECORD));
+  });
+  Require(world.simulated.ledger().IsClean());
+  return 0;
+}

@@ -1,0 +1,114 @@
+#include "eventlog/EventRecord.h"
+
+#include <cmath>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "apartment/Conversions.h"
+#include "automation/CivilTime.h"
+#include "platform/operations/ErrorCodes.h"
+
+namespace veldmark {
+namespace {
+
+constexpr Date kUnixEpoch{25569};
+constexpr double kSecondsPerDay = 86400;
+constexpr TextView kServerPrefix = u"\\\\";
+
+[[noreturn]] void RaiseCorrupt() { RaisePlatformError(kErrorEventlogFileCorrupt); }
+
+}  // namespace
+
+Date LocalTimes::Of(std::int32_t seconds) {
+  if (!bias_) {
+    const Date utc = AddSeconds(kUnixEpoch, seconds);
+    const Date local = UTCDateToLocalDate(utc);
+    constexpr double kLargestBias = 1.5;  // days; anything larger is a failure
+    const double difference = local.days - utc.days;
+    if (std::abs(difference) > kLargestBias) return local;
+    bias_ = std::llround(difference * kSecondsPerDay);
+  }
+  return AddSeconds(kUnixEpoch, seconds + *bias_);
+}
+
+DWORD RoundedRecordSize(DWORD needed) {
+  constexpr DWORD kLargest = 0x7FFFFFFC;
+  if (needed > kLargest) RaiseCorrupt();
+  return (needed + 3) / 4 * 4;
+}
+
+RecordOrigin::RecordOrigin(Text log, Text server)
+    : log_name(std::move(log)),
+      account_server(std::move(server)),
+      lookup_server(account_server.starts_with(kServerPrefix)
+                        ? account_server.substr(kServerPrefix.size())
+                        : account_server) {}
+
+EventRecord::EventRecord(std::span<const std::uint8_t> bytes) {
+  if (bytes.size() < sizeof head_) RaiseCorrupt();
+  std::memcpy(&head_, bytes.data(), sizeof head_);
+  if (head_.Length < sizeof head_ || head_.Length > bytes.size()) RaiseCorrupt();
+  bytes_ = bytes.first(head_.Length);
+}
+
+EventFields EventRecord::Fields(RecordOrigin& origin) const {
+  EventFields fields;
+  fields.record_number = number();
+  fields.time_generated = origin.times.Of(static_cast<std::int32_t>(head_.TimeGenerated));
+  fields.time_written = head_.TimeWritten == head_.TimeGenerated
+                            ? fields.time_generated
+                            : origin.times.Of(static_cast<std::int32_t>(head_.TimeWritten));
+  fields.event_id = static_cast<std::int32_t>(head_.EventID);
+  fields.event_type = static_cast<std::int16_t>(head_.EventType);
+  fields.category = static_cast<std::int16_t>(head_.EventCategory);
+  fields.log_name = origin.log_name;
+  fields.lookup_server = origin.lookup_server;
+  std::size_t offset = sizeof head_;
+  fields.source_name = TextAt(offset);
+  fields.computer_name = TextAt(offset);
+  if (head_.UserSidLength != 0) {
+    const auto bytes = Part(head_.UserSidOffset, head_.UserSidLength);
+    SidWords words(bytes.size() / sizeof(std::int32_t));
+    if (!words.empty()) std::memcpy(words.data(), bytes.data(), words.size() * sizeof words[0]);
+    fields.sid = Make<CSid>();
+    fields.sid->PutSidBuffer(std::move(words));
+    fields.sid->SetResidesOnServer(origin.account_server);
+  }
+  if (const auto count = static_cast<std::int16_t>(head_.NumStrings); count > 0) {
+    offset = head_.StringOffset;
+    std::vector<Text> strings;
+    strings.reserve(static_cast<std::size_t>(count));
+    for (std::int16_t i = 0; i < count; ++i) strings.push_back(TextAt(offset));
+    fields.strings.emplace(std::move(strings), 1);
+  }
+  if (head_.DataLength != 0) {
+    const auto bytes = Part(head_.DataOffset, head_.DataLength);
+    fields.data.emplace(std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
+  }
+  return fields;
+}
+
+std::span<const std::uint8_t> EventRecord::Part(std::size_t offset, std::size_t length) const {
+  if (offset > bytes_.size() || length > bytes_.size() - offset) RaiseCorrupt();
+  return bytes_.subspan(offset, length);
+}
+
+Text EventRecord::TextAt(std::size_t& offset) const {
+  const auto rest = Part(offset, 0).data();
+  const std::size_t most = (bytes_.size() - offset) / sizeof(char16_t);
+  const auto unit = [rest](std::size_t index) {
+    char16_t value;
+    std::memcpy(&value, rest + index * sizeof value, sizeof value);
+    return value;
+  };
+  std::size_t length = 0;
+  while (length < most && unit(length) != 0) ++length;
+  if (length == most) RaiseCorrupt();
+  Text text(length, u'\0');
+  if (length != 0) std::memcpy(text.data(), rest, length * sizeof(char16_t));
+  offset += (length + 1) * sizeof(char16_t);
+  return text;
+}
+
+}  // namespace veldmark

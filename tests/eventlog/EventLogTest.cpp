@@ -1,0 +1,433 @@
+#include "eventlog/CEventLog.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+
+#include "apartment/CSupport.h"
+#include "automation/Conversion.h"
+#include "automation/LastError.h"
+#include "eventlog/CEventLogEntries.h"
+#include "eventlog/CEventLogEntry.h"
+#include "eventlog/CEventLogs.h"
+#include "network/CServer.h"
+#include "platform/operations/ErrorCodes.h"
+#include "support/ApartmentFixture.h"
+#include "support/ErrorOf.h"
+#include "support/FaultSweep.h"
+#include "support/Listener.h"
+#include "support/LogFileWriter.h"
+
+namespace veldmark {
+namespace {
+
+using simulated::Event;
+using simulated::LayOut;
+using simulated::RawRecord;
+using simulated::RecordedLog;
+
+Event Told(DWORD id) {
+  return {.source = u"Kettle",
+          .id = id,
+          .type = 2,
+          .category = 7,
+          .generated = 1'700'000'000,
+          .written = 1'700'000'060,
+          .computer = u"STOVE",
+          .user = simulated::SystemSid(),
+          .strings = {u"one", u"", u"three"},
+          .data = {1, 2, 3}};
+}
+
+/// HARBOUR has a log "System" of the records 5 to 9; LANTERN an empty one and one that is closed.
+class LoggedWorld : public SimulatedApartment {
+ public:
+  LoggedWorld() {
+    log().StartAt(5);
+    for (DWORD number = 5; number < 10; ++number) log().Add(Told(number));
+    lantern.AddEventLog(u"System");
+    lantern.AddEventLog(u"Security").SetUnreadable(kErrorAccessDenied);
+    server->ServerName = local().name();
+    SetZone(60);
+    journal().Clear();
+  }
+
+  RecordedLog& log() { return local().AddEventLog(u"System"); }
+  Ref<CEventLog> NewLog(TextView name = u"System") {
+    const auto log = Make<CEventLog>();
+    log->SetServerName(local().name());
+    log->SetLogName(Text(name));
+    return log;
+  }
+
+  simulated::Computer& lantern = estate().AddComputer(u"LANTERN");
+  Ref<CServer> server = Make<CServer>();
+};
+
+class EventLogs : public TestIn<LoggedWorld> {
+ protected:
+  ~EventLogs() override { server = nullptr; }
+  /// The numbers of the entries: "5 6 7".
+  static std::string Numbers(const Ref<CEventLogEntries>& entries) {
+    std::string numbers;
+    for (std::int32_t i = 1; i <= entries->Count(); ++i) {
+      Variant index(i);
+      if (i > 1) numbers += ' ';
+      numbers += std::to_string(entries->Item(index)->RecordNumber());
+    }
+    return numbers;
+  }
+  static Ref<CEventLogEntry> First(const Ref<CEventLogEntries>& entries) {
+    Variant index(1);
+    return entries->Item(index);
+  }
+  std::string Read(std::int32_t start, TextView computer = u"\\\\LOCALHOST",
+                   TextView name = u"System") {
+    try {
+      return Numbers(Engine().LoadEventLogEntries(Text(computer), Text(name), {}, start, false));
+    } catch (const AutomationError& error) {
+      return "error " + std::to_string(error.number);
+    }
+  }
+  std::string ReadFile(const std::string& content) {
+    if (!local().Find(u"C:\\saved.evt")) local().AddFile(u"C:\\saved.evt");
+    local().Find(u"C:\\saved.evt")->Content(content);
+    try {
+      return Numbers(server->GetEventLogEntriesFromFile(u"C:\\saved.evt"));
+    } catch (const AutomationError& error) {
+      return "error " + std::to_string(error.number);
+    }
+  }
+  static bool Calls(const simulated::Journal& journal, std::string_view operation) {
+    return std::ranges::any_of(journal.entries(),
+                               [&](const auto& call) { return call.operation == operation; });
+  }
+};
+
+TEST_F(EventLogs, AreReadFromTheRecordThatWasAskedFor) {
+  struct Row {
+    const char* what;
+    std::int32_t start;
+    const char* numbers;
+  };
+  for (const Row& row : {Row{"all", 0, "5 6 7 8 9"}, Row{"below none", -3, "5 6 7 8 9"},
+                         Row{"before the oldest", 2, "5 6 7 8 9"}, Row{"in the middle", 7, "7 8 9"},
+                         Row{"the newest", 9, "9"}, Row{"behind it", 10, "error 87"}}) {
+    EXPECT_EQ(Read(row.start), row.numbers) << row.what;
+    EXPECT_TRUE(ledger().IsClean()) << row.what;
+  }
+  EXPECT_TRUE(Calls(journal(), "GetOldestEventLogRecord"));
+  EXPECT_EQ(Read(0, u"\\\\LANTERN"), "");
+  EXPECT_EQ(Read(1, u"\\\\LANTERN"), "");
+  EXPECT_EQ(Read(0, u"\\\\LANTERN", u"Security"), "error 5");
+  EXPECT_EQ(Read(0, u"\\\\NOBODY"), "error 1722");
+  EXPECT_EQ(Read(0, u"\\\\\\\\LANTERN"), "error 1722");
+  EXPECT_EQ(Read(0, u"\\\\LANTERN", u"No such log"), "") << "the application log";
+  EXPECT_EQ(LastPlatformError(), 0u);
+  faults().FailEvery("GetNumberOfEventLogRecords", kErrorAccessDenied);
+  EXPECT_EQ(Read(0), "");
+  faults().Clear();
+  faults().FailEvery("GetOldestEventLogRecord", kErrorAccessDenied);
+  EXPECT_EQ(Read(6), "6 7 8 9");
+  EXPECT_EQ(Read(10), "error 5") << "the reason for the missing number is what came last";
+}
+
+TEST_F(EventLogs, ChangeWhileTheyAreRead) {
+  int reads = 0;
+  const auto grow = [&reads](RecordedLog& log) {
+    if (++reads < 4) log.Add(Told(50));
+  };
+  log().before_read = grow;
+  EXPECT_EQ(Read(0), "5 6 7 8 9 10") << "what one block holds, and no more behind the count";
+  reads = 0;
+  EXPECT_EQ(Read(9), "9 10 11 12 13") << "to the end of the log";
+  log().before_read = [&reads](RecordedLog& log) {
+    if (++reads == 6) log.Clear();
+  };
+  reads = 5;
+  EXPECT_EQ(Read(0), "error 1503");
+  reads = 6;
+  EXPECT_EQ(Read(0), "") << "opened after it was cleared";
+  // One that no block has room for, between two that have.
+  log().before_read = nullptr;
+  Event large = Told(2);
+  large.data.resize(600'000, 0xAB);
+  for (const Event& event : {Told(1), large, Told(3)}) log().Add(event);
+  const auto entries = server->GetEventLogEntries(u"System");
+  ASSERT_EQ(Numbers(entries), "1 2 3");
+  Variant index(2);
+  EXPECT_EQ(entries->Item(index)->Data().If<ByteArray>()->elements, large.data);
+}
+
+TEST_F(EventLogs, HandTheWholeRecordOver) {
+  const std::vector<Ref<CEventLogEntry>> both = {First(server->GetEventLogEntries(u"System")),
+                                                 NewLog()->GetEventLogEntry(5)};
+  for (const auto& entry : both) {
+    EXPECT_EQ(ToUtf8(ToText(Variant(entry->TimeGenerated()))), "11/14/2023 9:13:20 PM");
+    EXPECT_EQ(ToUtf8(ToText(Variant(entry->TimeWritten()))), "11/14/2023 9:14:20 PM");
+    EXPECT_EQ(entry->EventID(), 5);
+    EXPECT_EQ(entry->EventType(), EVENTLOG_WARNING_TYPE);
+    EXPECT_EQ(entry->EventCategory(), 7);
+    EXPECT_EQ(entry->SourceName(), u"Kettle");
+    EXPECT_EQ(entry->ComputerName(), u"STOVE");
+    EXPECT_EQ(entry->LogName(), u"System");
+    EXPECT_EQ(ToUtf8(entry->Sid()->SidText()), "S-1-5-18");
+    EXPECT_EQ(entry->StringsArray(), Variant(TextArray({u"one", u"", u"three"}, 1)));
+    EXPECT_EQ(entry->Data(), Variant(ByteArray({1, 2, 3})));
+  }
+  EXPECT_EQ(both[0]->Sid()->ResidesOnServer(), u"\\\\LOCALHOST");
+  EXPECT_EQ(both[1]->Sid()->ResidesOnServer(), u"LOCALHOST");
+
+  log().Clear();
+  log().Add({.source = u"",
+             .id = 0xC0000001,
+             .type = 0xFFFF,
+             .category = 0xFFFF,
+             .generated = 0x80000000});
+  const auto bare = NewLog()->GetEventLogEntry(0);
+  EXPECT_EQ(ToUtf8(ToText(Variant(bare->TimeGenerated()))), "12/13/1901 7:45:52 PM");
+  EXPECT_EQ(ToUtf8(ToText(Variant(bare->TimeWritten()))), "12/31/1969 11:00:00 PM");
+  EXPECT_EQ(bare->EventID(), static_cast<std::int32_t>(0xC0000001));
+  EXPECT_EQ(bare->EventType(), -1);
+  EXPECT_EQ(bare->EventCategory(), -1);
+  EXPECT_EQ(bare->Sid(), nullptr);
+  EXPECT_EQ(bare->StringsArray().Type(), VariantType::kEmpty);
+  EXPECT_EQ(bare->Data().Type(), VariantType::kEmpty);
+}
+
+TEST_F(EventLogs, RaiseWhereARecordLiesAboutItself) {
+  const RawRecord sound = LayOut(Told(1), 1);
+  const auto length = static_cast<DWORD>(sound.size());
+  struct Row {
+    const char* what;
+    std::size_t offset;
+    DWORD value;
+    std::size_t cut = 0;  // bytes that are missing at the end
+  };
+  for (const Row& row :
+       {Row{"no length", 0, 0}, Row{"less than the fixed part", 0, 55},
+        Row{"more than there is", 0, length + 4}, Row{"the largest length", 0, 0xFFFFFFFF},
+        Row{"names that don't end", 0, 60}, Row{"less than the header", 0, length, length - 50},
+        Row{"strings behind the end", 36, length}, Row{"strings that wrap around", 36, 0xFFFFFFFE},
+        Row{"more strings than there are", 24, 0x7FFF0002},
+        Row{"a SID behind the end", 44, length - 8}, Row{"a SID that wraps around", 44, 0xFFFFFFFC},
+        Row{"a SID without end", 40, 0xFFFFFFFF}, Row{"data behind the end", 52, length - 2},
+        Row{"data without end", 48, 0xFFFFFFFF}}) {
+    RawRecord record = sound;
+    std::memcpy(record.data() + row.offset, &row.value, sizeof row.value);
+    record.resize(record.size() - row.cut);
+    log().Clear();
+    log().Add(Told(1));
+    log().AddRaw(record);
+    EXPECT_EQ(Read(0), "error 1500") << row.what;
+    EXPECT_EQ(ErrorOf([&] { NewLog()->GetEventLogEntry(2); }), 1500) << row.what;
+  }
+  // What says that it is nothing at all is nothing.
+  for (const auto& [offset, value] : {std::pair<std::size_t, DWORD>{24, 0xFFFF0002}, {40, 3}}) {
+    RawRecord record = sound;
+    std::memcpy(record.data() + offset, &value, sizeof value);
+    log().Clear();
+    log().AddRaw(record);
+    EXPECT_EQ(Read(0), "1");
+  }
+}
+
+TEST_F(EventLogs, AreDeliveredByEventsUntilOneCancels) {
+  const auto log = NewLog();
+  std::string heard;
+  int left = 100;
+  const auto listener = [&](std::int32_t event, std::span<Variant> arguments) {
+    const auto& object = *arguments[0].If<Ref<Object>>();
+    heard += std::to_string(event) + ":" +
+             std::to_string(static_cast<CEventLogEntry&>(*object).RecordNumber()) + " ";
+    if (--left == 0) arguments[1].Assign(Variant(true));
+  };
+  Listen(*log, listener);
+  EXPECT_EQ(log->GetEventLogEntriesImmediate()->Count(), 0);
+  log->GetEventLogEntriesImmediate2(8);
+  EXPECT_EQ(heard, "1:5 1:6 1:7 1:8 1:9 1:8 1:9 ");
+  log->GetEventLogEntries();
+  server->PutAsyncFetch(true);
+  Listen(*server, listener);
+  heard.clear();
+  left = 2;
+  EXPECT_EQ(server->GetEventLogEntries2(u"System", 6)->Count(), 0);
+  EXPECT_EQ(heard, "7:6 7:7 ") << "the log hears of its own walks alone";
+  EXPECT_TRUE(ledger().IsClean());
+  left = 1;
+  log->GetEventLogEntriesImmediate2(6);
+  EXPECT_EQ(heard, "7:6 7:7 7:6 1:6 ");
+  // What a listener raises ends the walk, and the log doesn't listen any more.
+  const auto failing = NewLog();
+  Listen(*failing, [&](std::int32_t, std::span<Variant>) { Raise(91); });
+  EXPECT_EQ(ErrorOf([&] { failing->GetEventLogEntriesImmediate(); }), 91);
+  server->GetEventLogEntries(u"System");
+  server->PutAsyncFetch(false);
+}
+
+TEST_F(EventLogs, StayOpenForSingleRecordsAndCounts) {
+  auto log = NewLog();
+  EXPECT_TRUE(log->CloseLog());
+  EXPECT_EQ(log->GetNumberOfEntries(), 5);
+  EXPECT_EQ(log->GetOldestRecordNumber(), 5);
+  EXPECT_EQ(log->GetEventLogEntry(0)->RecordNumber(), 5);
+  EXPECT_EQ(log->GetEventLogEntry(0)->RecordNumber(), 6);
+  EXPECT_EQ(log->GetEventLogEntry(8)->RecordNumber(), 8);
+  EXPECT_EQ(log->GetEventLogEntry(0)->RecordNumber(), 9);
+  EXPECT_EQ(ErrorOf([&] { log->GetEventLogEntry(0); }), 38);
+  EXPECT_EQ(ToUtf8(FailureOf([&] { log->GetEventLogEntry(4); })),
+            "87|Veldmark2.CEventLog|The parameter is incorrect.");
+  EXPECT_EQ(ledger().still_open().size(), 1u);
+  const std::int32_t handle = log->OpenLog();
+  EXPECT_EQ(ledger().still_open().size(), 2u);
+  EXPECT_NE(handle, 0);
+  EXPECT_TRUE(log->CloseLog());
+  ASSERT_EQ(ledger().still_open().size(), 1u) << "the first one is whoever's was told it";
+  platform.event_logs.CloseEventLog(reinterpret_cast<HANDLE>(ledger().still_open()[0].value));
+  log->OpenLog();
+  log = nullptr;
+  EXPECT_TRUE(ledger().IsClean()) << "it ends with the object";
+  log = NewLog(u"Nothing");
+  log->SetServerName(u"NOBODY");
+  EXPECT_EQ(ErrorOf([&] { log->OpenLog(); }), 1722);
+  EXPECT_EQ(ErrorOf([&] { log->GetNumberOfEntries(); }), 1722);
+}
+
+TEST_F(EventLogs, OfAServerAreThoseThatItsRegistryLists) {
+  local().AddEventLog(u"Ledger");
+  const auto logs = server->GetEventLogs();
+  ASSERT_EQ(logs->Count(), 2);
+  EXPECT_EQ(logs->ItemByIndex(1)->LogName(), u"Ledger");
+  EXPECT_EQ(logs->ItemByKey(u"System")->GetNumberOfEntries(), 5);
+  EXPECT_TRUE(logs->ItemByKey(u"System")->CloseLog());
+  server->ServerName = u"LANTERN";
+  EXPECT_EQ(server->GetEventLogs()->ItemByKey(u"System")->GetNumberOfEntries(), 0);
+}
+
+TEST_F(EventLogs, AreBackedUpUnderANameOfTheirOwn) {
+  const auto log = NewLog();
+  ASSERT_TRUE(log->WriteToFile(u"C:\\backup.evt"));
+  EXPECT_EQ(local().Find(u"C:\\backup.evt"), nullptr);
+  const std::string content = ContentOf(u"C:\\\u3736");
+  EXPECT_EQ(ReadFile(content), "5 6 7 8 9");
+  const auto saved = First(server->GetEventLogEntriesFromFile(u"C:\\saved.evt"));
+  EXPECT_EQ(saved->LogName(), u"");
+  EXPECT_EQ(saved->SourceName(), u"Kettle");
+  EXPECT_EQ(ErrorOf([&] { log->WriteToFile(u"C:\\other.evt"); }), 183);
+  estate().token().ClearPrivileges();
+  EXPECT_EQ(ErrorOf([&] { log->WriteToFile(u"D:\\other.evt"); }), 1314);
+  EXPECT_EQ(ErrorOf([&] { server->GetEventLogEntriesFromFile(u"C:\\none.evt"); }), 2);
+}
+
+TEST_F(EventLogs, AreReadFromFilesInAnyState) {
+  std::vector<RawRecord> records;
+  for (DWORD number = 20; number < 26; ++number) records.push_back(LayOut(Told(number), number));
+  const std::size_t each = records[0].size();
+  const std::string all = "20 21 22 23 24 25";
+  for (const bool dirty : {false, true}) {
+    for (std::size_t start = 48; start < 4096; start += 4) {
+      ASSERT_EQ(ReadFile(LogFileWriter{.records = records, .start = start, .dirty = dirty}.Write()),
+                all)
+          << start << (dirty ? " dirty" : "");
+    }
+  }
+  EXPECT_EQ(ReadFile(LogFileWriter{.records = records, .dirty = true, .has_end = false}.Write()),
+            all);
+  EXPECT_EQ(ReadFile(LogFileWriter{.dirty = true}.Write()), "");
+  const std::string sound = LogFileWriter{.records = records}.Write();
+  struct Row {
+    const char* what;
+    std::size_t offset;
+    DWORD value;
+    const char* numbers;
+    bool dirty = false;
+  };
+  for (const Row& row :
+       {Row{"no signature", 4, 0, "error 1500"},
+        Row{"a start within the header", 16, 8, "error 1500"},
+        Row{"an end that no record leads to", 20, 60, "error 1500"},
+        Row{"an end behind the file", 20, 8192, "error 1500"},
+        Row{"a length that leaves the file", 48 + each, 0x10000, "error 1500"},
+        Row{"a length of none", 48 + each, 0, "error 1500"},
+        Row{"a broken record in a dirty file", 48 + each, 0, "22 23 24 25", true},
+        Row{"a lost end record", 48 + 6 * each + 8, 0, "20 21 22 23 24 25", true}}) {
+    std::string file = row.dirty ? LogFileWriter{.records = records, .dirty = true}.Write() : sound;
+    std::memcpy(file.data() + row.offset, &row.value, sizeof row.value);
+    EXPECT_EQ(ReadFile(file), row.numbers) << row.what;
+  }
+  EXPECT_EQ(ReadFile(sound.substr(0, 47)), "error 1500");
+  EXPECT_EQ(ReadFile(sound.substr(0, 48)), "error 1500");
+  EXPECT_EQ(ReadFile(""), "error 1500");
+}
+
+TEST_F(EventLogs, OfARealComputerReadAsAnIndependentReaderReadsThem) {
+  const std::string path = VELDMARK_SOURCE_DIR "/../shared/real/ms2003-Application.evt";
+  std::ifstream file(path, std::ios::binary);
+  std::ifstream told(path + ".json");
+  if (!file || !told) GTEST_SKIP() << path << " is not there";
+  SetZone(0);
+  local().AddFile(u"C:\\real.evt", std::string(std::istreambuf_iterator<char>(file), {}));
+  const nlohmann::json expected = nlohmann::json::parse(told)["records"];
+  const auto entries = server->GetEventLogEntriesFromFile(u"C:\\real.evt");
+  ASSERT_EQ(static_cast<std::size_t>(entries->Count()), expected.size());
+  const auto seconds = [](Date date) { return std::llround((date.days - 25569) * 86400); };
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    const auto& record = expected[i];
+    Variant index(static_cast<std::int32_t>(i + 1));
+    const Ref<CEventLogEntry> entry = entries->Item(index);
+    SCOPED_TRACE(i);
+    EXPECT_EQ(entry->RecordNumber(), record["number"].get<std::int32_t>());
+    EXPECT_EQ(seconds(entry->TimeGenerated()), record["generated"].get<std::int64_t>());
+    EXPECT_EQ(seconds(entry->TimeWritten()), record["written"].get<std::int64_t>());
+    EXPECT_EQ(static_cast<DWORD>(entry->EventID()), record["eventId"].get<DWORD>());
+    EXPECT_EQ(entry->EventType(), record["type"].get<int>());
+    EXPECT_EQ(entry->EventCategory(), record["category"].get<int>());
+    EXPECT_EQ(ToUtf8(entry->SourceName()), record["source"].get<std::string>());
+    EXPECT_EQ(ToUtf8(entry->ComputerName()), record["computer"].get<std::string>());
+    EXPECT_EQ(entry->Sid() ? ToUtf8(entry->Sid()->SidText()) : "",
+              record["sid"].is_null() ? "" : record["sid"].get<std::string>());
+    std::vector<std::string> strings;
+    const Variant array = entry->StringsArray();
+    if (const auto* const texts = array.If<TextArray>()) {
+      for (const Text& text : texts->elements) strings.push_back(ToUtf8(text));
+    }
+    EXPECT_EQ(strings, record["strings"].get<std::vector<std::string>>());
+    std::string hex;
+    const Variant data = entry->Data();
+    for (const std::uint8_t byte :
+         data.If<ByteArray>() ? data.If<ByteArray>()->elements : std::vector<std::uint8_t>()) {
+      hex += "0123456789abcdef"[byte >> 4];
+      hex += "0123456789abcdef"[byte & 15];
+    }
+    EXPECT_EQ(hex, record["data"].get<std::string>());
+  }
+}
+
+TEST(EventLogFaults, LeaveNoLogOpen) {
+  const auto nothing = [](auto&, const std::string&, bool) {};
+  const std::set<std::string> swallowed = {"CloseEventLog",           "GetNumberOfEventLogRecords",
+                                           "GetOldestEventLogRecord", "SystemTimeToFileTime",
+                                           "FileTimeToLocalFileTime", "FileTimeToSystemTime",
+                                           "VariantTimeToSystemTime", "SystemTimeToVariantTime"};
+  SweepFaults<LoggedWorld>(
+      swallowed, [](LoggedWorld& world) { world.server->GetEventLogEntries2(u"System", 6); },
+      nothing);
+  SweepFaults<LoggedWorld>(
+      swallowed, [](LoggedWorld& world) { world.NewLog()->GetEventLogEntry(6); }, nothing);
+  SweepFaults<LoggedWorld>(
+      swallowed,
+      [](LoggedWorld& world) {
+        world.local().AddFile(u"C:\\a.evt", LogFileWriter{.records = {LayOut(Told(1), 1)}}.Write());
+        world.server->GetEventLogEntriesFromFile(u"C:\\a.evt");
+        world.NewLog()->WriteToFile(u"C:\\b.evt");
+      },
+      nothing);
+}
+
+}  // namespace
+}  // namespace veldmark
