@@ -135,7 +135,7 @@ Text FormatArgument(const std::uintptr_t* next, TextView format) {
   } else {
     zero = false;
     const auto* const argument = reinterpret_cast<LPCWSTR>(value);
-    text = argument == nullptr ? Text(u"(null)") : Text(argument).substr(0, precision);
+    text = Text(argument == nullptr ? u"(null)" : argument).substr(0, precision);
   }
   if (text.size() < width) {
     const std::size_t missing = width - text.size();
