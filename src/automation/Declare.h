@@ -133,12 +133,6 @@ class Declare {
     Add<kGet>(MemberKind::kGet, name, help, names);
     return std::move(*this);
   }
-  /// A write-only property.
-  template <auto kPut>
-  Declare&& Put(TextView name, TextView help) && {
-    Add<kPut>(MemberKind::kPut, name, help, {u"Value"});
-    return std::move(*this);
-  }
   template <auto kMethod>
   Declare&& Method(TextView name, TextView help, ParameterNames names = {}) && {
     Add<kMethod>(MemberKind::kMethod, name, help, names);
