@@ -221,15 +221,15 @@ class CSupport : public ReferenceCounted {
 
   // Event logs (eventlog/SupportEventLogs.cpp)
 
-  /// The entries of a log, or of a backup file of this computer where that is named; then server and
-  /// log only say what the entries keep. `server_name` begins with "\\". Without a positive
+  /// The entries of a log, or of a backup file of this computer where that is named; then server
+  /// and log only say what the entries keep. `server_name` begins with "\\". Without a positive
   /// `start_record` the records that are there at the beginning, counted as if the first were 1;
   /// else all from that number on, or from the oldest. What is written meanwhile may come too. The
   /// list is empty where the log doesn't tell how many records it has. Raises the platform's error,
   /// 1500 for a record whose lengths leave it.
   Ref<CEventLogEntries> LoadEventLogEntries(const Text& server_name, const Text& log_name,
-                                            const Text& backup_file_name,
-                                            std::int32_t start_record, bool async);
+                                            const Text& backup_file_name, std::int32_t start_record,
+                                            bool async);
 
   // Accounts of SIDs (security/SupportAccounts.cpp)
 
