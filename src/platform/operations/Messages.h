@@ -19,10 +19,11 @@ class Messages {
  public:
   virtual ~Messages() = default;
 
-  // Loads a module, once more if it is loaded already; with kLoadLibraryAsDatafile only as data, running none of its code. A bare name
-  // is searched for on the system's path. Returns a module that the caller frees with FreeLibrary,
-  // or HMODULE{0}: 2 for a missing file, as a path or as data (126 for a bare name that is to run);
-  // 193 if it is no module; 5, 32, 53 and 67 as files fail. `file` must be null.
+  // Loads a module, once more if it is loaded already; with kLoadLibraryAsDatafile only as data,
+  // running none of its code. A bare name is searched for on the system's path. Returns a module
+  // that the caller frees with FreeLibrary, or HMODULE{0}: 2 for a missing file, as a path or as
+  // data (126 for a bare name that is to run); 193 if it is no module; 5, 32, 53 and 67 as files
+  // fail. `file` must be null.
   virtual HMODULE LoadLibraryExW(LPCWSTR library_file_name, HANDLE file, DWORD flags) = 0;
 
   // Gives back one load of a module. Non-zero on success; 0 with 6 or 126 if it isn't loaded.
