@@ -379,6 +379,8 @@ constexpr Entry kSystemMessages[] = {
     {1726, u"The remote procedure call failed."},
     {1727, u"The remote procedure call failed and did not execute."},
     {1745, u"The procedure number is out of range."},
+    {1780, u"A null reference pointer was passed to the stub."},
+    {1784, u"The supplied user buffer is not valid for the requested operation."},
     {1787,
      u"The security database on the server does not have a computer account for this "
      u"workstation trust relationship."},

@@ -1,1 +1,0 @@
-../../examples/find-in-registry.vbs

@@ -1,1 +1,0 @@
-../../examples/service-report.vbs
