@@ -50,7 +50,7 @@ const Interface& CEventLogEntry::Describe() {
                                               u"Its insert strings as an array, counted from 1.")
           .Remark(
               u"A string with a percent sign becomes empty where the source has no parameter "
-              u"file, and raises 317 where that lacks a number.")
+              u"file, and raises 317 where that lacks a number, 1812 when read again.")
           .Get<&CEventLogEntry::EventMessageRaw>(u"EventMessageRaw",
                                                  u"Its text, inserts left in place.");
   return table;

@@ -28,7 +28,7 @@ Text GetEventMessage(const MessageSource& source, std::int32_t event_id, TextVie
 /// An insert string with each "%%n" and "%n" replaced by the text of that number in the source's
 /// parameter file; empty where there is no such file. Raises the platform's error, 317 for a number
 /// that the file lacks, and 6 for one beyond 31 bits; the file is freed then and not loaded again
-/// while a log lives.
+/// while a log lives, so that later calls raise 1812.
 Text GetParameterMessage(const MessageSource& source, TextView text);
 
 /// The name of a category; empty where the source has none. Raises the platform's error, 317 for a

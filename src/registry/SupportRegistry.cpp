@@ -218,10 +218,11 @@ Ref<CRegValues> CSupport::GetRegValues(HKEY_VALUES root, const Text& key_name,
       reg_value->Name = TrimAtNul({buffer.data(), buffer.size()});
       reg_value->ParentKey = key_name;
       found.type = static_cast<RegValueTypes>(type);
-      status = ReadData(opened, reg_value->Name, found);
-      if (status != 0) RaisePlatformError(status);
+      // One that has gone meanwhile stays empty.
+      if (ReadData(opened, reg_value->Name, found) == 0) {
+        reg_value->Value = ListedValueOf(found.type, found.data);
+      }
       reg_value->ValueType = found.type;
-      reg_value->Value = ListedValueOf(found.type, found.data);
       progress.RaiseStatus(
           [&] { return u"Retrieved Registry Value \"" + reg_value->Name + u"\""; });
       values->Add(reg_value);

@@ -15,7 +15,7 @@ void StayLoaded() {
   }
 }
 
-HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** out) {
+::HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** out) {
   if (!out) return E_POINTER;
   *out = nullptr;
   if (outer) return CLASS_E_NOAGGREGATION;
@@ -29,7 +29,7 @@ HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** out) {
   }
 }
 
-HRESULT ClassFactory::LockServer(BOOL lock) {
+::HRESULT ClassFactory::LockServer(::BOOL lock) {
   lock ? HoldModule() : ReleaseModule();
   return S_OK;
 }

@@ -1,3 +1,7 @@
+// Before the platform's macros of their enumerators' names.
+#include "eventlog/CEventLog.h"
+#include "eventlog/CEventLogEntry.h"
+
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -5,8 +9,6 @@
 #include "apartment/Apartment.h"
 #include "apartment/CSupport.h"
 #include "apartment/Errors.h"
-#include "eventlog/CEventLog.h"
-#include "eventlog/CEventLogEntry.h"
 #include "platform/windows/WindowsPlatform.h"
 #include "support/ErrorOf.h"
 #include "windows/BuiltServer.h"
