@@ -32,7 +32,18 @@ Sub ShowLog(log)
     Exit Sub
   End If
   On Error GoTo 0
-  ShowEntries log.LogName, entries
+  AskEachSource entries
+  ShowEntries log.LogName, log.GetEventLogEntries()
+End Sub
+
+' The first message of a source whose file another one has loaded before comes without its inserts.
+Sub AskEachSource(entries)
+  Dim asked, entry, message
+  Set asked = CreateObject("Scripting.Dictionary")
+  For Each entry In entries
+    If Not asked.Exists(entry.SourceName) Then message = entry.EventMessage
+    asked(entry.SourceName) = True
+  Next
 End Sub
 
 Sub ShowEntries(title, entries)

@@ -89,10 +89,23 @@ base.AsyncFetch = False
 WScript.DisconnectObject base
 WScript.Echo "Stopped after " & found & "."
 
-Dim printer
-For Each printer In root.GetServer(root.LocalComputerName).GetPrinters()
+Dim computer, service, printer, task
+Set computer = root.GetServer(root.LocalComputerName)
+For Each service In computer.GetServices()
+  Heading "A service that runs"
+  WScript.Echo service.DisplayName & " (" & service.ServiceName & "): " & service.BinaryPathName & " as " & service.ServiceStartName
+  Exit For
+Next
+
+For Each printer In computer.GetPrinters()
   Heading "A printer"
   WScript.Echo printer.Description & ": " & printer.Comment & ", " & printer.NumJobs & " documents, " & printer.AveragePPM & " pages a minute"
+  Exit For
+Next
+
+For Each task In computer.GetTasks()
+  Heading "A scheduled task"
+  WScript.Echo task.Name & ": " & task.ApplicationName & ", next at " & task.NextRunTime
   Exit For
 Next
 

@@ -39,6 +39,10 @@ const Interface& CEventLogEntry::Describe() {
               u"Of the absolute value of EventID's upper half: with the topmost bit set these "
               u"are not the facility's own bits.")
           .Get<&CEventLogEntry::EventMessage>(u"EventMessage", u"Its text, inserts filled in.")
+          .Remark(
+              u"Never raises, and keeps what the first read found. The first message of a source "
+              u"whose file another source has loaded before comes without its inserts: read the "
+              u"entry once more from the log.")
           .Get<&CEventLogEntry::EventCategoryDescription>(u"EventCategoryDescription",
                                                           u"Its category in words.")
           .Remark(

@@ -33,7 +33,7 @@ const Interface& CService::Describe() {
                                                                        u"The name that people see.")
           .Stored<&CService::ServiceName>(u"ServiceName",
                                           u"The short name, by which the service manager knows it.")
-          .Stored<&CService::ServerName>(u"ServerName", u"Its computer; empty for this one.")
+          .Stored<&CService::ServerName>(u"ServerName", u"Its computer.")
           .Property<&CService::ServiceType, &CService::PutServiceType>(
               u"ServiceType", u"What kind of program it is.")
           .Stored<&CService::CurrentState>(u"CurrentState", u"What it is doing.")

@@ -46,9 +46,9 @@ Result Checked(Result result) {
 }
 
 ServiceHandle OpenManager(const CService& service, DWORD access) {
-  const Variant server = ApiServerName(service.ServerName);
+  const Text server = Text(kServerNameStart) + PlainServerName(service.ServerName);
   return ServiceHandle(Services(),
-                       Checked(Services().OpenSCManagerW(BufferText(server), nullptr, access)));
+                       Checked(Services().OpenSCManagerW(server.c_str(), nullptr, access)));
 }
 
 /// A service and the manager that it was opened by.
@@ -98,7 +98,7 @@ void WaitForState(const ServiceHandle& service, DWORD state, SERVICE_STATUS& sta
     if (status.dwCurrentState == state) return;
     if (LocalNow() >= end) RaisePlatformError(kErrorServiceRequestTimeout);
     Apartment::Current().platform.system.Sleep(std::min(status.dwWaitHint, kLongestSleep));
-    progress->RaiseStatus([&] { return u"Last Checkpoint = " + ToText(status.dwCheckPoint); });
+    progress->RaiseStatus([&] { return u"Last Checkpoint = " + ToText(static_cast<std::int32_t>(status.dwCheckPoint)); });
   }
 }
 
@@ -263,7 +263,6 @@ void CSupport::LoadServiceConfig(CService& service) {
     SERVICE_STATUS status{};
     Checked(Services().QueryServiceStatus(opened.handle.Get(), &status));
     service.TakeStatus(status);
-    fields.description.value.clear();
     const bool is_described =
         Swallow([&] { fields.description.value = FetchDescription(opened.handle); });
     if (!is_described) {
@@ -271,6 +270,7 @@ void CSupport::LoadServiceConfig(CService& service) {
       if (Err().Number() != static_cast<std::int32_t>(kErrorProcNotFound)) {
         Raise(Err().Number(), Err().Source(), Err().Description());
       }
+      fields.description.value.clear();
       Err().Clear();
     }
     fields.ForgetChanges();

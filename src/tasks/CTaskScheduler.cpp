@@ -13,16 +13,19 @@ namespace {
 constexpr TextView kClassName = u"CTaskScheduler";
 constexpr TextView kServerMark = u"\\\\";
 
-/// The next name of an enumeration; false after the last one.
+/// The next name of an enumeration; false after the last one. A name that is none is passed over.
 bool NextName(IEnumWorkItems& items, Text& name) {
   System& system = Apartment::Current().platform.system;
-  TaskMemory<LPWSTR> names(system);
-  DWORD fetched = 0;
-  const HRESULT result = items.Next(1, names.Receive(), &fetched);
-  Require(result, kClassName);
-  if (result != kOk || !names) return false;
-  name = WidePtrToString(*names.Get(), true);
-  return true;
+  for (;;) {
+    TaskMemory<LPWSTR> names(system);
+    DWORD fetched = 0;
+    const HRESULT result = items.Next(1, names.Receive(), &fetched);
+    Require(result, kClassName);
+    if (result != kOk || !names) return false;
+    if (*names.Get() == nullptr) continue;
+    name = WidePtrToString(*names.Get(), true);
+    return true;
+  }
 }
 
 }  // namespace

@@ -101,7 +101,7 @@ const Interface& CTrigger::Describe() {
 }
 
 void CTrigger::Save() {
-  ReRaising([&] {
+  ReRaisingAs(kClassName, [&] {
     if (!trigger_) Raise(runtime_error::kObjectNotSet);
     RequireTrigger(trigger_->SetTrigger(&record_));
     InitTrigger(trigger_, index_, task_);
@@ -109,14 +109,14 @@ void CTrigger::Save() {
 }
 
 void CTrigger::Delete() {
-  ReRaising([&] {
+  ReRaisingAs(kClassName, [&] {
     if (!task_) Raise(runtime_error::kObjectNotSet);
     RequireTrigger(task_->DeleteTrigger(index_));
   });
 }
 
 void CTrigger::InitTrigger(Ref<ITaskTrigger> trigger, WORD index, Ref<ITask> task) {
-  ReRaising([&] {
+  ReRaisingAs(kClassName, [&] {
     trigger_ = std::move(trigger);
     index_ = index;
     task_ = std::move(task);
