@@ -98,7 +98,9 @@ void WaitForState(const ServiceHandle& service, DWORD state, SERVICE_STATUS& sta
     if (status.dwCurrentState == state) return;
     if (LocalNow() >= end) RaisePlatformError(kErrorServiceRequestTimeout);
     Apartment::Current().platform.system.Sleep(std::min(status.dwWaitHint, kLongestSleep));
-    progress->RaiseStatus([&] { return u"Last Checkpoint = " + ToText(static_cast<std::int32_t>(status.dwCheckPoint)); });
+    progress->RaiseStatus([&] {
+      return u"Last Checkpoint = " + ToText(static_cast<std::int32_t>(status.dwCheckPoint));
+    });
   }
 }
 

@@ -41,8 +41,6 @@ root.GetFolder home & "\nothing"
 Report "missing folder"
 root.CreateSD 0
 Report "obsolete"
-root.GetServer(root.LocalComputerName).GetEventLogs
-Report "not built"
 root.GetFolder home, 1
 Report "too many arguments"
 root.GetFolder
