@@ -58,8 +58,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       rest = rest.subspan(record.length());
     }
   });
-  world.simulated.estate().local().AddFile(u"C:\\a.evt",
-                                           {reinterpret_cast<const char*>(data), size});
+  simulated::Estate& estate = world.simulated.estate();
+  if (const auto old = estate.local().Find(u"C:\\a.evt")) old->Remove(estate.now());
+  estate.local().AddFile(u"C:\\a.evt", {reinterpret_cast<const char*>(data), size});
   Try([&] {
     const auto entries = Engine().LoadEventLogEntries(u"\\\\HARBOUR", {}, u"C:\\a.evt", 0, false);
     Require(static_cast<std::size_t>(entries->Count()) <= size / sizeof(EVENTLOGRECORD));

@@ -1,4 +1,6 @@
 #include "network/NetworkFixture.h"
+#include "storage/CShare.h"
+#include "storage/CShares.h"
 
 namespace veldmark {
 namespace {
@@ -56,6 +58,40 @@ TEST_F(ServerWalks, WalkMachineAccountsPageByPageAndTakeNamesAsTheyAre) {
   EXPECT_EQ(FailureOf([&] { domain->GetServers(); }), u"5|Veldmark2.CDomain|Access is denied.");
   faults().FailNthOf("NetUserEnum", 2, 234);
   EXPECT_EQ(ErrorOf([&] { domain->GetServers(); }), 234) << "more, and no way to it";
+}
+
+TEST_F(ServerWalks, ListSharesAndOfEachWhatTheyAreTold) {
+  simulated::Computer& server = computer(u"FS1");
+  server.AddDrive(u'D');
+  server.AddFolder(u"D:\\Books");
+  server.AddShare(u"Books", u"D:\\Books").remark = u"Ledgers";
+  server.AddShare(u"Closed", u"D:\\Books").details_denied = true;
+  server.AddShare(u"Drafts", u"D:\\Books").maximum_uses = 7;
+  const Ref<CServer> fs1 = root_->GetServer(u"FS1", u"");
+  Calls();
+  std::string log;
+  Log(log);
+  const Ref<CShares> shares = fs1->GetShares();
+  EXPECT_TRUE(log.starts_with("Retrieving Shares for Server FS1\n"));
+  EXPECT_TRUE(log.ends_with(
+      "Share Closed\nRetrieved Share D$\nRetrieved Share Drafts\nRetrieved Share IPC$\n"))
+      << log;
+  // The second page is denied, and from there on all come poorer.
+  EXPECT_EQ(Calls(), "NetShareEnum FS1 2\nNetShareEnum FS1 2\nNetShareEnum FS1 1\n");
+  const Ref<CShare> books = shares->ItemByKey(u"Books");
+  EXPECT_EQ(books->Comment, u"Ledgers");
+  EXPECT_EQ(books->SharePath(), u"D:\\Books");
+  EXPECT_EQ(books->MaxUses, -1);
+  EXPECT_EQ(books->ServerName, u"FS1");
+  const Ref<CShare> drafts = shares->ItemByKey(u"Drafts");
+  EXPECT_EQ(drafts->SharePath(), u"");
+  EXPECT_EQ(drafts->MaxUses, 0);
+
+  for (const DWORD code : {5u, 53u}) {
+    faults().FailNthOf("NetShareEnum", 3, code);
+    EXPECT_EQ(ErrorOf([&] { fs1->GetShares(); }), static_cast<std::int32_t>(code));
+    Calls();
+  }
 }
 
 TEST_F(ServerWalks, DeliverEveryServerOfBothListsByEventsUntilCancel) {

@@ -126,13 +126,13 @@ TEST_F(Domains, AreWalkedInPiecesThatLoseNothing) {
   EXPECT_EQ(members(u"harbour staff"), (Names{"HARBOUR$", "mreed", "tolver"}));
   EXPECT_EQ(members(u"Domain Controllers"), (Names{"BEACON$", "SIGNAL$"}));
   EXPECT_EQ(members(u"Empty Desks"), Names());
-  EXPECT_EQ(
-      (Walk<SHARE_INFO_2, DWORD>(
-          [&](BYTE** buffer, DWORD* read, DWORD* total, DWORD* resume) {
-            return net_.NetShareEnum(u"LANTERN", 2, buffer, kAll, read, total, resume);
-          },
-          &calls)),
-      (Names{"Backup", "C$", "D$", "Front desk", "Home", "IPC$", "Payroll", "Public", "Vault"}));
+  EXPECT_EQ((Walk<SHARE_INFO_1, DWORD>(
+                [&](BYTE** buffer, DWORD* read, DWORD* total, DWORD* resume) {
+                  return net_.NetShareEnum(u"LANTERN", 1, buffer, kAll, read, total, resume);
+                },
+                &calls)),
+            (Names{"Backup", "C$", "D$", "Front desk", "Home", "IPC$", "Payroll", "Public", "Vault",
+                   "Watch"}));
   EXPECT_EQ(calls, 5);
 
   // The members of a local group are SIDs, of anybody.

@@ -54,6 +54,7 @@ struct Share {
   std::optional<Text> user = std::nullopt;
   std::optional<Text> password = std::nullopt;
   bool provider_fails = false;  // connecting ends in the provider's own error
+  bool details_denied = false;  // nobody is told more than name, type and remark
   Text remark{};
   DWORD permissions = 0;
   DWORD maximum_uses = 0xFFFFFFFF;

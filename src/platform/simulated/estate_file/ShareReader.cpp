@@ -11,7 +11,8 @@ void ReadShares(const Node& node, Computer& computer, const Estate& estate) {
                                                   kShareTypeDevice, kShareTypeIpc};
   for (const Node& share : node.Elements()) {
     share.OnlyFields({"name", "path", "denied", "type", "security", "user", "password",
-                      "providerFails", "remark", "permissions", "maximumUses", "currentUses"});
+                      "providerFails", "detailsDenied", "remark", "permissions", "maximumUses",
+                      "currentUses"});
     const Text name = share.Required("name").String();
     const auto type_field = share.Field("type");
     const DWORD type =
@@ -25,6 +26,9 @@ void ReadShares(const Node& node, Computer& computer, const Estate& estate) {
     if (const auto user = share.Field("user")) added.user = user->String();
     if (const auto password = share.Field("password")) added.password = password->String();
     if (const auto fails = share.Field("providerFails")) added.provider_fails = fails->Boolean();
+    if (const auto denied_details = share.Field("detailsDenied")) {
+      added.details_denied = denied_details->Boolean();
+    }
     if (const auto remark = share.Field("remark")) added.remark = remark->String();
     if (const auto bits = share.Field("permissions")) added.permissions = bits->Unsigned32();
     if (const auto uses = share.Field("maximumUses")) added.maximum_uses = uses->Unsigned32();

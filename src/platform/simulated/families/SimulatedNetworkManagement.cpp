@@ -264,7 +264,18 @@ DWORD SimulatedNetworkManagement::NetShareEnum(LPCWSTR server_name, DWORD level,
   const auto fill = [](auto& record, const Share* share, RecordBlock& block) {
     Fill(record, *share, block);
   };
-  const std::size_t page = computer->page();
+  std::size_t page = computer->page();
+  if (level == 2) {
+    const std::size_t asked = resume_handle == nullptr ? 0 : *resume_handle;
+    const auto first = shares.begin() + std::min(asked, shares.size());
+    const auto closed =
+        std::find_if(first, shares.end(), [](auto* s) { return s->details_denied; });
+    if (closed != shares.end()) {
+      if (closed == first) return kErrorAccessDenied;
+      const auto before = static_cast<std::size_t>(closed - first);
+      page = page == 0 ? before : std::min(page, before);
+    }
+  }
   return level == 1 ? Answer<SHARE_INFO_1>(session_, kName, ToUtf8(noted), all, page, reply, fill)
                     : Answer<SHARE_INFO_2>(session_, kName, ToUtf8(noted), all, page, reply, fill);
 }
@@ -283,6 +294,7 @@ DWORD SimulatedNetworkManagement::NetShareGetInfo(LPCWSTR server_name, LPCWSTR n
   if (!session_.estate.IsAdministrator(*computer)) return kErrorAccessDenied;
   const Share* const share = computer->FindShare(name);
   if (share == nullptr) return kErrorNetNameNotFound;
+  if (share->details_denied) return kErrorAccessDenied;
   *buffer = HandOutOne<SHARE_INFO_502>(session_, "NetShareGetInfo", name, *share);
   return 0;
 }
