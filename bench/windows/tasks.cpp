@@ -25,8 +25,12 @@ constexpr WORD kTriggers = 2;
 
 constexpr GUID kSchedulerClass = {
     0x148BD52A, 0xA2AB, 0x11CE, {0xB1, 0x1F, 0x00, 0xAA, 0x00, 0x53, 0x05, 0x03}};
+constexpr GUID kSchedulerInterface = {
+    0x148BD527, 0xA2AB, 0x11CE, {0xB1, 0x1F, 0x00, 0xAA, 0x00, 0x53, 0x05, 0x03}};
 constexpr GUID kTaskClass = {
     0x148BD520, 0xA2AB, 0x11CE, {0xB1, 0x1F, 0x00, 0xAA, 0x00, 0x53, 0x05, 0x03}};
+constexpr GUID kTaskInterface = {
+    0x148BD524, 0xA2AB, 0x11CE, {0xB1, 0x1F, 0x00, 0xAA, 0x00, 0x53, 0x05, 0x03}};
 
 // A counted reference to an interface.
 template <class Interface>
@@ -51,7 +55,7 @@ class Com {
 };
 
 void OpenScheduler(Com<ITaskScheduler>& scheduler) {
-  Check(CoCreateInstance(kSchedulerClass, nullptr, CLSCTX_INPROC_SERVER, __uuidof(ITaskScheduler),
+  Check(CoCreateInstance(kSchedulerClass, nullptr, CLSCTX_INPROC_SERVER, kSchedulerInterface,
                          scheduler.ReceiveAs<void>()),
         "CoCreateInstance");
 }
@@ -69,7 +73,7 @@ void MakeTasks() {
   OpenScheduler(scheduler);
   for (int i = 0; i < kTasks; ++i) {
     Com<ITask> task;
-    Check(scheduler->NewWorkItem(TaskName(i).c_str(), kTaskClass, __uuidof(ITask),
+    Check(scheduler->NewWorkItem(TaskName(i).c_str(), kTaskClass, kTaskInterface,
                                  task.ReceiveAs<IUnknown>()),
           "NewWorkItem");
     task->SetApplicationName(L"C:\\windows\\notepad.exe");
@@ -92,7 +96,7 @@ void MakeTasks() {
       Check(trigger->SetTrigger(&record), "SetTrigger");
     }
     Com<IPersistFile> file;
-    Check(task->QueryInterface(__uuidof(IPersistFile), file.ReceiveAs<void>()), "IPersistFile");
+    Check(task->QueryInterface(IID_IPersistFile, file.ReceiveAs<void>()), "IPersistFile");
     Check(file->Save(nullptr, FALSE), "Save");
   }
 }
@@ -110,11 +114,11 @@ void ReadText(const Com<Object>& object, Method method) {
 }
 
 void BareFields(const Com<ITask>& task) {
-  for (const auto text :
-       {&ITask::GetApplicationName, &ITask::GetWorkingDirectory, &ITask::GetParameters,
-        &ITask::GetAccountInformation, &ITask::GetComment, &ITask::GetCreator}) {
-    ReadText(task, text);
-  }
+  using Get = HRESULT (STDMETHODCALLTYPE ITask::*)(LPWSTR*);
+  static constexpr Get kTexts[] = {&ITask::GetApplicationName, &ITask::GetWorkingDirectory,
+                                   &ITask::GetParameters,      &ITask::GetAccountInformation,
+                                   &ITask::GetComment,         &ITask::GetCreator};
+  for (const Get text : kTexts) ReadText(task, text);
   WORD word = 0;
   task->GetErrorRetryCount(&word);
   task->GetErrorRetryInterval(&word);
@@ -129,7 +133,7 @@ void BareFields(const Com<ITask>& task) {
   task->GetMostRecentRunTime(&time);
   task->GetNextRunTime(&time);
   Com<IPersistFile> file;
-  if (SUCCEEDED(task->QueryInterface(__uuidof(IPersistFile), file.ReceiveAs<void>()))) {
+  if (SUCCEEDED(task->QueryInterface(IID_IPersistFile, file.ReceiveAs<void>()))) {
     ReadText(file, &IPersistFile::GetCurFile);
   }
 }
@@ -167,7 +171,7 @@ Total BareWalk(const std::wstring& computer) {
     // Wine doesn't know a task by the name of its file.
     if (name.ends_with(L".job")) name.resize(name.size() - 4);
     Com<ITask> task;
-    Check(scheduler->Activate(name.c_str(), __uuidof(ITask), task.ReceiveAs<IUnknown>()),
+    Check(scheduler->Activate(name.c_str(), kTaskInterface, task.ReceiveAs<IUnknown>()),
           "Activate");
     ++total.tasks;
     BareFields(task);
