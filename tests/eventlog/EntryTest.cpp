@@ -160,6 +160,22 @@ TEST_F(Entries, ShowNoInsertsAtTheFirstLookUpOfASharedFile) {
   EXPECT_EQ(Entry(2, {u"A", u"B"}, u"Other")->EventMessage(), u"A and B.\r\n\r\nEnd");
 }
 
+TEST_F(Entries, LoadTheFilesOfManySourcesOnceEach) {
+  constexpr int kSources = 20;
+  const auto name = [](int source) { return u"Source" + ToText(std::int64_t{source}); };
+  for (int source = 0; source < kSources; ++source) {
+    const Text file = u"C:\\Msg\\" + name(source) + u".dll";
+    const Text message = name(source) + u"\r\n";
+    estate().FindComputer(u"SRV")->AddFile(file).Messages({{1, message}});
+    key(name(source)).String(u"EventMessageFile", file, kRegExpandSz);
+  }
+  for (int event = 0; event < 100 * kSources; ++event) {
+    const Text source = name(event % kSources);
+    ASSERT_EQ(Entry(1, {}, source)->EventMessage(), source) << "the text of its own file";
+  }
+  EXPECT_EQ(journal().Count("LoadLibraryExW"), std::size_t{kSources});
+}
+
 TEST_F(Entries, LoseTheParameterFileWithANumberThatItLacks) {
   const auto entry = Entry(1, {u"%%5", u"%%404"});
   const Text gone =

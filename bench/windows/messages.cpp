@@ -1,0 +1,185 @@
+// 12,000 event messages of 20 sources looked up by the library, beside bare calls for the same
+// texts over modules that are loaded once:
+//
+//   bench_messages.exe SERVER.dll
+//
+// Built over the libraries that the server is made of: Wine's logs hand out no entries. Takes
+// event_texts.dll from beside the server, copies it to a file a source, and registers the sources
+// while it runs.
+
+// Before the platform's macros of their enumerators' names.
+#include "apartment/CSupport.h"
+#include "eventlog/EventMessages.h"
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Measure.h"
+#include "apartment/Apartment.h"
+#include "platform/windows/WindowsPlatform.h"
+
+namespace {
+
+using namespace bench;
+
+constexpr int kSources = 20;
+constexpr int kMessages = 12'000;
+constexpr DWORD kEvent = 1;
+constexpr DWORD kBufferLength = 65536;
+constexpr wchar_t kLog[] = L"SYSTEM\\CurrentControlSet\\Services\\EventLog\\System\\";
+
+// The server's header has values of the same names.
+const ::HKEY kLocalMachine = reinterpret_cast<::HKEY>(static_cast<LONG_PTR>(-2147483646));
+constexpr DWORD kExpandableText = 2;
+
+std::wstring SourceName(int number) { return L"Veldmark2 bench " + std::to_wstring(number); }
+
+// 20 sources of this computer's System log with a file each, while this lives. The paths have no
+// drive: Wine has no administrative shares.
+class Sources {
+ public:
+  explicit Sources(const std::wstring& texts) {
+    wchar_t temporary[MAX_PATH];
+    GetTempPathW(MAX_PATH, temporary);
+    folder_ = std::wstring(temporary) + L"Veldmark2 bench messages";
+    CreateDirectoryW(folder_.c_str(), nullptr);
+    SetCurrentDirectoryW(folder_.substr(0, 3).c_str());
+    for (int i = 0; i < kSources; ++i) {
+      const std::wstring file = File(i);
+      Require(CopyFileW(texts.c_str(), file.c_str(), FALSE), "CopyFileW");
+      ::HKEY key = nullptr;
+      Require(RegCreateKeyExW(kLocalMachine, (kLog + SourceName(i)).c_str(), 0, nullptr, 0,
+                              KEY_ALL_ACCESS, nullptr, &key, nullptr) == 0,
+              "RegCreateKeyExW");
+      RegSetValueExW(key, L"EventMessageFile", 0, kExpandableText,
+                     reinterpret_cast<const BYTE*>(file.c_str()),
+                     static_cast<DWORD>((file.size() + 1) * sizeof(wchar_t)));
+      RegCloseKey(key);
+    }
+  }
+  Sources(const Sources&) = delete;
+  Sources& operator=(const Sources&) = delete;
+  ~Sources() {
+    for (int i = 0; i < kSources; ++i) {
+      RegDeleteKeyW(kLocalMachine, (kLog + SourceName(i)).c_str());
+      DeleteFileW(File(i).c_str());
+    }
+    RemoveDirectoryW(folder_.c_str());
+  }
+
+  std::wstring File(int number) const {
+    return folder_.substr(2) + L"\\" + std::to_wstring(number) + L".dll";
+  }
+
+ private:
+  static void Require(bool done, const char* what) { Check(done ? S_OK : E_FAIL, what); }
+
+  std::wstring folder_;
+};
+
+// The files of the sources, loaded once.
+class BareModules {
+ public:
+  explicit BareModules(const Sources& sources) {
+    for (int i = 0; i < kSources; ++i) {
+      modules_[i] = LoadLibraryExW(sources.File(i).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    }
+  }
+  BareModules(const BareModules&) = delete;
+  BareModules& operator=(const BareModules&) = delete;
+  ~BareModules() {
+    for (const HMODULE module : modules_) FreeLibrary(module);
+  }
+
+  // The text with its inserts; with `raw` the text without them is asked for, too.
+  DWORD Format(int message, wchar_t* buffer, bool raw) const {
+    const HMODULE module = modules_[message % kSources];
+    static const wchar_t* const kInserts[] = {L"the print spooler", L"the page"};
+    const DWORD length = FormatMessageW(
+        FORMAT_MESSAGE_FROM_HMODULE | FORMAT_MESSAGE_ARGUMENT_ARRAY, module, kEvent, 0, buffer,
+        kBufferLength, reinterpret_cast<va_list*>(const_cast<wchar_t**>(kInserts)));
+    if (raw) {
+      FormatMessageW(FORMAT_MESSAGE_FROM_HMODULE | FORMAT_MESSAGE_IGNORE_INSERTS, module, kEvent, 0,
+                     buffer, kBufferLength, nullptr);
+    }
+    return length;
+  }
+
+ private:
+  HMODULE modules_[kSources] = {};
+};
+
+class Library {
+ public:
+  Library() {
+    veldmark::Apartment::Start(veldmark::WindowsPlatform());
+    for (int i = 0; i < kSources; ++i) {
+      const std::wstring name = SourceName(i);
+      sources_.push_back(
+          {veldmark::Engine().ComputerName(), u"System", veldmark::Text(name.begin(), name.end())});
+    }
+  }
+  Library(const Library&) = delete;
+  Library& operator=(const Library&) = delete;
+  ~Library() { veldmark::Apartment::End(); }
+
+  veldmark::Text Message(int message) const {
+    veldmark::Text raw;
+    return veldmark::GetEventMessage(sources_[message % kSources], kEvent, {}, strings_, raw);
+  }
+  std::size_t loaded_files() const { return veldmark::Apartment::Current().message_files.size(); }
+
+ private:
+  std::vector<veldmark::MessageSource> sources_;
+  std::optional<veldmark::TextArray> strings_{
+      std::in_place, std::vector<veldmark::Text>{u"the print spooler", u"the page"}, 1};
+};
+
+bool Agree(const Library& library, const BareModules& modules, wchar_t* buffer) {
+  for (int i = 0; i < kSources; ++i) {
+    std::wstring bare(buffer, modules.Format(i, buffer, false));
+    if (bare.ends_with(L"\r\n")) bare.resize(bare.size() - 2);
+    const veldmark::Text ours = library.Message(i);
+    if (bare.empty() || std::wstring(ours.begin(), ours.end()) != bare) return false;
+  }
+  return true;
+}
+
+bool Measure(const std::wstring& texts) {
+  const Sources sources(texts);
+  const BareModules modules(sources);
+  const Library library;
+  std::vector<wchar_t> buffer(kBufferLength);
+  if (!Agree(library, modules, buffer.data())) {
+    std::printf("the two readings disagree\n");
+    return false;
+  }
+  const auto all = [](auto&& message) {
+    return Best([&] {
+      for (int i = 0; i < kMessages; ++i) message(i);
+    });
+  };
+  const double one_call = all([&](int i) { modules.Format(i, buffer.data(), false); });
+  const double both_calls = all([&](int i) { modules.Format(i, buffer.data(), true); });
+  const double ours = all([&](int i) { library.Message(i); });
+  if (library.loaded_files() != kSources) {
+    std::printf("%zu loads of %d files\n", library.loaded_files(), kSources);
+    return false;
+  }
+  Head();
+  Row("12,000 event messages with their raw texts", ours * 1000, both_calls * 1000, "ms", 1.5);
+  std::printf("(%.3f ms and %.2f times with one call a message, which gives no raw text)\n",
+              one_call * 1000, ours / one_call);
+  return true;
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+  if (argc < 2) return 2;
+  const std::wstring server = argv[1];
+  return Measure(server.substr(0, server.rfind(L'\\') + 1) + L"event_texts.dll") ? 0 : 1;
+}
