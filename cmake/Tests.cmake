@@ -47,6 +47,8 @@ function(veldmark_test name libraries sources)
     if(CMAKE_SIZEOF_VOID_P EQUAL 4)
       set(prefix "windows-x86.${name}.")
     endif()
+    # They share a computer: its services, tasks and registry keys.
+    set(lock RESOURCE_LOCK ${prefix})
   else()
     # With sanitizers, optimising these sources takes a third of their compilation.
     target_compile_options(${name} PRIVATE -O0)
@@ -54,7 +56,7 @@ function(veldmark_test name libraries sources)
   endif()
   # Discovery waits for the test run, since the build must do without Wine.
   gtest_discover_tests(${name} TEST_PREFIX ${prefix} NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST
-                       DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
+                       DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300 ${lock})
 endfunction()
 
 # veldmark_message_file(NAME SOURCE): NAME.dll, which has a message table and no code.

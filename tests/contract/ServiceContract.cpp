@@ -190,6 +190,8 @@ TEST_F(ServiceManagers, StartStopAndRemoveServices) {
   EXPECT_EQ(Code(services_.DeleteService(one_.Get())), 0u);
   EXPECT_EQ(Code(services_.DeleteService(one_.Get())), kErrorServiceMarkedForDelete);
   one_.Reset();
+  // The manager lets go of it when the program has ended.
+  for (int tries = 0; tries < 200 && Open(kOne, kServiceQueryStatus); ++tries) world_->LetPass(25);
   EXPECT_EQ(Code(static_cast<bool>(Open(kOne, kServiceQueryStatus))), kErrorServiceDoesNotExist);
   const ServiceDatabaseLock lock(services_, services_.LockServiceDatabase(manager_.Get()));
   EXPECT_TRUE(lock);

@@ -64,6 +64,12 @@ WScript.Echo "its descriptor: " & one.GetSecurityDescriptor.ParentObjectType & "
 
 other.Remove
 one.Remove
+' The manager lets go of a service when its program has ended.
+Dim tries
+For tries = 1 To 100
+  If TestServices(server.GetServices(48, 3)) = "" Then Exit For
+  WScript.Sleep 50
+Next
 Listed "left", server.GetServices(48, 3)
 
 Function Made(name, words, dependencies)
@@ -83,12 +89,16 @@ Sub Show(what)
   WScript.Echo what & ": " & one.CurrentState & " " & one.StartType & " " & one.AcceptStop & " " & one.AcceptPauseContinue
 End Sub
 
-Sub Listed(what, services)
-  Dim service, names
+Function TestServices(services)
+  Dim service
+  TestServices = ""
   For Each service In services
-    If Left(service.ServiceName, 12) = "VeldmarkTest" Then names = names & " " & service.ServiceName
+    If Left(service.ServiceName, 12) = "VeldmarkTest" Then TestServices = TestServices & " " & service.ServiceName
   Next
-  WScript.Echo what & ":" & names
+End Function
+
+Sub Listed(what, services)
+  WScript.Echo what & ":" & TestServices(services)
 End Sub
 
 Sub Fails(what, service, control)
