@@ -1,5 +1,6 @@
 #include "platform/simulated/estate_file/EstateFile.h"
 
+#include <algorithm>
 #include <array>
 #include <fstream>
 #include <iterator>
@@ -45,6 +46,16 @@ void ReadTimeZone(const Node& node, Estate& estate) {
   estate.SetTimeZone(zone, kIds[index]);
 }
 
+std::string PlaceOf(std::string_view text, std::size_t position) {
+  std::size_t line = 1;
+  std::size_t column = 1;
+  for (const char unit : text.substr(0, position)) {
+    column = unit == '\n' ? 1 : column + 1;
+    if (unit == '\n') ++line;
+  }
+  return "line " + std::to_string(line) + ", column " + std::to_string(column);
+}
+
 }  // namespace
 
 Estate ReadEstate(std::string_view text, Estate::Clock real_time,
@@ -53,14 +64,13 @@ Estate ReadEstate(std::string_view text, Estate::Clock real_time,
   try {
     json = Json::parse(text);
   } catch (const Json::parse_error& error) {
-    std::size_t line = 1;
-    std::size_t column = 1;
-    for (const char unit : text.substr(0, error.byte > 0 ? error.byte - 1 : 0)) {
-      column = unit == '\n' ? 1 : column + 1;
-      if (unit == '\n') ++line;
-    }
-    throw EstateFileError("line " + std::to_string(line) + ", column " + std::to_string(column),
-                          "is no JSON");
+    throw EstateFileError(PlaceOf(text, error.byte > 0 ? error.byte - 1 : 0), "is no JSON");
+  } catch (const Json::out_of_range& error) {
+    // The number stands between quotes in the message.
+    std::string_view number = error.what();
+    number.remove_prefix(std::min(number.find('\''), number.size() - 1) + 1);
+    throw EstateFileError(PlaceOf(text, text.find(number.substr(0, number.find('\'')))),
+                          "is too large a number");
   }
   const Node root(json, "", folder);
   root.OnlyFields({"$schema", "clock", "clockRuns", "timeZone", "user", "currentFolder",
