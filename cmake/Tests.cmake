@@ -50,8 +50,6 @@ function(veldmark_test name libraries sources)
     # They share a computer: its services, tasks and registry keys.
     set(lock RESOURCE_LOCK ${prefix})
   else()
-    # With sanitizers, optimising these sources takes a third of their compilation.
-    target_compile_options(${name} PRIVATE -O0)
     set(prefix "${name}.")
   endif()
   # Discovery waits for the test run, since the build must do without Wine.

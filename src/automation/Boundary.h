@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <concepts>
 #include <cstdint>
 #include <type_traits>
@@ -33,7 +34,7 @@ struct Boundary;
 
 template <class T, BoundaryType kType, T (*kConvert)(const Variant&)>
 struct PlainBoundary {
-  static TypeReference Type() { return {.type = kType}; }
+  static constexpr TypeReference Type() { return {.type = kType}; }
   static T FromVariant(const Variant& value) { return kConvert(value); }
   static Variant ToVariant(T value) { return Variant(std::move(value)); }
 };
@@ -59,7 +60,7 @@ struct Boundary<Text> : PlainBoundary<Text, BoundaryType::kText, ToText> {};
 
 template <>
 struct Boundary<Variant> {
-  static TypeReference Type() { return {.type = BoundaryType::kVariant}; }
+  static constexpr TypeReference Type() { return {.type = BoundaryType::kVariant}; }
   static Variant FromVariant(const Variant& value) { return value.Dereferenced(); }
   static Variant ToVariant(Variant value) { return value; }
 };
@@ -78,7 +79,7 @@ inline const Variant& BehindReferences(const Variant& value) {
 /// A script's array, whose elements are variants, converts element by element.
 template <class T, BoundaryType kType>
 struct ArrayBoundary {
-  static TypeReference Type() { return {.type = kType}; }
+  static constexpr TypeReference Type() { return {.type = kType}; }
   static T FromVariant(const Variant& value) {
     const Variant& plain = BehindReferences(value);
     if (const T* array = plain.If<T>()) return *array;
@@ -105,14 +106,14 @@ struct Boundary<TextArray> : ArrayBoundary<TextArray, BoundaryType::kTextArray> 
 
 template <>
 struct Boundary<Ref<Object>> {
-  static TypeReference Type() { return {.type = BoundaryType::kAnyObject}; }
+  static constexpr TypeReference Type() { return {.type = BoundaryType::kAnyObject}; }
   static Ref<Object> FromVariant(const Variant& value) { return ToObject(value); }
   static Variant ToVariant(Ref<Object> value) { return Variant(std::move(value)); }
 };
 
 template <>
 struct Boundary<Ref<Enumerator>> {
-  static TypeReference Type() { return {.type = BoundaryType::kEnumerator}; }
+  static constexpr TypeReference Type() { return {.type = BoundaryType::kEnumerator}; }
   static Ref<Enumerator> FromVariant(const Variant& value);
   static Variant ToVariant(Ref<Enumerator> value);
 };
@@ -121,7 +122,7 @@ struct Boundary<Ref<Enumerator>> {
 /// so that a script's fresh variable serves as an out-argument.
 template <ExportedClass Class>
 struct Boundary<Ref<Class>> {
-  static TypeReference Type() {
+  static constexpr TypeReference Type() {
     return {.type = BoundaryType::kClass, .class_table = &Class::Describe};
   }
   static Ref<Class> FromVariant(const Variant& value) {
@@ -140,7 +141,7 @@ struct Boundary<Ref<Class>> {
 template <ExportedEnumeration E>
 struct Boundary<E> {
   static const Enumeration& Table() { return DescribeEnumeration(E{}); }
-  static TypeReference Type() {
+  static constexpr TypeReference Type() {
     return {.type = BoundaryType::kEnumeration, .enumeration_table = &Table};
   }
   static E FromVariant(const Variant& value) { return static_cast<E>(ToLong(value)); }
@@ -175,46 +176,54 @@ struct ParameterForm<Class*> {
   static Class* Pass(Value& value) { return value.Get(); }
 };
 
-/// A callable member of `Class`: a member function, or a function that takes the object first.
+/// A parameter as the calling roads see it: `Value&` for a by-reference one, `Value` for any other.
+template <class P>
+using ArgumentOf =
+    std::conditional_t<ParameterForm<P>::kByReference, typename ParameterForm<P>::Value&,
+                       typename ParameterForm<P>::Value>;
+
+/// The type of an argument or a result at the boundary.
+template <class A>
+constexpr TypeReference TypeReferenceOf() {
+  if constexpr (std::is_void_v<A>) {
+    return {};
+  } else {
+    TypeReference type = Boundary<std::remove_reference_t<A>>::Type();
+    type.by_reference = std::is_lvalue_reference_v<A>;
+    return type;
+  }
+}
+template <class... A>
+inline constexpr std::array<TypeReference, sizeof...(A)> kTypeReferences{TypeReferenceOf<A>()...};
+
+/// A callable member: a member function, or a function that takes the object first.
+///
+/// What is made for each member is as little as can be, its `Target`: a function of the object and
+/// the values of its arguments. All else is made once a signature, for all members that share it.
 template <auto kMember>
 struct MemberForm;
 
-template <class C, class R, class... P>
+template <auto kMember, class C, class R, class... P>
 struct MemberSignature {
-  using Class = C;
-  using Result = std::remove_cvref_t<R>;
-  template <template <class...> class Receiver, auto kMember>
-  using Apply = Receiver<std::integral_constant<decltype(kMember), kMember>, C, Result, P...>;
+  template <template <class...> class Receiver>
+  using Apply = Receiver<std::remove_cvref_t<R>, ArgumentOf<P>...>;
 
-  static std::vector<Parameter> Parameters() {
-    std::vector<Parameter> parameters(sizeof...(P));
-    std::size_t i = 0;
-    ((parameters[i].type = Boundary<typename ParameterForm<P>::Value>::Type(),
-      parameters[i].type.by_reference = ParameterForm<P>::kByReference, ++i),
-     ...);
-    return parameters;
-  }
-  static TypeReference ResultType() {
-    if constexpr (std::is_void_v<R>) {
-      return {};
+  static std::remove_cvref_t<R> Target(Object& self, typename ParameterForm<P>::Value&... values) {
+    C& object = static_cast<C&>(self);
+    if constexpr (std::is_member_pointer_v<decltype(kMember)>) {
+      return (object.*kMember)(ParameterForm<P>::Pass(values)...);
     } else {
-      return Boundary<Result>::Type();
+      return kMember(object, ParameterForm<P>::Pass(values)...);
     }
   }
 };
 
 template <class C, class R, class... P, R (C::*kMember)(P...)>
-struct MemberForm<kMember> : MemberSignature<C, R, P...> {
-  static R Call(C& self, P... arguments) { return (self.*kMember)(std::forward<P>(arguments)...); }
-};
+struct MemberForm<kMember> : MemberSignature<kMember, C, R, P...> {};
 template <class C, class R, class... P, R (C::*kMember)(P...) const>
-struct MemberForm<kMember> : MemberSignature<C, R, P...> {
-  static R Call(C& self, P... arguments) { return (self.*kMember)(std::forward<P>(arguments)...); }
-};
+struct MemberForm<kMember> : MemberSignature<kMember, C, R, P...> {};
 template <class C, class R, class... P, R (*kMember)(C&, P...)>
-struct MemberForm<kMember> : MemberSignature<C, R, P...> {
-  static R Call(C& self, P... arguments) { return kMember(self, std::forward<P>(arguments)...); }
-};
+struct MemberForm<kMember> : MemberSignature<kMember, C, R, P...> {};
 
 /// Calls and writes by-reference arguments back, also when the call raises: a member has cleared
 /// its out-arguments then, and the caller is to see that. The call's own error stays the one that

@@ -12,14 +12,18 @@
 
 namespace veldmark {
 
-/// A parameter's name in a declaration, with its default where it is optional.
-struct ParameterName {
-  ParameterName(const char16_t* name) : name(name) {}
-  ParameterName(const char16_t* name, Variant default_value)
-      : name(name), default_value(std::move(default_value)) {}
+/// What an optional parameter is when the caller leaves it out: empty, or one of these values.
+using DefaultValue = std::variant<std::monostate, bool, std::int32_t, const char16_t*, Status>;
 
-  Text name;
-  std::optional<Variant> default_value;
+/// A parameter's name in a declaration, with its default where it is optional. Plain data, since a
+/// table has hundreds of them.
+struct ParameterName {
+  constexpr ParameterName(const char16_t* name) : name(name) {}
+  constexpr ParameterName(const char16_t* name, DefaultValue default_value)
+      : name(name), default_value(default_value) {}
+
+  const char16_t* name;
+  std::optional<DefaultValue> default_value;
 };
 using ParameterNames = std::initializer_list<ParameterName>;
 
@@ -34,27 +38,30 @@ T ReadArgument(const Variant& argument) {
   }
 }
 
-template <class Constant, class Class, class Result, class... P>
+/// The late-bound road to all members of a signature.
+template <class Result, class... A>
 struct LateBound {
-  static Variant Invoke(Object& self, std::span<Variant> arguments) {
-    return InvokeWith(static_cast<Class&>(self), arguments, std::index_sequence_for<P...>());
+  using Target = Result (*)(Object& self, std::remove_reference_t<A>&... values);
+
+  static Variant Invoke(Member::Target target, Object& self, std::span<Variant> arguments) {
+    return InvokeWith(reinterpret_cast<Target>(target), self, arguments,
+                      std::index_sequence_for<A...>());
   }
 
  private:
   template <std::size_t... I>
-  static Variant InvokeWith(Class& self, [[maybe_unused]] std::span<Variant> arguments,
+  static Variant InvokeWith(Target target, Object& self,
+                            [[maybe_unused]] std::span<Variant> arguments,
                             std::index_sequence<I...>) {
-    using Form = MemberForm<Constant::value>;
-    [[maybe_unused]] std::tuple<typename ParameterForm<P>::Value...> values{
-        ReadArgument<typename ParameterForm<P>::Value>(arguments[I])...};
-    const auto write_back = [&] { (WriteBack<P>(arguments[I], std::get<I>(values)), ...); };
+    [[maybe_unused]] std::tuple<std::remove_reference_t<A>...> values{
+        ReadArgument<std::remove_reference_t<A>>(arguments[I])...};
+    const auto write_back = [&] { (WriteBack<A>(arguments[I], std::get<I>(values)), ...); };
     Variant result;
     const auto call = [&] {
       if constexpr (std::is_void_v<Result>) {
-        Form::Call(self, ParameterForm<P>::Pass(std::get<I>(values))...);
+        target(self, std::get<I>(values)...);
       } else {
-        result = Boundary<Result>::ToVariant(
-            Form::Call(self, ParameterForm<P>::Pass(std::get<I>(values))...));
+        result = Boundary<Result>::ToVariant(target(self, std::get<I>(values)...));
       }
     };
     CallMemberThenWriteBack(call, write_back);
@@ -63,15 +70,27 @@ struct LateBound {
 
   // What the member left as it was stays as the caller typed it. A fresh variable takes the
   // parameter's type all the same: an object's then holds Nothing.
-  template <class Q>
+  template <class B>
   static void WriteBack([[maybe_unused]] Variant& argument,
-                        [[maybe_unused]] typename ParameterForm<Q>::Value& value) {
-    if constexpr (ParameterForm<Q>::kByReference) {
-      using Form = Boundary<typename ParameterForm<Q>::Value>;
+                        [[maybe_unused]] std::remove_reference_t<B>& value) {
+    if constexpr (std::is_lvalue_reference_v<B>) {
+      using Form = Boundary<std::remove_reference_t<B>>;
       const bool fresh = BehindReferences(argument).Type() == VariantType::kEmpty;
       if (fresh || !(Form::FromVariant(argument) == value)) argument.Assign(Form::ToVariant(value));
     }
   }
+};
+
+/// What members of the same signature have in common.
+struct Signature {
+  std::span<const TypeReference> parameters;
+  TypeReference result;
+  Member::Invoker invoker = nullptr;
+};
+template <class Result, class... A>
+struct SignatureOf {
+  static constexpr Signature kValue{kTypeReferences<A...>, TypeReferenceOf<Result>(),
+                                    &LateBound<Result, A...>::Invoke};
 };
 
 template <auto kField>
@@ -82,9 +101,18 @@ struct FieldForm<kField> {
   static void Put(C& self, T value) { self.*kField = std::move(value); }
 };
 
+/// What a declaration gives of a member beside its names.
+struct Code {
+  const Signature& signature;
+  Member::Target target;
+  Member::Thunk thunk;
+};
+
 /// Adds the next slot. Identifiers count from 1 in the order of the names; a put takes that of its
 /// get.
-void Append(Interface& table, Member member, TextView name, TextView help, ParameterNames names);
+void Append(Interface& table, MemberKind kind, const Code& code, const char16_t* name,
+            const char16_t* help, ParameterNames names);
+void Append(Enumeration& table, const char16_t* name, std::int32_t value, const char16_t* help);
 /// Gives the latest member a fixed identifier.
 void Renumber(Interface& table, std::int32_t id);
 
@@ -102,7 +130,7 @@ void Renumber(Interface& table, std::int32_t id);
 template <ExportedClass Class>
 class Declare {
  public:
-  Declare(TextView name, TextView help) {
+  Declare(const char16_t* name, const char16_t* help) {
     table_.name = name;
     table_.help = help;
     table_.create = [] { return Ref<Object>(Make<Class>()); };
@@ -110,31 +138,31 @@ class Declare {
 
   /// A get and put property with code of its own.
   template <auto kGet, auto kPut>
-  Declare&& Property(TextView name, TextView help) && {
+  Declare&& Property(const char16_t* name, const char16_t* help) && {
     Add<kGet>(MemberKind::kGet, name, help, {});
     Add<kPut>(MemberKind::kPut, name, help, {u"Value"});
     return std::move(*this);
   }
   /// A property that can only be written, or the put of one whose get has an earlier slot.
   template <auto kPut>
-  Declare&& Put(TextView name, TextView help) && {
+  Declare&& Put(const char16_t* name, const char16_t* help) && {
     Add<kPut>(MemberKind::kPut, name, help, {u"Value"});
     return std::move(*this);
   }
   /// A get and put property that is a plain stored value: a public field of the class.
   template <auto kField>
-  Declare&& Stored(TextView name, TextView help) && {
+  Declare&& Stored(const char16_t* name, const char16_t* help) && {
     using Form = declaration::FieldForm<kField>;
     return std::move(*this).template Property<&Form::Get, &Form::Put>(name, help);
   }
   /// A read-only property, with parameters where it has some.
   template <auto kGet>
-  Declare&& Get(TextView name, TextView help, ParameterNames names = {}) && {
+  Declare&& Get(const char16_t* name, const char16_t* help, ParameterNames names = {}) && {
     Add<kGet>(MemberKind::kGet, name, help, names);
     return std::move(*this);
   }
   template <auto kMethod>
-  Declare&& Method(TextView name, TextView help, ParameterNames names = {}) && {
+  Declare&& Method(const char16_t* name, const char16_t* help, ParameterNames names = {}) && {
     Add<kMethod>(MemberKind::kMethod, name, help, names);
     return std::move(*this);
   }
@@ -159,17 +187,18 @@ class Declare {
 
  private:
   template <auto kMember>
-  void Add(MemberKind kind, TextView name, TextView help, ParameterNames names) {
+  void Add(MemberKind kind, const char16_t* name, const char16_t* help, ParameterNames names) {
     using Form = MemberForm<kMember>;
-    Member member;
-    member.kind = kind;
-    member.parameters = Form::Parameters();
-    member.result = Form::ResultType();
-    member.invoke = &Form::template Apply<declaration::LateBound, kMember>::Invoke;
+    constexpr auto kTarget = &Form::Target;
+    Member::Thunk thunk = nullptr;
 #ifdef _WIN32
-    member.thunk = reinterpret_cast<Member::Thunk>(&Form::template Apply<Thunk, kMember>::Call);
+    using Road = typename Form::template Apply<EarlyBound>;
+    thunk = reinterpret_cast<Member::Thunk>(&Road::template Thunk<kTarget>);
 #endif
-    declaration::Append(table_, std::move(member), name, help, names);
+    declaration::Append(table_, kind,
+                        {Form::template Apply<declaration::SignatureOf>::kValue,
+                         reinterpret_cast<Member::Target>(kTarget), thunk},
+                        name, help, names);
   }
   Declare&& Id(std::int32_t id) && {
     declaration::Renumber(table_, id);
@@ -185,19 +214,20 @@ class Declare {
 ///     {u"StatusMessage"})
 class DeclareEvents {
  public:
-  DeclareEvents(TextView name, TextView help) {
+  DeclareEvents(const char16_t* name, const char16_t* help) {
     table_.name = name;
     table_.help = help;
   }
   template <class... P>
-  DeclareEvents&& Event(TextView name, TextView help, ParameterNames names = {}) && {
-    Add(name, help, MemberSignature<Object, void, P...>::Parameters(), names);
+  DeclareEvents&& Event(const char16_t* name, const char16_t* help, ParameterNames names = {}) && {
+    Add(name, help, kTypeReferences<ArgumentOf<P>...>, names);
     return std::move(*this);
   }
   operator EventInterface() && { return std::move(table_); }
 
  private:
-  void Add(TextView name, TextView help, std::vector<Parameter> parameters, ParameterNames names);
+  void Add(const char16_t* name, const char16_t* help, std::span<const TypeReference> parameters,
+           ParameterNames names);
 
   EventInterface table_;
 };
@@ -206,12 +236,12 @@ class DeclareEvents {
 template <class E>
 class DeclareEnumeration {
  public:
-  DeclareEnumeration(TextView name, TextView help) {
+  DeclareEnumeration(const char16_t* name, const char16_t* help) {
     table_.name = name;
     table_.help = help;
   }
-  DeclareEnumeration&& Value(TextView name, E value, TextView help) && {
-    table_.values.push_back({Text(name), static_cast<std::int32_t>(value), Text(help)});
+  DeclareEnumeration&& Value(const char16_t* name, E value, const char16_t* help) && {
+    declaration::Append(table_, name, static_cast<std::int32_t>(value), help);
     return std::move(*this);
   }
   operator Enumeration() && { return std::move(table_); }

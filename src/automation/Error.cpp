@@ -67,6 +67,12 @@ thread_local ErrObject* attached = nullptr;
 
 }  // namespace
 
+AutomationError::AutomationError(const AutomationError& other) = default;
+AutomationError::AutomationError(AutomationError&& other) noexcept = default;
+AutomationError& AutomationError::operator=(const AutomationError& other) = default;
+AutomationError& AutomationError::operator=(AutomationError&& other) noexcept = default;
+AutomationError::~AutomationError() = default;
+
 AutomationError::AutomationError(std::int32_t error_number, Text error_source,
                                  Text error_description)
     : number(error_number),

@@ -53,6 +53,11 @@ Text SourceOf(TextView class_name);
 class AutomationError : public std::exception {
  public:
   AutomationError(std::int32_t number, Text source, Text description);
+  AutomationError(const AutomationError& other);
+  AutomationError(AutomationError&& other) noexcept;
+  AutomationError& operator=(const AutomationError& other);
+  AutomationError& operator=(AutomationError&& other) noexcept;
+  ~AutomationError() override;
   const char* what() const noexcept override { return what_.c_str(); }
 
   std::int32_t number;

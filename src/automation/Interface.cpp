@@ -23,6 +23,10 @@ bool MemberNameEqual::operator()(TextView left, TextView right) const noexcept {
 
 void RaiseArgumentError(const Variant& argument) { throw ArgumentError(CurrentError(), argument); }
 
+Interface::Interface() = default;
+Interface::Interface(Interface&& other) noexcept = default;
+Interface::~Interface() = default;
+
 std::int32_t Interface::IdOf(TextView member_name) const {
   const auto found = ids.find(member_name);
   return found == ids.end() ? kUnknownMember : found->second;
@@ -46,7 +50,7 @@ Variant Call(Object& self, const Member& member, std::span<Variant> arguments) {
     argument = *parameter.default_value;
   };
   for (std::size_t i = 0; i < arguments.size(); ++i) fill(i, arguments[i]);
-  if (arguments.size() == parameters.size()) return member.invoke(self, arguments);
+  if (arguments.size() == parameters.size()) return member.Invoke(self, arguments);
 
   std::vector<Variant> complete(arguments.begin(), arguments.end());
   complete.resize(parameters.size(), Variant::Missing());
@@ -58,7 +62,7 @@ Variant Call(Object& self, const Member& member, std::span<Variant> arguments) {
       std::move(from.begin(), from.begin() + static_cast<std::ptrdiff_t>(to.size()), to.begin());
     }
   } const write_back{arguments, complete};
-  return member.invoke(self, complete);
+  return member.Invoke(self, complete);
 }
 
 Variant Call(Object& self, TextView name, MemberKind kind, std::vector<Variant> arguments) {

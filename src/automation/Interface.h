@@ -57,9 +57,11 @@ enum class MemberKind : std::uint16_t { kMethod = 1, kGet = 2, kPut = 4 };
 
 /// One slot of an interface.
 struct Member {
-  /// Calls the member late-bound: one variant a parameter, none missing. By-reference arguments are
-  /// written back, also when the member raises.
-  using Invoker = Variant (*)(Object& self, std::span<Variant> arguments);
+  /// The member itself, as a function with the signature that its invoker knows.
+  using Target = void (*)();
+  /// Calls a target late-bound: one variant a parameter, none missing. By-reference arguments are
+  /// written back, also when the member raises. Members of the same signature share one.
+  using Invoker = Variant (*)(Target target, Object& self, std::span<Variant> arguments);
   /// The early-bound entry, with the signature that the type library gives it.
   using Thunk = void (*)();
 
@@ -71,8 +73,13 @@ struct Member {
   bool hidden = false;
   std::vector<Parameter> parameters;
   TypeReference result;
-  Invoker invoke = nullptr;
+  Target target = nullptr;
+  Invoker invoker = nullptr;
   Thunk thunk = nullptr;
+
+  Variant Invoke(Object& self, std::span<Variant> arguments) const {
+    return invoker(target, self, arguments);
+  }
 };
 
 /// One event of an event interface; its members are called by the library and implemented by the
@@ -132,6 +139,11 @@ struct Interface {
   Ref<Object> (*create)() = nullptr;
   MemberIds ids;
 
+  // In Interface.cpp, for the build's sake.
+  Interface();
+  Interface(Interface&& other) noexcept;
+  ~Interface();
+
   Text InterfaceName() const { return u"_" + name; }
   Text ProgramIdentity() const { return u"Veldmark2." + name; }
   Identity ClassIdentity() const { return IdentityOf("class " + ToUtf8(name)); }
@@ -144,7 +156,7 @@ struct Interface {
   const Member* Find(std::int32_t id, std::uint16_t kinds) const;
 };
 
-/// What `Member::invoke` raises for an argument that doesn't convert to its parameter's type, with
+/// What `Member::Invoke` raises for an argument that doesn't convert to its parameter's type, with
 /// the error of the conversion.
 class ArgumentError : public AutomationError {
  public:

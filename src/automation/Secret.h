@@ -34,7 +34,7 @@ void Wipe(Text& text) noexcept;
 
 template <>
 struct Boundary<Secret> {
-  static TypeReference Type() { return {.type = BoundaryType::kText, .secret = true}; }
+  static constexpr TypeReference Type() { return {.type = BoundaryType::kText, .secret = true}; }
   static Secret FromVariant(const Variant& value) {
     Text text = ToText(value);
     return Secret::TakenFrom(text);

@@ -84,42 +84,41 @@ struct RawForm<Array<T>> {
   static void Free(Raw& raw) { abi::FreeArray(raw); }
 };
 
-template <class P>
-using RawParameter = std::conditional_t<ParameterForm<P>::kByReference,
-                                        typename RawForm<typename ParameterForm<P>::Value>::Raw*,
-                                        typename RawForm<typename ParameterForm<P>::Value>::Raw>;
+template <class A>
+using RawArgument = std::conditional_t<std::is_lvalue_reference_v<A>,
+                                       typename RawForm<std::remove_reference_t<A>>::Raw*,
+                                       typename RawForm<std::remove_reference_t<A>>::Raw>;
 
-/// The early-bound work common to members with and without a result. Out-arguments are cleared
-/// first and written back also when the member raises.
-template <class Constant, class Class, class Result, class... P>
-struct ThunkBody {
+/// The early-bound work common to all members of a signature, with and without a result.
+/// Out-arguments are cleared first and written back also when the member raises.
+template <class Result, class... A>
+struct EarlyBoundBody {
+  using Target = Result (*)(Object& self, std::remove_reference_t<A>&... values);
+
  protected:
   template <class RawResult>
-  static std::int32_t Run(BinaryFace* face, RawResult* result,
-                          std::tuple<RawParameter<P>...> raw) noexcept {
-    return RunWith(static_cast<Class&>(static_cast<Object&>(*face)), result, raw,
-                   std::index_sequence_for<P...>());
+  static std::int32_t Run(Target target, BinaryFace* face, RawResult* result,
+                          std::tuple<RawArgument<A>...> raw) noexcept {
+    return RunWith(target, static_cast<Object&>(*face), result, raw,
+                   std::index_sequence_for<A...>());
   }
 
  private:
-  using Form = MemberForm<Constant::value>;
-
   template <class RawResult, std::size_t... I>
-  static std::int32_t RunWith(Class& self, RawResult* result,
-                              [[maybe_unused]] std::tuple<RawParameter<P>...>& raw,
+  static std::int32_t RunWith(Target target, Object& self, RawResult* result,
+                              [[maybe_unused]] std::tuple<RawArgument<A>...>& raw,
                               std::index_sequence<I...>) noexcept {
-    if ((IsNull<P>(std::get<I>(raw)) || ...)) return abi::kNullPointer;
+    if ((IsNull<A>(std::get<I>(raw)) || ...)) return abi::kNullPointer;
     const CallInProgress in_progress(self);
     try {
-      [[maybe_unused]] std::tuple<typename ParameterForm<P>::Value...> values{
-          Read<P>(std::get<I>(raw))...};
-      const auto write_back = [&] { (WriteBack<P>(std::get<I>(raw), std::get<I>(values)), ...); };
+      [[maybe_unused]] std::tuple<std::remove_reference_t<A>...> values{
+          Read<A>(std::get<I>(raw))...};
+      const auto write_back = [&] { (WriteBack<A>(std::get<I>(raw), std::get<I>(values)), ...); };
       const auto call = [&] {
         if constexpr (std::is_void_v<Result>) {
-          Form::Call(self, ParameterForm<P>::Pass(std::get<I>(values))...);
+          target(self, std::get<I>(values)...);
         } else {
-          *result = RawForm<Result>::HandOut(
-              Form::Call(self, ParameterForm<P>::Pass(std::get<I>(values))...));
+          *result = RawForm<Result>::HandOut(target(self, std::get<I>(values)...));
         }
       };
       CallMemberThenWriteBack(call, write_back);
@@ -133,28 +132,28 @@ struct ThunkBody {
     }
   }
 
-  template <class Q>
-  static bool IsNull(const RawParameter<Q>& raw) {
-    if constexpr (ParameterForm<Q>::kByReference) {
+  template <class B>
+  static bool IsNull(const RawArgument<B>& raw) {
+    if constexpr (std::is_lvalue_reference_v<B>) {
       return raw == nullptr;
     } else {
       return false;
     }
   }
-  template <class Q>
-  static auto Read(const RawParameter<Q>& raw) {
-    using Value = RawForm<typename ParameterForm<Q>::Value>;
-    if constexpr (ParameterForm<Q>::kByReference) {
-      return Value::Read(*raw);
+  template <class B>
+  static auto Read(const RawArgument<B>& raw) {
+    using Form = RawForm<std::remove_reference_t<B>>;
+    if constexpr (std::is_lvalue_reference_v<B>) {
+      return Form::Read(*raw);
     } else {
-      return Value::Read(raw);
+      return Form::Read(raw);
     }
   }
-  template <class Q>
-  static void WriteBack([[maybe_unused]] RawParameter<Q>& raw,
-                        [[maybe_unused]] const typename ParameterForm<Q>::Value& value) {
-    if constexpr (ParameterForm<Q>::kByReference) {
-      using Value = typename ParameterForm<Q>::Value;
+  template <class B>
+  static void WriteBack([[maybe_unused]] RawArgument<B>& raw,
+                        [[maybe_unused]] const std::remove_reference_t<B>& value) {
+    if constexpr (std::is_lvalue_reference_v<B>) {
+      using Value = std::remove_reference_t<B>;
       if (RawForm<Value>::Read(*raw) == value) return;
       if constexpr (std::is_same_v<Value, Variant>) {
         abi::Assign(*raw, value);
@@ -168,21 +167,25 @@ struct ThunkBody {
   }
 };
 
-/// The function behind one slot of a dual interface.
-template <class Constant, class Class, class Result, class... P>
-struct Thunk : ThunkBody<Constant, Class, Result, P...> {
+/// The early-bound road to all members of a signature. `Thunk` is the function behind one slot of a
+/// dual interface.
+template <class Result, class... A>
+struct EarlyBound : EarlyBoundBody<Result, A...> {
   using RawResult = typename RawForm<Result>::Raw;
-  static std::int32_t VELDMARK_STDCALL Call(BinaryFace* face, RawParameter<P>... raw,
-                                            RawResult* result) noexcept {
+  template <auto kTarget>
+  static std::int32_t VELDMARK_STDCALL Thunk(BinaryFace* face, RawArgument<A>... raw,
+                                             RawResult* result) noexcept {
     if (!result) return abi::kNullPointer;
     *result = RawResult{};
-    return Thunk::Run(face, result, std::tuple<RawParameter<P>...>(raw...));
+    return EarlyBound::Run(kTarget, face, result, std::tuple<RawArgument<A>...>(raw...));
   }
 };
-template <class Constant, class Class, class... P>
-struct Thunk<Constant, Class, void, P...> : ThunkBody<Constant, Class, void, P...> {
-  static std::int32_t VELDMARK_STDCALL Call(BinaryFace* face, RawParameter<P>... raw) noexcept {
-    return Thunk::template Run<void>(face, nullptr, std::tuple<RawParameter<P>...>(raw...));
+template <class... A>
+struct EarlyBound<void, A...> : EarlyBoundBody<void, A...> {
+  template <auto kTarget>
+  static std::int32_t VELDMARK_STDCALL Thunk(BinaryFace* face, RawArgument<A>... raw) noexcept {
+    return EarlyBound::template Run<void>(kTarget, face, nullptr,
+                                          std::tuple<RawArgument<A>...>(raw...));
   }
 };
 

@@ -4,6 +4,14 @@
 
 namespace veldmark {
 
+Variant::Variant() noexcept = default;
+Variant::Variant(const Variant& other) = default;
+Variant::Variant(Variant&& other) noexcept = default;
+Variant& Variant::operator=(const Variant& other) = default;
+Variant& Variant::operator=(Variant&& other) noexcept = default;
+Variant::~Variant() = default;
+bool Variant::operator==(const Variant& other) const = default;
+
 Variant Variant::Dereferenced() const {
   const Reference* reference = If<Reference>();
   if (!reference) return *this;

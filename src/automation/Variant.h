@@ -63,7 +63,15 @@ class Variant {
                                std::int64_t, double, Currency, Date, Text, Ref<Object>, Status,
                                Reference, ByteArray, LongArray, TextArray, VariantArray>;
 
-  Variant() = default;
+  // In Variant.cpp: made in every source that holds a variant, they would take a good part of the
+  // build.
+  Variant() noexcept;
+  Variant(const Variant& other);
+  Variant(Variant&& other) noexcept;
+  Variant& operator=(const Variant& other);
+  Variant& operator=(Variant&& other) noexcept;
+  ~Variant();
+
   /// Only the exact types: nothing turns silently into a Boolean or a wider number.
   template <class T>
   requires kIsAlternative<std::remove_cvref_t<T>, Storage> Variant(T&& value)
@@ -107,7 +115,7 @@ class Variant {
   /// overwritten. Raises 13 or 6 where the value doesn't convert.
   void Assign(const Variant& value);
 
-  bool operator==(const Variant& other) const = default;
+  bool operator==(const Variant& other) const;
 
  private:
   Storage storage_;

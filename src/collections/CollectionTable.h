@@ -11,18 +11,18 @@ namespace veldmark {
 template <class Class>
 class CollectionTable {
  public:
-  CollectionTable(TextView name, TextView help) : table_(name, help) {}
+  CollectionTable(const char16_t* name, const char16_t* help) : table_(name, help) {}
 
   /// Add, Item, Count, Remove, NewEnum. `element` is the argument of Add.
-  CollectionTable&& Plain(const char16_t* element, TextView add_help = kAddHelp) && {
+  CollectionTable&& Plain(const char16_t* element, const char16_t* add_help = kAddHelp) && {
     return std::move(*this).Add(element, add_help).Item().Count().Remove().NewEnum();
   }
   /// The same, then ItemByKey and ItemByIndex.
-  CollectionTable&& Keyed(const char16_t* element, TextView add_help = kAddHelp) && {
+  CollectionTable&& Keyed(const char16_t* element, const char16_t* add_help = kAddHelp) && {
     return std::move(*this).Plain(element, add_help).ItemByKey().ItemByIndex();
   }
 
-  CollectionTable&& Add(const char16_t* element, TextView help = kAddHelp) && {
+  CollectionTable&& Add(const char16_t* element, const char16_t* help = kAddHelp) && {
     return Then(std::move(table_).template Method<&Class::Add>(u"Add", help, {element}));
   }
   CollectionTable&& Item(TextView remark = kItemRemark) && {
@@ -53,7 +53,7 @@ class CollectionTable {
   }
   /// A member of the class's own.
   template <auto kMethod>
-  CollectionTable&& Method(TextView name, TextView help, ParameterNames names) && {
+  CollectionTable&& Method(const char16_t* name, const char16_t* help, ParameterNames names) && {
     return Then(std::move(table_).template Method<kMethod>(name, help, names));
   }
   CollectionTable&& Remark(TextView remark) && { return Then(std::move(table_).Remark(remark)); }
@@ -61,10 +61,10 @@ class CollectionTable {
 
  private:
   static constexpr bool kHasKeys = requires { &Class::KeyOf; };
-  static constexpr TextView kAddHelp =
+  static constexpr const char16_t* kAddHelp =
       kHasKeys ? u"Appends one and returns it. One whose name is in the list already is dropped."
                : u"Appends one and returns it.";
-  static constexpr TextView kItemHelp =
+  static constexpr const char16_t* kItemHelp =
       kHasKeys ? u"The one at a position, given as a number, or with a name, given as a text."
                : u"The one at a position, counted from 1.";
   static constexpr TextView kItemRemark = requires { &Class::ItemByKey; }

@@ -40,7 +40,7 @@ const Interface& CTask::Describe() {
               u"object of CreateTaskObject, and 80004001 for ErrorRetryCount and "
               u"ErrorRetryInterval, which no scheduler has taken so far.")
           .Method<&CTask::ShowProperties>(u"ShowProperties", u"Shows the task's dialog.",
-                                          {{u"ParenthWnd", Variant()}})
+                                          {{u"ParenthWnd", {}}})
           .Method<&CTask::GetTriggers>(u"GetTriggers", u"The task's triggers.")
           .Remark(u"Of triggers with the same text only the first is listed.")
           .Method<&CTask::CreateTrigger>(u"CreateTrigger",

@@ -50,7 +50,7 @@ const Interface& CSpecimen::Describe() {
           .Enumerates()
           .Method<&CSpecimen::Join>(
               u"Join", u"",
-              {u"First", {u"Second", Variant::Missing()}, {u"Times", Variant(std::int32_t{1})}})
+              {u"First", {u"Second", Status{Status::kParameterNotFound}}, {u"Times", 1}})
           .Method<&CSpecimen::Fail>(u"Fail", u"", {u"Number", u"Description"})
           .Method<&CSpecimen::Change>(u"Change", u"", {u"Text", u"Value", u"Number", u"Flag"})
           .Method<&CSpecimen::Leave>(u"Leave", u"", {u"Text", u"Value", u"Number", u"Flag"})

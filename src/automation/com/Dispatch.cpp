@@ -136,12 +136,12 @@ HRESULT InvokeDefault(const Variant& value, DISPPARAMS& parameters, VARIANT* res
 HRESULT InvokeMember(Object& self, const Member& member, DISPPARAMS& parameters, VARIANT* result,
                      EXCEPINFO* exception, UINT* bad_argument) {
   if (member.parameters.empty() && parameters.cArgs == 0) {
-    const Variant returned = member.invoke(self, {});
+    const Variant returned = member.Invoke(self, {});
     if (result) AsRaw(*result) = abi::HandOutVariant(returned);
     return S_OK;
   }
   if (member.kind == MemberKind::kGet && member.parameters.empty()) {
-    return InvokeDefault(member.invoke(self, {}), parameters, result, exception, bad_argument);
+    return InvokeDefault(member.Invoke(self, {}), parameters, result, exception, bad_argument);
   }
 
   UINT bad = 0;
@@ -167,7 +167,7 @@ HRESULT InvokeMember(Object& self, const Member& member, DISPPARAMS& parameters,
   };
   Variant returned;
   try {
-    CallThenWriteBack([&] { returned = member.invoke(self, values.All()); }, write_back);
+    CallThenWriteBack([&] { returned = member.Invoke(self, values.All()); }, write_back);
   } catch (const ArgumentError& error) {
     const std::ptrdiff_t place = error.argument - values.All().data();
     const bool ours = place >= 0 && static_cast<std::size_t>(place) < count;
