@@ -19,8 +19,7 @@ constexpr std::int32_t kAllStates = SERVICE_STATE_ALL;
 
 constexpr TextView kWaits =
     u"Waits for the new state, a minute at most; then it raises 1053, and the service may get "
-    u"there "
-    u"all the same. Each pass posts a status text with the last checkpoint.";
+    u"there all the same. Each pass posts a status text with the last checkpoint.";
 
 }  // namespace
 
