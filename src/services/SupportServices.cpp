@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <utility>
 #include <vector>
 
 #include "apartment/CStatus.h"
@@ -10,6 +11,7 @@
 #include "collections/Deliver.h"
 #include "network/CServer.h"
 #include "network/ServerNames.h"
+#include "platform/operations/ErrorCodes.h"
 #include "platform/operations/Handles.h"
 #include "services/CService.h"
 #include "services/CServices.h"
@@ -170,9 +172,11 @@ LPCWSTR OrNull(const Text& text) { return OrNull(text, !text.empty()); }
 /// A list of names as the platform takes it: the text as it stands, and two NULs behind it.
 Text AsList(const Text& names) { return names + u'\0'; }
 
+/// A field as the platform takes it in a change.
+LPCWSTR OrNoChange(const Setting<Text>& field) { return OrNull(field.Get(), field.is_changed()); }
 template <class Value>
-DWORD NumberOrNoChange(const Changeable<Value>& field) {
-  return field.changed ? static_cast<DWORD>(field.value) : kServiceNoChange;
+DWORD OrNoChange(const Setting<Value>& field) {
+  return field.is_changed() ? static_cast<DWORD>(field.Get()) : kServiceNoChange;
 }
 
 void ChangeType(const ServiceHandle& service, DWORD type) {
@@ -185,7 +189,7 @@ void ChangeAccount(const ServiceHandle& opened, CService& service) {
   const Secret* const password = service.Password();
   Checked(Services().ChangeServiceConfigW(opened.Get(), kServiceNoChange, kServiceNoChange,
                                           kServiceNoChange, nullptr, nullptr, nullptr, nullptr,
-                                          service.Configuration().account.value.c_str(),
+                                          service.Configuration().account.Get().c_str(),
                                           password ? password->c_str() : u"", nullptr));
   service.ForgetPassword();
 }
@@ -248,31 +252,31 @@ void CSupport::LoadServiceConfig(CService& service) {
     const ServiceBlock block(buffer);
     const auto record = block.RecordAt<QUERY_SERVICE_CONFIGW>(0);
     ServiceConfiguration& fields = service.Configuration();
-    fields.error_control.value = static_cast<ServiceErrorControlEnum>(record.dwErrorControl);
-    fields.type.value = static_cast<ServiceTypesEnum>(record.dwServiceType);
-    fields.start_type.value = static_cast<ServiceStartTypeEnum>(record.dwStartType);
+    fields.error_control.Load(static_cast<ServiceErrorControlEnum>(record.dwErrorControl));
+    fields.type.Load(static_cast<ServiceTypesEnum>(record.dwServiceType));
+    fields.start_type.Load(static_cast<ServiceStartTypeEnum>(record.dwStartType));
     fields.tag = static_cast<std::int32_t>(record.dwTagId);
-    fields.binary_path.value = block.TextOf(record.lpBinaryPathName);
-    fields.display_name.value = block.TextOf(record.lpDisplayName);
-    fields.load_order_group.value = block.TextOf(record.lpLoadOrderGroup);
-    Text& account = fields.account.value;
-    account = block.TextOf(record.lpServiceStartName);
+    fields.binary_path.Load(block.TextOf(record.lpBinaryPathName));
+    fields.display_name.Load(block.TextOf(record.lpDisplayName));
+    fields.load_order_group.Load(block.TextOf(record.lpLoadOrderGroup));
+    Text account = block.TextOf(record.lpServiceStartName);
     if (account.starts_with(u'.')) {
       account = Text(kServerNameStart) + PlainServerName(service.ServerName) + u"\\" +
                 account.substr(std::min<std::size_t>(account.size(), 2));
     }
-    fields.dependencies.value = block.NamesOf(record.lpDependencies);
+    fields.account.Load(std::move(account));
+    fields.dependencies.Load(block.NamesOf(record.lpDependencies));
     SERVICE_STATUS status{};
     Checked(Services().QueryServiceStatus(opened.handle.Get(), &status));
     service.TakeStatus(status);
     const bool is_described =
-        Swallow([&] { fields.description.value = FetchDescription(opened.handle); });
+        Swallow([&] { fields.description.Load(FetchDescription(opened.handle)); });
     if (!is_described) {
       // Older platforms have no descriptions, and that is no error.
       if (Err().Number() != static_cast<std::int32_t>(kErrorProcNotFound)) {
         Raise(Err().Number(), Err().Source(), Err().Description());
       }
-      fields.description.value.clear();
+      fields.description.Load({});
       Err().Clear();
     }
     fields.ForgetChanges();
@@ -315,39 +319,40 @@ void CSupport::SaveServiceInfo(CService& service) {
     const Ref<CServer> server = GetServer(service.ServerName, service.DomainName);
     const OpenedService opened(service, kManagerAllAccess, kServiceChangeConfig);
     ServiceConfiguration& fields = service.Configuration();
-    Changeable<Text>& account = fields.account;
-    const bool is_systems = account.value == kLocalSystem;
-    const DWORD type = NumberOrNoChange(fields.type);
-    const Text dependencies = AsList(fields.dependencies.value);
+    Setting<Text>& account = fields.account;
+    const bool is_systems = account.Get() == kLocalSystem;
+    const DWORD type = OrNoChange(fields.type);
+    const Text dependencies = AsList(fields.dependencies.Get());
     DatabaseLock lock(opened.manager);
 
     // Older systems change the account of a service with a process of its own only.
     const bool is_old =
         server->PlatformId() == kNtPlatform && server->VersionMajor() <= kLastOldVersion;
-    if (is_old && account.changed && !is_systems) {
+    if (is_old && account.is_changed() && !is_systems) {
       ChangeType(opened.handle, kServiceOwnProcess);
       ChangeAccount(opened.handle, service);
-      account.changed = false;
+      account.Keep();
       ChangeType(opened.handle, kServiceShareProcess);
     }
     // A service that interacts must be LocalSystem's before.
-    const bool is_interactive = fields.type.changed && (type & kServiceInteractiveProcess) != 0;
-    if (is_systems && account.changed && is_interactive) {
+    const bool is_interactive =
+        fields.type.is_changed() && (type & kServiceInteractiveProcess) != 0;
+    if (is_systems && account.is_changed() && is_interactive) {
       ChangeAccount(opened.handle, service);
-      account.changed = false;
+      account.Keep();
     }
-    if (fields.type.changed || fields.start_type.changed || fields.error_control.changed ||
-        fields.binary_path.changed || fields.load_order_group.changed ||
-        fields.dependencies.changed || fields.display_name.changed) {
+    if (fields.type.is_changed() || fields.start_type.is_changed() ||
+        fields.error_control.is_changed() || fields.binary_path.is_changed() ||
+        fields.load_order_group.is_changed() || fields.dependencies.is_changed() ||
+        fields.display_name.is_changed()) {
       Checked(Services().ChangeServiceConfigW(
-          opened.handle.Get(), type, NumberOrNoChange(fields.start_type),
-          NumberOrNoChange(fields.error_control),
-          OrNull(fields.binary_path.value, fields.binary_path.changed),
-          OrNull(fields.load_order_group.value, fields.load_order_group.changed), nullptr,
-          OrNull(dependencies, fields.dependencies.changed), nullptr, nullptr,
-          OrNull(fields.display_name.value, fields.display_name.changed)));
+          opened.handle.Get(), type, OrNoChange(fields.start_type),
+          OrNoChange(fields.error_control), OrNoChange(fields.binary_path),
+          OrNoChange(fields.load_order_group), nullptr,
+          OrNull(dependencies, fields.dependencies.is_changed()), nullptr, nullptr,
+          OrNoChange(fields.display_name)));
     }
-    if (service.Password() || account.changed) ChangeAccount(opened.handle, service);
+    if (service.Password() || account.is_changed()) ChangeAccount(opened.handle, service);
     lock.GiveBack();
   });
 }
@@ -355,22 +360,22 @@ void CSupport::SaveServiceInfo(CService& service) {
 void CSupport::InstallService(CService& service) {
   ReRaising([&] {
     const ServiceConfiguration& fields = service.Configuration();
-    if (fields.binary_path.value.empty() || service.ServiceName.empty() || fields.type.value == 0 ||
-        fields.start_type.value == SERVICE_BOOT_START) {
+    if (fields.binary_path.Get().empty() || service.ServiceName.empty() || fields.type.Get() == 0 ||
+        fields.start_type.Get() == SERVICE_BOOT_START) {
       RaisePlatformError(kErrorInvalidParameter);
     }
     const ServiceHandle manager = OpenManager(service, kManagerCreateService);
-    const Text dependencies = AsList(fields.dependencies.value);
+    const Text dependencies = AsList(fields.dependencies.Get());
     const Secret* const password = service.Password();
     const ServiceHandle made(
         Services(),
         Checked(Services().CreateServiceW(
-            manager.Get(), service.ServiceName.c_str(), OrNull(fields.display_name.value),
-            kServiceAllAccess, static_cast<DWORD>(fields.type.value),
-            static_cast<DWORD>(fields.start_type.value),
-            static_cast<DWORD>(fields.error_control.value), fields.binary_path.value.c_str(),
-            OrNull(fields.load_order_group.value), nullptr,
-            OrNull(dependencies, !fields.dependencies.value.empty()), fields.account.value.c_str(),
+            manager.Get(), service.ServiceName.c_str(), OrNull(fields.display_name.Get()),
+            kServiceAllAccess, static_cast<DWORD>(fields.type.Get()),
+            static_cast<DWORD>(fields.start_type.Get()),
+            static_cast<DWORD>(fields.error_control.Get()), fields.binary_path.Get().c_str(),
+            OrNull(fields.load_order_group.Get()), nullptr,
+            OrNull(dependencies, !fields.dependencies.Get().empty()), fields.account.Get().c_str(),
             password ? password->c_str() : u"")));
   });
 }
