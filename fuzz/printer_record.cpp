@@ -9,7 +9,8 @@
 
 #include "FuzzTarget.h"
 #include "platform/operations/ErrorCodes.h"
-#include "services/PrinterRecords.h"
+#include "platform/operations/Printing.h"
+#include "services/RecordBuffer.h"
 
 namespace {
 
@@ -49,13 +50,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::vector<std::uint8_t> block(data + 1, data + size);
   Relocate(block);
   Try({kErrorInvalidData}, [&] {
-    const PrinterRecords records(block, count);
+    const RecordBuffer records(block);
+    records.RequireRecords<PRINTER_INFO_2W>(count);
     Require(count * sizeof(PRINTER_INFO_2W) <= block.size());
-    for (std::size_t index = 0; index < records.size(); ++index) {
-      const PRINTER_INFO_2W record = records.At(index);
+    for (std::size_t index = 0; index < count; ++index) {
+      const auto record = records.RecordAt<PRINTER_INFO_2W>(index);
       for (const TextField field : kTexts) {
         Try({kErrorInvalidData}, [&] {
-          const Text text = records.TextAt(record.*field);
+          const Text text = records.TextOf(record.*field);
           Require(text.find(u'\0') == Text::npos);
           Require(text.empty() || (text.size() + 1) * sizeof(WCHAR) <= block.size());
         });

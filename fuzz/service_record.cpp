@@ -9,7 +9,7 @@
 #include "FuzzTarget.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/ServiceControl.h"
-#include "services/ServiceBlock.h"
+#include "services/RecordBuffer.h"
 
 namespace {
 
@@ -28,34 +28,34 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   world.simulated.journal().Clear();
   // A copy of just this size: what is read behind it is noticed.
   const std::vector<std::uint8_t> bytes(data, data + size);
-  const ServiceBlock block(bytes);
+  const RecordBuffer records(bytes);
   const auto read = [&](LPWSTR field) {
     for (const LPCWSTR text : {Within(bytes, field), static_cast<LPCWSTR>(field)}) {
       Try({kErrorInvalidData}, [&] {
-        const Text found = block.TextOf(text);
+        const Text found = records.TextOf(text);
         Require(found.find(u'\0') == Text::npos);
         Require(found.size() * sizeof(WCHAR) < bytes.size() || text == nullptr);
       });
       Try({kErrorInvalidData}, [&] {
-        const Text names = block.NamesOf(text);
+        const Text names = records.NamesOf(text);
         Require(names.find(u'\0') == Text::npos && names.size() <= bytes.size());
       });
     }
   };
   for (std::size_t index = 0; index < 4; ++index) {
     Try({kErrorInvalidData}, [&] {
-      const auto record = block.RecordAt<ENUM_SERVICE_STATUSW>(index);
+      const auto record = records.RecordAt<ENUM_SERVICE_STATUSW>(index);
       read(record.lpServiceName);
       read(record.lpDisplayName);
     });
   }
   Try({kErrorInvalidData}, [&] {
-    const auto record = block.RecordAt<QUERY_SERVICE_CONFIGW>(0);
+    const auto record = records.RecordAt<QUERY_SERVICE_CONFIGW>(0);
     for (const LPWSTR field : {record.lpBinaryPathName, record.lpDependencies,
                                record.lpServiceStartName, record.lpDisplayName}) {
       read(field);
     }
   });
-  Try({kErrorInvalidData}, [&] { read(block.RecordAt<SERVICE_DESCRIPTIONW>(0).lpDescription); });
+  Try({kErrorInvalidData}, [&] { read(records.RecordAt<SERVICE_DESCRIPTIONW>(0).lpDescription); });
   return 0;
 }

@@ -15,7 +15,7 @@
 #include "platform/operations/Handles.h"
 #include "services/CService.h"
 #include "services/CServices.h"
-#include "services/ServiceBlock.h"
+#include "services/RecordBuffer.h"
 
 namespace veldmark {
 namespace {
@@ -161,8 +161,8 @@ Text FetchDescription(const ServiceHandle& service) {
         return Services().QueryServiceConfig2W(service.Get(), kServiceConfigDescription, bytes,
                                                size, needed);
       });
-  const ServiceBlock block(buffer);
-  return block.TextOf(block.RecordAt<SERVICE_DESCRIPTIONW>(0).lpDescription);
+  const RecordBuffer records(buffer);
+  return records.TextOf(records.RecordAt<SERVICE_DESCRIPTIONW>(0).lpDescription);
 }
 
 /// A text for the platform; null where there is none to be given.
@@ -195,9 +195,9 @@ void ChangeAccount(const ServiceHandle& opened, CService& service) {
 }
 
 /// Fills a service of a list from its record, as a caller would.
-void Fill(CService& service, const ENUM_SERVICE_STATUSW& record, const ServiceBlock& block) {
-  service.ServiceName = block.TextOf(record.lpServiceName);
-  service.PutDisplayName(block.TextOf(record.lpDisplayName));
+void Fill(CService& service, const ENUM_SERVICE_STATUSW& record, const RecordBuffer& records) {
+  service.ServiceName = records.TextOf(record.lpServiceName);
+  service.PutDisplayName(records.TextOf(record.lpDisplayName));
   service.PutServiceType(static_cast<ServiceTypesEnum>(record.ServiceStatus.dwServiceType));
   service.TakeStatus(record.ServiceStatus);
 }
@@ -215,7 +215,7 @@ Ref<CServices> CSupport::GetServices(CServer& server, ServiceTypesEnum types,
         Checked(Services().OpenSCManagerW((Text(kServerNameStart) + server.ServerName).c_str(),
                                           kActiveDatabase.data(), kManagerEnumerateService)));
     std::vector<std::uint8_t> table(kTableRecords * sizeof(ENUM_SERVICE_STATUSW));
-    const ServiceBlock block(table);
+    const RecordBuffer records(table);
     DWORD resume = 0;
     for (bool goes_on = true; goes_on;) {
       const DWORD before = resume;
@@ -230,7 +230,7 @@ Ref<CServices> CSupport::GetServices(CServer& server, ServiceTypesEnum types,
         const auto service = Make<CService>();
         service->ServerName = server.ServerName;
         service->DomainName = server.DomainName;
-        Fill(*service, block.RecordAt<ENUM_SERVICE_STATUSW>(index), block);
+        Fill(*service, records.RecordAt<ENUM_SERVICE_STATUSW>(index), records);
         if (!Deliver(*this, services, service, async)) return services;
         status->RaiseStatus([&] { return u"Retrieved Service " + service->ServiceName; });
       }
@@ -249,23 +249,23 @@ void CSupport::LoadServiceConfig(CService& service) {
           return Services().QueryServiceConfigW(
               opened.handle.Get(), reinterpret_cast<QUERY_SERVICE_CONFIGW*>(bytes), size, needed);
         });
-    const ServiceBlock block(buffer);
-    const auto record = block.RecordAt<QUERY_SERVICE_CONFIGW>(0);
+    const RecordBuffer records(buffer);
+    const auto record = records.RecordAt<QUERY_SERVICE_CONFIGW>(0);
     ServiceConfiguration& fields = service.Configuration();
     fields.error_control.Load(static_cast<ServiceErrorControlEnum>(record.dwErrorControl));
     fields.type.Load(static_cast<ServiceTypesEnum>(record.dwServiceType));
     fields.start_type.Load(static_cast<ServiceStartTypeEnum>(record.dwStartType));
     fields.tag = static_cast<std::int32_t>(record.dwTagId);
-    fields.binary_path.Load(block.TextOf(record.lpBinaryPathName));
-    fields.display_name.Load(block.TextOf(record.lpDisplayName));
-    fields.load_order_group.Load(block.TextOf(record.lpLoadOrderGroup));
-    Text account = block.TextOf(record.lpServiceStartName);
+    fields.binary_path.Load(records.TextOf(record.lpBinaryPathName));
+    fields.display_name.Load(records.TextOf(record.lpDisplayName));
+    fields.load_order_group.Load(records.TextOf(record.lpLoadOrderGroup));
+    Text account = records.TextOf(record.lpServiceStartName);
     if (account.starts_with(u'.')) {
       account = Text(kServerNameStart) + PlainServerName(service.ServerName) + u"\\" +
                 account.substr(std::min<std::size_t>(account.size(), 2));
     }
     fields.account.Load(std::move(account));
-    fields.dependencies.Load(block.NamesOf(record.lpDependencies));
+    fields.dependencies.Load(records.NamesOf(record.lpDependencies));
     SERVICE_STATUS status{};
     Checked(Services().QueryServiceStatus(opened.handle.Get(), &status));
     service.TakeStatus(status);
@@ -401,12 +401,12 @@ Ref<CServices> CSupport::GetDependentServices(CService& service, ServiceStatesMa
                                                    size, needed, &returned);
         });
     if (buffer.empty()) return services;
-    const ServiceBlock block(buffer);
+    const RecordBuffer records(buffer);
     for (DWORD index = 0; index < returned; ++index) {
       const auto dependent = Make<CService>();
       dependent->DomainName = service.DomainName;
       dependent->ServerName = service.ServerName;
-      Fill(*dependent, block.RecordAt<ENUM_SERVICE_STATUSW>(index), block);
+      Fill(*dependent, records.RecordAt<ENUM_SERVICE_STATUSW>(index), records);
       services->Add(dependent.Get());
     }
     return services;
