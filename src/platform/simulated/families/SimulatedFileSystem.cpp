@@ -174,10 +174,8 @@ BOOL SimulatedFileSystem::CreateDirectoryW(LPCWSTR path_name, const SECURITY_ATT
 
 BOOL SimulatedFileSystem::RemoveDirectoryW(LPCWSTR path_name) {
   const Call call = session_.Begin("RemoveDirectoryW", ViewOf(path_name));
-  if (const DWORD fault = call.fault()) {
-    return Fail(fault);
-  }
-  const Place place = Find(Path::Parse(ViewOf(path_name), session_.estate), session_.estate);
+  if (const DWORD fault = call.fault()) return Fail(fault);
+  const Place place = Find(ViewOf(path_name), session_.estate);
   if (place.node == nullptr) return Fail(place.error);
   FileNode& folder = *place.node;
   if (!folder.is_folder()) return Fail(kErrorDirectory);
@@ -197,7 +195,7 @@ BOOL SimulatedFileSystem::GetFileAttributesExW(LPCWSTR file_name, int level, voi
   if (level != kGetFileExInfoStandard || information == nullptr) {
     return Fail(kErrorInvalidParameter);
   }
-  const Place place = Find(Path::Parse(ViewOf(file_name), session_.estate), session_.estate);
+  const Place place = Find(ViewOf(file_name), session_.estate);
   if (place.node == nullptr) return Fail(place.error);
   if (place.node->is_delete_pending() || !Grants(place, kFileReadAttributes)) {
     return Fail(kErrorAccessDenied);
@@ -210,10 +208,8 @@ BOOL SimulatedFileSystem::GetFileAttributesExW(LPCWSTR file_name, int level, voi
 
 BOOL SimulatedFileSystem::SetFileAttributesW(LPCWSTR file_name, DWORD attributes) {
   const Call call = session_.Begin("SetFileAttributesW", ViewOf(file_name));
-  if (const DWORD fault = call.fault()) {
-    return Fail(fault);
-  }
-  const Place place = Find(Path::Parse(ViewOf(file_name), session_.estate), session_.estate);
+  if (const DWORD fault = call.fault()) return Fail(fault);
+  const Place place = Find(ViewOf(file_name), session_.estate);
   if (place.node == nullptr) return Fail(place.error);
   FileNode& node = *place.node;
   if (node.write_denied() || node.is_delete_pending() || !Grants(place, kFileWriteAttributes)) {
@@ -229,7 +225,7 @@ BOOL SimulatedFileSystem::SetFileAttributesW(LPCWSTR file_name, DWORD attributes
 BOOL SimulatedFileSystem::DeleteFileW(LPCWSTR file_name) {
   const Call call = session_.Begin("DeleteFileW", ViewOf(file_name));
   if (const DWORD fault = call.fault()) return Fail(fault);
-  const Place place = Find(Path::Parse(ViewOf(file_name), session_.estate), session_.estate);
+  const Place place = Find(ViewOf(file_name), session_.estate);
   if (place.node == nullptr) return Fail(place.error);
   if (place.node->is_folder()) return Fail(kErrorAccessDenied);
   if (const DWORD error = DeletionError(place)) return Fail(error);
@@ -468,10 +464,8 @@ BOOL SimulatedFileSystem::CopyFileW(LPCWSTR existing_file_name, LPCWSTR new_file
   const TextView source_name = ViewOf(existing_file_name);
   const TextView target_name = ViewOf(new_file_name);
   const Call call = session_.Begin("CopyFileW", Text(source_name) + u" -> " + Text(target_name));
-  if (const DWORD fault = call.fault()) {
-    return Fail(fault);
-  }
-  const Place source = Find(Path::Parse(source_name, session_.estate), session_.estate);
+  if (const DWORD fault = call.fault()) return Fail(fault);
+  const Place source = Find(source_name, session_.estate);
   if (source.node == nullptr) return Fail(source.error);
   if (source.node->is_folder() || source.node->read_denied() || source.node->is_delete_pending() ||
       !Grants(source, kFileReadData | kFileReadAttributes | kSynchronize)) {
@@ -480,7 +474,7 @@ BOOL SimulatedFileSystem::CopyFileW(LPCWSTR existing_file_name, LPCWSTR new_file
   const Sharing reading{.reads = true, .lets_read = true, .lets_write = true};
   if (!source.node->CanOpen(reading)) return Fail(kErrorSharingViolation);
 
-  Place target = Find(Path::Parse(target_name, session_.estate), session_.estate);
+  Place target = Find(target_name, session_.estate);
   if (target.node == nullptr) {
     if (const DWORD error = AdditionError(target, kFileAddFile)) return Fail(error);
     target.node = Add(target, false);

@@ -236,7 +236,7 @@ HMODULE SimulatedMessages::LoadLibraryExW(LPCWSTR library_file_name, HANDLE, DWO
     Fail(name.empty() ? kErrorInvalidParameter : as_data ? kErrorFileNotFound : kErrorModNotFound);
     return HMODULE{0};
   }
-  const Place place = Find(Path::Parse(name, session_.estate), session_.estate);
+  const Place place = Find(name, session_.estate);
   DWORD error = place.error == kErrorPathNotFound ? kErrorFileNotFound : place.error;
   if (place.node != nullptr) {
     const FileNode& node = *place.node;

@@ -174,7 +174,7 @@ BOOL SimulatedSecurity::GetFileSecurityW(LPCWSTR file_name, DWORD information, v
   const TextView name = ViewOf(file_name);
   const Call call = session_.Begin("GetFileSecurityW", name);
   if (const DWORD fault = call.fault()) return Fail(fault);
-  const Place place = Find(Path::Parse(name, session_.estate), session_.estate);
+  const Place place = Find(name, session_.estate);
   if (place.node == nullptr) return Fail(place.error);
   if (place.node->security_locked()) return Fail(kErrorSharingViolation);
   Target target;
@@ -537,7 +537,7 @@ void SimulatedSecurity::Stand(NamedObject& object, const GENERIC_MAPPING& mappin
 }
 
 DWORD SimulatedSecurity::FindNamedFile(TextView name, Target& target) {
-  Place place = Find(Path::Parse(name, session_.estate), session_.estate);
+  Place place = Find(name, session_.estate);
   if (place.node == nullptr) return place.error;
   target.node = place.node;
   target.check = [this, place = std::move(place)](DWORD access) -> DWORD {

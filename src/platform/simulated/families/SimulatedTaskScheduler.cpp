@@ -69,7 +69,7 @@ struct Item {
   std::optional<Secret> password{};
   bool has_new_account = false;
 
-  Place Find() const { return simulated::Find(Path::Parse(path, session.estate), session.estate); }
+  Place Find() const { return simulated::Find(path, session.estate); }
 
   // The file, once it is saved where the scheduler looks for it, brought up to the clock.
   std::shared_ptr<FileNode> Scheduled() const {
@@ -176,7 +176,7 @@ class SimulatedPersistFile final : public IPersistFile {
     JobFile job = item_->Current();
     Update(job);
     if (!job.Write()) return kInvalidArgument;
-    Place place = simulated::Find(Path::Parse(path, estate), estate);
+    Place place = Find(path, estate);
     if (place.node == nullptr) {
       if (const DWORD error = Make(place, path)) return ResultOf(error);
     } else if (is_copy) {
@@ -551,7 +551,7 @@ class SimulatedScheduler final : public ITaskScheduler {
     if (items == nullptr) return kInvalidArgument;
     std::vector<Text> names;
     const Text path = FolderPath();
-    const Place place = simulated::Find(Path::Parse(path, session_.estate), session_.estate);
+    const Place place = Find(path, session_.estate);
     if (place.node != nullptr) {
       const bool is_closed =
           place.node->list_denied() ||
@@ -573,7 +573,7 @@ class SimulatedScheduler final : public ITaskScheduler {
     if (const DWORD fault = call.fault()) return ResultOf(fault);
     if (task == nullptr || ViewOf(name).empty()) return kInvalidArgument;
     const Text path = PathOf(name);
-    Place place = simulated::Find(Path::Parse(path, session_.estate), session_.estate);
+    Place place = Find(path, session_.estate);
     const bool denied = place.node != nullptr && place.node->read_denied();
     if (const DWORD error = OpenError(session_, place, kGenericRead, denied, kReading)) {
       return ResultOf(error == kErrorPathNotFound ? kErrorFileNotFound : error);
@@ -600,8 +600,7 @@ class SimulatedScheduler final : public ITaskScheduler {
     const Call call = session_.Begin("ITaskScheduler::Delete", ViewOf(name));
     if (const DWORD fault = call.fault()) return ResultOf(fault);
     if (ViewOf(name).empty()) return kInvalidArgument;
-    const Place place =
-        simulated::Find(Path::Parse(PathOf(name), session_.estate), session_.estate);
+    const Place place = Find(PathOf(name), session_.estate);
     const bool denied = place.node != nullptr && place.node->delete_denied();
     if (const DWORD error = OpenError(session_, place, kDelete, denied, kDeleting)) {
       return ResultOf(error == kErrorPathNotFound ? kErrorFileNotFound : error);
@@ -617,7 +616,7 @@ class SimulatedScheduler final : public ITaskScheduler {
     if (task == nullptr || ViewOf(name).empty()) return kInvalidArgument;
     if (!IsValidName(JobName(name))) return ResultOf(kErrorInvalidName);
     const Text path = PathOf(name);
-    if (simulated::Find(Path::Parse(path, session_.estate), session_.estate).node != nullptr) {
+    if (Find(path, session_.estate).node != nullptr) {
       return ResultOf(kErrorFileExists);
     }
     JobFile job;
