@@ -11,7 +11,6 @@
 #include "platform/simulated/estate/AccountLookup.h"
 #include "platform/simulated/estate/DescriptorText.h"
 #include "platform/simulated/estate/FileAccess.h"
-#include "platform/simulated/families/RecordBlock.h"
 
 namespace veldmark::simulated {
 namespace {

@@ -9,7 +9,6 @@
 #include "platform/simulated/estate/AccessCheck.h"
 #include "platform/simulated/estate/AccountLookup.h"
 #include "platform/simulated/estate/DescriptorText.h"
-#include "platform/simulated/families/RecordBlock.h"
 
 namespace veldmark::simulated {
 namespace {
