@@ -52,17 +52,17 @@ int SimulatedSockets::WSACleanup() {
 }
 
 const HOSTENT* SimulatedSockets::gethostbyname(LPCSTR name) {
-  name_ = name == nullptr ? "" : name;
-  const Call call = session_.Begin("gethostbyname", FromUtf8(name_));
+  const Text asked = FromUtf8(name == nullptr ? "" : name);
+  const Call call = session_.Begin("gethostbyname", asked);
   DWORD error = call.fault();
-  const std::vector<Address>* const found = session_.estate.FindHost(FromUtf8(name_));
+  const std::vector<Address>* const found = session_.estate.FindHost(asked);
   if (error == 0 && starts_.empty()) error = kErrorNotStarted;
   if (error == 0 && (found == nullptr || found->empty())) error = kErrorHostNotFound;
   if (error != 0) {
     SetLastPlatformError(error);
     return nullptr;
   }
-  if (name_.empty()) name_ = ToUtf8(session_.estate.local().name());
+  name_ = ToUtf8(asked.empty() ? session_.estate.local().name() : asked);
   addresses_ = *found;
   address_list_.clear();
   for (Address& address : addresses_) {
