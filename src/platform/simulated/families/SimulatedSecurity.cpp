@@ -69,7 +69,7 @@ void SplitServer(TextView name, TextView& server, TextView& rest) {
 }
 
 bool IsWithin(TextView path, TextView root, TextView& below) {
-  if (!EqualNoCase(path.substr(0, root.size()), root)) return false;
+  if (!StartsWithNoCase(path, root)) return false;
   if (path.size() > root.size() && path[root.size()] != u'\\') return false;
   below = path.size() > root.size() ? path.substr(root.size() + 1) : TextView();
   return true;
