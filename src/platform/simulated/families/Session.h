@@ -111,14 +111,16 @@ struct Session {
 
 // Sets the last error and returns the failure form of most operations.
 BOOL Fail(DWORD code);
+// The same for an operation that has another failure form.
+template <typename Result>
+Result Fail(DWORD code, Result failure) {
+  Fail(code);
+  return failure;
+}
 
 // A NUL-terminated text; empty for null.
 TextView ViewOf(const char16_t* text);
 
-std::uintptr_t ValueOf(HANDLE handle);
-HANDLE HandleOf(std::uintptr_t value);
-
-}  // namespace veldmark::simulated
 // Copies a text with its NUL into a buffer of so many units; false where they are too few.
 bool CopyText(TextView text, LPWSTR buffer, std::size_t room);
 
@@ -139,3 +141,7 @@ Text Noted(LPCWSTR server_name, const Rest&... rest) {
   return noted;
 }
 
+std::uintptr_t ValueOf(HANDLE handle);
+HANDLE HandleOf(std::uintptr_t value);
+
+}  // namespace veldmark::simulated

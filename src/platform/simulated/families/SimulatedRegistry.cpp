@@ -59,8 +59,7 @@ LSTATUS Split(TextView path, std::vector<TextView>& names) {
     const std::size_t end = path.find(u'\\');
     const TextView name = path.substr(0, end);
     path = end == TextView::npos ? TextView() : path.substr(end + 1);
-    error = Status(kErrorInvalidParameter);
-    if (name.size() > kMaxKeyName) return std::nullopt;
+    if (name.size() > kMaxKeyName) return Status(kErrorInvalidParameter);
     if (!name.empty()) names.push_back(name);
   }
   return 0;
@@ -102,9 +101,7 @@ void Put(DWORD* place, std::size_t number) {
 
 // Copies a name with its NUL; `*length` goes in as the room and comes back as the length.
 LSTATUS PutName(LPWSTR buffer, DWORD* length, TextView name) {
-  if (*length < name.size() + 1) return Status(kErrorMoreData);
-  std::copy(name.begin(), name.end(), buffer);
-  buffer[name.size()] = u'\0';
+  if (!CopyText(name, buffer, *length)) return Status(kErrorMoreData);
   *length = static_cast<DWORD>(name.size());
   return 0;
 }
@@ -328,9 +325,7 @@ LSTATUS SimulatedRegistry::RegEnumValueW(HKEY key, DWORD index, LPWSTR name, DWO
 LSTATUS SimulatedRegistry::RegQueryValueExW(HKEY key, LPCWSTR value_name, DWORD* reserved,
                                             DWORD* type, BYTE* data, DWORD* data_size) {
   const Call call = session_.Begin("RegQueryValueExW", ViewOf(value_name));
-  if (const DWORD fault = call.fault()) {
-    return Status(fault);
-  }
+  if (const DWORD fault = call.fault()) return Status(fault);
   if (reserved != nullptr || (data != nullptr && data_size == nullptr)) {
     return Status(kErrorInvalidParameter);
   }
@@ -363,9 +358,7 @@ LSTATUS SimulatedRegistry::RegSetValueExW(HKEY key, LPCWSTR value_name, DWORD, D
 
 LSTATUS SimulatedRegistry::RegDeleteValueW(HKEY key, LPCWSTR value_name) {
   const Call call = session_.Begin("RegDeleteValueW", ViewOf(value_name));
-  if (const DWORD fault = call.fault()) {
-    return Status(fault);
-  }
+  if (const DWORD fault = call.fault()) return Status(fault);
   OpenKey open;
   if (const LSTATUS error = Lookup(key, "RegDeleteValueW", kKeySetValue, open)) return error;
   if (!open.node->RemoveValue(ViewOf(value_name))) return Status(kErrorFileNotFound);

@@ -140,7 +140,7 @@ bool Fits(TextView text, LPCWSTR buffer, DWORD size) {
 
 // Puts a text into a buffer that it fits into, and its length without the NUL into `size`.
 void PutText(TextView text, LPWSTR buffer, DWORD& size) {
-  buffer[text.copy(buffer, text.size())] = u'\0';
+  CopyText(text, buffer, size);
   size = static_cast<DWORD>(text.size());
 }
 
@@ -340,9 +340,7 @@ BOOL SimulatedSecurity::LookupAccountNameW(LPCWSTR system_name, LPCWSTR account_
                                            INT* use) {
   const TextView name = ViewOf(account_name);
   const Call call = session_.Begin("LookupAccountNameW", Noted(system_name, name));
-  if (const DWORD fault = call.fault()) {
-    return Fail(fault);
-  }
+  if (const DWORD fault = call.fault()) return Fail(fault);
   if (account_name == nullptr || sid_size == nullptr || domain_size == nullptr || use == nullptr) {
     return Fail(kErrorInvalidParameter);
   }
@@ -391,10 +389,7 @@ BOOL SimulatedSecurity::LookupAccountSidW(LPCWSTR system_name, const void* sid, 
 
 HANDLE SimulatedSecurity::GetCurrentProcess() {
   const Call call = session_.Begin("GetCurrentProcess");
-  if (const DWORD fault = call.fault()) {
-    Fail(fault);
-    return nullptr;
-  }
+  if (const DWORD fault = call.fault()) return Fail(fault, HANDLE{});
   return kThisProcess;
 }
 

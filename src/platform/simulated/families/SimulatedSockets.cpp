@@ -23,9 +23,7 @@ int Rank(WORD version) { return Major(version) << 8 | version >> 8; }
 
 int SimulatedSockets::WSAStartup(WORD version, SOCKETS_DATA* data) {
   const Call call = session_.Begin("WSAStartup", ToText(version));
-  if (const DWORD fault = call.fault()) {
-    return static_cast<int>(fault);
-  }
+  if (const DWORD fault = call.fault()) return static_cast<int>(fault);
   if (Major(version) == 0) return static_cast<int>(kErrorVersionNotSupported);
   if (data == nullptr) return static_cast<int>(kErrorBadPointer);
   const SocketLibrary& library = session_.estate.socket_library();

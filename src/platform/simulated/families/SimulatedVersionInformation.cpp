@@ -14,8 +14,7 @@ DWORD SimulatedVersionInformation::GetFileVersionInfoSizeW(LPCWSTR file_name, DW
   std::shared_ptr<FileNode> file;
   if (error == 0) error = Open(file_name, file);
   if (error == 0) return static_cast<DWORD>(file->version()->size());
-  Fail(error);
-  return 0;
+  return Fail(error, DWORD{0});
 }
 
 BOOL SimulatedVersionInformation::GetFileVersionInfoW(LPCWSTR file_name, DWORD, DWORD length,
