@@ -39,9 +39,10 @@ class Held {
 };
 
 LPWSTR HandOutText(Session& session, std::string_view operation, TextView text) {
-  auto* const copy = static_cast<LPWSTR>(
-      session.AllocateTask((text.size() + 1) * sizeof(char16_t), operation, ToUtf8(text)));
-  copy[text.copy(copy, text.size())] = u'\0';
+  const std::size_t units = text.size() + 1;
+  auto* const copy =
+      static_cast<LPWSTR>(session.AllocateTask(units * sizeof(char16_t), operation, ToUtf8(text)));
+  CopyText(text, copy, units);
   return copy;
 }
 
@@ -278,14 +279,11 @@ class SimulatedTask final : public ITask {
   }
 
   HRESULT DeleteTrigger(WORD index) override {
-    return Do(
-        "ITask::DeleteTrigger", this,
-        [&] {
-          if (index >= item_->triggers.size()) return kTriggerNotFound;
-          item_->triggers.erase(item_->triggers.begin() + index);
-          return kOk;
-        },
-        ToText(index));
+    return Do("ITask::DeleteTrigger", ToText(index), this, [&] {
+      if (index >= item_->triggers.size()) return kTriggerNotFound;
+      item_->triggers.erase(item_->triggers.begin() + index);
+      return kOk;
+    });
   }
 
   HRESULT GetTriggerCount(WORD* count) override {
@@ -296,14 +294,11 @@ class SimulatedTask final : public ITask {
   }
 
   HRESULT GetTrigger(WORD index, Ref<ITaskTrigger>* trigger) override {
-    return Do(
-        "ITask::GetTrigger", trigger,
-        [&] {
-          if (index >= item_->triggers.size()) return kTriggerNotFound;
-          *trigger = Make<SimulatedTrigger>(session(), "ITask::GetTrigger", item_->triggers[index]);
-          return kOk;
-        },
-        ToText(index));
+    return Do("ITask::GetTrigger", ToText(index), trigger, [&] {
+      if (index >= item_->triggers.size()) return kTriggerNotFound;
+      *trigger = Make<SimulatedTrigger>(session(), "ITask::GetTrigger", item_->triggers[index]);
+      return kOk;
+    });
   }
 
   HRESULT GetNextRunTime(SYSTEMTIME* next) override {
@@ -387,16 +382,13 @@ class SimulatedTask final : public ITask {
   HRESULT GetFlags(DWORD* flags) override { return Get("ITask::GetFlags", &JobFile::flags, flags); }
 
   HRESULT SetAccountInformation(LPCWSTR account, LPCWSTR password) override {
-    return Do(
-        "ITask::SetAccountInformation", account,
-        [&] {
-          item_->account = account;
-          item_->password.reset();
-          if (password != nullptr) item_->password.emplace(password);
-          item_->has_new_account = true;
-          return kOk;
-        },
-        ViewOf(account));
+    return Do("ITask::SetAccountInformation", ViewOf(account), account, [&] {
+      item_->account = account;
+      item_->password.reset();
+      if (password != nullptr) item_->password.emplace(password);
+      item_->has_new_account = true;
+      return kOk;
+    });
   }
 
   HRESULT GetAccountInformation(LPWSTR* account) override {
@@ -448,9 +440,13 @@ class SimulatedTask final : public ITask {
  private:
   Session& session() const { return item_->session; }
 
+  // Does what a method is for, unless it has no place for what it is to give.
   template <typename Action>
-  HRESULT Do(std::string_view operation, const void* place, const Action& action,
-             TextView noted = {}) {
+  HRESULT Do(std::string_view operation, const void* place, const Action& action) {
+    return Do(operation, {}, place, action);
+  }
+  template <typename Action>
+  HRESULT Do(std::string_view operation, TextView noted, const void* place, const Action& action) {
     const Call call = session().Begin(operation, noted);
     if (const DWORD fault = call.fault()) return ResultOf(fault);
     return place == nullptr ? kInvalidArgument : HRESULT{action()};
@@ -461,28 +457,22 @@ class SimulatedTask final : public ITask {
   }
 
   HRESULT Put(std::string_view operation, Text JobFile::*field, LPCWSTR text) {
-    return Do(
-        operation, this,
-        [&] {
-          item_->job.*field = ViewOf(text);
-          return kOk;
-        },
-        ViewOf(text));
+    return Do(operation, ViewOf(text), this, [&] {
+      item_->job.*field = ViewOf(text);
+      return kOk;
+    });
+  }
+  HRESULT Put(std::string_view operation, DWORD JobFile::*field, DWORD value) {
+    return Do(operation, ToText(value), this, [&] {
+      item_->job.*field = value;
+      return kOk;
+    });
   }
   HRESULT Get(std::string_view operation, Text JobFile::*field, LPWSTR* text) {
     return Do(operation, text, [&] {
       *text = HandOutText(session(), operation, item_->job.*field);
       return kOk;
     });
-  }
-  HRESULT Put(std::string_view operation, DWORD JobFile::*field, DWORD value) {
-    return Do(
-        operation, this,
-        [&] {
-          item_->job.*field = value;
-          return kOk;
-        },
-        ToText(value));
   }
   HRESULT Get(std::string_view operation, DWORD JobFile::*field, DWORD* value) {
     return Do(operation, value, [&] {
