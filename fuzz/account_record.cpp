@@ -2,13 +2,11 @@
 // comes back as it was unless a field holds the separator.
 
 #include <array>
-#include <cstdlib>
 
+#include "FuzzTarget.h"
 #include "accounts/AccountNames.h"
-#include "apartment/Apartment.h"
 #include "automation/CaseMapping.h"
 #include "collections/Collection.h"
-#include "platform/simulated/families/SimulatedPlatform.h"
 #include "security/AccountCache.h"
 
 namespace {
@@ -16,10 +14,6 @@ namespace {
 using namespace veldmark;
 
 constexpr TextView kServer = u"SRV";
-
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
 
 void ForgetAll() {
   Apartment::Current().sid_cache = Make<Collection>();
@@ -70,12 +64,10 @@ void KeepAndFind(const Text& text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static simulated::SimulatedPlatform simulated;
-  static Platform platform = simulated.platform();
-  Apartment::Start(platform);
+  static World world;
   const Text text(data, data + size);
   ReadForeign(text);
   KeepAndFind(text);
-  simulated.journal().Clear();
+  world.simulated.journal().Clear();
   return 0;
 }

@@ -3,48 +3,21 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
-#include "apartment/Apartment.h"
+#include "FuzzTarget.h"
 #include "apartment/CSupport.h"
-#include "automation/Error.h"
 #include "eventlog/CEventLogEntries.h"
 #include "eventlog/CEventLogEntry.h"
 #include "eventlog/EventRecord.h"
 #include "platform/operations/ErrorCodes.h"
-#include "platform/simulated/families/SimulatedPlatform.h"
-
-namespace {
 
 using namespace veldmark;
-
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
-
-template <class Read>
-void Try(Read&& read) {
-  try {
-    read();
-  } catch (const AutomationError& error) {
-    Require(error.number == static_cast<std::int32_t>(kErrorEventlogFileCorrupt));
-  }
-}
-
-struct World {
-  World() : platform(simulated.platform()) { Apartment::Start(platform); }
-  ~World() { Apartment::End(); }
-  simulated::SimulatedPlatform simulated;
-  Platform platform;
-};
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static World world;
   world.simulated.journal().Clear();
-  Try([&] {
+  Try({kErrorEventlogFileCorrupt}, [&] {
     RecordOrigin origin(u"System", u"\\\\HARBOUR");
     std::span<const std::uint8_t> rest(data, size);
     while (!rest.empty()) {
@@ -61,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   simulated::Estate& estate = world.simulated.estate();
   if (const auto old = estate.local().Find(u"C:\\a.evt")) old->Remove(estate.now());
   estate.local().AddFile(u"C:\\a.evt", {reinterpret_cast<const char*>(data), size});
-  Try([&] {
+  Try({kErrorEventlogFileCorrupt}, [&] {
     const auto entries = Engine().LoadEventLogEntries(u"\\\\HARBOUR", {}, u"C:\\a.evt", 0, false);
     Require(static_cast<std::size_t>(entries->Count()) <= size / sizeof(EVENTLOGRECORD));
   });

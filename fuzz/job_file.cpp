@@ -1,10 +1,7 @@
 // Any bytes as a job file: it is read, or refused, within its bytes. What was read is written and
 // read again as it is, and its triggers have times and texts, whatever stands in them.
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-
+#include "FuzzTarget.h"
 #include "platform/scheduling/TriggerTimes.h"
 #include "platform/simulated/estate/JobFile.h"
 
@@ -12,10 +9,6 @@ namespace {
 
 using namespace veldmark;
 using simulated::JobFile;
-
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
 
 }  // namespace
 

@@ -1,27 +1,15 @@
 // Lists of texts out of memory. A list ends at its first empty piece and isn't read beyond it.
 
-#include <cstdlib>
 #include <cstring>
 #include <vector>
 
-#include "apartment/Apartment.h"
+#include "FuzzTarget.h"
 #include "apartment/Conversions.h"
-#include "platform/simulated/families/SimulatedPlatform.h"
-
-namespace {
 
 using namespace veldmark;
 
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
-
-}  // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static simulated::SimulatedPlatform simulated;
-  static Platform platform = simulated.platform();
-  Apartment::Start(platform);
+  static World world;
   // A block that ends where the list must, at the latest, so that a read beyond it is seen.
   std::vector<char16_t> block(size / sizeof(char16_t));
   if (!block.empty()) std::memcpy(block.data(), data, block.size() * sizeof(char16_t));
@@ -33,6 +21,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Text pieces(block.data(), block.size() - 1);
   if (!pieces.empty()) pieces.pop_back();
   Require(WideMultiSzToString(block.data()) == pieces);
-  simulated.journal().Clear();
+  world.simulated.journal().Clear();
   return 0;
 }

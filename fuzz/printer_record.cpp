@@ -4,15 +4,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <vector>
 
-#include "apartment/Apartment.h"
-#include "automation/Error.h"
+#include "FuzzTarget.h"
 #include "platform/operations/ErrorCodes.h"
-#include "platform/simulated/families/SimulatedPlatform.h"
-#include "services/PrinterRecords.h"
+#include "platform/operations/Printing.h"
+#include "services/RecordBuffer.h"
 
 namespace {
 
@@ -26,26 +24,6 @@ constexpr TextField kTexts[] = {
     &PRINTER_INFO_2W::pParameters,
 };
 constexpr std::uintptr_t kBefore = 8;
-
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
-
-template <class Read>
-void Try(Read&& read) {
-  try {
-    read();
-  } catch (const AutomationError& error) {
-    Require(error.number == static_cast<std::int32_t>(kErrorInvalidData));
-  }
-}
-
-struct World {
-  World() : platform(simulated.platform()) { Apartment::Start(platform); }
-  ~World() { Apartment::End(); }
-  simulated::SimulatedPlatform simulated;
-  Platform platform;
-};
 
 void Relocate(std::vector<std::uint8_t>& block) {
   const auto begin = reinterpret_cast<std::uintptr_t>(block.data());
@@ -71,14 +49,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t count = data[0];
   std::vector<std::uint8_t> block(data + 1, data + size);
   Relocate(block);
-  Try([&] {
-    const PrinterRecords records(block, count);
+  Try({kErrorInvalidData}, [&] {
+    const RecordBuffer records(block);
+    records.RequireRecords<PRINTER_INFO_2W>(count);
     Require(count * sizeof(PRINTER_INFO_2W) <= block.size());
-    for (std::size_t index = 0; index < records.size(); ++index) {
-      const PRINTER_INFO_2W record = records.At(index);
+    for (std::size_t index = 0; index < count; ++index) {
+      const auto record = records.RecordAt<PRINTER_INFO_2W>(index);
       for (const TextField field : kTexts) {
-        Try([&] {
-          const Text text = records.TextAt(record.*field);
+        Try({kErrorInvalidData}, [&] {
+          const Text text = records.TextOf(record.*field);
           Require(text.find(u'\0') == Text::npos);
           Require(text.empty() || (text.size() + 1) * sizeof(WCHAR) <= block.size());
         });

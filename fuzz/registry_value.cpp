@@ -3,37 +3,26 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <vector>
 
-#include "apartment/Apartment.h"
+#include "FuzzTarget.h"
 #include "apartment/CSupport.h"
 #include "apartment/Conversions.h"
 #include "collections/Collection.h"
-#include "platform/simulated/families/SimulatedPlatform.h"
 #include "registry/ValueData.h"
 
 namespace {
 
 using namespace veldmark;
 
-void Require(bool condition) {
-  if (!condition) std::abort();
+simulated::Estate Described() {
+  simulated::Estate estate;
+  estate.AddComputer(u"SRV")
+      .local_machine()
+      .Key(u"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion")
+      .String(u"SystemRoot", u"%SystemRoot%\\%");
+  return estate;
 }
-
-struct World {
-  World() : platform(simulated.platform()) {
-    simulated.estate()
-        .AddComputer(u"SRV")
-        .local_machine()
-        .Key(u"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion")
-        .String(u"SystemRoot", u"%SystemRoot%\\%");
-    Apartment::Start(platform);
-  }
-  ~World() { Apartment::End(); }
-  simulated::SimulatedPlatform simulated;
-  Platform platform;
-};
 
 // The list's strings neither end in a NUL nor have two in a row.
 void RequireList(const Variant& value) {
@@ -61,7 +50,7 @@ void Check(int type_number, DataBytes data) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static World world;
+  static World world(Described());
   world.simulated.journal().Clear();
   Apartment::Current().machine_paths = Make<Collection>();
   // A copy of its own size, so that a read behind it is noticed.

@@ -1,13 +1,11 @@
 // Self-relative descriptors with their lists, entries and SIDs into the object model, in the way of
 // files and in that of other objects, and the list back into bytes.
 
-#include <cstdlib>
 #include <vector>
 
-#include "apartment/Apartment.h"
+#include "FuzzTarget.h"
 #include "apartment/CSupport.h"
 #include "platform/operations/ErrorCodes.h"
-#include "platform/simulated/families/SimulatedPlatform.h"
 #include "security/CAce.h"
 #include "security/CAces.h"
 #include "security/CAcl.h"
@@ -19,26 +17,16 @@ namespace {
 
 using namespace veldmark;
 
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
-
-bool IsSettled(std::int32_t number) {
-  return number == static_cast<std::int32_t>(kErrorInvalidAcl) ||
-         number == static_cast<std::int32_t>(kErrorInvalidSid) ||
-         number == static_cast<std::int32_t>(kErrorInvalidSecurityDescriptor);
-}
-
 void Read(Bytes bytes, const DescriptorReader& reader) {
   const auto descriptor = Make<CSecurityDescriptor>();
-  try {
+  bool is_read = false;
+  Try({kErrorInvalidAcl, kErrorInvalidSid, kErrorInvalidSecurityDescriptor}, [&] {
     const BinaryDescriptor parts = reader.ReadHeader(*descriptor, bytes);
     reader.ReadOwner(*descriptor, parts);
     reader.ReadDacl(*descriptor, parts);
-  } catch (const AutomationError& error) {
-    Require(IsSettled(error.number));
-    return;
-  }
+    is_read = true;
+  });
+  if (!is_read) return;
   if (const Ref<CSid> owner = descriptor->GetOwnerSid()) Require(!owner->SidText().empty());
   const Ref<CAces> aces = descriptor->GetDACL()->GetAces();
   for (std::int32_t index = 1; index <= aces->Count(); ++index) {
@@ -59,25 +47,21 @@ void Read(Bytes bytes, const DescriptorReader& reader) {
 }
 
 void ReadSid(Bytes bytes) {
-  try {
+  Try({kErrorInvalidSid}, [&] {
     const auto sid = Engine().GetSidObjectFromSid(
         Variant(ByteArray(std::vector<std::uint8_t>(bytes.begin(), bytes.end()))), Text());
     Require(static_cast<std::size_t>(sid->SidLength()) <= bytes.size());
-  } catch (const AutomationError& error) {
-    Require(error.number == static_cast<std::int32_t>(kErrorInvalidSid));
-  }
+  });
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static simulated::SimulatedPlatform simulated = [] {
+  static World world([] {
     simulated::Estate estate;
     estate.local().AddFile(u"C:\\kept");
-    return simulated::SimulatedPlatform(std::move(estate));
-  }();
-  static Platform platform = simulated.platform();
-  Apartment::Start(platform);
+    return estate;
+  }());
   // A block of exactly this size, so that a read beyond it is seen.
   const std::vector<std::uint8_t> bytes(data, data + size);
   Read(bytes, {.object_type = SE_FILE_OBJECT,
@@ -86,7 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                .plain_entries_only = true});
   Read(bytes, {.object_type = SE_DS_OBJECT, .object_class = u"CRegKey", .resides_on_server = {}});
   ReadSid(bytes);
-  Require(simulated.ledger().IsClean());
-  simulated.journal().Clear();
+  Require(world.simulated.ledger().IsClean());
+  world.simulated.journal().Clear();
   return 0;
 }

@@ -4,40 +4,16 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <cstring>
 #include <vector>
 
-#include "apartment/Apartment.h"
-#include "automation/Error.h"
+#include "FuzzTarget.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/ServiceControl.h"
-#include "platform/simulated/families/SimulatedPlatform.h"
-#include "services/ServiceBlock.h"
+#include "services/RecordBuffer.h"
 
 namespace {
 
 using namespace veldmark;
-
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
-
-struct World {
-  World() : platform(simulated.platform()) { Apartment::Start(platform); }
-  ~World() { Apartment::End(); }
-  simulated::SimulatedPlatform simulated;
-  Platform platform;
-};
-
-template <class Read>
-void Try(Read&& read) {
-  try {
-    read();
-  } catch (const AutomationError& error) {
-    Require(error.number == static_cast<std::int32_t>(kErrorInvalidData));
-  }
-}
 
 /// The text that the field of a record leads to, taken as an offset from the buffer's start.
 LPCWSTR Within(const std::vector<std::uint8_t>& bytes, LPWSTR field) {
@@ -52,34 +28,34 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   world.simulated.journal().Clear();
   // A copy of just this size: what is read behind it is noticed.
   const std::vector<std::uint8_t> bytes(data, data + size);
-  const ServiceBlock block(bytes);
+  const RecordBuffer records(bytes);
   const auto read = [&](LPWSTR field) {
     for (const LPCWSTR text : {Within(bytes, field), static_cast<LPCWSTR>(field)}) {
-      Try([&] {
-        const Text found = block.TextOf(text);
+      Try({kErrorInvalidData}, [&] {
+        const Text found = records.TextOf(text);
         Require(found.find(u'\0') == Text::npos);
         Require(found.size() * sizeof(WCHAR) < bytes.size() || text == nullptr);
       });
-      Try([&] {
-        const Text names = block.NamesOf(text);
+      Try({kErrorInvalidData}, [&] {
+        const Text names = records.NamesOf(text);
         Require(names.find(u'\0') == Text::npos && names.size() <= bytes.size());
       });
     }
   };
   for (std::size_t index = 0; index < 4; ++index) {
-    Try([&] {
-      const auto record = block.RecordAt<ENUM_SERVICE_STATUSW>(index);
+    Try({kErrorInvalidData}, [&] {
+      const auto record = records.RecordAt<ENUM_SERVICE_STATUSW>(index);
       read(record.lpServiceName);
       read(record.lpDisplayName);
     });
   }
-  Try([&] {
-    const auto record = block.RecordAt<QUERY_SERVICE_CONFIGW>(0);
+  Try({kErrorInvalidData}, [&] {
+    const auto record = records.RecordAt<QUERY_SERVICE_CONFIGW>(0);
     for (const LPWSTR field : {record.lpBinaryPathName, record.lpDependencies,
                                record.lpServiceStartName, record.lpDisplayName}) {
       read(field);
     }
   });
-  Try([&] { read(block.RecordAt<SERVICE_DESCRIPTIONW>(0).lpDescription); });
+  Try({kErrorInvalidData}, [&] { read(records.RecordAt<SERVICE_DESCRIPTIONW>(0).lpDescription); });
   return 0;
 }

@@ -2,36 +2,24 @@
 // nothing but the conversions' own errors may be raised.
 
 #include <cmath>
-#include <cstdlib>
-#include <cstring>
 
+#include "FuzzTarget.h"
+#include "apartment/Conversions.h"
 #include "automation/Conversion.h"
-#include "automation/Error.h"
 
 namespace {
 
 using namespace veldmark;
 
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
-
 template <class Conversion>
 void Try(Conversion&& conversion) {
-  try {
-    conversion();
-  } catch (const AutomationError& error) {
-    Require(error.number == runtime_error::kTypeMismatch ||
-            error.number == runtime_error::kOverflow);
-  }
+  veldmark::Try({runtime_error::kTypeMismatch, runtime_error::kOverflow}, conversion);
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  Text text(size / sizeof(char16_t), u'\0');
-  if (!text.empty()) std::memcpy(text.data(), data, text.size() * sizeof(char16_t));
-  for (const Text& input : {text, Text(data, data + size)}) {
+  for (const Text& input : {ByteArrayToString({data, size}), Text(data, data + size)}) {
     const Variant value(input);
     Try([&] { ToBoolean(value); });
     Try([&] { ToByte(value); });

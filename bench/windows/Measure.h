@@ -90,4 +90,16 @@ inline _CFiles* List(_SystemRoot* root, const std::wstring& path) {
   return files;
 }
 
+// What For Each goes through a list with.
+template <class Items>
+IEnumVARIANT* EnumeratorOf(Items* items) {
+  IUnknown* unknown = nullptr;
+  Check(items->get_NewEnum(&unknown), "NewEnum");
+  IEnumVARIANT* enumerator = nullptr;
+  Check(unknown->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(&enumerator)),
+        "IEnumVARIANT");
+  unknown->Release();
+  return enumerator;
+}
+
 }  // namespace bench

@@ -40,12 +40,7 @@ std::size_t BareWalk(const std::wstring& folder, double& bytes) {
 
 std::size_t OurWalk(_SystemRoot* root, const std::wstring& path, double& bytes) {
   _CFiles* files = List(root, path);
-  IUnknown* unknown = nullptr;
-  Check(files->get_NewEnum(&unknown), "NewEnum");
-  IEnumVARIANT* enumerator = nullptr;
-  Check(unknown->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(&enumerator)),
-        "IEnumVARIANT");
-  unknown->Release();
+  IEnumVARIANT* const enumerator = EnumeratorOf(files);
   std::size_t count = 0;
   VARIANT items[64];
   ULONG fetched = 0;

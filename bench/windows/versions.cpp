@@ -72,12 +72,7 @@ Total OurRead(_CFiles* files) {
                                     &_CFile::get_LegalCopyright,   &_CFile::get_LegalTrademarks,
                                     &_CFile::get_OriginalFilename, &_CFile::get_Comments};
   Total total;
-  IUnknown* unknown = nullptr;
-  Check(files->get_NewEnum(&unknown), "NewEnum");
-  IEnumVARIANT* enumerator = nullptr;
-  Check(unknown->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(&enumerator)),
-        "IEnumVARIANT");
-  unknown->Release();
+  IEnumVARIANT* const enumerator = EnumeratorOf(files);
   VARIANT item;
   while (enumerator->Next(1, &item, nullptr) == S_OK) {
     _CFile* file = nullptr;

@@ -148,6 +148,20 @@ Text ByteArrayToString(std::span<const std::uint8_t> bytes) {
   return text;
 }
 
+std::optional<Text> TextToNul(std::span<const std::uint8_t> bytes) {
+  const std::size_t most = bytes.size() / sizeof(char16_t);
+  // The bytes may lie at an odd address.
+  const auto unit = [&](std::size_t index) {
+    char16_t value;
+    std::memcpy(&value, bytes.data() + index * sizeof value, sizeof value);
+    return value;
+  };
+  std::size_t length = 0;
+  while (length < most && unit(length) != 0) ++length;
+  if (length == most) return std::nullopt;
+  return ByteArrayToString(bytes.first(length * sizeof(char16_t)));
+}
+
 Text TrimAtNul(TextView text) { return Text(text.substr(0, text.find(u'\0'))); }
 
 Text TrimAtNulRight(TextView text) {

@@ -42,6 +42,8 @@ Text WidePtrToString(const char16_t* wide, bool free);
 Text WideMultiSzToString(const char16_t* wide);
 /// The bytes taken as UTF-16; an odd one at the end is dropped.
 Text ByteArrayToString(std::span<const std::uint8_t> bytes);
+/// The UTF-16 text that the bytes begin with, up to its NUL; nothing where there is none.
+std::optional<Text> TextToNul(std::span<const std::uint8_t> bytes);
 /// The text up to its first NUL.
 Text TrimAtNul(TextView text);
 /// The same without blanks at the end.

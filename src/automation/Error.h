@@ -32,11 +32,9 @@ inline constexpr std::int32_t kObjectNotSet = 91;
 inline constexpr std::int32_t kInvalidUseOfNull = 94;
 inline constexpr std::int32_t kCannotCreateObject = 429;
 inline constexpr std::int32_t kNoSuchMember = 438;
-inline constexpr std::int32_t kActionNotSupported = 445;
 inline constexpr std::int32_t kNamedArgumentNotFound = 448;
 inline constexpr std::int32_t kArgumentNotOptional = 449;
 inline constexpr std::int32_t kWrongNumberOfArguments = 450;
-inline constexpr std::int32_t kFunctionNotFound = 453;
 inline constexpr std::int32_t kKeyAlreadyPresent = 457;
 }  // namespace runtime_error
 

@@ -126,7 +126,6 @@ using MemberIds = std::unordered_map<Text, std::int32_t, MemberNameHash, MemberN
 
 /// The identifiers with a fixed meaning.
 inline constexpr std::int32_t kDefaultMember = 0;
-inline constexpr std::int32_t kPropertyPutArgument = -3;
 inline constexpr std::int32_t kEnumeratorMember = -4;
 inline constexpr std::int32_t kUnknownMember = -1;
 

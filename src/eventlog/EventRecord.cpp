@@ -95,20 +95,11 @@ std::span<const std::uint8_t> EventRecord::Part(std::size_t offset, std::size_t 
 }
 
 Text EventRecord::TextAt(std::size_t& offset) const {
-  const auto rest = Part(offset, 0).data();
-  const std::size_t most = (bytes_.size() - offset) / sizeof(char16_t);
-  const auto unit = [rest](std::size_t index) {
-    char16_t value;
-    std::memcpy(&value, rest + index * sizeof value, sizeof value);
-    return value;
-  };
-  std::size_t length = 0;
-  while (length < most && unit(length) != 0) ++length;
-  if (length == most) RaiseCorrupt();
-  Text text(length, u'\0');
-  if (length != 0) std::memcpy(text.data(), rest, length * sizeof(char16_t));
-  offset += (length + 1) * sizeof(char16_t);
-  return text;
+  if (offset > bytes_.size()) RaiseCorrupt();
+  std::optional<Text> text = TextToNul(bytes_.subspan(offset));
+  if (!text) RaiseCorrupt();
+  offset += (text->size() + 1) * sizeof(char16_t);
+  return *std::move(text);
 }
 
 }  // namespace veldmark

@@ -150,13 +150,12 @@ Ref<CRegKey> CSupport::GetRegKey(HKEY_VALUES root, const Text& key_name, const T
     Text name = StripTrailingBackslash(key_name);
     if (name == u"*") name.clear();
     auto reg_key = Make<CRegKey>();
-    KeyForReading opened(root, name, machine_name);
+    const KeyForReading opened(root, name, machine_name);
     reg_key->hKey = root;
     reg_key->Name = name.substr(name.rfind(u'\\') + 1);
     reg_key->FullName = name;
     LoadDefaultValue(*reg_key, machine_name);
     reg_key->MachineName = machine_name;
-    CloseRegKey(opened.key, opened.remote_root);
     return reg_key;
   });
 }
@@ -166,7 +165,7 @@ Ref<CRegKeys> CSupport::GetRegSubKeys(HKEY_VALUES root, const Text& key_name,
   return ReRaising([&] {
     CStatus& progress = StatusObject();
     progress.RaiseStatus([] { return Text(u"Retrieving Registry Keys..."); });
-    KeyForReading opened(root, key_name, machine_name);
+    const KeyForReading opened(root, key_name, machine_name);
     const auto keys = Make<CRegKeys>();
     std::vector<char16_t> buffer(kKeyNameUnits + 1);
     for (DWORD index = 0;; ++index) {
@@ -184,7 +183,6 @@ Ref<CRegKeys> CSupport::GetRegSubKeys(HKEY_VALUES root, const Text& key_name,
       progress.RaiseStatus([&] { return u"Retrieved Registry Key \"" + reg_key->Name + u"\""; });
       keys->Add(reg_key);
     }
-    CloseRegKey(opened.key, opened.remote_root);
     return keys;
   });
 }
@@ -194,7 +192,7 @@ Ref<CRegValues> CSupport::GetRegValues(HKEY_VALUES root, const Text& key_name,
   return ReRaising([&] {
     CStatus& progress = StatusObject();
     progress.RaiseStatus([] { return Text(u"Retrieving Registry Values..."); });
-    KeyForReading opened(root, key_name, machine_name);
+    const KeyForReading opened(root, key_name, machine_name);
     const auto values = Make<CRegValues>();
     DWORD longest = 0;
     LSTATUS status = opened.registry.RegQueryInfoKeyW(opened.key.Get(), nullptr, nullptr, nullptr,
@@ -227,7 +225,6 @@ Ref<CRegValues> CSupport::GetRegValues(HKEY_VALUES root, const Text& key_name,
           [&] { return u"Retrieved Registry Value \"" + reg_value->Name + u"\""; });
       values->Add(reg_value);
     }
-    CloseRegKey(opened.key, opened.remote_root);
     return values;
   });
 }
@@ -235,13 +232,11 @@ Ref<CRegValues> CSupport::GetRegValues(HKEY_VALUES root, const Text& key_name,
 Variant CSupport::GetRegValue(HKEY_VALUES root, const Text& key_name, const Text& value_name,
                               RegValueTypes /*value_type*/, const Text& machine_name) {
   return ReRaising([&] {
-    KeyForReading opened(root, key_name, machine_name);
+    const KeyForReading opened(root, key_name, machine_name);
     FoundValue found{};
     const LSTATUS status = ReadValue(opened, value_name, found);
     if (status != 0) RaisePlatformError(status);
-    const Variant value = ValueOf(found.type, found.data, machine_name);
-    CloseRegKey(opened.key, opened.remote_root);
-    return value;
+    return ValueOf(found.type, found.data, machine_name);
   });
 }
 
@@ -283,7 +278,6 @@ bool CSupport::SaveRegValue(HKEY_VALUES root, const Text& key_name, const Text& 
       default:
         break;
     }
-    CloseRegKey(key, remote_root);
     return true;
   });
 }

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 
 #include "automation/Error.h"
@@ -41,15 +40,13 @@ simulated::Ticks RealTime() {
 
 simulated::Estate LoadEstate() {
   const std::filesystem::path path = EstateFile();
-  const Text name = path.u16string();
-  std::ifstream file(path, std::ios::binary);
-  if (!file) Raise(kFileNotFound, {}, u"There is no estate file " + name);
-  const std::string json{std::istreambuf_iterator<char>(file), {}};
-  const std::filesystem::path folder = path.parent_path();
+  if (!std::ifstream(path)) {
+    Raise(kFileNotFound, {}, u"There is no estate file " + path.u16string());
+  }
   try {
-    return simulated::ReadEstate(json, &RealTime, &folder);
+    return simulated::ReadEstateFile(path, &RealTime);
   } catch (const simulated::EstateFileError& error) {
-    Raise(kInvalidFileFormat, {}, name + u": " + FromUtf8(error.what()));
+    Raise(kInvalidFileFormat, {}, FromUtf8(error.what()));
   }
 }
 

@@ -19,8 +19,7 @@ constexpr std::int32_t kAllStates = SERVICE_STATE_ALL;
 
 constexpr TextView kWaits =
     u"Waits for the new state, a minute at most; then it raises 1053, and the service may get "
-    u"there "
-    u"all the same. Each pass posts a status text with the last checkpoint.";
+    u"there all the same. Each pass posts a status text with the last checkpoint.";
 
 }  // namespace
 
@@ -120,9 +119,12 @@ const Interface& CService::Describe() {
 }
 
 void ServiceConfiguration::ForgetChanges() {
-  display_name.changed = error_control.changed = start_type.changed = binary_path.changed =
-      load_order_group.changed = account.changed = dependencies.changed = description.changed =
-          false;
+  for (Setting<Text>* const text :
+       {&display_name, &binary_path, &load_order_group, &account, &dependencies, &description}) {
+    text->Keep();
+  }
+  error_control.Keep();
+  start_type.Keep();
 }
 
 template <class Work>
@@ -139,8 +141,8 @@ Ref<CSecurityDescriptor> CService::GetSecurityDescriptor() {
 }
 
 void CService::PutServiceStartName(const Text& value) {
-  Changeable<Text>& account = configuration_.account;
-  if (value != account.value) account.Set(PlainServerName(value));
+  Setting<Text>& account = configuration_.account;
+  if (value != account.Get()) account.Put(PlainServerName(value));
 }
 
 void CService::PutPassword(const Secret& value) {
@@ -150,7 +152,7 @@ void CService::PutPassword(const Secret& value) {
 
 void CService::PutInteractsWithDesktop(bool value) {
   if (value == Has(ServiceType(), SERVICE_INTERACTIVE_PROCESS)) return;
-  configuration_.type.Set(
+  configuration_.type.Put(
       static_cast<ServiceTypesEnum>(ServiceType() ^ SERVICE_INTERACTIVE_PROCESS));
 }
 
@@ -214,7 +216,7 @@ void CService::TakeStatus(const SERVICE_STATUS& status) {
   WaitHint = static_cast<std::int32_t>(status.dwWaitHint);
   // A caller's change of the type stays marked; what is told here is none.
   if (ServiceType() == 0) {
-    configuration_.type.value = static_cast<ServiceTypesEnum>(status.dwServiceType);
+    configuration_.type.Load(static_cast<ServiceTypesEnum>(status.dwServiceType));
   }
 }
 

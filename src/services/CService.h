@@ -5,6 +5,7 @@
 #include "apartment/Counted.h"
 #include "automation/Object.h"
 #include "automation/Secret.h"
+#include "automation/Setting.h"
 #include "automation/Text.h"
 #include "services/ServiceEnumerations.h"
 
@@ -14,34 +15,19 @@ class CSecurityDescriptor;
 class CServices;
 struct SERVICE_STATUS;
 
-/// A value with a mark that a caller changed it, so that it is to be written.
-template <class Value>
-struct Changeable {
-  Value value{};
-  bool changed = false;
-
-  void Set(Value now) {
-    value = std::move(now);
-    changed = true;
-  }
-  void SetIfOther(const Value& now) {
-    if (!(value == now)) Set(now);
-  }
-};
-
 /// What the service manager keeps of a service: the record QUERY_SERVICE_CONFIGW, and the
 /// description.
 struct ServiceConfiguration {
-  Changeable<Text> display_name;
-  Changeable<ServiceTypesEnum> type;
-  Changeable<ServiceErrorControlEnum> error_control;
-  Changeable<ServiceStartTypeEnum> start_type;
+  Setting<Text> display_name;
+  Setting<ServiceTypesEnum> type;
+  Setting<ServiceErrorControlEnum> error_control;
+  Setting<ServiceStartTypeEnum> start_type;
   std::int32_t tag = 0;
-  Changeable<Text> binary_path;
-  Changeable<Text> load_order_group;
-  Changeable<Text> account;
-  Changeable<Text> dependencies;  ///< joined by "|"
-  Changeable<Text> description;
+  Setting<Text> binary_path;
+  Setting<Text> load_order_group;
+  Setting<Text> account;
+  Setting<Text> dependencies;  ///< joined by "|"
+  Setting<Text> description;
 
   /// Takes back all marks but that of the type.
   void ForgetChanges();
@@ -59,13 +45,13 @@ class CService : public Exported<CService>, Counted<Counter::kService> {
 
   Ref<CSecurityDescriptor> GetSecurityDescriptor();
 
-  const Text& DisplayName() const { return configuration_.display_name.value; }
-  void PutDisplayName(const Text& value) { configuration_.display_name.SetIfOther(value); }
+  const Text& DisplayName() const { return configuration_.display_name.Get(); }
+  void PutDisplayName(const Text& value) { configuration_.display_name.PutIfOther(value); }
   Text ServiceName;
   Text ServerName;
   Text DomainName;
-  ServiceTypesEnum ServiceType() const { return configuration_.type.value; }
-  void PutServiceType(ServiceTypesEnum value) { configuration_.type.SetIfOther(value); }
+  ServiceTypesEnum ServiceType() const { return configuration_.type.Get(); }
+  void PutServiceType(ServiceTypesEnum value) { configuration_.type.PutIfOther(value); }
 
   ServiceStatesEnum CurrentState{};
   ServiceAcceptEnum ControlsAccepted{};
@@ -75,23 +61,23 @@ class CService : public Exported<CService>, Counted<Counter::kService> {
   std::int32_t WaitHint = 0;  ///< milliseconds
 
   // These fetch; those that are put count as changed, but for the tag.
-  ServiceErrorControlEnum ErrorControl() { return Loaded().error_control.value; }
-  void PutErrorControl(ServiceErrorControlEnum value) { configuration_.error_control.Set(value); }
-  ServiceStartTypeEnum StartType() { return Loaded().start_type.value; }
-  void PutStartType(ServiceStartTypeEnum value) { configuration_.start_type.Set(value); }
+  ServiceErrorControlEnum ErrorControl() { return Loaded().error_control.Get(); }
+  void PutErrorControl(ServiceErrorControlEnum value) { configuration_.error_control.Put(value); }
+  ServiceStartTypeEnum StartType() { return Loaded().start_type.Get(); }
+  void PutStartType(ServiceStartTypeEnum value) { configuration_.start_type.Put(value); }
   std::int32_t TagId() { return Loaded().tag; }
   void PutTagId(std::int32_t value) { configuration_.tag = value; }
-  Text BinaryPathName() { return Loaded().binary_path.value; }
-  void PutBinaryPathName(const Text& value) { configuration_.binary_path.Set(value); }
-  Text LoadOrderGroup() { return Loaded().load_order_group.value; }
-  void PutLoadOrderGroup(const Text& value) { configuration_.load_order_group.SetIfOther(value); }
-  Text ServiceStartName() { return Loaded().account.value; }
+  Text BinaryPathName() { return Loaded().binary_path.Get(); }
+  void PutBinaryPathName(const Text& value) { configuration_.binary_path.Put(value); }
+  Text LoadOrderGroup() { return Loaded().load_order_group.Get(); }
+  void PutLoadOrderGroup(const Text& value) { configuration_.load_order_group.PutIfOther(value); }
+  Text ServiceStartName() { return Loaded().account.Get(); }
   /// Another name than the stored one is stored without a leading "\\".
   void PutServiceStartName(const Text& value);
-  Text Dependencies() { return Loaded().dependencies.value; }
-  void PutDependencies(const Text& value) { configuration_.dependencies.SetIfOther(value); }
-  Text Description() { return Loaded().description.value; }
-  void PutDescription(const Text& value) { configuration_.description.SetIfOther(value); }
+  Text Dependencies() { return Loaded().dependencies.Get(); }
+  void PutDependencies(const Text& value) { configuration_.dependencies.PutIfOther(value); }
+  Text Description() { return Loaded().description.Get(); }
+  void PutDescription(const Text& value) { configuration_.description.PutIfOther(value); }
   /// Lives until the next fetch or the account's change.
   void PutPassword(const Secret& value);
 
@@ -99,7 +85,7 @@ class CService : public Exported<CService>, Counted<Counter::kService> {
   bool ShareProcess() const { return Has(ServiceType(), SERVICE_WIN32_SHARE_PROCESS); }
   bool DeviceDriver() const { return Has(ServiceType(), SERVICE_KERNEL_DRIVER); }
   bool FileSystemDriver() const { return Has(ServiceType(), SERVICE_FILE_SYSTEM_DRIVER); }
-  bool InteractsWithDesktop() { return Has(Loaded().type.value, SERVICE_INTERACTIVE_PROCESS); }
+  bool InteractsWithDesktop() { return Has(Loaded().type.Get(), SERVICE_INTERACTIVE_PROCESS); }
   void PutInteractsWithDesktop(bool value);
   bool Stopped() const { return CurrentState == SERVICE_STOPPED; }
   bool StartPending() const { return CurrentState == SERVICE_START_PENDING; }

@@ -9,7 +9,7 @@
 #include "network/ServerNames.h"
 #include "services/CPrinter.h"
 #include "services/CPrinters.h"
-#include "services/PrinterRecords.h"
+#include "services/RecordBuffer.h"
 
 namespace veldmark {
 namespace {
@@ -22,22 +22,22 @@ std::int32_t Signed(DWORD value) { return static_cast<std::int32_t>(value); }
 Date DateOfMinutes(DWORD minutes) { return {static_cast<double>(Signed(minutes))}; }
 
 /// `start` is how many characters stand before the printer in its full name.
-Ref<CPrinter> PrinterFrom(const PRINTER_INFO_2W& record, const PrinterRecords& records,
+Ref<CPrinter> PrinterFrom(const PRINTER_INFO_2W& record, const RecordBuffer& records,
                           std::size_t start) {
   auto printer = Make<CPrinter>();
-  printer->Description = records.TextAt(record.pPrinterName);
+  printer->Description = records.TextOf(record.pPrinterName);
   if (start < printer->Description.size()) {
     printer->PrinterName = printer->Description.substr(start);
   }
-  printer->ShareName = records.TextAt(record.pShareName);
-  printer->PortName = records.TextAt(record.pPortName);
-  printer->DriverName = records.TextAt(record.pDriverName);
-  printer->Comment = records.TextAt(record.pComment);
-  printer->Location = records.TextAt(record.pLocation);
-  printer->SepFile = records.TextAt(record.pSepFile);
-  printer->PrintProcessor = records.TextAt(record.pPrintProcessor);
-  printer->Datatype = records.TextAt(record.pDatatype);
-  printer->Parameters = records.TextAt(record.pParameters);
+  printer->ShareName = records.TextOf(record.pShareName);
+  printer->PortName = records.TextOf(record.pPortName);
+  printer->DriverName = records.TextOf(record.pDriverName);
+  printer->Comment = records.TextOf(record.pComment);
+  printer->Location = records.TextOf(record.pLocation);
+  printer->SepFile = records.TextOf(record.pSepFile);
+  printer->PrintProcessor = records.TextOf(record.pPrintProcessor);
+  printer->Datatype = records.TextOf(record.pDatatype);
+  printer->Parameters = records.TextOf(record.pParameters);
   printer->Attributes = static_cast<PrinterAttributeEnum>(record.Attributes);
   printer->Priority = Signed(record.Priority);
   printer->DefaultPriority = Signed(record.DefaultPriority);
@@ -72,10 +72,11 @@ Ref<CPrinters> CSupport::GetPrinters(CServer& server, bool async) {
     const DWORD size = needed;
     std::vector<PRINTER_INFO_2W> table(size / sizeof(PRINTER_INFO_2W) + 1);
     if (!ask(table, size)) RaisePlatformError(Err().LastDllError());
-    const PrinterRecords records({reinterpret_cast<const std::uint8_t*>(table.data()), size},
-                                 returned);
-    for (std::size_t index = 0; index < records.size(); ++index) {
-      const Ref<CPrinter> printer = PrinterFrom(records.At(index), records, name.size() + 1);
+    const RecordBuffer records({reinterpret_cast<const std::uint8_t*>(table.data()), size});
+    records.RequireRecords<PRINTER_INFO_2W>(returned);
+    for (DWORD index = 0; index < returned; ++index) {
+      const Ref<CPrinter> printer =
+          PrinterFrom(records.RecordAt<PRINTER_INFO_2W>(index), records, name.size() + 1);
       if (async) {
         bool cancel = false;
         RaiseObjectFound(*printer, cancel);

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <utility>
 #include <vector>
 
 #include "apartment/CStatus.h"
@@ -10,10 +11,11 @@
 #include "collections/Deliver.h"
 #include "network/CServer.h"
 #include "network/ServerNames.h"
+#include "platform/operations/ErrorCodes.h"
 #include "platform/operations/Handles.h"
 #include "services/CService.h"
 #include "services/CServices.h"
-#include "services/ServiceBlock.h"
+#include "services/RecordBuffer.h"
 
 namespace veldmark {
 namespace {
@@ -159,8 +161,8 @@ Text FetchDescription(const ServiceHandle& service) {
         return Services().QueryServiceConfig2W(service.Get(), kServiceConfigDescription, bytes,
                                                size, needed);
       });
-  const ServiceBlock block(buffer);
-  return block.TextOf(block.RecordAt<SERVICE_DESCRIPTIONW>(0).lpDescription);
+  const RecordBuffer records(buffer);
+  return records.TextOf(records.RecordAt<SERVICE_DESCRIPTIONW>(0).lpDescription);
 }
 
 /// A text for the platform; null where there is none to be given.
@@ -170,9 +172,11 @@ LPCWSTR OrNull(const Text& text) { return OrNull(text, !text.empty()); }
 /// A list of names as the platform takes it: the text as it stands, and two NULs behind it.
 Text AsList(const Text& names) { return names + u'\0'; }
 
+/// A field as the platform takes it in a change.
+LPCWSTR OrNoChange(const Setting<Text>& field) { return OrNull(field.Get(), field.is_changed()); }
 template <class Value>
-DWORD NumberOrNoChange(const Changeable<Value>& field) {
-  return field.changed ? static_cast<DWORD>(field.value) : kServiceNoChange;
+DWORD OrNoChange(const Setting<Value>& field) {
+  return field.is_changed() ? static_cast<DWORD>(field.Get()) : kServiceNoChange;
 }
 
 void ChangeType(const ServiceHandle& service, DWORD type) {
@@ -185,15 +189,15 @@ void ChangeAccount(const ServiceHandle& opened, CService& service) {
   const Secret* const password = service.Password();
   Checked(Services().ChangeServiceConfigW(opened.Get(), kServiceNoChange, kServiceNoChange,
                                           kServiceNoChange, nullptr, nullptr, nullptr, nullptr,
-                                          service.Configuration().account.value.c_str(),
+                                          service.Configuration().account.Get().c_str(),
                                           password ? password->c_str() : u"", nullptr));
   service.ForgetPassword();
 }
 
 /// Fills a service of a list from its record, as a caller would.
-void Fill(CService& service, const ENUM_SERVICE_STATUSW& record, const ServiceBlock& block) {
-  service.ServiceName = block.TextOf(record.lpServiceName);
-  service.PutDisplayName(block.TextOf(record.lpDisplayName));
+void Fill(CService& service, const ENUM_SERVICE_STATUSW& record, const RecordBuffer& records) {
+  service.ServiceName = records.TextOf(record.lpServiceName);
+  service.PutDisplayName(records.TextOf(record.lpDisplayName));
   service.PutServiceType(static_cast<ServiceTypesEnum>(record.ServiceStatus.dwServiceType));
   service.TakeStatus(record.ServiceStatus);
 }
@@ -211,7 +215,7 @@ Ref<CServices> CSupport::GetServices(CServer& server, ServiceTypesEnum types,
         Checked(Services().OpenSCManagerW((Text(kServerNameStart) + server.ServerName).c_str(),
                                           kActiveDatabase.data(), kManagerEnumerateService)));
     std::vector<std::uint8_t> table(kTableRecords * sizeof(ENUM_SERVICE_STATUSW));
-    const ServiceBlock block(table);
+    const RecordBuffer records(table);
     DWORD resume = 0;
     for (bool goes_on = true; goes_on;) {
       const DWORD before = resume;
@@ -226,7 +230,7 @@ Ref<CServices> CSupport::GetServices(CServer& server, ServiceTypesEnum types,
         const auto service = Make<CService>();
         service->ServerName = server.ServerName;
         service->DomainName = server.DomainName;
-        Fill(*service, block.RecordAt<ENUM_SERVICE_STATUSW>(index), block);
+        Fill(*service, records.RecordAt<ENUM_SERVICE_STATUSW>(index), records);
         if (!Deliver(*this, services, service, async)) return services;
         status->RaiseStatus([&] { return u"Retrieved Service " + service->ServiceName; });
       }
@@ -245,34 +249,34 @@ void CSupport::LoadServiceConfig(CService& service) {
           return Services().QueryServiceConfigW(
               opened.handle.Get(), reinterpret_cast<QUERY_SERVICE_CONFIGW*>(bytes), size, needed);
         });
-    const ServiceBlock block(buffer);
-    const auto record = block.RecordAt<QUERY_SERVICE_CONFIGW>(0);
+    const RecordBuffer records(buffer);
+    const auto record = records.RecordAt<QUERY_SERVICE_CONFIGW>(0);
     ServiceConfiguration& fields = service.Configuration();
-    fields.error_control.value = static_cast<ServiceErrorControlEnum>(record.dwErrorControl);
-    fields.type.value = static_cast<ServiceTypesEnum>(record.dwServiceType);
-    fields.start_type.value = static_cast<ServiceStartTypeEnum>(record.dwStartType);
+    fields.error_control.Load(static_cast<ServiceErrorControlEnum>(record.dwErrorControl));
+    fields.type.Load(static_cast<ServiceTypesEnum>(record.dwServiceType));
+    fields.start_type.Load(static_cast<ServiceStartTypeEnum>(record.dwStartType));
     fields.tag = static_cast<std::int32_t>(record.dwTagId);
-    fields.binary_path.value = block.TextOf(record.lpBinaryPathName);
-    fields.display_name.value = block.TextOf(record.lpDisplayName);
-    fields.load_order_group.value = block.TextOf(record.lpLoadOrderGroup);
-    Text& account = fields.account.value;
-    account = block.TextOf(record.lpServiceStartName);
+    fields.binary_path.Load(records.TextOf(record.lpBinaryPathName));
+    fields.display_name.Load(records.TextOf(record.lpDisplayName));
+    fields.load_order_group.Load(records.TextOf(record.lpLoadOrderGroup));
+    Text account = records.TextOf(record.lpServiceStartName);
     if (account.starts_with(u'.')) {
       account = Text(kServerNameStart) + PlainServerName(service.ServerName) + u"\\" +
                 account.substr(std::min<std::size_t>(account.size(), 2));
     }
-    fields.dependencies.value = block.NamesOf(record.lpDependencies);
+    fields.account.Load(std::move(account));
+    fields.dependencies.Load(records.NamesOf(record.lpDependencies));
     SERVICE_STATUS status{};
     Checked(Services().QueryServiceStatus(opened.handle.Get(), &status));
     service.TakeStatus(status);
     const bool is_described =
-        Swallow([&] { fields.description.value = FetchDescription(opened.handle); });
+        Swallow([&] { fields.description.Load(FetchDescription(opened.handle)); });
     if (!is_described) {
       // Older platforms have no descriptions, and that is no error.
       if (Err().Number() != static_cast<std::int32_t>(kErrorProcNotFound)) {
         Raise(Err().Number(), Err().Source(), Err().Description());
       }
-      fields.description.value.clear();
+      fields.description.Load({});
       Err().Clear();
     }
     fields.ForgetChanges();
@@ -315,39 +319,40 @@ void CSupport::SaveServiceInfo(CService& service) {
     const Ref<CServer> server = GetServer(service.ServerName, service.DomainName);
     const OpenedService opened(service, kManagerAllAccess, kServiceChangeConfig);
     ServiceConfiguration& fields = service.Configuration();
-    Changeable<Text>& account = fields.account;
-    const bool is_systems = account.value == kLocalSystem;
-    const DWORD type = NumberOrNoChange(fields.type);
-    const Text dependencies = AsList(fields.dependencies.value);
+    Setting<Text>& account = fields.account;
+    const bool is_systems = account.Get() == kLocalSystem;
+    const DWORD type = OrNoChange(fields.type);
+    const Text dependencies = AsList(fields.dependencies.Get());
     DatabaseLock lock(opened.manager);
 
     // Older systems change the account of a service with a process of its own only.
     const bool is_old =
         server->PlatformId() == kNtPlatform && server->VersionMajor() <= kLastOldVersion;
-    if (is_old && account.changed && !is_systems) {
+    if (is_old && account.is_changed() && !is_systems) {
       ChangeType(opened.handle, kServiceOwnProcess);
       ChangeAccount(opened.handle, service);
-      account.changed = false;
+      account.Keep();
       ChangeType(opened.handle, kServiceShareProcess);
     }
     // A service that interacts must be LocalSystem's before.
-    const bool is_interactive = fields.type.changed && (type & kServiceInteractiveProcess) != 0;
-    if (is_systems && account.changed && is_interactive) {
+    const bool is_interactive =
+        fields.type.is_changed() && (type & kServiceInteractiveProcess) != 0;
+    if (is_systems && account.is_changed() && is_interactive) {
       ChangeAccount(opened.handle, service);
-      account.changed = false;
+      account.Keep();
     }
-    if (fields.type.changed || fields.start_type.changed || fields.error_control.changed ||
-        fields.binary_path.changed || fields.load_order_group.changed ||
-        fields.dependencies.changed || fields.display_name.changed) {
+    if (fields.type.is_changed() || fields.start_type.is_changed() ||
+        fields.error_control.is_changed() || fields.binary_path.is_changed() ||
+        fields.load_order_group.is_changed() || fields.dependencies.is_changed() ||
+        fields.display_name.is_changed()) {
       Checked(Services().ChangeServiceConfigW(
-          opened.handle.Get(), type, NumberOrNoChange(fields.start_type),
-          NumberOrNoChange(fields.error_control),
-          OrNull(fields.binary_path.value, fields.binary_path.changed),
-          OrNull(fields.load_order_group.value, fields.load_order_group.changed), nullptr,
-          OrNull(dependencies, fields.dependencies.changed), nullptr, nullptr,
-          OrNull(fields.display_name.value, fields.display_name.changed)));
+          opened.handle.Get(), type, OrNoChange(fields.start_type),
+          OrNoChange(fields.error_control), OrNoChange(fields.binary_path),
+          OrNoChange(fields.load_order_group), nullptr,
+          OrNull(dependencies, fields.dependencies.is_changed()), nullptr, nullptr,
+          OrNoChange(fields.display_name)));
     }
-    if (service.Password() || account.changed) ChangeAccount(opened.handle, service);
+    if (service.Password() || account.is_changed()) ChangeAccount(opened.handle, service);
     lock.GiveBack();
   });
 }
@@ -355,22 +360,22 @@ void CSupport::SaveServiceInfo(CService& service) {
 void CSupport::InstallService(CService& service) {
   ReRaising([&] {
     const ServiceConfiguration& fields = service.Configuration();
-    if (fields.binary_path.value.empty() || service.ServiceName.empty() || fields.type.value == 0 ||
-        fields.start_type.value == SERVICE_BOOT_START) {
+    if (fields.binary_path.Get().empty() || service.ServiceName.empty() || fields.type.Get() == 0 ||
+        fields.start_type.Get() == SERVICE_BOOT_START) {
       RaisePlatformError(kErrorInvalidParameter);
     }
     const ServiceHandle manager = OpenManager(service, kManagerCreateService);
-    const Text dependencies = AsList(fields.dependencies.value);
+    const Text dependencies = AsList(fields.dependencies.Get());
     const Secret* const password = service.Password();
     const ServiceHandle made(
         Services(),
         Checked(Services().CreateServiceW(
-            manager.Get(), service.ServiceName.c_str(), OrNull(fields.display_name.value),
-            kServiceAllAccess, static_cast<DWORD>(fields.type.value),
-            static_cast<DWORD>(fields.start_type.value),
-            static_cast<DWORD>(fields.error_control.value), fields.binary_path.value.c_str(),
-            OrNull(fields.load_order_group.value), nullptr,
-            OrNull(dependencies, !fields.dependencies.value.empty()), fields.account.value.c_str(),
+            manager.Get(), service.ServiceName.c_str(), OrNull(fields.display_name.Get()),
+            kServiceAllAccess, static_cast<DWORD>(fields.type.Get()),
+            static_cast<DWORD>(fields.start_type.Get()),
+            static_cast<DWORD>(fields.error_control.Get()), fields.binary_path.Get().c_str(),
+            OrNull(fields.load_order_group.Get()), nullptr,
+            OrNull(dependencies, !fields.dependencies.Get().empty()), fields.account.Get().c_str(),
             password ? password->c_str() : u"")));
   });
 }
@@ -396,12 +401,12 @@ Ref<CServices> CSupport::GetDependentServices(CService& service, ServiceStatesMa
                                                    size, needed, &returned);
         });
     if (buffer.empty()) return services;
-    const ServiceBlock block(buffer);
+    const RecordBuffer records(buffer);
     for (DWORD index = 0; index < returned; ++index) {
       const auto dependent = Make<CService>();
       dependent->DomainName = service.DomainName;
       dependent->ServerName = service.ServerName;
-      Fill(*dependent, block.RecordAt<ENUM_SERVICE_STATUSW>(index), block);
+      Fill(*dependent, records.RecordAt<ENUM_SERVICE_STATUSW>(index), records);
       services->Add(dependent.Get());
     }
     return services;

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <memory>
-#include <utility>
 
 #include "automation/Object.h"
 #include "automation/Secret.h"
+#include "automation/Setting.h"
 #include "automation/Text.h"
 #include "automation/Values.h"
 #include "platform/operations/TaskScheduler.h"
@@ -14,24 +14,6 @@ namespace veldmark {
 
 class CTrigger;
 class CTriggers;
-
-/// A value that remembers whether a caller has put it.
-template <class Value>
-class Setting {
- public:
-  const Value& Get() const { return value_; }
-  bool is_changed() const { return changed_; }
-  void Put(Value value) {
-    Load(std::move(value));
-    changed_ = true;
-  }
-  void Load(Value value) { value_ = std::move(value); }
-  void Keep() { changed_ = false; }
-
- private:
-  Value value_{};
-  bool changed_ = false;
-};
 
 /// A scheduled task: a copy of all its fields, read once, in `Refresh` or when a listing made it.
 /// Puts change this copy; `Save` writes those that were put to the task and the task to its job

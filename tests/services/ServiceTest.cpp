@@ -163,7 +163,8 @@ TEST_F(Services, AreListedInSmallSlices) {
   const Ref<CService> log = all->ItemByKey(u"Log");
   EXPECT_EQ(log->DisplayName() + log->ServerName + log->DomainName, u"Log of everythingSRVCORP");
   EXPECT_TRUE(log->Running() && log->AcceptStop() && log->OwnProcess());
-  EXPECT_TRUE(log->Configuration().type.changed && log->Configuration().display_name.changed);
+  EXPECT_TRUE(log->Configuration().type.is_changed() &&
+              log->Configuration().display_name.is_changed());
 
   // What goes wrong in the middle ends the walk quietly, at its begin it is raised.
   faults().FailNthOf("EnumServicesStatusW", 3, 1117);

@@ -5,27 +5,11 @@
 namespace scripthost {
 namespace {
 
-class ValueEnumerator final : public IEnumVARIANT {
+class ValueEnumerator final : public Counted<IEnumVARIANT> {
  public:
   explicit ValueEnumerator(std::vector<Value> values, std::size_t next = 0)
       : values_(std::move(values)), next_(next) {}
-  virtual ~ValueEnumerator() = default;
 
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IEnumVARIANT)) {
-      *object = nullptr;
-      return E_NOINTERFACE;
-    }
-    AddRef();
-    *object = this;
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
   HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* values, ULONG* fetched) override {
     ULONG given = 0;
     for (; given < count && next_ < values_.size(); ++given, ++next_) {
@@ -50,7 +34,8 @@ class ValueEnumerator final : public IEnumVARIANT {
   }
 
  private:
-  ULONG references_ = 1;
+  bool Answers(REFIID iid) const override { return IsEqualIID(iid, IID_IEnumVARIANT); }
+
   std::vector<Value> values_;
   std::size_t next_;
 };
@@ -95,27 +80,6 @@ HRESULT Call::Fail(HRESULT code, std::wstring_view description) const {
       SysAllocStringLen(description.data(), static_cast<UINT>(description.size()));
   exception->scode = code;
   return DISP_E_EXCEPTION;
-}
-
-HRESULT Scriptable::QueryInterface(REFIID iid, void** object) {
-  if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch)) {
-    *object = nullptr;
-    return E_NOINTERFACE;
-  }
-  AddRef();
-  *object = static_cast<IDispatch*>(this);
-  return S_OK;
-}
-
-ULONG Scriptable::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
-HRESULT Scriptable::GetTypeInfoCount(UINT* count) {
-  *count = 0;
-  return S_OK;
 }
 
 HRESULT Scriptable::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) {

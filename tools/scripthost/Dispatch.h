@@ -97,18 +97,57 @@ struct Call {
   HRESULT Fail(HRESULT code, std::wstring_view description) const;
 };
 
+// An object with one interface and a count of its references, of which its maker has the first.
+template <typename Interface>
+class Counted : public Interface {
+ public:
+  Counted() = default;
+  virtual ~Counted() = default;
+  Counted(const Counted&) = delete;
+  Counted& operator=(const Counted&) = delete;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+    *object = nullptr;
+    if (!IsEqualIID(iid, IID_IUnknown) && !Answers(iid)) return E_NOINTERFACE;
+    AddRef();
+    *object = static_cast<Interface*>(this);
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG left = --references_;
+    if (left == 0) delete this;
+    return left;
+  }
+
+ protected:
+  // Whether this identifies the interface.
+  virtual bool Answers(REFIID iid) const = 0;
+
+ private:
+  ULONG references_ = 1;
+};
+
+// An automation object that no type library describes.
+class Undescribed : public Counted<IDispatch> {
+ public:
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+    *count = 0;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+
+ protected:
+  bool Answers(REFIID iid) const override { return IsEqualIID(iid, IID_IDispatch); }
+};
+
 // An automation object whose members are a table. The first member is the default one.
-class Scriptable : public IDispatch {
+class Scriptable : public Undescribed {
  public:
   struct Member {
     std::wstring name;
     std::function<HRESULT(const Call&)> run;
   };
-
-  Scriptable() = default;
-  virtual ~Scriptable() = default;
-  Scriptable(const Scriptable&) = delete;
-  Scriptable& operator=(const Scriptable&) = delete;
 
   void Add(std::wstring name, std::function<HRESULT(const Call&)> run) {
     members_.push_back({std::move(name), std::move(run)});
@@ -118,18 +157,12 @@ class Scriptable : public IDispatch {
   // What `For Each` asks for.
   void SetEnumerator(std::function<HRESULT(const Call&)> run) { enumerator_ = std::move(run); }
 
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override;
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
                                           DISPID* ids) override;
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters,
                                    VARIANT* result, EXCEPINFO* exception, UINT*) override;
 
  private:
-  ULONG references_ = 1;
   std::vector<Member> members_;
   std::function<HRESULT(const Call&)> enumerator_;
 };

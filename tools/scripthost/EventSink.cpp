@@ -51,28 +51,6 @@ void EventSink::Disconnect() {
 
 bool EventSink::Listens(IDispatch* source) const { return source_.Get() == source; }
 
-HRESULT EventSink::QueryInterface(REFIID iid, void** object) {
-  if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch) &&
-      !IsEqualIID(iid, events_)) {
-    *object = nullptr;
-    return E_NOINTERFACE;
-  }
-  AddRef();
-  *object = static_cast<IDispatch*>(this);
-  return S_OK;
-}
-
-ULONG EventSink::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
-HRESULT EventSink::GetTypeInfoCount(UINT* count) {
-  *count = 0;
-  return S_OK;
-}
-
 HRESULT EventSink::Invoke(DISPID id, REFIID, LCID locale, WORD, DISPPARAMS* parameters, VARIANT*,
                           EXCEPINFO*, UINT*) {
   BSTR member = nullptr;

@@ -10,7 +10,7 @@ namespace scripthost {
 
 // Listens to an object's default event interface and calls the script's procedures of the same
 // names behind a prefix.
-class EventSink final : public IDispatch {
+class EventSink final : public Undescribed {
  public:
   // Subscribes; the sink belongs to the returned reference. Empty when the object has no events
   // that can be found out from its type library. `on_failure` is called after a procedure failed,
@@ -22,12 +22,6 @@ class EventSink final : public IDispatch {
   void Disconnect();
   bool Listens(IDispatch* source) const;
 
-  virtual ~EventSink() = default;
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override;
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
     return E_NOTIMPL;
   }
@@ -35,7 +29,10 @@ class EventSink final : public IDispatch {
                                    VARIANT* result, EXCEPINFO*, UINT*) override;
 
  private:
-  ULONG references_ = 1;
+  bool Answers(REFIID iid) const override {
+    return Undescribed::Answers(iid) || IsEqualIID(iid, events_);
+  }
+
   DWORD cookie_ = 0;
   GUID events_{};
   std::wstring prefix_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <type_traits>
 #include <utility>
 
 #include "automation/LastError.h"
@@ -65,128 +66,46 @@ class UniqueHandle {
   Value value_;
 };
 
-struct FindHandleTraits {
-  using Value = HANDLE;
-  using Family = FileSystem;
-  static Value Empty() noexcept { return kInvalidHandleValue; }
-  static bool IsEmpty(Value value) noexcept { return value == kInvalidHandleValue; }
-  static void Close(Family& family, Value value) { family.FindClose(value); }
+// The kinds that the member `kClose` of a family closes; a null one owns nothing.
+template <auto kClose, typename Held = void>
+struct ClosedBy;
+template <typename Result, typename Owner, typename Closed, Result (Owner::*kClose)(Closed),
+          typename Held>
+struct ClosedBy<kClose, Held> {
+  // What is held, where that is more than the closing member is told.
+  using Value = std::conditional_t<std::is_void_v<Held>, Closed, Held>;
+  using Family = Owner;
+  static Value Empty() noexcept { return Value{}; }
+  static bool IsEmpty(Value value) noexcept { return value == Value{}; }
+  static void Close(Family& family, Value value) { (family.*kClose)(value); }
 };
 
-struct FileHandleTraits {
-  using Value = HANDLE;
-  using Family = FileSystem;
-  static Value Empty() noexcept { return kInvalidHandleValue; }
-  static bool IsEmpty(Value value) noexcept {
+// The same for the kinds of which there is none at `kInvalidHandleValue` either.
+template <auto kClose>
+struct FileClosedBy : ClosedBy<kClose> {
+  static HANDLE Empty() noexcept { return kInvalidHandleValue; }
+  static bool IsEmpty(HANDLE value) noexcept {
     return value == kInvalidHandleValue || value == nullptr;
   }
-  static void Close(Family& family, Value value) { family.CloseHandle(value); }
 };
 
-struct RegistryKeyTraits {
-  using Value = HKEY;
-  using Family = Registry;
-  static Value Empty() noexcept { return HKEY{0}; }
-  static bool IsEmpty(Value value) noexcept { return value == HKEY{0}; }
-  static void Close(Family& family, Value value) { family.RegCloseKey(value); }
-};
+// A type of its own, which can be declared without this file.
+struct RegistryKeyTraits : ClosedBy<&Registry::RegCloseKey> {};
 
-struct ModuleTraits {
-  using Value = HMODULE;
-  using Family = Messages;
-  static Value Empty() noexcept { return HMODULE{0}; }
-  static bool IsEmpty(Value value) noexcept { return value == HMODULE{0}; }
-  static void Close(Family& family, Value value) { family.FreeLibrary(value); }
-};
-
-template <typename T>
-struct LocalMemoryTraits {
-  using Value = T*;
-  using Family = System;
-  static Value Empty() noexcept { return nullptr; }
-  static bool IsEmpty(Value value) noexcept { return value == nullptr; }
-  static void Close(Family& family, Value value) { family.LocalFree(value); }
-};
-
-template <typename T>
-struct TaskMemoryTraits {
-  using Value = T*;
-  using Family = System;
-  static Value Empty() noexcept { return nullptr; }
-  static bool IsEmpty(Value value) noexcept { return value == nullptr; }
-  static void Close(Family& family, Value value) { family.CoTaskMemFree(value); }
-};
-
-struct NetworkBufferTraits {
-  using Value = BYTE*;
-  using Family = NetworkManagement;
-  static Value Empty() noexcept { return nullptr; }
-  static bool IsEmpty(Value value) noexcept { return value == nullptr; }
-  static void Close(Family& family, Value value) { family.NetApiBufferFree(value); }
-};
-
-struct NetworkEnumerationTraits {
-  using Value = HANDLE;
-  using Family = NetworkProvider;
-  static Value Empty() noexcept { return nullptr; }
-  static bool IsEmpty(Value value) noexcept { return value == nullptr; }
-  static void Close(Family& family, Value value) { family.WNetCloseEnum(value); }
-};
-
-struct PolicyTraits {
-  using Value = HANDLE;
-  using Family = LocalSecurityAuthority;
-  static Value Empty() noexcept { return nullptr; }
-  static bool IsEmpty(Value value) noexcept { return value == nullptr; }
-  static void Close(Family& family, Value value) { family.LsaClose(value); }
-};
-
-struct AuthorityMemoryTraits {
-  using Value = void*;
-  using Family = LocalSecurityAuthority;
-  static Value Empty() noexcept { return nullptr; }
-  static bool IsEmpty(Value value) noexcept { return value == nullptr; }
-  static void Close(Family& family, Value value) { family.LsaFreeMemory(value); }
-};
-
-struct ServiceHandleTraits {
-  using Value = SC_HANDLE;
-  using Family = ServiceControl;
-  static Value Empty() noexcept { return SC_HANDLE{0}; }
-  static bool IsEmpty(Value value) noexcept { return value == SC_HANDLE{0}; }
-  static void Close(Family& family, Value value) { family.CloseServiceHandle(value); }
-};
-
-struct ServiceDatabaseLockTraits {
-  using Value = SC_LOCK;
-  using Family = ServiceControl;
-  static Value Empty() noexcept { return SC_LOCK{0}; }
-  static bool IsEmpty(Value value) noexcept { return value == SC_LOCK{0}; }
-  static void Close(Family& family, Value value) { family.UnlockServiceDatabase(value); }
-};
-
-struct EventLogTraits {
-  using Value = HANDLE;
-  using Family = EventLog;
-  static Value Empty() noexcept { return nullptr; }
-  static bool IsEmpty(Value value) noexcept { return value == nullptr; }
-  static void Close(Family& family, Value value) { family.CloseEventLog(value); }
-};
-
-using EventLogHandle = UniqueHandle<EventLogTraits>;
-using FindHandle = UniqueHandle<FindHandleTraits>;
-using FileHandle = UniqueHandle<FileHandleTraits>;
-using AuthorityMemory = UniqueHandle<AuthorityMemoryTraits>;
-using NetworkBuffer = UniqueHandle<NetworkBufferTraits>;
-using NetworkEnumeration = UniqueHandle<NetworkEnumerationTraits>;
-using Policy = UniqueHandle<PolicyTraits>;
+using EventLogHandle = UniqueHandle<ClosedBy<&EventLog::CloseEventLog>>;
+using FindHandle = UniqueHandle<FileClosedBy<&FileSystem::FindClose>>;
+using FileHandle = UniqueHandle<FileClosedBy<&FileSystem::CloseHandle>>;
+using AuthorityMemory = UniqueHandle<ClosedBy<&LocalSecurityAuthority::LsaFreeMemory>>;
+using NetworkBuffer = UniqueHandle<ClosedBy<&NetworkManagement::NetApiBufferFree, BYTE*>>;
+using NetworkEnumeration = UniqueHandle<ClosedBy<&NetworkProvider::WNetCloseEnum>>;
+using Policy = UniqueHandle<ClosedBy<&LocalSecurityAuthority::LsaClose>>;
 using RegistryKey = UniqueHandle<RegistryKeyTraits>;
-using Module = UniqueHandle<ModuleTraits>;
-using ServiceHandle = UniqueHandle<ServiceHandleTraits>;
-using ServiceDatabaseLock = UniqueHandle<ServiceDatabaseLockTraits>;
+using Module = UniqueHandle<ClosedBy<&Messages::FreeLibrary>>;
+using ServiceHandle = UniqueHandle<ClosedBy<&ServiceControl::CloseServiceHandle>>;
+using ServiceDatabaseLock = UniqueHandle<ClosedBy<&ServiceControl::UnlockServiceDatabase>>;
 template <typename T>
-using LocalMemory = UniqueHandle<LocalMemoryTraits<T>>;
+using LocalMemory = UniqueHandle<ClosedBy<&System::LocalFree, T*>>;
 template <typename T>
-using TaskMemory = UniqueHandle<TaskMemoryTraits<T>>;
+using TaskMemory = UniqueHandle<ClosedBy<&System::CoTaskMemFree, T*>>;
 
 }  // namespace veldmark

@@ -13,7 +13,7 @@
 
 namespace veldmark {
 
-/// The SDK's type of the same layout as one of ours; Layout.cpp proves it of each record.
+/// The SDK's type of the same layout as one of ours; layout/ proves it of each record.
 template <typename Ours>
 struct SdkType;
 

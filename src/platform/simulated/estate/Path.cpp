@@ -119,6 +119,12 @@ Path ParsePlain(Text text, const Estate& estate) {
   return path;
 }
 
+Place Nowhere(DWORD error) {
+  Place place;
+  place.error = error;
+  return place;
+}
+
 }  // namespace
 
 Path Path::Parse(TextView text, const Estate& estate) {
@@ -129,6 +135,10 @@ Path Path::Parse(TextView text, const Estate& estate) {
 
 Place FindRoot(const Path& path, Estate& estate) {
   Place place;
+  const auto refuse = [&place](DWORD error) {
+    place.error = error;
+    return place;
+  };
   Text server = path.server;
   Text share_name = path.share;
   Text below;
@@ -144,42 +154,23 @@ Place FindRoot(const Path& path, Estate& estate) {
       return place;
     }
     const auto mapped = estate.mapped_drives().find(path.drive);
-    if (mapped == estate.mapped_drives().end()) {
-      place.error = kErrorPathNotFound;
-      return place;
-    }
+    if (mapped == estate.mapped_drives().end()) return refuse(kErrorPathNotFound);
     const auto target = NetworkName::Parse(mapped->second);
     server = target->server;
     share_name = target->share;
     below = target->below;
   }
   const Computer* const computer = estate.ReachComputer(server);
-  if (computer == nullptr) {
-    place.error = kErrorBadNetPath;
-    return place;
-  }
-  if (share_name.empty()) {
-    place.error = kErrorBadPathname;
-    return place;
-  }
+  if (computer == nullptr) return refuse(kErrorBadNetPath);
+  if (share_name.empty()) return refuse(kErrorBadPathname);
   const Share* const share = computer->FindShare(share_name);
-  if (share == nullptr) {
-    place.error = kErrorBadNetName;
-    return place;
-  }
+  if (share == nullptr) return refuse(kErrorBadNetName);
   place.drive = share->drive;
   if (share->denied || (share->asks_who() && !estate.IsConnected(*computer, *share))) {
-    place.error = kErrorAccessDenied;
-    return place;
+    return refuse(kErrorAccessDenied);
   }
-  if (share->folder == nullptr) {
-    place.error = kErrorBadDevType;
-    return place;
-  }
-  if (!place.drive->volume.ready) {
-    place.error = kErrorNotReady;
-    return place;
-  }
+  if (share->folder == nullptr) return refuse(kErrorBadDevType);
+  if (!place.drive->volume.ready) return refuse(kErrorNotReady);
   place.share = share;
   place.node = share->folder;
   for (const Text& name : below.empty() ? std::vector<Text>() : Split(below)) {
@@ -190,23 +181,10 @@ Place FindRoot(const Path& path, Estate& estate) {
 }
 
 Place Find(const Path& path, Estate& estate) {
-  if (path.error != 0)
-    return {.error = path.error, .node = nullptr, .folder = nullptr, .name = {}, .share = nullptr};
-  if (path.is_plain_too_long()) {
-    return {.error = kErrorPathNotFound,
-            .node = nullptr,
-            .folder = nullptr,
-            .name = {},
-            .share = nullptr};
-  }
+  if (path.error != 0) return Nowhere(path.error);
+  if (path.is_plain_too_long()) return Nowhere(kErrorPathNotFound);
   for (const Text& name : path.names) {
-    if (!IsValidName(name)) {
-      return {.error = kErrorInvalidName,
-              .node = nullptr,
-              .folder = nullptr,
-              .name = {},
-              .share = nullptr};
-    }
+    if (!IsValidName(name)) return Nowhere(kErrorInvalidName);
   }
   Place place = FindRoot(path, estate);
   for (const Text& name : path.names) {
@@ -217,24 +195,14 @@ Place Find(const Path& path, Estate& estate) {
       place.name.clear();
       return place;
     }
-    if (!place.node->is_folder()) {
-      return {.error = kErrorPathNotFound,
-              .node = nullptr,
-              .folder = nullptr,
-              .name = {},
-              .share = nullptr};
-    }
+    if (!place.node->is_folder()) return Nowhere(kErrorPathNotFound);
     place.folder = place.node;
     place.name = name;
     place.node = place.folder->Child(name);
     if (place.node == nullptr) place.error = kErrorFileNotFound;
   }
   if (place.node != nullptr && path.trailing_backslash && !place.node->is_folder()) {
-    return {.error = kErrorInvalidName,
-            .node = nullptr,
-            .folder = nullptr,
-            .name = {},
-            .share = nullptr};
+    return Nowhere(kErrorInvalidName);
   }
   return place;
 }

@@ -40,6 +40,8 @@ struct Place {
 // Looks a parsed path up on the estate's computers. If only the last name is missing, the error is
 // 2 and the place still has its folder.
 Place Find(const Path& path, Estate& estate);
+// The same by its text.
+inline Place Find(TextView path, Estate& estate) { return Find(Path::Parse(path, estate), estate); }
 
 // The folder that a network or mapped path begins in, without its names.
 Place FindRoot(const Path& path, Estate& estate);

@@ -46,6 +46,17 @@ void ReadTimeZone(const Node& node, Estate& estate) {
   estate.SetTimeZone(zone, kIds[index]);
 }
 
+void ReadDirectoryObject(const Node& node, Estate& estate) {
+  node.OnlyFields({"name", "security"});
+  const Node name = node.Required("name");
+  const Text text = name.String();
+  if (text.empty()) name.Complain("needs a name");
+  const auto field = node.Field("security");
+  auto security = field ? std::optional(ReadSecurity(*field, estate)) : std::nullopt;
+  if (estate.FindDirectoryObject(text) != nullptr) name.Complain("the name is taken");
+  estate.AddDirectoryObject(text, std::move(security));
+}
+
 std::string PlaceOf(std::string_view text, std::size_t position) {
   std::size_t line = 1;
   std::size_t column = 1;
@@ -124,10 +135,7 @@ Estate ReadEstate(std::string_view text, Estate::Clock real_time,
   if (domains) ReadDomainGroups(*domains, estate);
   for (const Node& computer : computers.Elements()) ReadComputerGroups(computer, estate);
   if (const auto objects = root.Field("directoryObjects")) {
-    ReadNamedObjects(*objects, estate, [&](const Node& place, TextView text, auto security) {
-      if (estate.FindDirectoryObject(text) != nullptr) place.Complain("the name is taken");
-      estate.AddDirectoryObject(text, std::move(security));
-    });
+    for (const Node& object : objects->Elements()) ReadDirectoryObject(object, estate);
   }
   if (const auto mapped = root.Field("mappedDrives")) {
     for (const auto& [name, target] : mapped->Members()) {
@@ -142,16 +150,17 @@ Estate ReadEstate(std::string_view text, Estate::Clock real_time,
   return estate;
 }
 
-Estate ReadEstateFile(const std::string& file_name) {
-  std::ifstream file(file_name, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (!file) throw EstateFileError(file_name, "cannot be read");
-  const std::filesystem::path folder = std::filesystem::path(file_name).parent_path();
+Estate ReadEstateFile(const std::filesystem::path& file, Estate::Clock real_time) {
+  const std::string name = ToUtf8(file.u16string());
+  std::ifstream stream(file, std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  if (!stream) throw EstateFileError(name, "cannot be read");
+  const std::filesystem::path folder = file.parent_path();
   try {
-    return ReadEstate(text, {}, &folder);
+    return ReadEstate(text, std::move(real_time), &folder);
   } catch (const EstateFileError& error) {
     throw EstateFileError(
-        file_name + ": " + (error.place().empty() ? "/" : error.place()),
+        name + ": " + (error.place().empty() ? "/" : error.place()),
         std::string(error.what()).substr((error.place().empty() ? 1 : error.place().size()) + 2));
   }
 }

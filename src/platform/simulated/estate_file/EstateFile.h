@@ -29,7 +29,7 @@ class EstateFileError : public std::runtime_error {
 Estate ReadEstate(std::string_view json, Estate::Clock real_time = {},
                   const std::filesystem::path* folder = nullptr);
 
-// The same from a file, whose name the errors' texts begin with.
-Estate ReadEstateFile(const std::string& file_name);
+// The same from a file, whose name the errors' texts begin with, and beside which files are sought.
+Estate ReadEstateFile(const std::filesystem::path& file, Estate::Clock real_time = {});
 
 }  // namespace veldmark::simulated

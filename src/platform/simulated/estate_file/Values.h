@@ -30,17 +30,4 @@ char16_t ReadDriveLetter(const Node& node, std::string_view name);
 SecurityDescriptor ReadSecurity(const Node& node, const Estate& estate);
 Sid ReadSid(const Node& node);
 
-// Objects that have a name and perhaps a descriptor.
-template <typename Add>
-void ReadNamedObjects(const Node& node, const Estate& estate, Add add) {
-  for (const Node& object : node.Elements()) {
-    object.OnlyFields({"name", "security"});
-    const Node name = object.Required("name");
-    const Text text = name.String();
-    if (text.empty()) name.Complain("needs a name");
-    const auto field = object.Field("security");
-    add(name, text, field ? std::optional(ReadSecurity(*field, estate)) : std::nullopt);
-  }
-}
-
 }  // namespace veldmark::simulated

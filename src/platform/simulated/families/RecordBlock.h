@@ -1,14 +1,13 @@
 #pragma once
 
-#include <concepts>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <span>
-#include <string_view>
 
 #include "automation/Text.h"
-#include "platform/operations/ErrorCodes.h"
-#include "platform/operations/NetworkManagement.h"
-#include "platform/simulated/families/Session.h"
+#include "platform/operations/Types.h"
+#include "platform/simulated/estate/Sid.h"
 
 namespace veldmark::simulated {
 
@@ -63,83 +62,6 @@ std::size_t CountFitting(std::span<const Item> items, const Fill& fill, std::siz
     if (texts.size() + (index + 1) * sizeof(Record) > bytes) return index;
   }
   return items.size();
-}
-
-// Hands out a block of the network functions with these records; null for none of them.
-template <typename Record, typename Item, typename Fill>
-BYTE* HandOut(Session& session, std::string_view operation, std::string detail,
-              std::span<const Item> items, const Fill& fill) {
-  if (items.empty()) return nullptr;
-  const std::size_t size = LayOut<Record>(items, fill, nullptr);
-  auto* const bytes =
-      static_cast<BYTE*>(session.AllocateNetwork(size, operation, std::move(detail)));
-  LayOut<Record>(items, fill, bytes);
-  return bytes;
-}
-
-// Where an enumeration puts its answer.
-template <std::unsigned_integral Handle>
-struct Reply {
-  BYTE** buffer;
-  DWORD preferred_length;
-  DWORD* entries_read;
-  DWORD* total_entries;
-  Handle* resume_handle;  // null: from the first on
-};
-template <typename Handle>
-Reply(BYTE**, DWORD, DWORD*, DWORD*, Handle*) -> Reply<Handle>;
-
-template <typename Handle>
-bool IsSound(const Reply<Handle>& reply) {
-  return reply.buffer != nullptr && reply.entries_read != nullptr && reply.total_entries != nullptr;
-}
-
-template <typename Handle>
-void Clear(const Reply<Handle>& reply) {
-  *reply.buffer = nullptr;
-  *reply.entries_read = *reply.total_entries = 0;
-}
-
-// Answers an enumeration with what comes next of all its items: at most `page` of them (0: no
-// limit), and as many as the preferred length takes, but one at least.
-template <typename Record, typename Item, typename Fill, typename Handle>
-DWORD Answer(Session& session, std::string_view operation, std::string detail,
-             std::span<const Item> all, std::size_t page, const Reply<Handle>& reply,
-             const Fill& fill) {
-  const std::size_t asked = reply.resume_handle == nullptr ? 0 : *reply.resume_handle;
-  const std::size_t first = std::min(asked, all.size());
-  const std::span<const Item> rest = all.subspan(first);
-  std::size_t count = rest.size();
-  if (reply.preferred_length != kMaxPreferredLength) {
-    count = std::max<std::size_t>(CountFitting<Record>(rest, fill, reply.preferred_length),
-                                  std::min<std::size_t>(count, 1));
-  }
-  if (page != 0) count = std::min(count, page);
-  *reply.buffer = HandOut<Record>(session, operation, std::move(detail), rest.first(count), fill);
-  *reply.entries_read = static_cast<DWORD>(count);
-  *reply.total_entries = static_cast<DWORD>(rest.size());
-  const bool is_all = count == rest.size();
-  if (reply.resume_handle != nullptr) {
-    *reply.resume_handle = is_all ? 0 : static_cast<Handle>(first + count);
-  }
-  return is_all ? kErrorSuccess : kErrorMoreData;
-}
-
-// What the journal notes of a call that names a server: the name as it was given ("-" for null),
-// and what else was asked for.
-template <typename... Rest>
-Text Noted(LPCWSTR server_name, const Rest&... rest) {
-  Text noted = server_name == nullptr ? Text(u"-") : Text(server_name);
-  [[maybe_unused]] const auto add = [&](const auto& part) {
-    noted += u' ';
-    if constexpr (std::is_integral_v<std::decay_t<decltype(part)>>) {
-      noted += ToText(static_cast<std::int64_t>(part));
-    } else {
-      noted += TextView(part);
-    }
-  };
-  (add(rest), ...);
-  return noted;
 }
 
 }  // namespace veldmark::simulated

@@ -57,6 +57,12 @@ BOOL Fail(DWORD code) {
 
 TextView ViewOf(const char16_t* text) { return text == nullptr ? TextView() : TextView(text); }
 
+bool CopyText(TextView text, LPWSTR buffer, std::size_t room) {
+  if (room <= text.size()) return false;
+  buffer[text.copy(buffer, text.size())] = u'\0';
+  return true;
+}
+
 std::uintptr_t ValueOf(HANDLE handle) { return reinterpret_cast<std::uintptr_t>(handle); }
 
 HANDLE HandleOf(std::uintptr_t value) { return reinterpret_cast<HANDLE>(value); }

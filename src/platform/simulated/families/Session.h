@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <string_view>
+#include <type_traits>
 
 #include "automation/Text.h"
 #include "platform/simulated/estate/Estate.h"
@@ -110,9 +111,35 @@ struct Session {
 
 // Sets the last error and returns the failure form of most operations.
 BOOL Fail(DWORD code);
+// The same for an operation that has another failure form.
+template <typename Result>
+Result Fail(DWORD code, Result failure) {
+  Fail(code);
+  return failure;
+}
 
 // A NUL-terminated text; empty for null.
 TextView ViewOf(const char16_t* text);
+
+// Copies a text with its NUL into a buffer of so many units; false where they are too few.
+bool CopyText(TextView text, LPWSTR buffer, std::size_t room);
+
+// What the journal notes of a call that names a server: the name as it was given ("-" for null),
+// and what else was asked for.
+template <typename... Rest>
+Text Noted(LPCWSTR server_name, const Rest&... rest) {
+  Text noted = server_name == nullptr ? Text(u"-") : Text(server_name);
+  [[maybe_unused]] const auto add = [&](const auto& part) {
+    noted += u' ';
+    if constexpr (std::is_integral_v<std::decay_t<decltype(part)>>) {
+      noted += ToText(static_cast<std::int64_t>(part));
+    } else {
+      noted += TextView(part);
+    }
+  };
+  (add(rest), ...);
+  return noted;
+}
 
 std::uintptr_t ValueOf(HANDLE handle);
 HANDLE HandleOf(std::uintptr_t value);

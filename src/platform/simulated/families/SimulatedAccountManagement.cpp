@@ -6,7 +6,7 @@
 
 #include "automation/CaseMapping.h"
 #include "platform/simulated/estate/AccountLookup.h"
-#include "platform/simulated/families/RecordBlock.h"
+#include "platform/simulated/families/NetworkCall.h"
 
 namespace veldmark::simulated {
 namespace {
@@ -109,10 +109,9 @@ std::vector<const Account*> Sorted(const std::map<Text, Account>& accounts) {
 }
 
 // All records at once, as the operations without a resume handle answer.
-DWORD AnswerNames(Session& session, std::string_view operation, const Text& noted,
-                  const std::vector<TextView>& names, const Reply<DWORD>& reply) {
-  return Answer<GROUP_USERS_INFO_0>(session, operation, ToUtf8(noted),
-                                    std::span<const TextView>(names), 0, reply, kFillName);
+DWORD AnswerNames(const NetworkCall& call, const std::vector<TextView>& names,
+                  const Reply<DWORD>& reply) {
+  return Answer<GROUP_USERS_INFO_0>(call, names, 0, reply, kFillName);
 }
 
 DWORD NewNameError(AccountDatabase& accounts, TextView name, DWORD taken_by_local_group) {
@@ -136,48 +135,29 @@ Record RecordAt(const BYTE* bytes) {
 
 }  // namespace
 
-DWORD SimulatedAccountManagement::Begin(std::string_view operation, const Text& noted,
-                                        LPCWSTR server_name, bool is_sound, bool has_level,
-                                        Asked& asked) {
-  const Call call = session_.Begin(operation, noted);
-  if (const DWORD fault = call.fault()) return fault;
-  if (!is_sound) return kErrorInvalidParameter;
-  if (!has_level) return kErrorInvalidLevel;
-  asked.computer = session_.estate.ReachServer(server_name);
-  if (asked.computer == nullptr) return kErrorBadNetPath;
-  asked.accounts = &session_.estate.AccountsOf(*asked.computer);
-  return 0;
-}
-
-DWORD SimulatedAccountManagement::WriteError(const Asked& asked) const {
-  if (!session_.estate.IsAdministrator(*asked.computer)) return kErrorAccessDenied;
-  return asked.computer->role() == Role::BackupController ? kErrorNotPrimary : kErrorSuccess;
+DWORD SimulatedAccountManagement::WriteError(const Computer& computer) const {
+  if (!session_.estate.IsAdministrator(computer)) return kErrorAccessDenied;
+  return computer.role() == Role::BackupController ? kErrorNotPrimary : kErrorSuccess;
 }
 
 DWORD SimulatedAccountManagement::NetUserEnum(LPCWSTR server_name, DWORD level, DWORD filter,
                                               BYTE** buffer, DWORD preferred_length,
                                               DWORD* entries_read, DWORD* total_entries,
                                               DWORD* resume_handle) {
-  constexpr std::string_view kName = "NetUserEnum";
-  const Text noted = Noted(server_name, level, filter);
   const Reply reply{buffer, preferred_length, entries_read, total_entries, resume_handle};
-  if (IsSound(reply)) Clear(reply);
-  Asked asked{};
-  if (const DWORD error =
-          Begin(kName, noted, server_name, IsSound(reply), level == 0 || level == 3, asked)) {
-    return error;
-  }
+  const NetworkCall call(session_, "NetUserEnum", Noted(server_name, level, filter), server_name,
+                         Clear(reply), level == 0 || level == 3);
+  if (call.error() != 0) return call.error();
   const Estate& estate = session_.estate;
-  if (level == 3 && !estate.IsAdministrator(*asked.computer)) return kErrorAccessDenied;
-  std::vector<const UserAccount*> users = Sorted(asked.accounts->users());
+  if (level == 3 && !estate.IsAdministrator(call.computer())) return kErrorAccessDenied;
+  std::vector<const UserAccount*> users = Sorted(call.accounts().users());
   std::erase_if(users, [&](const UserAccount* user) { return !PassesFilter(*user, filter); });
   const auto fill = [&](auto& record, const UserAccount* user, RecordBlock& block) {
     FillUser(record, *user, estate, block);
   };
-  const std::span<const UserAccount* const> all(users);
-  const std::size_t page = asked.computer->page();
-  return level == 0 ? Answer<USER_INFO_0>(session_, kName, ToUtf8(noted), all, page, reply, fill)
-                    : Answer<USER_INFO_3>(session_, kName, ToUtf8(noted), all, page, reply, fill);
+  const std::size_t page = call.computer().page();
+  return level == 0 ? Answer<USER_INFO_0>(call, users, page, reply, fill)
+                    : Answer<USER_INFO_3>(call, users, page, reply, fill);
 }
 
 DWORD SimulatedAccountManagement::NetQueryDisplayInformation(LPCWSTR server_name, DWORD level,
@@ -185,18 +165,15 @@ DWORD SimulatedAccountManagement::NetQueryDisplayInformation(LPCWSTR server_name
                                                              DWORD preferred_length,
                                                              DWORD* entries_returned,
                                                              void** buffer) {
-  constexpr std::string_view kName = "NetQueryDisplayInformation";
-  const Text noted = Noted(server_name, level, index);
   const bool is_sound = entries_returned != nullptr && buffer != nullptr;
   if (is_sound) {
     *entries_returned = 0;
     *buffer = nullptr;
   }
-  Asked asked{};
-  if (const DWORD error = Begin(kName, noted, server_name, is_sound, level == 1, asked)) {
-    return error;
-  }
-  std::vector<const UserAccount*> users = Sorted(asked.accounts->users());
+  const NetworkCall call(session_, "NetQueryDisplayInformation", Noted(server_name, level, index),
+                         server_name, is_sound, level == 1);
+  if (call.error() != 0) return call.error();
+  std::vector<const UserAccount*> users = Sorted(call.accounts().users());
   std::erase_if(users, [](const UserAccount* user) { return user->is_machine(); });
   std::unordered_map<const UserAccount*, DWORD> next_indices;
   for (DWORD next = 0; const UserAccount* user : users) next_indices[user] = ++next;
@@ -208,58 +185,47 @@ DWORD SimulatedAccountManagement::NetQueryDisplayInformation(LPCWSTR server_name
     record.usri1_user_id = user->number;
     record.usri1_next_index = next_indices.at(user);
   };
-  std::size_t page = asked.computer->page();
+  std::size_t page = call.computer().page();
   if (page == 0 || entries_requested < page) page = entries_requested;
   if (page == 0 || index >= users.size()) return 0;
   DWORD next = index;
   DWORD total = 0;
   BYTE* block = nullptr;
   const Reply<DWORD> reply{&block, preferred_length, entries_returned, &total, &next};
-  const DWORD status =
-      Answer<NET_DISPLAY_USER>(session_, kName, ToUtf8(noted),
-                               std::span<const UserAccount* const>(users), page, reply, fill);
+  const DWORD status = Answer<NET_DISPLAY_USER>(call, users, page, reply, fill);
   *buffer = block;
   return status;
 }
 
 DWORD SimulatedAccountManagement::NetUserGetInfo(LPCWSTR server_name, LPCWSTR user_name,
                                                  DWORD level, BYTE** buffer) {
-  constexpr std::string_view kName = "NetUserGetInfo";
-  const Text noted = Noted(server_name, ViewOf(user_name), level);
-  if (buffer != nullptr) *buffer = nullptr;
-  Asked asked{};
-  if (const DWORD error =
-          Begin(kName, noted, server_name, buffer != nullptr, level == 3 || level == 10, asked)) {
-    return error;
-  }
+  const NetworkCall call(session_, "NetUserGetInfo", Noted(server_name, ViewOf(user_name), level),
+                         server_name, Clear(buffer), level == 3 || level == 10);
+  if (call.error() != 0) return call.error();
   const Estate& estate = session_.estate;
-  if (level == 3 && !estate.IsAdministrator(*asked.computer)) return kErrorAccessDenied;
-  const UserAccount* const user = asked.accounts->FindUser(ViewOf(user_name));
+  if (level == 3 && !estate.IsAdministrator(call.computer())) return kErrorAccessDenied;
+  const UserAccount* const user = call.accounts().FindUser(ViewOf(user_name));
   if (user == nullptr) return kErrorUserNotFound;
   const auto fill = [&](auto& record, const UserAccount& found, RecordBlock& block) {
     FillUser(record, found, estate, block);
   };
-  const std::span<const UserAccount> one(user, 1);
-  *buffer = level == 3 ? HandOut<USER_INFO_3>(session_, kName, ToUtf8(noted), one, fill)
-                       : HandOut<USER_INFO_10>(session_, kName, ToUtf8(noted), one, fill);
+  *buffer = level == 3 ? HandOutOne<USER_INFO_3>(call, *user, fill)
+                       : HandOutOne<USER_INFO_10>(call, *user, fill);
   return 0;
 }
 
 DWORD SimulatedAccountManagement::NetUserSetInfo(LPCWSTR server_name, LPCWSTR user_name,
                                                  DWORD level, const BYTE* record,
                                                  DWORD* parameter_error) {
-  const Text noted = Noted(server_name, ViewOf(user_name), level);
-  Asked asked{};
-  if (const DWORD error = Begin("NetUserSetInfo", noted, server_name, record != nullptr,
-                                level == 1 || level == 1003, asked)) {
-    return error;
-  }
-  if (const DWORD error = WriteError(asked)) return error;
-  UserAccount* const user = asked.accounts->FindUser(ViewOf(user_name));
+  const NetworkCall call(session_, "NetUserSetInfo", Noted(server_name, ViewOf(user_name), level),
+                         server_name, record != nullptr, level == 1 || level == 1003);
+  if (call.error() != 0) return call.error();
+  if (const DWORD error = WriteError(call.computer())) return error;
+  UserAccount* const user = call.accounts().FindUser(ViewOf(user_name));
   if (user == nullptr) return kErrorUserNotFound;
   const auto set_password = [&](LPCWSTR password) -> DWORD {
     const TextView text = ViewOf(password);
-    if (text.size() < asked.accounts->policy.minimum_length) return kErrorPasswordTooShort;
+    if (text.size() < call.accounts().policy.minimum_length) return kErrorPasswordTooShort;
     user->password.emplace(text);
     user->password_set = session_.estate.unix_time();
     user->password_expired = false;
@@ -297,45 +263,36 @@ DWORD SimulatedAccountManagement::NetUserGetGroups(LPCWSTR server_name, LPCWSTR 
                                                    DWORD level, BYTE** buffer,
                                                    DWORD preferred_length, DWORD* entries_read,
                                                    DWORD* total_entries) {
-  constexpr std::string_view kName = "NetUserGetGroups";
-  const Text noted = Noted(server_name, ViewOf(user_name), level);
   const Reply<DWORD> reply{buffer, preferred_length, entries_read, total_entries, nullptr};
-  if (IsSound(reply)) Clear(reply);
-  Asked asked{};
-  if (const DWORD error = Begin(kName, noted, server_name, IsSound(reply), level == 0, asked)) {
-    return error;
-  }
-  const UserAccount* const user = asked.accounts->FindUser(ViewOf(user_name));
+  const NetworkCall call(session_, "NetUserGetGroups", Noted(server_name, ViewOf(user_name), level),
+                         server_name, Clear(reply), level == 0);
+  if (call.error() != 0) return call.error();
+  const UserAccount* const user = call.accounts().FindUser(ViewOf(user_name));
   if (user == nullptr) return kErrorUserNotFound;
   std::vector<TextView> names;
-  for (const auto& [key, group] : asked.accounts->groups()) {
-    if (asked.accounts->IsIn(*user, group)) names.push_back(group.name);
+  for (const auto& [key, group] : call.accounts().groups()) {
+    if (call.accounts().IsIn(*user, group)) names.push_back(group.name);
   }
-  return AnswerNames(session_, kName, noted, names, reply);
+  return AnswerNames(call, names, reply);
 }
 
 DWORD SimulatedAccountManagement::NetUserGetLocalGroups(LPCWSTR server_name, LPCWSTR user_name,
                                                         DWORD level, DWORD flags, BYTE** buffer,
                                                         DWORD preferred_length, DWORD* entries_read,
                                                         DWORD* total_entries) {
-  constexpr std::string_view kName = "NetUserGetLocalGroups";
-  const Text noted = Noted(server_name, ViewOf(user_name), flags);
   const Reply<DWORD> reply{buffer, preferred_length, entries_read, total_entries, nullptr};
-  if (IsSound(reply)) Clear(reply);
-  Asked asked{};
-  if (const DWORD error =
-          Begin(kName, noted, server_name, IsSound(reply) && (flags & ~kIncludeIndirectGroups) == 0,
-                level == 0, asked)) {
-    return error;
-  }
+  const NetworkCall call(session_, "NetUserGetLocalGroups",
+                         Noted(server_name, ViewOf(user_name), flags), server_name,
+                         Clear(reply) && (flags & ~kIncludeIndirectGroups) == 0, level == 0);
+  if (call.error() != 0) return call.error();
   Estate& estate = session_.estate;
-  const auto account = FindAccount(estate, *asked.computer, ViewOf(user_name));
+  const auto account = FindAccount(estate, call.computer(), ViewOf(user_name));
   if (!account || account->use != SidUse::User) return kErrorUserNotFound;
   std::vector<Sid> sids = {account->sid};
   if ((flags & kIncludeIndirectGroups) != 0) {
     Domain* const domain = estate.FindDomain(account->domain);
     AccountDatabase& home =
-        domain != nullptr && !domain->is_workgroup() ? *domain->accounts : *asked.accounts;
+        domain != nullptr && !domain->is_workgroup() ? *domain->accounts : call.accounts();
     if (const UserAccount* const user = home.FindUser(account->name)) {
       for (const auto& [key, group] : home.groups()) {
         if (home.IsIn(*user, group)) sids.push_back(home.sid().Account(group.number));
@@ -343,66 +300,52 @@ DWORD SimulatedAccountManagement::NetUserGetLocalGroups(LPCWSTR server_name, LPC
     }
   }
   std::vector<TextView> names;
-  for (const auto& entry : asked.accounts->local_groups()) {
+  for (const auto& entry : call.accounts().local_groups()) {
     const LocalGroup& group = entry.second;
     const bool is_in = std::ranges::any_of(sids, [&](const Sid& sid) {
       return std::ranges::find(group.members, sid) != group.members.end();
     });
     if (is_in) names.push_back(group.name);
   }
-  return AnswerNames(session_, kName, noted, names, reply);
+  return AnswerNames(call, names, reply);
 }
 
 DWORD SimulatedAccountManagement::NetGroupEnum(LPCWSTR server_name, DWORD level, BYTE** buffer,
                                                DWORD preferred_length, DWORD* entries_read,
                                                DWORD* total_entries, UINT_PTR* resume_handle) {
-  constexpr std::string_view kName = "NetGroupEnum";
-  const Text noted = Noted(server_name, level);
   const Reply reply{buffer, preferred_length, entries_read, total_entries, resume_handle};
-  if (IsSound(reply)) Clear(reply);
-  Asked asked{};
-  if (const DWORD error = Begin(kName, noted, server_name, IsSound(reply), level == 0, asked)) {
-    return error;
-  }
+  const NetworkCall call(session_, "NetGroupEnum", Noted(server_name, level), server_name,
+                         Clear(reply), level == 0);
+  if (call.error() != 0) return call.error();
   std::vector<TextView> names;
-  for (const auto& [key, group] : asked.accounts->groups()) names.push_back(group.name);
-  return Answer<GROUP_INFO_0>(session_, kName, ToUtf8(noted), std::span<const TextView>(names),
-                              asked.computer->page(), reply, kFillName);
+  for (const auto& [key, group] : call.accounts().groups()) names.push_back(group.name);
+  return Answer<GROUP_INFO_0>(call, names, call.computer().page(), reply, kFillName);
 }
 
 DWORD SimulatedAccountManagement::NetGroupGetUsers(LPCWSTR server_name, LPCWSTR group_name,
                                                    DWORD level, BYTE** buffer,
                                                    DWORD preferred_length, DWORD* entries_read,
                                                    DWORD* total_entries, UINT_PTR* resume_handle) {
-  constexpr std::string_view kName = "NetGroupGetUsers";
-  const Text noted = Noted(server_name, ViewOf(group_name), level);
   const Reply reply{buffer, preferred_length, entries_read, total_entries, resume_handle};
-  if (IsSound(reply)) Clear(reply);
-  Asked asked{};
-  if (const DWORD error = Begin(kName, noted, server_name, IsSound(reply), level == 0, asked)) {
-    return error;
-  }
-  const GlobalGroup* const group = asked.accounts->FindGroup(ViewOf(group_name));
+  const NetworkCall call(session_, "NetGroupGetUsers",
+                         Noted(server_name, ViewOf(group_name), level), server_name, Clear(reply),
+                         level == 0);
+  if (call.error() != 0) return call.error();
+  const GlobalGroup* const group = call.accounts().FindGroup(ViewOf(group_name));
   if (group == nullptr) return kErrorGroupNotFound;
   std::vector<TextView> names;
-  for (const auto& [key, user] : asked.accounts->users()) {
-    if (asked.accounts->IsIn(user, *group)) names.push_back(user.name);
+  for (const auto& [key, user] : call.accounts().users()) {
+    if (call.accounts().IsIn(user, *group)) names.push_back(user.name);
   }
-  return Answer<GROUP_USERS_INFO_0>(session_, kName, ToUtf8(noted),
-                                    std::span<const TextView>(names), asked.computer->page(), reply,
-                                    kFillName);
+  return Answer<GROUP_USERS_INFO_0>(call, names, call.computer().page(), reply, kFillName);
 }
 
 DWORD SimulatedAccountManagement::NetGroupGetInfo(LPCWSTR server_name, LPCWSTR group_name,
                                                   DWORD level, BYTE** buffer) {
-  constexpr std::string_view kName = "NetGroupGetInfo";
-  const Text noted = Noted(server_name, ViewOf(group_name), level);
-  if (buffer != nullptr) *buffer = nullptr;
-  Asked asked{};
-  if (const DWORD error = Begin(kName, noted, server_name, buffer != nullptr, level == 2, asked)) {
-    return error;
-  }
-  const GlobalGroup* const group = asked.accounts->FindGroup(ViewOf(group_name));
+  const NetworkCall call(session_, "NetGroupGetInfo", Noted(server_name, ViewOf(group_name), level),
+                         server_name, Clear(buffer), level == 2);
+  if (call.error() != 0) return call.error();
+  const GlobalGroup* const group = call.accounts().FindGroup(ViewOf(group_name));
   if (group == nullptr) return kErrorGroupNotFound;
   const auto fill = [](GROUP_INFO_2& record, const GlobalGroup& found, RecordBlock& block) {
     record.grpi2_name = block.Put(found.name);
@@ -410,8 +353,7 @@ DWORD SimulatedAccountManagement::NetGroupGetInfo(LPCWSTR server_name, LPCWSTR g
     record.grpi2_group_id = found.number;
     record.grpi2_attributes = found.attributes;
   };
-  *buffer = HandOut<GROUP_INFO_2>(session_, kName, ToUtf8(noted),
-                                  std::span<const GlobalGroup>(group, 1), fill);
+  *buffer = HandOutOne<GROUP_INFO_2>(call, *group, fill);
   return 0;
 }
 
@@ -419,16 +361,14 @@ DWORD SimulatedAccountManagement::NetGroupAdd(LPCWSTR server_name, DWORD level, 
                                               DWORD* parameter_error) {
   const auto wanted = record == nullptr ? GROUP_INFO_1{} : RecordAt<GROUP_INFO_1>(record);
   const TextView name = ViewOf(wanted.grpi1_name);
-  Asked asked{};
-  if (const DWORD error = Begin("NetGroupAdd", Noted(server_name, name, level), server_name,
-                                record != nullptr, level == 1, asked)) {
-    return error;
-  }
-  if (const DWORD error = WriteError(asked)) return error;
-  if (asked.computer->role() != Role::PrimaryController) return kErrorNotPrimary;
-  if (const DWORD error = NewNameError(*asked.accounts, name, kErrorAliasExists)) return error;
+  const NetworkCall call(session_, "NetGroupAdd", Noted(server_name, name, level), server_name,
+                         record != nullptr, level == 1);
+  if (call.error() != 0) return call.error();
+  if (const DWORD error = WriteError(call.computer())) return error;
+  if (call.computer().role() != Role::PrimaryController) return kErrorNotPrimary;
+  if (const DWORD error = NewNameError(call.accounts(), name, kErrorAliasExists)) return error;
   try {
-    asked.accounts->AddGroup(name).comment = ViewOf(wanted.grpi1_comment);
+    call.accounts().AddGroup(name).comment = ViewOf(wanted.grpi1_comment);
   } catch (const std::invalid_argument&) {
     return BadParameter(kParameterName, parameter_error);
   }
@@ -437,14 +377,11 @@ DWORD SimulatedAccountManagement::NetGroupAdd(LPCWSTR server_name, DWORD level, 
 
 DWORD SimulatedAccountManagement::NetGroupSetInfo(LPCWSTR server_name, LPCWSTR group_name,
                                                   DWORD level, const BYTE* record, DWORD*) {
-  const Text noted = Noted(server_name, ViewOf(group_name), level);
-  Asked asked{};
-  if (const DWORD error =
-          Begin("NetGroupSetInfo", noted, server_name, record != nullptr, level == 1, asked)) {
-    return error;
-  }
-  if (const DWORD error = WriteError(asked)) return error;
-  GlobalGroup* const group = asked.accounts->FindGroup(ViewOf(group_name));
+  const NetworkCall call(session_, "NetGroupSetInfo", Noted(server_name, ViewOf(group_name), level),
+                         server_name, record != nullptr, level == 1);
+  if (call.error() != 0) return call.error();
+  if (const DWORD error = WriteError(call.computer())) return error;
+  GlobalGroup* const group = call.accounts().FindGroup(ViewOf(group_name));
   if (group == nullptr) return kErrorGroupNotFound;
   group->comment = ViewOf(RecordAt<GROUP_INFO_1>(record).grpi1_comment);
   return 0;
@@ -453,18 +390,12 @@ DWORD SimulatedAccountManagement::NetGroupSetInfo(LPCWSTR server_name, LPCWSTR g
 DWORD SimulatedAccountManagement::NetLocalGroupEnum(LPCWSTR server_name, DWORD level, BYTE** buffer,
                                                     DWORD preferred_length, DWORD* entries_read,
                                                     DWORD* total_entries, UINT_PTR* resume_handle) {
-  constexpr std::string_view kName = "NetLocalGroupEnum";
-  const Text noted = Noted(server_name, level);
   const Reply reply{buffer, preferred_length, entries_read, total_entries, resume_handle};
-  if (IsSound(reply)) Clear(reply);
-  Asked asked{};
-  if (const DWORD error = Begin(kName, noted, server_name, IsSound(reply), level == 1, asked)) {
-    return error;
-  }
-  const std::vector<const LocalGroup*> groups = Sorted(asked.accounts->local_groups());
-  return Answer<LOCALGROUP_INFO_1>(session_, kName, ToUtf8(noted),
-                                   std::span<const LocalGroup* const>(groups),
-                                   asked.computer->page(), reply, kFillLocalGroup);
+  const NetworkCall call(session_, "NetLocalGroupEnum", Noted(server_name, level), server_name,
+                         Clear(reply), level == 1);
+  if (call.error() != 0) return call.error();
+  const std::vector<const LocalGroup*> groups = Sorted(call.accounts().local_groups());
+  return Answer<LOCALGROUP_INFO_1>(call, groups, call.computer().page(), reply, kFillLocalGroup);
 }
 
 DWORD SimulatedAccountManagement::NetLocalGroupGetMembers(LPCWSTR server_name, LPCWSTR group_name,
@@ -472,38 +403,29 @@ DWORD SimulatedAccountManagement::NetLocalGroupGetMembers(LPCWSTR server_name, L
                                                           DWORD preferred_length,
                                                           DWORD* entries_read, DWORD* total_entries,
                                                           UINT_PTR* resume_handle) {
-  constexpr std::string_view kName = "NetLocalGroupGetMembers";
-  const Text noted = Noted(server_name, ViewOf(group_name), level);
   const Reply reply{buffer, preferred_length, entries_read, total_entries, resume_handle};
-  if (IsSound(reply)) Clear(reply);
-  Asked asked{};
-  if (const DWORD error = Begin(kName, noted, server_name, IsSound(reply), level == 0, asked)) {
-    return error;
-  }
-  const LocalGroup* const group = asked.accounts->FindLocalGroup(ViewOf(group_name));
+  const NetworkCall call(session_, "NetLocalGroupGetMembers",
+                         Noted(server_name, ViewOf(group_name), level), server_name, Clear(reply),
+                         level == 0);
+  if (call.error() != 0) return call.error();
+  const LocalGroup* const group = call.accounts().FindLocalGroup(ViewOf(group_name));
   if (group == nullptr) return kErrorNoSuchAlias;
   const auto fill = [](LOCALGROUP_MEMBERS_INFO_0& record, const Sid& sid, RecordBlock& block) {
     record.lgrmi0_sid = block.Put(sid);
   };
-  return Answer<LOCALGROUP_MEMBERS_INFO_0>(session_, kName, ToUtf8(noted),
-                                           std::span<const Sid>(group->members),
-                                           asked.computer->page(), reply, fill);
+  return Answer<LOCALGROUP_MEMBERS_INFO_0>(call, group->members, call.computer().page(), reply,
+                                           fill);
 }
 
 DWORD SimulatedAccountManagement::NetLocalGroupGetInfo(LPCWSTR server_name, LPCWSTR group_name,
                                                        DWORD level, BYTE** buffer) {
-  constexpr std::string_view kName = "NetLocalGroupGetInfo";
-  const Text noted = Noted(server_name, ViewOf(group_name), level);
-  if (buffer != nullptr) *buffer = nullptr;
-  Asked asked{};
-  if (const DWORD error = Begin(kName, noted, server_name, buffer != nullptr, level == 1, asked)) {
-    return error;
-  }
-  const LocalGroup* const group = asked.accounts->FindLocalGroup(ViewOf(group_name));
+  const NetworkCall call(session_, "NetLocalGroupGetInfo",
+                         Noted(server_name, ViewOf(group_name), level), server_name, Clear(buffer),
+                         level == 1);
+  if (call.error() != 0) return call.error();
+  const LocalGroup* const group = call.accounts().FindLocalGroup(ViewOf(group_name));
   if (group == nullptr) return kErrorNoSuchAlias;
-  *buffer =
-      HandOut<LOCALGROUP_INFO_1>(session_, kName, ToUtf8(noted),
-                                 std::span<const LocalGroup* const>(&group, 1), kFillLocalGroup);
+  *buffer = HandOutOne<LOCALGROUP_INFO_1>(call, group, kFillLocalGroup);
   return 0;
 }
 
@@ -511,15 +433,13 @@ DWORD SimulatedAccountManagement::NetLocalGroupAdd(LPCWSTR server_name, DWORD le
                                                    const BYTE* record, DWORD* parameter_error) {
   const auto wanted = record == nullptr ? LOCALGROUP_INFO_1{} : RecordAt<LOCALGROUP_INFO_1>(record);
   const TextView name = ViewOf(wanted.lgrpi1_name);
-  Asked asked{};
-  if (const DWORD error = Begin("NetLocalGroupAdd", Noted(server_name, name, level), server_name,
-                                record != nullptr, level == 1, asked)) {
-    return error;
-  }
-  if (const DWORD error = WriteError(asked)) return error;
-  if (const DWORD error = NewNameError(*asked.accounts, name, kErrorAliasExists)) return error;
+  const NetworkCall call(session_, "NetLocalGroupAdd", Noted(server_name, name, level), server_name,
+                         record != nullptr, level == 1);
+  if (call.error() != 0) return call.error();
+  if (const DWORD error = WriteError(call.computer())) return error;
+  if (const DWORD error = NewNameError(call.accounts(), name, kErrorAliasExists)) return error;
   try {
-    asked.accounts->AddLocalGroup(name).comment = ViewOf(wanted.lgrpi1_comment);
+    call.accounts().AddLocalGroup(name).comment = ViewOf(wanted.lgrpi1_comment);
   } catch (const std::invalid_argument&) {
     return BadParameter(kParameterName, parameter_error);
   }
@@ -528,14 +448,12 @@ DWORD SimulatedAccountManagement::NetLocalGroupAdd(LPCWSTR server_name, DWORD le
 
 DWORD SimulatedAccountManagement::NetLocalGroupSetInfo(LPCWSTR server_name, LPCWSTR group_name,
                                                        DWORD level, const BYTE* record, DWORD*) {
-  const Text noted = Noted(server_name, ViewOf(group_name), level);
-  Asked asked{};
-  if (const DWORD error =
-          Begin("NetLocalGroupSetInfo", noted, server_name, record != nullptr, level == 1, asked)) {
-    return error;
-  }
-  if (const DWORD error = WriteError(asked)) return error;
-  LocalGroup* const group = asked.accounts->FindLocalGroup(ViewOf(group_name));
+  const NetworkCall call(session_, "NetLocalGroupSetInfo",
+                         Noted(server_name, ViewOf(group_name), level), server_name,
+                         record != nullptr, level == 1);
+  if (call.error() != 0) return call.error();
+  if (const DWORD error = WriteError(call.computer())) return error;
+  LocalGroup* const group = call.accounts().FindLocalGroup(ViewOf(group_name));
   if (group == nullptr) return kErrorNoSuchAlias;
   group->comment = ViewOf(RecordAt<LOCALGROUP_INFO_1>(record).lgrpi1_comment);
   return 0;
@@ -543,26 +461,20 @@ DWORD SimulatedAccountManagement::NetLocalGroupSetInfo(LPCWSTR server_name, LPCW
 
 DWORD SimulatedAccountManagement::NetUserModalsGet(LPCWSTR server_name, DWORD level,
                                                    BYTE** buffer) {
-  constexpr std::string_view kName = "NetUserModalsGet";
-  const Text noted = Noted(server_name, level);
-  if (buffer != nullptr) *buffer = nullptr;
-  Asked asked{};
-  if (const DWORD error =
-          Begin(kName, noted, server_name, buffer != nullptr, level == 0 || level == 3, asked)) {
-    return error;
-  }
-  const std::span<const AccountPolicy> one(&asked.accounts->policy, 1);
+  const NetworkCall call(session_, "NetUserModalsGet", Noted(server_name, level), server_name,
+                         Clear(buffer), level == 0 || level == 3);
+  if (call.error() != 0) return call.error();
   if (level == 0) {
     const auto fill = [](USER_MODALS_INFO_0& record, const AccountPolicy& policy, RecordBlock&) {
       record = {policy.minimum_length, policy.maximum_age, policy.minimum_age, policy.force_logoff,
                 policy.history_length};
     };
-    *buffer = HandOut<USER_MODALS_INFO_0>(session_, kName, ToUtf8(noted), one, fill);
+    *buffer = HandOutOne<USER_MODALS_INFO_0>(call, call.accounts().policy, fill);
   } else {
     const auto fill = [](USER_MODALS_INFO_3& record, const AccountPolicy& policy, RecordBlock&) {
       record = {policy.lockout_duration, policy.lockout_window, policy.lockout_threshold};
     };
-    *buffer = HandOut<USER_MODALS_INFO_3>(session_, kName, ToUtf8(noted), one, fill);
+    *buffer = HandOutOne<USER_MODALS_INFO_3>(call, call.accounts().policy, fill);
   }
   return 0;
 }

@@ -52,17 +52,8 @@ class SimulatedAccountManagement final : public AccountManagement {
   DWORD NetUserModalsGet(LPCWSTR server_name, DWORD level, BYTE** buffer) override;
 
  private:
-  // A computer that was reached, and the accounts that it administers.
-  struct Asked {
-    Computer* computer;
-    AccountDatabase* accounts;
-  };
-
-  // Begins a call to a computer. Returns 0 or the code that it ends with.
-  DWORD Begin(std::string_view operation, const Text& noted, LPCWSTR server_name, bool is_sound,
-              bool has_level, Asked& asked);
   // What stands in the way of changing a computer's accounts.
-  DWORD WriteError(const Asked& asked) const;
+  DWORD WriteError(const Computer& computer) const;
 
   Session& session_;
 };

@@ -18,10 +18,7 @@ constexpr DWORD kSettableAttributes =
     kFileAttributeReadOnly | kFileAttributeHidden | kFileAttributeSystem | kFileAttributeArchive |
     kFileAttributeTemporary | kFileAttributeOffline | kFileAttributeNotContentIndexed;
 
-HANDLE FailHandle(DWORD code) {
-  Fail(code);
-  return kInvalidHandleValue;
-}
+HANDLE FailHandle(DWORD code) { return Fail(code, kInvalidHandleValue); }
 
 template <std::size_t kSize>
 void CopyName(WCHAR (&field)[kSize], TextView name) {
@@ -61,12 +58,9 @@ Text ConnectionOf(const Path& path, const Estate& estate) {
   return estate.mapped_drives().contains(path.drive) ? Text{path.drive, u':'} : Text();
 }
 
-// Copies a text with its NUL where there is a buffer; false if that is too small.
+// These two hand out what there is a place for; false for a buffer that is too small.
 bool Deliver(TextView text, LPWSTR buffer, DWORD size) {
-  if (buffer == nullptr) return true;
-  if (size <= text.size()) return false;
-  buffer[text.copy(buffer, text.size())] = u'\0';
-  return true;
+  return buffer == nullptr || CopyText(text, buffer, size);
 }
 
 template <typename T>
@@ -85,9 +79,7 @@ SimulatedFileSystem::~SimulatedFileSystem() {
 
 HANDLE SimulatedFileSystem::FindFirstFileW(LPCWSTR file_name, WIN32_FIND_DATAW* data) {
   const Call call = session_.Begin("FindFirstFileW", ViewOf(file_name));
-  if (const DWORD fault = call.fault()) {
-    return FailHandle(fault);
-  }
+  if (const DWORD fault = call.fault()) return FailHandle(fault);
   Path path = Path::Parse(ViewOf(file_name), session_.estate);
   if (path.error != 0) return FailHandle(path.error);
   if (path.is_plain_too_long()) return FailHandle(kErrorPathNotFound);
@@ -153,9 +145,7 @@ BOOL SimulatedFileSystem::FindClose(HANDLE find) {
 
 BOOL SimulatedFileSystem::CreateDirectoryW(LPCWSTR path_name, const SECURITY_ATTRIBUTES*) {
   const Call call = session_.Begin("CreateDirectoryW", ViewOf(path_name));
-  if (const DWORD fault = call.fault()) {
-    return Fail(fault);
-  }
+  if (const DWORD fault = call.fault()) return Fail(fault);
   const Path path = Path::Parse(ViewOf(path_name), session_.estate);
   if (path.error == 0 && !path.is_long && path.length >= kMaxNewFolderPath) {
     return Fail(kErrorFilenameExcedRange);
@@ -174,10 +164,8 @@ BOOL SimulatedFileSystem::CreateDirectoryW(LPCWSTR path_name, const SECURITY_ATT
 
 BOOL SimulatedFileSystem::RemoveDirectoryW(LPCWSTR path_name) {
   const Call call = session_.Begin("RemoveDirectoryW", ViewOf(path_name));
-  if (const DWORD fault = call.fault()) {
-    return Fail(fault);
-  }
-  const Place place = Find(Path::Parse(ViewOf(path_name), session_.estate), session_.estate);
+  if (const DWORD fault = call.fault()) return Fail(fault);
+  const Place place = Find(ViewOf(path_name), session_.estate);
   if (place.node == nullptr) return Fail(place.error);
   FileNode& folder = *place.node;
   if (!folder.is_folder()) return Fail(kErrorDirectory);
@@ -191,13 +179,11 @@ BOOL SimulatedFileSystem::RemoveDirectoryW(LPCWSTR path_name) {
 
 BOOL SimulatedFileSystem::GetFileAttributesExW(LPCWSTR file_name, int level, void* information) {
   const Call call = session_.Begin("GetFileAttributesExW", ViewOf(file_name));
-  if (const DWORD fault = call.fault()) {
-    return Fail(fault);
-  }
+  if (const DWORD fault = call.fault()) return Fail(fault);
   if (level != kGetFileExInfoStandard || information == nullptr) {
     return Fail(kErrorInvalidParameter);
   }
-  const Place place = Find(Path::Parse(ViewOf(file_name), session_.estate), session_.estate);
+  const Place place = Find(ViewOf(file_name), session_.estate);
   if (place.node == nullptr) return Fail(place.error);
   if (place.node->is_delete_pending() || !Grants(place, kFileReadAttributes)) {
     return Fail(kErrorAccessDenied);
@@ -210,10 +196,8 @@ BOOL SimulatedFileSystem::GetFileAttributesExW(LPCWSTR file_name, int level, voi
 
 BOOL SimulatedFileSystem::SetFileAttributesW(LPCWSTR file_name, DWORD attributes) {
   const Call call = session_.Begin("SetFileAttributesW", ViewOf(file_name));
-  if (const DWORD fault = call.fault()) {
-    return Fail(fault);
-  }
-  const Place place = Find(Path::Parse(ViewOf(file_name), session_.estate), session_.estate);
+  if (const DWORD fault = call.fault()) return Fail(fault);
+  const Place place = Find(ViewOf(file_name), session_.estate);
   if (place.node == nullptr) return Fail(place.error);
   FileNode& node = *place.node;
   if (node.write_denied() || node.is_delete_pending() || !Grants(place, kFileWriteAttributes)) {
@@ -229,7 +213,7 @@ BOOL SimulatedFileSystem::SetFileAttributesW(LPCWSTR file_name, DWORD attributes
 BOOL SimulatedFileSystem::DeleteFileW(LPCWSTR file_name) {
   const Call call = session_.Begin("DeleteFileW", ViewOf(file_name));
   if (const DWORD fault = call.fault()) return Fail(fault);
-  const Place place = Find(Path::Parse(ViewOf(file_name), session_.estate), session_.estate);
+  const Place place = Find(ViewOf(file_name), session_.estate);
   if (place.node == nullptr) return Fail(place.error);
   if (place.node->is_folder()) return Fail(kErrorAccessDenied);
   if (const DWORD error = DeletionError(place)) return Fail(error);
@@ -442,8 +426,7 @@ DWORD SimulatedFileSystem::GetFileSize(HANDLE file, DWORD* size_high) {
     }
     error = kErrorInvalidHandle;
   }
-  Fail(error);
-  return kInvalidFileSize;
+  return Fail(error, kInvalidFileSize);
 }
 
 BOOL SimulatedFileSystem::CloseHandle(HANDLE object) {
@@ -468,10 +451,8 @@ BOOL SimulatedFileSystem::CopyFileW(LPCWSTR existing_file_name, LPCWSTR new_file
   const TextView source_name = ViewOf(existing_file_name);
   const TextView target_name = ViewOf(new_file_name);
   const Call call = session_.Begin("CopyFileW", Text(source_name) + u" -> " + Text(target_name));
-  if (const DWORD fault = call.fault()) {
-    return Fail(fault);
-  }
-  const Place source = Find(Path::Parse(source_name, session_.estate), session_.estate);
+  if (const DWORD fault = call.fault()) return Fail(fault);
+  const Place source = Find(source_name, session_.estate);
   if (source.node == nullptr) return Fail(source.error);
   if (source.node->is_folder() || source.node->read_denied() || source.node->is_delete_pending() ||
       !Grants(source, kFileReadData | kFileReadAttributes | kSynchronize)) {
@@ -480,7 +461,7 @@ BOOL SimulatedFileSystem::CopyFileW(LPCWSTR existing_file_name, LPCWSTR new_file
   const Sharing reading{.reads = true, .lets_read = true, .lets_write = true};
   if (!source.node->CanOpen(reading)) return Fail(kErrorSharingViolation);
 
-  Place target = Find(Path::Parse(target_name, session_.estate), session_.estate);
+  Place target = Find(target_name, session_.estate);
   if (target.node == nullptr) {
     if (const DWORD error = AdditionError(target, kFileAddFile)) return Fail(error);
     target.node = Add(target, false);
@@ -501,9 +482,7 @@ BOOL SimulatedFileSystem::CopyFileW(LPCWSTR existing_file_name, LPCWSTR new_file
 
 DWORD SimulatedFileSystem::GetLogicalDriveStringsW(DWORD length, LPWSTR buffer) {
   const Call call = session_.Begin("GetLogicalDriveStringsW");
-  if (const DWORD fault = call.fault()) {
-    return static_cast<DWORD>(Fail(fault));
-  }
+  if (const DWORD fault = call.fault()) return Fail(fault, DWORD{0});
   std::map<char16_t, bool> letters;
   for (const auto& [letter, drive] : session_.estate.local().drives()) letters[letter] = true;
   for (const auto& [letter, target] : session_.estate.mapped_drives()) letters[letter] = true;
@@ -512,9 +491,7 @@ DWORD SimulatedFileSystem::GetLogicalDriveStringsW(DWORD length, LPWSTR buffer) 
     roots += letter;
     roots += TextView(u":\\\0", 3);
   }
-  if (length <= roots.size()) return static_cast<DWORD>(roots.size() + 1);
-  std::copy(roots.begin(), roots.end(), buffer);
-  buffer[roots.size()] = u'\0';
+  if (!CopyText(roots, buffer, length)) return static_cast<DWORD>(roots.size() + 1);
   return static_cast<DWORD>(roots.size());
 }
 
@@ -560,9 +537,7 @@ BOOL SimulatedFileSystem::GetVolumeInformationW(LPCWSTR root_path_name, LPWSTR v
                                                 LPWSTR file_system_name,
                                                 DWORD file_system_name_size) {
   const Call call = session_.Begin("GetVolumeInformationW", ViewOf(root_path_name));
-  if (const DWORD fault = call.fault()) {
-    return Fail(fault);
-  }
+  if (const DWORD fault = call.fault()) return Fail(fault);
   Path path = Path::Parse(
       root_path_name == nullptr ? session_.estate.current_folder() : ViewOf(root_path_name),
       session_.estate);

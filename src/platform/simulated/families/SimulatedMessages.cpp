@@ -218,10 +218,7 @@ Text Rewrap(const Text& text, DWORD width) {
 HMODULE SimulatedMessages::LoadLibraryExW(LPCWSTR library_file_name, HANDLE, DWORD flags) {
   const TextView name = ViewOf(library_file_name);
   const Call call = session_.Begin("LoadLibraryExW", name);
-  if (const DWORD fault = call.fault()) {
-    Fail(fault);
-    return HMODULE{0};
-  }
+  if (const DWORD fault = call.fault()) return Fail(fault, HMODULE{0});
   const bool is_bare = name.find_first_of(u"\\/:") == TextView::npos;
   if (is_bare) {
     Text identity = ToUpper(name);
@@ -233,10 +230,10 @@ HMODULE SimulatedMessages::LoadLibraryExW(LPCWSTR library_file_name, HANDLE, DWO
                   name);
     }
     const bool as_data = (flags & kLoadLibraryAsDatafile) != 0;
-    Fail(name.empty() ? kErrorInvalidParameter : as_data ? kErrorFileNotFound : kErrorModNotFound);
-    return HMODULE{0};
+    const DWORD missing = as_data ? kErrorFileNotFound : kErrorModNotFound;
+    return Fail(name.empty() ? kErrorInvalidParameter : missing, HMODULE{0});
   }
-  const Place place = Find(Path::Parse(name, session_.estate), session_.estate);
+  const Place place = Find(name, session_.estate);
   DWORD error = place.error == kErrorPathNotFound ? kErrorFileNotFound : place.error;
   if (place.node != nullptr) {
     const FileNode& node = *place.node;
@@ -252,8 +249,7 @@ HMODULE SimulatedMessages::LoadLibraryExW(LPCWSTR library_file_name, HANDLE, DWO
       error = kErrorBadExeFormat;
     }
   }
-  Fail(error);
-  return HMODULE{0};
+  return Fail(error, HMODULE{0});
 }
 
 BOOL SimulatedMessages::FreeLibrary(HMODULE module) {
@@ -273,21 +269,19 @@ DWORD SimulatedMessages::FormatMessageW(DWORD flags, const void* source, DWORD m
                                         DWORD language_id, LPWSTR buffer, DWORD size,
                                         void* arguments) {
   const Call call = session_.Begin("FormatMessageW", ToText(static_cast<std::int64_t>(message_id)));
-  if (const DWORD fault = call.fault()) {
-    return static_cast<DWORD>(Fail(fault));
-  }
+  if (const DWORD fault = call.fault()) return Fail(fault, DWORD{0});
   const bool allocates = (flags & kFormatMessageAllocateBuffer) != 0;
-  if (buffer == nullptr) return static_cast<DWORD>(Fail(kErrorInvalidParameter));
+  if (buffer == nullptr) return Fail(kErrorInvalidParameter, DWORD{0});
   if (allocates) *reinterpret_cast<LPWSTR*>(buffer) = nullptr;
   TextView text;
   if (const DWORD error = FindText(flags, source, message_id, language_id, text)) {
-    return static_cast<DWORD>(Fail(error));
+    return Fail(error, DWORD{0});
   }
   const bool has_array = (flags & kFormatMessageArgumentArray) != 0;
   std::optional<Text> composed =
       Compose(text, (flags & kFormatMessageIgnoreInserts) != 0,
               has_array ? static_cast<const std::uintptr_t*>(arguments) : nullptr);
-  if (!composed) return static_cast<DWORD>(Fail(kErrorInvalidParameter));
+  if (!composed) return Fail(kErrorInvalidParameter, DWORD{0});
   if (const DWORD width = flags & kFormatMessageMaxWidthMask) *composed = Rewrap(*composed, width);
   const std::size_t length = composed->size();
   if (allocates) {
@@ -297,7 +291,7 @@ DWORD SimulatedMessages::FormatMessageW(DWORD flags, const void* source, DWORD m
     std::copy(composed->begin(), composed->end(), block);
     *reinterpret_cast<LPWSTR*>(buffer) = block;
   } else {
-    if (length + 1 > size) return static_cast<DWORD>(Fail(kErrorInsufficientBuffer));
+    if (length + 1 > size) return Fail(kErrorInsufficientBuffer, DWORD{0});
     std::copy_n(composed->c_str(), length + 1, buffer);
   }
   return static_cast<DWORD>(length);

@@ -4,7 +4,7 @@
 
 #include "automation/CaseMapping.h"
 #include "platform/simulated/estate/SecurityDescriptor.h"
-#include "platform/simulated/families/RecordBlock.h"
+#include "platform/simulated/families/NetworkCall.h"
 #include "platform/simulated/families/Statuses.h"
 
 namespace veldmark::simulated {
@@ -59,6 +59,14 @@ void Fill(SERVER_INFO_102& record, const Computer& computer, RecordBlock& block)
   record.sv102_userpath = block.Put(description.user_path);
 }
 
+void Fill(WKSTA_INFO_100& record, const Computer& computer, RecordBlock& block) {
+  record.wki100_platform_id = kPlatformIdNt;
+  record.wki100_computername = block.Put(computer.name());
+  record.wki100_langroup = block.Put(computer.group());
+  record.wki100_ver_major = computer.description().version_major;
+  record.wki100_ver_minor = computer.description().version_minor;
+}
+
 void Fill(SHARE_INFO_1& record, const Share& share, RecordBlock& block) {
   record.shi1_netname = block.Put(share.name);
   record.shi1_type = share.type;
@@ -95,12 +103,6 @@ constexpr auto kFill = [](auto& record, const auto& item, RecordBlock& block) {
   Fill(record, item, block);
 };
 
-template <typename Record, typename Item>
-BYTE* HandOutOne(Session& session, std::string_view operation, TextView detail, const Item& item) {
-  return HandOut<Record>(session, operation, ToUtf8(detail), std::span<const Item>(&item, 1),
-                         kFill);
-}
-
 std::vector<Listed> BrowseList(const Estate& estate, const Domain& domain, DWORD type) {
   std::vector<Listed> list;
   for (const Computer& computer : estate.computers()) {
@@ -126,21 +128,16 @@ DWORD SimulatedNetworkManagement::NetServerEnum(LPCWSTR server_name, DWORD level
                                                 DWORD preferred_length, DWORD* entries_read,
                                                 DWORD* total_entries, DWORD server_type,
                                                 LPCWSTR domain_name, DWORD* resume_handle) {
-  constexpr std::string_view kName = "NetServerEnum";
-  const Text noted = Noted(server_name, ViewOf(domain_name), level);
   // The published operation takes a resume handle and does without it.
   const Reply<DWORD> reply{buffer, preferred_length, entries_read, total_entries, nullptr};
-  if (IsSound(reply)) Clear(reply);
   if (resume_handle != nullptr) *resume_handle = 0;
-  const Call call = session_.Begin(kName, noted);
-  if (const DWORD fault = call.fault()) return fault;
-  if (!IsSound(reply)) return kErrorInvalidParameter;
-  if (level != 100 && level != 101) return kErrorInvalidLevel;
+  const NetworkCall call(session_, "NetServerEnum", Noted(server_name, ViewOf(domain_name), level),
+                         server_name, Clear(reply), level == 100 || level == 101);
+  if (call.error() != 0) return call.error();
   Estate& estate = session_.estate;
-  Computer* const server = estate.ReachServer(server_name);
-  if (server == nullptr) return kErrorBadNetPath;
   const TextView named = ViewOf(domain_name);
-  const Domain* const domain = estate.FindDomain(named.empty() ? TextView(server->group()) : named);
+  const Domain* const domain =
+      estate.FindDomain(named.empty() ? TextView(call.computer().group()) : named);
   if (domain == nullptr || !domain->has_browse_list || !estate.HasMembers(*domain)) {
     return kErrorNoBrowserServers;
   }
@@ -148,75 +145,50 @@ DWORD SimulatedNetworkManagement::NetServerEnum(LPCWSTR server_name, DWORD level
                                  ? DomainList(estate)
                                  : BrowseList(estate, *domain, server_type);
   std::ranges::sort(list, {}, [](const Listed& listed) { return ToUpper(listed.name); });
-  const std::span<const Listed> all(list);
-  return level == 100
-             ? Answer<SERVER_INFO_100>(session_, kName, ToUtf8(noted), all, 0, reply, kFill)
-             : Answer<SERVER_INFO_101>(session_, kName, ToUtf8(noted), all, 0, reply, kFill);
+  return level == 100 ? Answer<SERVER_INFO_100>(call, list, 0, reply, kFill)
+                      : Answer<SERVER_INFO_101>(call, list, 0, reply, kFill);
 }
 
 DWORD SimulatedNetworkManagement::NetServerGetInfo(LPCWSTR server_name, DWORD level,
                                                    BYTE** buffer) {
-  constexpr std::string_view kName = "NetServerGetInfo";
-  const Text noted = Noted(server_name, level);
-  if (buffer != nullptr) *buffer = nullptr;
-  const Call call = session_.Begin(kName, noted);
-  if (const DWORD fault = call.fault()) return fault;
-  if (buffer == nullptr) return kErrorInvalidParameter;
-  if (level < 100 || level > 102) return kErrorInvalidLevel;
-  const Computer* const computer = session_.estate.ReachServer(server_name);
-  if (computer == nullptr) return kErrorBadNetPath;
+  const NetworkCall call(session_, "NetServerGetInfo", Noted(server_name, level), server_name,
+                         Clear(buffer), level >= 100 && level <= 102);
+  if (call.error() != 0) return call.error();
+  const Computer& computer = call.computer();
   if (level == 102) {
-    if (!session_.estate.IsAdministrator(*computer)) return kErrorAccessDenied;
-    *buffer = HandOutOne<SERVER_INFO_102>(session_, kName, noted, *computer);
+    if (!session_.estate.IsAdministrator(computer)) return kErrorAccessDenied;
+    *buffer = HandOutOne<SERVER_INFO_102>(call, computer, kFill);
   } else if (level == 101) {
-    *buffer = HandOutOne<SERVER_INFO_101>(session_, kName, noted, ListedOf(*computer));
+    *buffer = HandOutOne<SERVER_INFO_101>(call, ListedOf(computer), kFill);
   } else {
-    *buffer = HandOutOne<SERVER_INFO_100>(session_, kName, noted, ListedOf(*computer));
+    *buffer = HandOutOne<SERVER_INFO_100>(call, ListedOf(computer), kFill);
   }
   return 0;
 }
 
 DWORD SimulatedNetworkManagement::NetWkstaGetInfo(LPCWSTR server_name, DWORD level, BYTE** buffer) {
-  constexpr std::string_view kName = "NetWkstaGetInfo";
-  const Text noted = Noted(server_name, level);
-  if (buffer != nullptr) *buffer = nullptr;
-  const Call call = session_.Begin(kName, noted);
-  if (const DWORD fault = call.fault()) return fault;
-  if (buffer == nullptr) return kErrorInvalidParameter;
-  if (level != 100) return kErrorInvalidLevel;
-  const Computer* const computer = session_.estate.ReachServer(server_name);
-  if (computer == nullptr) return kErrorBadNetPath;
-  const auto fill = [](WKSTA_INFO_100& record, const Computer& asked, RecordBlock& block) {
-    record.wki100_platform_id = kPlatformIdNt;
-    record.wki100_computername = block.Put(asked.name());
-    record.wki100_langroup = block.Put(asked.group());
-    record.wki100_ver_major = asked.description().version_major;
-    record.wki100_ver_minor = asked.description().version_minor;
-  };
-  *buffer = HandOut<WKSTA_INFO_100>(session_, kName, ToUtf8(noted),
-                                    std::span<const Computer>(computer, 1), fill);
+  const NetworkCall call(session_, "NetWkstaGetInfo", Noted(server_name, level), server_name,
+                         Clear(buffer), level == 100);
+  if (call.error() != 0) return call.error();
+  *buffer = HandOutOne<WKSTA_INFO_100>(call, call.computer(), kFill);
   return 0;
 }
 
 DWORD SimulatedNetworkManagement::NetGetDCName(LPCWSTR server_name, LPCWSTR domain_name,
                                                BYTE** buffer) {
-  constexpr std::string_view kName = "NetGetDCName";
   const TextView named = ViewOf(domain_name);
-  const Text noted = Noted(server_name, named);
-  if (buffer != nullptr) *buffer = nullptr;
-  const Call call = session_.Begin(kName, noted);
-  if (const DWORD fault = call.fault()) return fault;
-  if (buffer == nullptr) return kErrorInvalidParameter;
+  const NetworkCall call(session_, "NetGetDCName", Noted(server_name, named), server_name,
+                         Clear(buffer));
+  if (call.error() != 0) return call.error();
   Estate& estate = session_.estate;
-  const Computer* const server = estate.ReachServer(server_name);
-  if (server == nullptr) return kErrorBadNetPath;
-  const Domain* const domain = estate.FindDomain(named.empty() ? TextView(server->group()) : named);
+  const Domain* const domain =
+      estate.FindDomain(named.empty() ? TextView(call.computer().group()) : named);
   const Computer* const controller =
       domain == nullptr ? nullptr : estate.FindController(*domain, true);
   if (controller == nullptr) return kErrorDcNotFound;
   const Text name = u"\\\\" + controller->name();
   const std::size_t size = (name.size() + 1) * sizeof(WCHAR);
-  *buffer = static_cast<BYTE*>(session_.AllocateNetwork(size, kName, ToUtf8(noted)));
+  *buffer = call.Allocate(size);
   std::memcpy(*buffer, name.c_str(), size);
   return 0;
 }
@@ -247,24 +219,18 @@ DWORD SimulatedNetworkManagement::NetEnumerateTrustedDomains(LPCWSTR server_name
 DWORD SimulatedNetworkManagement::NetShareEnum(LPCWSTR server_name, DWORD level, BYTE** buffer,
                                                DWORD preferred_length, DWORD* entries_read,
                                                DWORD* total_entries, DWORD* resume_handle) {
-  constexpr std::string_view kName = "NetShareEnum";
-  const Text noted = Noted(server_name, level);
   const Reply reply{buffer, preferred_length, entries_read, total_entries, resume_handle};
-  if (IsSound(reply)) Clear(reply);
-  const Call call = session_.Begin(kName, noted);
-  if (const DWORD fault = call.fault()) return fault;
-  if (!IsSound(reply)) return kErrorInvalidParameter;
-  if (level != 1 && level != 2) return kErrorInvalidLevel;
-  const Computer* const computer = session_.estate.ReachServer(server_name);
-  if (computer == nullptr) return kErrorBadNetPath;
-  if (level == 2 && !session_.estate.IsAdministrator(*computer)) return kErrorAccessDenied;
+  const NetworkCall call(session_, "NetShareEnum", Noted(server_name, level), server_name,
+                         Clear(reply), level == 1 || level == 2);
+  if (call.error() != 0) return call.error();
+  const Computer& computer = call.computer();
+  if (level == 2 && !session_.estate.IsAdministrator(computer)) return kErrorAccessDenied;
   std::vector<const Share*> shares;
-  for (const auto& [key, share] : computer->shares()) shares.push_back(&share);
-  const std::span<const Share* const> all(shares);
+  for (const auto& [key, share] : computer.shares()) shares.push_back(&share);
   const auto fill = [](auto& record, const Share* share, RecordBlock& block) {
     Fill(record, *share, block);
   };
-  std::size_t page = computer->page();
+  std::size_t page = computer.page();
   if (level == 2) {
     const std::size_t asked = resume_handle == nullptr ? 0 : *resume_handle;
     const auto first = shares.begin() + std::min(asked, shares.size());
@@ -276,38 +242,33 @@ DWORD SimulatedNetworkManagement::NetShareEnum(LPCWSTR server_name, DWORD level,
       page = page == 0 ? before : std::min(page, before);
     }
   }
-  return level == 1 ? Answer<SHARE_INFO_1>(session_, kName, ToUtf8(noted), all, page, reply, fill)
-                    : Answer<SHARE_INFO_2>(session_, kName, ToUtf8(noted), all, page, reply, fill);
+  return level == 1 ? Answer<SHARE_INFO_1>(call, shares, page, reply, fill)
+                    : Answer<SHARE_INFO_2>(call, shares, page, reply, fill);
 }
 
 DWORD SimulatedNetworkManagement::NetShareGetInfo(LPCWSTR server_name, LPCWSTR net_name,
                                                   DWORD level, BYTE** buffer) {
   const TextView name = ViewOf(net_name);
-  if (buffer != nullptr) *buffer = nullptr;
-  const Call call = session_.Begin("NetShareGetInfo", name);
-  if (const DWORD fault = call.fault()) return fault;
-  if (buffer == nullptr || name.empty()) return kErrorInvalidParameter;
-  const Computer* const computer = session_.estate.ReachServer(server_name);
-  if (computer == nullptr) return kErrorBadNetPath;
+  const bool is_sound = Clear(buffer) && !name.empty();
+  const NetworkCall call(session_, "NetShareGetInfo", Text(name), server_name, is_sound);
+  if (call.error() != 0) return call.error();
   if (level != kShareSecurityLevel) return kErrorInvalidLevel;
   // Where a share leads and who may use it is told to administrators only.
-  if (!session_.estate.IsAdministrator(*computer)) return kErrorAccessDenied;
-  const Share* const share = computer->FindShare(name);
+  if (!session_.estate.IsAdministrator(call.computer())) return kErrorAccessDenied;
+  const Share* const share = call.computer().FindShare(name);
   if (share == nullptr) return kErrorNetNameNotFound;
   if (share->details_denied) return kErrorAccessDenied;
-  *buffer = HandOutOne<SHARE_INFO_502>(session_, "NetShareGetInfo", name, *share);
+  *buffer = HandOutOne<SHARE_INFO_502>(call, *share, kFill);
   return 0;
 }
 
 DWORD SimulatedNetworkManagement::NetShareDel(LPCWSTR server_name, LPCWSTR net_name, DWORD) {
   const TextView name = ViewOf(net_name);
-  const Call call = session_.Begin("NetShareDel", Noted(server_name, name));
-  if (const DWORD fault = call.fault()) return fault;
-  if (name.empty()) return kErrorInvalidParameter;
-  Computer* const computer = session_.estate.ReachServer(server_name);
-  if (computer == nullptr) return kErrorBadNetPath;
-  if (!session_.estate.IsAdministrator(*computer)) return kErrorAccessDenied;
-  return computer->RemoveShare(name) ? kErrorSuccess : kErrorNetNameNotFound;
+  const NetworkCall call(session_, "NetShareDel", Noted(server_name, name), server_name,
+                         !name.empty());
+  if (call.error() != 0) return call.error();
+  if (!session_.estate.IsAdministrator(call.computer())) return kErrorAccessDenied;
+  return call.computer().RemoveShare(name) ? kErrorSuccess : kErrorNetNameNotFound;
 }
 
 DWORD SimulatedNetworkManagement::NetServerDiskEnum(LPCWSTR server_name, DWORD level, BYTE** buffer,
@@ -316,21 +277,15 @@ DWORD SimulatedNetworkManagement::NetServerDiskEnum(LPCWSTR server_name, DWORD l
   struct Disk {
     WCHAR name[3];
   };
-  constexpr std::string_view kName = "NetServerDiskEnum";
-  const Text noted = Noted(server_name, level);
   const Reply reply{buffer, preferred_length, entries_read, total_entries, resume_handle};
-  if (IsSound(reply)) Clear(reply);
-  const Call call = session_.Begin(kName, noted);
-  if (const DWORD fault = call.fault()) return fault;
-  if (!IsSound(reply)) return kErrorInvalidParameter;
-  if (level != 0) return kErrorInvalidLevel;
-  const Computer* const computer = session_.estate.ReachServer(server_name);
-  if (computer == nullptr) return kErrorBadNetPath;
-  if (!session_.estate.IsAdministrator(*computer)) return kErrorAccessDenied;
+  const NetworkCall call(session_, "NetServerDiskEnum", Noted(server_name, level), server_name,
+                         Clear(reply), level == 0);
+  if (call.error() != 0) return call.error();
+  const Computer& computer = call.computer();
+  if (!session_.estate.IsAdministrator(computer)) return kErrorAccessDenied;
   std::vector<Disk> disks;
-  for (const auto& [letter, drive] : computer->drives()) disks.push_back({{letter, u':', u'\0'}});
-  return Answer<Disk>(session_, kName, ToUtf8(noted), std::span<const Disk>(disks),
-                      computer->page(), reply,
+  for (const auto& [letter, drive] : computer.drives()) disks.push_back({{letter, u':', u'\0'}});
+  return Answer<Disk>(call, disks, computer.page(), reply,
                       [](Disk& record, const Disk& disk, RecordBlock&) { record = disk; });
 }
 

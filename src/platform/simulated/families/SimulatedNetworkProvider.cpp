@@ -19,8 +19,7 @@ char16_t DriveOf(TextView name) {
 }
 
 bool IsPrinterPort(TextView name) {
-  return name.size() == 4 && EqualNoCase(name.substr(0, 3), u"LPT") && name[3] >= u'1' &&
-         name[3] <= u'9';
+  return name.size() == 4 && StartsWithNoCase(name, u"LPT") && name[3] >= u'1' && name[3] <= u'9';
 }
 
 bool IsFolderBelow(const FileNode& root, TextView path) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <optional>
+#include <span>
 #include <vector>
 
 #include "platform/operations/ErrorCodes.h"
@@ -52,21 +52,26 @@ DWORD BackupAccess(const Token& token) {
   return access;
 }
 
-// The names of a key's path; nothing with the code in `error` if it is malformed.
-std::optional<std::vector<TextView>> NamesOf(TextView path, LSTATUS& error) {
-  std::vector<TextView> names;
-  error = Status(kErrorBadPathname);
-  if (path.starts_with(u'\\')) return std::nullopt;
+// Takes a key's path apart. Returns 0 or why it is malformed.
+LSTATUS Split(TextView path, std::vector<TextView>& names) {
+  if (path.starts_with(u'\\')) return Status(kErrorBadPathname);
   while (!path.empty()) {
     const std::size_t end = path.find(u'\\');
     const TextView name = path.substr(0, end);
     path = end == TextView::npos ? TextView() : path.substr(end + 1);
-    error = Status(kErrorInvalidParameter);
-    if (name.size() > kMaxKeyName) return std::nullopt;
+    if (name.size() > kMaxKeyName) return Status(kErrorInvalidParameter);
     if (!name.empty()) names.push_back(name);
   }
-  error = 0;
-  return names;
+  return 0;
+}
+
+// The key of these names below a key; null for none.
+std::shared_ptr<RegistryNode> KeyBelow(std::shared_ptr<RegistryNode> node,
+                                       std::span<const TextView> names) {
+  for (auto name = names.begin(); name != names.end() && node != nullptr; ++name) {
+    node = node->Find(*name);
+  }
+  return node;
 }
 
 // What the token is granted of an access to a key, in place of `access`; or the code that says why
@@ -96,9 +101,7 @@ void Put(DWORD* place, std::size_t number) {
 
 // Copies a name with its NUL; `*length` goes in as the room and comes back as the length.
 LSTATUS PutName(LPWSTR buffer, DWORD* length, TextView name) {
-  if (*length < name.size() + 1) return Status(kErrorMoreData);
-  std::copy(name.begin(), name.end(), buffer);
-  buffer[name.size()] = u'\0';
+  if (!CopyText(name, buffer, *length)) return Status(kErrorMoreData);
   *length = static_cast<DWORD>(name.size());
   return 0;
 }
@@ -155,17 +158,14 @@ LSTATUS SimulatedRegistry::RegOpenKeyExW(HKEY key, LPCWSTR sub_key, DWORD, DWORD
   if (result == nullptr) return Status(kErrorInvalidParameter);
   OpenKey open;
   if (const LSTATUS error = Lookup(key, "RegOpenKeyExW", 0, open)) return error;
-  LSTATUS error = 0;
-  const auto names = NamesOf(path, error);
-  if (!names) return error;
-  if (names->empty() && IsPredefined(key)) {
+  std::vector<TextView> names;
+  if (const LSTATUS error = Split(path, names)) return error;
+  if (names.empty() && IsPredefined(key)) {
     *result = key;
     return 0;
   }
-  for (const TextView name : *names) {
-    open.node = open.node->Find(name);
-    if (open.node == nullptr) return Status(kErrorFileNotFound);
-  }
+  open.node = KeyBelow(std::move(open.node), names);
+  if (open.node == nullptr) return Status(kErrorFileNotFound);
   const Token& token = session_.estate.token();
   if (const LSTATUS denied = CheckAccessTo(*open.node, token, access)) return denied;
   *result = Hand(open.node, access, "RegOpenKeyExW", path);
@@ -184,18 +184,17 @@ LSTATUS SimulatedRegistry::RegCreateKeyExW(HKEY key, LPCWSTR sub_key, DWORD rese
   }
   OpenKey open;
   if (const LSTATUS error = Lookup(key, "RegCreateKeyExW", 0, open)) return error;
-  LSTATUS error = 0;
-  const auto names = NamesOf(path, error);
-  if (!names) return error;
+  std::vector<TextView> names;
+  if (const LSTATUS error = Split(path, names)) return error;
   const bool is_volatile = (options & kRegOptionVolatile) != 0;
   // Nothing is created before everything is known to be allowed.
-  auto existing = names->begin();
-  for (; existing != names->end(); ++existing) {
+  auto existing = names.begin();
+  for (; existing != names.end(); ++existing) {
     const auto next = open.node->Find(*existing);
     if (next == nullptr) break;
     open.node = next;
   }
-  const bool creates = existing != names->end();
+  const bool creates = existing != names.end();
   const Token& token = session_.estate.token();
   const bool may_create =
       !open.node->write_denied() && (MostAccessTo(*open.node, token) & kKeyCreateSubKey) != 0;
@@ -212,11 +211,11 @@ LSTATUS SimulatedRegistry::RegCreateKeyExW(HKEY key, LPCWSTR sub_key, DWORD rese
     // Who makes a key has what he asks for.
     access = MapGeneric(access & ~kWow64Bits, kRegistryMapping);
   }
-  for (; existing != names->end(); ++existing) {
+  for (; existing != names.end(); ++existing) {
     open.node = open.node->Add(*existing, session_.estate.now());
     open.node->Own(token);
     if (is_volatile) open.node->MakeVolatile();
-    if (key_class != nullptr && existing + 1 == names->end()) open.node->Class(key_class);
+    if (key_class != nullptr && existing + 1 == names.end()) open.node->Class(key_class);
   }
   Put(disposition, creates ? kRegCreatedNewKey : kRegOpenedExistingKey);
   *result = Hand(open.node, access, "RegCreateKeyExW", path);
@@ -326,9 +325,7 @@ LSTATUS SimulatedRegistry::RegEnumValueW(HKEY key, DWORD index, LPWSTR name, DWO
 LSTATUS SimulatedRegistry::RegQueryValueExW(HKEY key, LPCWSTR value_name, DWORD* reserved,
                                             DWORD* type, BYTE* data, DWORD* data_size) {
   const Call call = session_.Begin("RegQueryValueExW", ViewOf(value_name));
-  if (const DWORD fault = call.fault()) {
-    return Status(fault);
-  }
+  if (const DWORD fault = call.fault()) return Status(fault);
   if (reserved != nullptr || (data != nullptr && data_size == nullptr)) {
     return Status(kErrorInvalidParameter);
   }
@@ -361,9 +358,7 @@ LSTATUS SimulatedRegistry::RegSetValueExW(HKEY key, LPCWSTR value_name, DWORD, D
 
 LSTATUS SimulatedRegistry::RegDeleteValueW(HKEY key, LPCWSTR value_name) {
   const Call call = session_.Begin("RegDeleteValueW", ViewOf(value_name));
-  if (const DWORD fault = call.fault()) {
-    return Status(fault);
-  }
+  if (const DWORD fault = call.fault()) return Status(fault);
   OpenKey open;
   if (const LSTATUS error = Lookup(key, "RegDeleteValueW", kKeySetValue, open)) return error;
   if (!open.node->RemoveValue(ViewOf(value_name))) return Status(kErrorFileNotFound);
@@ -378,13 +373,10 @@ LSTATUS SimulatedRegistry::RegDeleteKeyW(HKEY key, LPCWSTR sub_key) {
   if (sub_key == nullptr) return Status(kErrorInvalidParameter);
   OpenKey open;
   if (const LSTATUS error = Lookup(key, "RegDeleteKeyW", 0, open)) return error;
-  LSTATUS error = 0;
-  const auto names = NamesOf(path, error);
-  if (!names) return error;
-  for (const TextView name : *names) {
-    open.node = open.node->Find(name);
-    if (open.node == nullptr) return Status(kErrorFileNotFound);
-  }
+  std::vector<TextView> names;
+  if (const LSTATUS error = Split(path, names)) return error;
+  open.node = KeyBelow(std::move(open.node), names);
+  if (open.node == nullptr) return Status(kErrorFileNotFound);
   const DWORD granted = MostAccessTo(*open.node, session_.estate.token());
   if (open.node->parent() == nullptr || open.node->write_denied() || !open.node->keys().empty() ||
       (granted & kDelete) == 0) {

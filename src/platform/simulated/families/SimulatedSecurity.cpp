@@ -11,7 +11,6 @@
 #include "platform/simulated/estate/AccountLookup.h"
 #include "platform/simulated/estate/DescriptorText.h"
 #include "platform/simulated/estate/FileAccess.h"
-#include "platform/simulated/families/RecordBlock.h"
 
 namespace veldmark::simulated {
 namespace {
@@ -70,7 +69,7 @@ void SplitServer(TextView name, TextView& server, TextView& rest) {
 }
 
 bool IsWithin(TextView path, TextView root, TextView& below) {
-  if (!EqualNoCase(path.substr(0, root.size()), root)) return false;
+  if (!StartsWithNoCase(path, root)) return false;
   if (path.size() > root.size() && path[root.size()] != u'\\') return false;
   below = path.size() > root.size() ? path.substr(root.size() + 1) : TextView();
   return true;
@@ -141,7 +140,7 @@ bool Fits(TextView text, LPCWSTR buffer, DWORD size) {
 
 // Puts a text into a buffer that it fits into, and its length without the NUL into `size`.
 void PutText(TextView text, LPWSTR buffer, DWORD& size) {
-  buffer[text.copy(buffer, text.size())] = u'\0';
+  CopyText(text, buffer, size);
   size = static_cast<DWORD>(text.size());
 }
 
@@ -174,7 +173,7 @@ BOOL SimulatedSecurity::GetFileSecurityW(LPCWSTR file_name, DWORD information, v
   const TextView name = ViewOf(file_name);
   const Call call = session_.Begin("GetFileSecurityW", name);
   if (const DWORD fault = call.fault()) return Fail(fault);
-  const Place place = Find(Path::Parse(name, session_.estate), session_.estate);
+  const Place place = Find(name, session_.estate);
   if (place.node == nullptr) return Fail(place.error);
   if (place.node->security_locked()) return Fail(kErrorSharingViolation);
   Target target;
@@ -341,9 +340,7 @@ BOOL SimulatedSecurity::LookupAccountNameW(LPCWSTR system_name, LPCWSTR account_
                                            INT* use) {
   const TextView name = ViewOf(account_name);
   const Call call = session_.Begin("LookupAccountNameW", Noted(system_name, name));
-  if (const DWORD fault = call.fault()) {
-    return Fail(fault);
-  }
+  if (const DWORD fault = call.fault()) return Fail(fault);
   if (account_name == nullptr || sid_size == nullptr || domain_size == nullptr || use == nullptr) {
     return Fail(kErrorInvalidParameter);
   }
@@ -392,10 +389,7 @@ BOOL SimulatedSecurity::LookupAccountSidW(LPCWSTR system_name, const void* sid, 
 
 HANDLE SimulatedSecurity::GetCurrentProcess() {
   const Call call = session_.Begin("GetCurrentProcess");
-  if (const DWORD fault = call.fault()) {
-    Fail(fault);
-    return nullptr;
-  }
+  if (const DWORD fault = call.fault()) return Fail(fault, HANDLE{});
   return kThisProcess;
 }
 
@@ -537,7 +531,7 @@ void SimulatedSecurity::Stand(NamedObject& object, const GENERIC_MAPPING& mappin
 }
 
 DWORD SimulatedSecurity::FindNamedFile(TextView name, Target& target) {
-  Place place = Find(Path::Parse(name, session_.estate), session_.estate);
+  Place place = Find(name, session_.estate);
   if (place.node == nullptr) return place.error;
   target.node = place.node;
   target.check = [this, place = std::move(place)](DWORD access) -> DWORD {

@@ -9,7 +9,6 @@
 #include "platform/simulated/estate/AccessCheck.h"
 #include "platform/simulated/estate/AccountLookup.h"
 #include "platform/simulated/estate/DescriptorText.h"
-#include "platform/simulated/families/RecordBlock.h"
 
 namespace veldmark::simulated {
 namespace {
@@ -29,13 +28,6 @@ constexpr DWORD kLastUserDefinedControl = 255;
 // process of its own have another account than LocalSystem.
 constexpr DWORD kFirstNewVersion = 5;
 
-// The failure form of operations that hand something out.
-template <typename Handle>
-Handle None(DWORD code) {
-  Fail(code);
-  return Handle{0};
-}
-
 bool IsServiceName(TextView name) {
   return !name.empty() && name.size() <= kLongestName &&
          name.find_first_of(u"/\\") == TextView::npos;
@@ -53,10 +45,17 @@ std::vector<Text> NamesOf(LPCWSTR list) {
   return names;
 }
 
-Text Joined(const std::vector<Text>& names) {
+// What the journal notes of a list, and of a password.
+Text NotedList(LPCWSTR list) {
+  if (list == nullptr) return u"-";
   Text joined;
-  for (const Text& name : names) joined += (joined.empty() ? u"" : u"|") + name;
+  for (const Text& name : NamesOf(list)) joined += (joined.empty() ? u"" : u"|") + name;
   return joined;
+}
+
+TextView NotedPassword(LPCWSTR password) {
+  if (password == nullptr) return u"-";
+  return *password == u'\0' ? u"" : u"password";
 }
 
 std::size_t BytesOf(TextView text) { return (text.size() + 1) * sizeof(WCHAR); }
@@ -127,11 +126,27 @@ struct SimulatedServiceControl::Wanted {
   DWORD type;
   DWORD start_type;
   DWORD error_control;
+  // Null for what stays as it is.
+  LPCWSTR binary_path;
+  LPCWSTR load_order_group;
   LPCWSTR dependencies;
   LPCWSTR account;
+  LPCWSTR password;
   LPCWSTR display_name;
 
   bool has_account() const { return account != nullptr && *account != u'\0'; }
+
+  void ApplyTo(Service& service) const {
+    service.type = type;
+    service.start_type = start_type;
+    service.error_control = error_control;
+    if (binary_path != nullptr) service.binary_path = binary_path;
+    if (load_order_group != nullptr) service.load_order_group = load_order_group;
+    if (dependencies != nullptr) service.dependencies = NamesOf(dependencies);
+    if (has_account()) service.account = account;
+    if (password != nullptr) service.password.emplace(password);
+    if (display_name != nullptr) service.display_name = display_name;
+  }
 };
 
 SC_HANDLE SimulatedServiceControl::OpenSCManagerW(LPCWSTR machine_name, LPCWSTR database_name,
@@ -139,16 +154,18 @@ SC_HANDLE SimulatedServiceControl::OpenSCManagerW(LPCWSTR machine_name, LPCWSTR 
   constexpr std::string_view kName = "OpenSCManagerW";
   const Text noted = Noted(machine_name, OrDash(database_name), desired_access);
   const Call call = session_.Begin(kName, noted);
-  if (const DWORD fault = call.fault()) return None<SC_HANDLE>(fault);
+  if (const DWORD fault = call.fault()) return Fail(fault, SC_HANDLE{0});
   if (database_name != nullptr && !EqualNoCase(database_name, u"ServicesActive")) {
     const bool is_other = EqualNoCase(database_name, u"ServicesFailed");
-    return None<SC_HANDLE>(is_other ? kErrorDatabaseDoesNotExist : kErrorInvalidName);
+    return Fail(is_other ? kErrorDatabaseDoesNotExist : kErrorInvalidName, SC_HANDLE{0});
   }
   Computer* const computer = session_.estate.ReachServer(machine_name);
-  if (computer == nullptr) return None<SC_HANDLE>(kErrorRpcServerUnavailable);
+  if (computer == nullptr) return Fail(kErrorRpcServerUnavailable, SC_HANDLE{0});
   DWORD granted = 0;
   const DWORD desired = desired_access | kManagerConnect;
-  if (const DWORD error = CheckManager(*computer, desired, granted)) return None<SC_HANDLE>(error);
+  if (const DWORD error = CheckManager(*computer, desired, granted)) {
+    return Fail(error, SC_HANDLE{0});
+  }
   return Hand({computer, nullptr, granted}, kName, noted);
 }
 
@@ -157,18 +174,18 @@ SC_HANDLE SimulatedServiceControl::OpenServiceW(SC_HANDLE manager, LPCWSTR servi
   constexpr std::string_view kName = "OpenServiceW";
   const Text noted = Noted(service_name, desired_access);
   const Call call = session_.Begin(kName, noted);
-  if (const DWORD fault = call.fault()) return None<SC_HANDLE>(fault);
-  DWORD error = 0;
-  Open* const open = Find(manager, true, kManagerConnect, kName, error);
-  if (open == nullptr) return None<SC_HANDLE>(error);
+  if (const DWORD fault = call.fault()) return Fail(fault, SC_HANDLE{0});
+  Open* const open = FindManager(manager, kManagerConnect, kName);
+  if (open == nullptr) return SC_HANDLE{0};
   const TextView name = ViewOf(service_name);
-  if (!IsServiceName(name)) return None<SC_HANDLE>(kErrorInvalidName);
+  if (!IsServiceName(name)) return Fail(kErrorInvalidName, SC_HANDLE{0});
   RemoveMarked(*open->computer);
   Service* const service = open->computer->FindService(name);
-  if (service == nullptr) return None<SC_HANDLE>(kErrorServiceDoesNotExist);
+  if (service == nullptr) return Fail(kErrorServiceDoesNotExist, SC_HANDLE{0});
   DWORD granted = 0;
-  error = CheckService(*open->computer, *service, desired_access, granted);
-  if (error != 0) return None<SC_HANDLE>(error);
+  if (const DWORD error = CheckService(*open->computer, *service, desired_access, granted)) {
+    return Fail(error, SC_HANDLE{0});
+  }
   return Hand({open->computer, service, granted}, kName, noted);
 }
 
@@ -188,9 +205,8 @@ BOOL SimulatedServiceControl::QueryServiceStatus(SC_HANDLE service, SERVICE_STAT
   constexpr std::string_view kName = "QueryServiceStatus";
   const Call call = session_.Begin(kName);
   if (const DWORD fault = call.fault()) return Fail(fault);
-  DWORD error = 0;
-  const Open* const open = Find(service, false, kServiceQueryStatus, kName, error);
-  if (open == nullptr) return Fail(error);
+  const Open* const open = FindService(service, kServiceQueryStatus, kName);
+  if (open == nullptr) return 0;
   *status = open->service->StatusAt(now());
   return 1;
 }
@@ -200,9 +216,8 @@ BOOL SimulatedServiceControl::QueryServiceConfigW(SC_HANDLE service, QUERY_SERVI
   constexpr std::string_view kName = "QueryServiceConfigW";
   const Call call = session_.Begin(kName);
   if (const DWORD fault = call.fault()) return Fail(fault);
-  DWORD error = 0;
-  const Open* const open = Find(service, false, kServiceQueryConfig, kName, error);
-  if (open == nullptr) return Fail(error);
+  const Open* const open = FindService(service, kServiceQueryConfig, kName);
+  if (open == nullptr) return 0;
   const Service& found = *open->service;
   Text dependencies;
   for (const Text& name : found.dependencies) dependencies += name + u'\0';
@@ -233,9 +248,8 @@ BOOL SimulatedServiceControl::QueryServiceConfig2W(SC_HANDLE service, DWORD leve
   if (session_.estate.local().description().version_major < kFirstNewVersion) {
     return Fail(kErrorProcNotFound);
   }
-  DWORD error = 0;
-  const Open* const open = Find(service, false, kServiceQueryConfig, kName, error);
-  if (open == nullptr) return Fail(error);
+  const Open* const open = FindService(service, kServiceQueryConfig, kName);
+  if (open == nullptr) return 0;
   if (level != kServiceConfigDescription) return Fail(kErrorInvalidLevel);
   const Text& description = open->service->description;
   SERVICE_DESCRIPTIONW record{};
@@ -250,13 +264,12 @@ BOOL SimulatedServiceControl::StartServiceW(SC_HANDLE service, DWORD, LPCWSTR*) 
   constexpr std::string_view kName = "StartServiceW";
   const Call call = session_.Begin(kName);
   if (const DWORD fault = call.fault()) return Fail(fault);
-  DWORD error = 0;
-  const Open* const open = Find(service, false, kServiceStart, kName, error);
-  if (open == nullptr) return Fail(error);
+  const Open* const open = FindService(service, kServiceStart, kName);
+  if (open == nullptr) return 0;
   if (open->computer->service_manager().is_locked) return Fail(kErrorServiceDatabaseLocked);
   if (open->service->StateAt(now()) != kServiceStopped) return Fail(kErrorServiceAlreadyRunning);
   std::vector<const Service*> starting;
-  error = Start(*open->computer, *open->service, starting);
+  const DWORD error = Start(*open->computer, *open->service, starting);
   return error == 0 ? 1 : Fail(error);
 }
 
@@ -266,9 +279,8 @@ BOOL SimulatedServiceControl::ControlService(SC_HANDLE service, DWORD control,
   const Call call = session_.Begin(kName, ToText(control));
   if (const DWORD fault = call.fault()) return Fail(fault);
   const DWORD rights = RightsFor(control);
-  DWORD error = 0;
-  const Open* const open = Find(service, false, rights, kName, error);
-  if (open == nullptr) return Fail(error);
+  const Open* const open = FindService(service, rights, kName);
+  if (open == nullptr) return 0;
   if (rights == 0) return Fail(kErrorInvalidParameter);
   Service& found = *open->service;
   const DWORD state = found.StateAt(now());
@@ -314,19 +326,16 @@ BOOL SimulatedServiceControl::ChangeServiceConfigW(SC_HANDLE service, DWORD serv
                                                    LPCWSTR dependencies, LPCWSTR service_start_name,
                                                    LPCWSTR password, LPCWSTR display_name) {
   constexpr std::string_view kName = "ChangeServiceConfigW";
-  const std::vector<Text> names = NamesOf(dependencies);
+  // kServiceNoChange reads as -1.
   const auto number = [](DWORD value) { return ToText(static_cast<std::int32_t>(value)); };
   const Call call = session_.Begin(
       kName, number(service_type) + u' ' + number(start_type) + u' ' + number(error_control) +
                  u' ' +
-                 Noted(binary_path_name, OrDash(load_order_group),
-                       dependencies == nullptr ? u"-" : Joined(names), OrDash(service_start_name),
-                       password == nullptr ? u"-" : (*password == u'\0' ? u"" : u"password"),
-                       OrDash(display_name)));
+                 Noted(binary_path_name, OrDash(load_order_group), NotedList(dependencies),
+                       OrDash(service_start_name), NotedPassword(password), OrDash(display_name)));
   if (const DWORD fault = call.fault()) return Fail(fault);
-  DWORD error = 0;
-  const Open* const open = Find(service, false, kServiceChangeConfig, kName, error);
-  if (open == nullptr) return Fail(error);
+  const Open* const open = FindService(service, kServiceChangeConfig, kName);
+  if (open == nullptr) return 0;
   Service& found = *open->service;
   if (found.is_marked_for_deletion) return Fail(kErrorServiceMarkedForDelete);
   const auto or_as_it_is = [](DWORD wanted, DWORD is) {
@@ -335,21 +344,15 @@ BOOL SimulatedServiceControl::ChangeServiceConfigW(SC_HANDLE service, DWORD serv
   const Wanted wanted{or_as_it_is(service_type, found.type),
                       or_as_it_is(start_type, found.start_type),
                       or_as_it_is(error_control, found.error_control),
+                      binary_path_name,
+                      load_order_group,
                       dependencies,
                       service_start_name,
+                      password,
                       display_name};
-  error = WhyNot(*open->computer, found, wanted);
-  if (error != 0) return Fail(error);
-  found.type = wanted.type;
-  found.start_type = wanted.start_type;
-  found.error_control = wanted.error_control;
-  if (binary_path_name != nullptr) found.binary_path = binary_path_name;
-  if (load_order_group != nullptr) found.load_order_group = load_order_group;
+  if (const DWORD error = WhyNot(*open->computer, found, wanted)) return Fail(error);
+  wanted.ApplyTo(found);
   if (tag_id != nullptr) *tag_id = found.tag;
-  if (dependencies != nullptr) found.dependencies = names;
-  if (wanted.has_account()) found.account = service_start_name;
-  if (password != nullptr) found.password.emplace(password);
-  if (display_name != nullptr) found.display_name = display_name;
   return 1;
 }
 
@@ -361,45 +364,35 @@ SC_HANDLE SimulatedServiceControl::CreateServiceW(SC_HANDLE manager, LPCWSTR ser
                                                   LPCWSTR dependencies, LPCWSTR service_start_name,
                                                   LPCWSTR password) {
   constexpr std::string_view kName = "CreateServiceW";
-  const std::vector<Text> names = NamesOf(dependencies);
   const Call call = session_.Begin(
       kName, Noted(service_name, OrDash(display_name), desired_access, service_type, start_type,
                    error_control, OrDash(binary_path_name), OrDash(load_order_group),
-                   dependencies == nullptr ? u"-" : Joined(names), OrDash(service_start_name),
-                   password == nullptr ? u"-" : (*password == u'\0' ? u"" : u"password")));
-  if (const DWORD fault = call.fault()) return None<SC_HANDLE>(fault);
-  DWORD error = 0;
-  const Open* const open = Find(manager, true, kManagerCreateService, kName, error);
-  if (open == nullptr) return None<SC_HANDLE>(error);
+                   NotedList(dependencies), OrDash(service_start_name), NotedPassword(password)));
+  if (const DWORD fault = call.fault()) return Fail(fault, SC_HANDLE{0});
+  const Open* const open = FindManager(manager, kManagerCreateService, kName);
+  if (open == nullptr) return SC_HANDLE{0};
   Computer& computer = *open->computer;
   const TextView name = ViewOf(service_name);
-  if (!IsServiceName(name)) return None<SC_HANDLE>(kErrorInvalidName);
+  if (!IsServiceName(name)) return Fail(kErrorInvalidName, SC_HANDLE{0});
   RemoveMarked(computer);
   if (const Service* const known = computer.FindService(name)) {
-    return None<SC_HANDLE>(known->is_marked_for_deletion ? kErrorServiceMarkedForDelete
-                                                         : kErrorServiceExists);
+    return Fail(known->is_marked_for_deletion ? kErrorServiceMarkedForDelete : kErrorServiceExists,
+                SC_HANDLE{0});
   }
-  if (ViewOf(binary_path_name).empty()) return None<SC_HANDLE>(kErrorInvalidParameter);
+  if (ViewOf(binary_path_name).empty()) return Fail(kErrorInvalidParameter, SC_HANDLE{0});
   Service& made = computer.AddService(name);
-  const Wanted wanted{service_type, start_type,         error_control,
-                      dependencies, service_start_name, display_name};
-  error = WhyNot(computer, made, wanted);
+  const Wanted wanted{service_type,       start_type,       error_control,
+                      binary_path_name,   load_order_group, dependencies,
+                      service_start_name, password,         display_name};
+  DWORD error = WhyNot(computer, made, wanted);
   DWORD granted = 0;
   if (error == 0) error = CheckService(computer, made, desired_access, granted);
   if (error != 0) {
     computer.services().erase(ToUpper(name));
-    return None<SC_HANDLE>(error);
+    return Fail(error, SC_HANDLE{0});
   }
-  made.type = service_type;
-  made.start_type = start_type;
-  made.error_control = error_control;
-  made.binary_path = binary_path_name;
-  made.load_order_group = ViewOf(load_order_group);
+  wanted.ApplyTo(made);
   if (tag_id != nullptr) *tag_id = made.tag;
-  made.dependencies = names;
-  if (wanted.has_account()) made.account = service_start_name;
-  if (password != nullptr) made.password.emplace(password);
-  if (display_name != nullptr) made.display_name = display_name;
   return Hand({&computer, &made, granted}, kName, name);
 }
 
@@ -407,9 +400,8 @@ BOOL SimulatedServiceControl::DeleteService(SC_HANDLE service) {
   constexpr std::string_view kName = "DeleteService";
   const Call call = session_.Begin(kName);
   if (const DWORD fault = call.fault()) return Fail(fault);
-  DWORD error = 0;
-  const Open* const open = Find(service, false, kDelete, kName, error);
-  if (open == nullptr) return Fail(error);
+  const Open* const open = FindService(service, kDelete, kName);
+  if (open == nullptr) return 0;
   if (open->service->is_marked_for_deletion) return Fail(kErrorServiceMarkedForDelete);
   open->service->is_marked_for_deletion = true;
   return 1;
@@ -418,12 +410,11 @@ BOOL SimulatedServiceControl::DeleteService(SC_HANDLE service) {
 SC_LOCK SimulatedServiceControl::LockServiceDatabase(SC_HANDLE manager) {
   constexpr std::string_view kName = "LockServiceDatabase";
   const Call call = session_.Begin(kName);
-  if (const DWORD fault = call.fault()) return None<SC_LOCK>(fault);
-  DWORD error = 0;
-  const Open* const open = Find(manager, true, kManagerLock, kName, error);
-  if (open == nullptr) return None<SC_LOCK>(error);
+  if (const DWORD fault = call.fault()) return Fail(fault, SC_LOCK{0});
+  const Open* const open = FindManager(manager, kManagerLock, kName);
+  if (open == nullptr) return SC_LOCK{0};
   ServiceManager& locked = open->computer->service_manager();
-  if (locked.is_locked) return None<SC_LOCK>(kErrorServiceDatabaseLocked);
+  if (locked.is_locked) return Fail(kErrorServiceDatabaseLocked, SC_LOCK{0});
   locked.is_locked = true;
   const std::uintptr_t value = session_.NewHandle();
   locks_[value] = open->computer;
@@ -472,9 +463,8 @@ BOOL SimulatedServiceControl::EnumServicesStatusW(SC_HANDLE manager, DWORD servi
       kName, ToText(service_type) + u' ' + ToText(service_state) + u' ' + ToText(size) + u' ' +
                  ToText(resume_handle == nullptr ? DWORD{0} : *resume_handle));
   if (const DWORD fault = call.fault()) return Fail(fault);
-  DWORD error = 0;
-  Open* const open = Find(manager, true, kManagerEnumerateService, kName, error);
-  if (open == nullptr) return Fail(error);
+  Open* const open = FindManager(manager, kManagerEnumerateService, kName);
+  if (open == nullptr) return 0;
   const bool has_kinds = service_type != 0 && (service_type & ~kServiceTypeAll) == 0 &&
                          service_state != 0 && service_state <= kServiceStateAll;
   if (!has_kinds || needed == nullptr || returned == nullptr) return Fail(kErrorInvalidParameter);
@@ -508,9 +498,8 @@ BOOL SimulatedServiceControl::EnumDependentServicesW(SC_HANDLE service, DWORD se
   constexpr std::string_view kName = "EnumDependentServicesW";
   const Call call = session_.Begin(kName, ToText(service_state) + u' ' + ToText(size));
   if (const DWORD fault = call.fault()) return Fail(fault);
-  DWORD error = 0;
-  const Open* const open = Find(service, false, kServiceEnumerateDependents, kName, error);
-  if (open == nullptr) return Fail(error);
+  const Open* const open = FindService(service, kServiceEnumerateDependents, kName);
+  if (open == nullptr) return 0;
   const bool has_states = service_state != 0 && service_state <= kServiceStateAll;
   if (!has_states || needed == nullptr || returned == nullptr) return Fail(kErrorInvalidParameter);
   std::vector<const Service*> dependents;
@@ -522,21 +511,26 @@ BOOL SimulatedServiceControl::EnumDependentServicesW(SC_HANDLE service, DWORD se
   return count == listed.size() ? 1 : Fail(kErrorMoreData);
 }
 
+SimulatedServiceControl::Open* SimulatedServiceControl::FindManager(SC_HANDLE manager, DWORD access,
+                                                                    std::string_view operation) {
+  return Find(manager, true, access, operation);
+}
+
+SimulatedServiceControl::Open* SimulatedServiceControl::FindService(SC_HANDLE service, DWORD access,
+                                                                    std::string_view operation) {
+  return Find(service, false, access, operation);
+}
+
 SimulatedServiceControl::Open* SimulatedServiceControl::Find(SC_HANDLE handle, bool is_manager,
                                                              DWORD access,
-                                                             std::string_view operation,
-                                                             DWORD& error) {
+                                                             std::string_view operation) {
   const auto value = static_cast<std::uintptr_t>(handle);
   const auto found = open_.find(value);
   if (found == open_.end() || (found->second.service == nullptr) != is_manager) {
     if (found == open_.end()) session_.ledger.Misused(Resource::ServiceHandle, value, operation);
-    error = kErrorInvalidHandle;
-    return nullptr;
+    return Fail<Open*>(kErrorInvalidHandle, nullptr);
   }
-  if ((access & ~found->second.access) != 0) {
-    error = kErrorAccessDenied;
-    return nullptr;
-  }
+  if ((access & ~found->second.access) != 0) return Fail<Open*>(kErrorAccessDenied, nullptr);
   return &found->second;
 }
 

@@ -64,10 +64,10 @@ class SimulatedServiceControl final : public ServiceControl {
   // What a change or a new service says of the configuration.
   struct Wanted;
 
-  // What the handle stands for, if it is a service (or manager) opened for this access; else null,
-  // with the code.
-  Open* Find(SC_HANDLE handle, bool is_manager, DWORD access, std::string_view operation,
-             DWORD& error);
+  // What a handle stands for that was opened for this access; else null, with the last error.
+  Open* FindManager(SC_HANDLE manager, DWORD access, std::string_view operation);
+  Open* FindService(SC_HANDLE service, DWORD access, std::string_view operation);
+  Open* Find(SC_HANDLE handle, bool is_manager, DWORD access, std::string_view operation);
   SC_HANDLE Hand(Open open, std::string_view operation, TextView detail);
   // The code that the caller is refused this access with, or 0 and what he is granted.
   DWORD CheckManager(Computer& computer, DWORD desired, DWORD& granted);

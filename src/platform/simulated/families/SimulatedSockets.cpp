@@ -23,9 +23,7 @@ int Rank(WORD version) { return Major(version) << 8 | version >> 8; }
 
 int SimulatedSockets::WSAStartup(WORD version, SOCKETS_DATA* data) {
   const Call call = session_.Begin("WSAStartup", ToText(version));
-  if (const DWORD fault = call.fault()) {
-    return static_cast<int>(fault);
-  }
+  if (const DWORD fault = call.fault()) return static_cast<int>(fault);
   if (Major(version) == 0) return static_cast<int>(kErrorVersionNotSupported);
   if (data == nullptr) return static_cast<int>(kErrorBadPointer);
   const SocketLibrary& library = session_.estate.socket_library();
@@ -52,17 +50,17 @@ int SimulatedSockets::WSACleanup() {
 }
 
 const HOSTENT* SimulatedSockets::gethostbyname(LPCSTR name) {
-  name_ = name == nullptr ? "" : name;
-  const Call call = session_.Begin("gethostbyname", FromUtf8(name_));
+  const Text asked = FromUtf8(name == nullptr ? "" : name);
+  const Call call = session_.Begin("gethostbyname", asked);
   DWORD error = call.fault();
-  const std::vector<Address>* const found = session_.estate.FindHost(FromUtf8(name_));
+  const std::vector<Address>* const found = session_.estate.FindHost(asked);
   if (error == 0 && starts_.empty()) error = kErrorNotStarted;
   if (error == 0 && (found == nullptr || found->empty())) error = kErrorHostNotFound;
   if (error != 0) {
     SetLastPlatformError(error);
     return nullptr;
   }
-  if (name_.empty()) name_ = ToUtf8(session_.estate.local().name());
+  name_ = ToUtf8(asked.empty() ? session_.estate.local().name() : asked);
   addresses_ = *found;
   address_list_.clear();
   for (Address& address : addresses_) {

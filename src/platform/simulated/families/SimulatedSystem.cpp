@@ -19,14 +19,6 @@ constexpr UINT kCodePageWestern = 1252;
 // They choose among ways to write what a code page lacks, of which it has but one here.
 constexpr DWORD kBestFitAndCompositionFlags = 0x670;
 
-// Copies a name with its NUL if `size` characters are enough for it.
-bool Copy(TextView name, LPWSTR buffer, DWORD size) {
-  if (size < name.size() + 1) return false;
-  std::copy(name.begin(), name.end(), buffer);
-  buffer[name.size()] = u'\0';
-  return true;
-}
-
 // The Western code page: Latin-1 but for these 32. Bytes without a character stand for themselves.
 constexpr std::array<char16_t, 32> kWesternHigh = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
@@ -58,7 +50,7 @@ BOOL SimulatedSystem::GetUserNameW(LPWSTR buffer, DWORD* size) {
   const Call call = session_.Begin("GetUserNameW");
   if (const DWORD fault = call.fault()) return Fail(fault);
   const Text& name = session_.estate.user_name();
-  const bool fits = Copy(name, buffer, *size);
+  const bool fits = CopyText(name, buffer, *size);
   *size = static_cast<DWORD>(name.size() + 1);
   return fits ? 1 : Fail(kErrorInsufficientBuffer);
 }
@@ -67,20 +59,16 @@ BOOL SimulatedSystem::GetComputerNameW(LPWSTR buffer, DWORD* size) {
   const Call call = session_.Begin("GetComputerNameW");
   if (const DWORD fault = call.fault()) return Fail(fault);
   const Text& name = session_.estate.local().name();
-  const bool fits = Copy(name, buffer, *size);
+  const bool fits = CopyText(name, buffer, *size);
   *size = static_cast<DWORD>(fits ? name.size() : name.size() + 1);
   return fits ? 1 : Fail(kErrorBufferOverflow);
 }
 
 DWORD SimulatedSystem::GetTimeZoneInformation(TIME_ZONE_INFORMATION* information) {
   const Call call = session_.Begin("GetTimeZoneInformation");
-  if (const DWORD fault = call.fault()) {
-    Fail(fault);
-    return kTimeZoneIdInvalid;
-  }
+  if (const DWORD fault = call.fault()) return Fail(fault, kTimeZoneIdInvalid);
   if (session_.estate.current_zone() == kTimeZoneIdInvalid) {
-    Fail(kErrorInvalidParameter);
-    return kTimeZoneIdInvalid;
+    return Fail(kErrorInvalidParameter, kTimeZoneIdInvalid);
   }
   *information = session_.estate.time_zone();
   return session_.estate.current_zone();
@@ -254,10 +242,7 @@ INT SimulatedSystem::LCMapStringW(DWORD locale, DWORD flags, LPCWSTR text, INT t
 DWORD SimulatedSystem::ExpandEnvironmentStringsW(LPCWSTR source, LPWSTR target, DWORD size) {
   TextView rest = ViewOf(source);
   const Call call = session_.Begin("ExpandEnvironmentStringsW", rest);
-  if (const DWORD fault = call.fault()) {
-    Fail(fault);
-    return 0;
-  }
+  if (const DWORD fault = call.fault()) return Fail(fault, DWORD{0});
   Text expanded;
   while (!rest.empty()) {
     const std::size_t start = std::min(rest.find(u'%'), rest.size());
@@ -272,7 +257,7 @@ DWORD SimulatedSystem::ExpandEnvironmentStringsW(LPCWSTR source, LPWSTR target, 
     expanded += value ? TextView(*value) : rest.substr(0, end + 1);
     rest.remove_prefix(end + 1);
   }
-  if (target != nullptr) Copy(expanded, target, size);
+  if (target != nullptr) CopyText(expanded, target, size);
   return static_cast<DWORD>(expanded.size() + 1);
 }
 
@@ -283,9 +268,7 @@ INT SimulatedSystem::lstrlenW(LPCWSTR text) {
 
 void* SimulatedSystem::CoTaskMemAlloc(std::size_t size) {
   const Call call = session_.Begin("CoTaskMemAlloc", ToText(static_cast<std::int64_t>(size)));
-  if (call.fault() != 0) {
-    return nullptr;
-  }
+  if (call.fault() != 0) return nullptr;
   return session_.AllocateTask(size, "CoTaskMemAlloc", std::to_string(size));
 }
 
@@ -299,10 +282,7 @@ void SimulatedSystem::CoTaskMemFree(void* memory) {
 
 HLOCAL SimulatedSystem::LocalAlloc(UINT, std::size_t size) {
   const Call call = session_.Begin("LocalAlloc", ToText(static_cast<std::int64_t>(size)));
-  if (const DWORD fault = call.fault()) {
-    Fail(fault);
-    return nullptr;
-  }
+  if (const DWORD fault = call.fault()) return Fail(fault, nullptr);
   return session_.AllocateLocal(size, "LocalAlloc", std::to_string(size));
 }
 
@@ -312,13 +292,11 @@ HLOCAL SimulatedSystem::LocalFree(HLOCAL memory) {
   if (memory == nullptr) return nullptr;
   if (!session_.ledger.Closed(Resource::LocalMemory, reinterpret_cast<std::uintptr_t>(memory),
                               "LocalFree")) {
-    Fail(kErrorInvalidHandle);
-    return memory;
+    return Fail(kErrorInvalidHandle, memory);
   }
   session_.local_memory.erase(memory);
   if (fault == 0) return nullptr;
-  Fail(fault);
-  return memory;
+  return Fail(fault, memory);
 }
 
 }  // namespace veldmark::simulated

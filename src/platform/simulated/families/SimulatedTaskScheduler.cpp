@@ -39,9 +39,10 @@ class Held {
 };
 
 LPWSTR HandOutText(Session& session, std::string_view operation, TextView text) {
-  auto* const copy = static_cast<LPWSTR>(
-      session.AllocateTask((text.size() + 1) * sizeof(char16_t), operation, ToUtf8(text)));
-  copy[text.copy(copy, text.size())] = u'\0';
+  const std::size_t units = text.size() + 1;
+  auto* const copy =
+      static_cast<LPWSTR>(session.AllocateTask(units * sizeof(char16_t), operation, ToUtf8(text)));
+  CopyText(text, copy, units);
   return copy;
 }
 
@@ -69,7 +70,7 @@ struct Item {
   std::optional<Secret> password{};
   bool has_new_account = false;
 
-  Place Find() const { return simulated::Find(Path::Parse(path, session.estate), session.estate); }
+  Place Find() const { return simulated::Find(path, session.estate); }
 
   // The file, once it is saved where the scheduler looks for it, brought up to the clock.
   std::shared_ptr<FileNode> Scheduled() const {
@@ -176,7 +177,7 @@ class SimulatedPersistFile final : public IPersistFile {
     JobFile job = item_->Current();
     Update(job);
     if (!job.Write()) return kInvalidArgument;
-    Place place = simulated::Find(Path::Parse(path, estate), estate);
+    Place place = Find(path, estate);
     if (place.node == nullptr) {
       if (const DWORD error = Make(place, path)) return ResultOf(error);
     } else if (is_copy) {
@@ -278,14 +279,11 @@ class SimulatedTask final : public ITask {
   }
 
   HRESULT DeleteTrigger(WORD index) override {
-    return Do(
-        "ITask::DeleteTrigger", this,
-        [&] {
-          if (index >= item_->triggers.size()) return kTriggerNotFound;
-          item_->triggers.erase(item_->triggers.begin() + index);
-          return kOk;
-        },
-        ToText(index));
+    return Do("ITask::DeleteTrigger", ToText(index), this, [&] {
+      if (index >= item_->triggers.size()) return kTriggerNotFound;
+      item_->triggers.erase(item_->triggers.begin() + index);
+      return kOk;
+    });
   }
 
   HRESULT GetTriggerCount(WORD* count) override {
@@ -296,14 +294,11 @@ class SimulatedTask final : public ITask {
   }
 
   HRESULT GetTrigger(WORD index, Ref<ITaskTrigger>* trigger) override {
-    return Do(
-        "ITask::GetTrigger", trigger,
-        [&] {
-          if (index >= item_->triggers.size()) return kTriggerNotFound;
-          *trigger = Make<SimulatedTrigger>(session(), "ITask::GetTrigger", item_->triggers[index]);
-          return kOk;
-        },
-        ToText(index));
+    return Do("ITask::GetTrigger", ToText(index), trigger, [&] {
+      if (index >= item_->triggers.size()) return kTriggerNotFound;
+      *trigger = Make<SimulatedTrigger>(session(), "ITask::GetTrigger", item_->triggers[index]);
+      return kOk;
+    });
   }
 
   HRESULT GetNextRunTime(SYSTEMTIME* next) override {
@@ -387,16 +382,13 @@ class SimulatedTask final : public ITask {
   HRESULT GetFlags(DWORD* flags) override { return Get("ITask::GetFlags", &JobFile::flags, flags); }
 
   HRESULT SetAccountInformation(LPCWSTR account, LPCWSTR password) override {
-    return Do(
-        "ITask::SetAccountInformation", account,
-        [&] {
-          item_->account = account;
-          item_->password.reset();
-          if (password != nullptr) item_->password.emplace(password);
-          item_->has_new_account = true;
-          return kOk;
-        },
-        ViewOf(account));
+    return Do("ITask::SetAccountInformation", ViewOf(account), account, [&] {
+      item_->account = account;
+      item_->password.reset();
+      if (password != nullptr) item_->password.emplace(password);
+      item_->has_new_account = true;
+      return kOk;
+    });
   }
 
   HRESULT GetAccountInformation(LPWSTR* account) override {
@@ -448,9 +440,13 @@ class SimulatedTask final : public ITask {
  private:
   Session& session() const { return item_->session; }
 
+  // Does what a method is for, unless it has no place for what it is to give.
   template <typename Action>
-  HRESULT Do(std::string_view operation, const void* place, const Action& action,
-             TextView noted = {}) {
+  HRESULT Do(std::string_view operation, const void* place, const Action& action) {
+    return Do(operation, {}, place, action);
+  }
+  template <typename Action>
+  HRESULT Do(std::string_view operation, TextView noted, const void* place, const Action& action) {
     const Call call = session().Begin(operation, noted);
     if (const DWORD fault = call.fault()) return ResultOf(fault);
     return place == nullptr ? kInvalidArgument : HRESULT{action()};
@@ -461,28 +457,22 @@ class SimulatedTask final : public ITask {
   }
 
   HRESULT Put(std::string_view operation, Text JobFile::*field, LPCWSTR text) {
-    return Do(
-        operation, this,
-        [&] {
-          item_->job.*field = ViewOf(text);
-          return kOk;
-        },
-        ViewOf(text));
+    return Do(operation, ViewOf(text), this, [&] {
+      item_->job.*field = ViewOf(text);
+      return kOk;
+    });
+  }
+  HRESULT Put(std::string_view operation, DWORD JobFile::*field, DWORD value) {
+    return Do(operation, ToText(value), this, [&] {
+      item_->job.*field = value;
+      return kOk;
+    });
   }
   HRESULT Get(std::string_view operation, Text JobFile::*field, LPWSTR* text) {
     return Do(operation, text, [&] {
       *text = HandOutText(session(), operation, item_->job.*field);
       return kOk;
     });
-  }
-  HRESULT Put(std::string_view operation, DWORD JobFile::*field, DWORD value) {
-    return Do(
-        operation, this,
-        [&] {
-          item_->job.*field = value;
-          return kOk;
-        },
-        ToText(value));
   }
   HRESULT Get(std::string_view operation, DWORD JobFile::*field, DWORD* value) {
     return Do(operation, value, [&] {
@@ -551,7 +541,7 @@ class SimulatedScheduler final : public ITaskScheduler {
     if (items == nullptr) return kInvalidArgument;
     std::vector<Text> names;
     const Text path = FolderPath();
-    const Place place = simulated::Find(Path::Parse(path, session_.estate), session_.estate);
+    const Place place = Find(path, session_.estate);
     if (place.node != nullptr) {
       const bool is_closed =
           place.node->list_denied() ||
@@ -573,7 +563,7 @@ class SimulatedScheduler final : public ITaskScheduler {
     if (const DWORD fault = call.fault()) return ResultOf(fault);
     if (task == nullptr || ViewOf(name).empty()) return kInvalidArgument;
     const Text path = PathOf(name);
-    Place place = simulated::Find(Path::Parse(path, session_.estate), session_.estate);
+    Place place = Find(path, session_.estate);
     const bool denied = place.node != nullptr && place.node->read_denied();
     if (const DWORD error = OpenError(session_, place, kGenericRead, denied, kReading)) {
       return ResultOf(error == kErrorPathNotFound ? kErrorFileNotFound : error);
@@ -600,8 +590,7 @@ class SimulatedScheduler final : public ITaskScheduler {
     const Call call = session_.Begin("ITaskScheduler::Delete", ViewOf(name));
     if (const DWORD fault = call.fault()) return ResultOf(fault);
     if (ViewOf(name).empty()) return kInvalidArgument;
-    const Place place =
-        simulated::Find(Path::Parse(PathOf(name), session_.estate), session_.estate);
+    const Place place = Find(PathOf(name), session_.estate);
     const bool denied = place.node != nullptr && place.node->delete_denied();
     if (const DWORD error = OpenError(session_, place, kDelete, denied, kDeleting)) {
       return ResultOf(error == kErrorPathNotFound ? kErrorFileNotFound : error);
@@ -617,7 +606,7 @@ class SimulatedScheduler final : public ITaskScheduler {
     if (task == nullptr || ViewOf(name).empty()) return kInvalidArgument;
     if (!IsValidName(JobName(name))) return ResultOf(kErrorInvalidName);
     const Text path = PathOf(name);
-    if (simulated::Find(Path::Parse(path, session_.estate), session_.estate).node != nullptr) {
+    if (Find(path, session_.estate).node != nullptr) {
       return ResultOf(kErrorFileExists);
     }
     JobFile job;

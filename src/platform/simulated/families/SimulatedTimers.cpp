@@ -14,10 +14,7 @@ constexpr UINT kLongestElapse = 0x7FFFFFFF;
 
 UINT_PTR SimulatedTimers::SetTimer(HWND, UINT_PTR id, UINT elapse, TIMERPROC callback) {
   const Call call = session_.Begin("SetTimer", ToText(elapse));
-  if (const DWORD fault = call.fault()) {
-    Fail(fault);
-    return 0;
-  }
+  if (const DWORD fault = call.fault()) return Fail(fault, UINT_PTR{0});
   if (Find(id) == nullptr) id = ++last_id_;
   const std::uint64_t period = std::clamp(elapse, kShortestElapse, kLongestElapse);
   timers_[id] = {session_.estate.milliseconds() + period, period, callback};

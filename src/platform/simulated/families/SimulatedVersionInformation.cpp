@@ -14,8 +14,7 @@ DWORD SimulatedVersionInformation::GetFileVersionInfoSizeW(LPCWSTR file_name, DW
   std::shared_ptr<FileNode> file;
   if (error == 0) error = Open(file_name, file);
   if (error == 0) return static_cast<DWORD>(file->version()->size());
-  Fail(error);
-  return 0;
+  return Fail(error, DWORD{0});
 }
 
 BOOL SimulatedVersionInformation::GetFileVersionInfoW(LPCWSTR file_name, DWORD, DWORD length,
@@ -32,7 +31,7 @@ BOOL SimulatedVersionInformation::GetFileVersionInfoW(LPCWSTR file_name, DWORD, 
 }
 
 DWORD SimulatedVersionInformation::Open(LPCWSTR file_name, std::shared_ptr<FileNode>& file) {
-  const Place place = Find(Path::Parse(ViewOf(file_name), session_.estate), session_.estate);
+  const Place place = Find(ViewOf(file_name), session_.estate);
   if (place.node == nullptr) return place.error;
   if (place.node->is_folder() || place.node->is_delete_pending() || place.node->read_denied()) {
     return kErrorAccessDenied;

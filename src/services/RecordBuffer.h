@@ -1,25 +1,30 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <span>
 
-#include "apartment/Conversions.h"
 #include "automation/Text.h"
-#include "platform/operations/ErrorCodes.h"
 #include "platform/operations/Types.h"
 
 namespace veldmark {
 
-/// What a query of the service manager left in a buffer: records at its start, and the texts that
-/// they name behind them. What leaves the buffer raises 13.
-class ServiceBlock {
+/// What an operation left in a buffer: records at its start, and the texts that they name behind
+/// them. What leaves the buffer raises 13; nothing outside of it is read.
+class RecordBuffer {
  public:
   /// The bytes outlive it, and stay where they are.
-  explicit ServiceBlock(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
+  explicit RecordBuffer(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
 
+  /// Raises 13 where so many records don't fit.
+  template <class Record>
+  void RequireRecords(std::size_t count) const {
+    RequireRoom(count, sizeof(Record));
+  }
   template <class Record>
   Record RecordAt(std::size_t index) const {
-    if (index >= bytes_.size() / sizeof(Record)) RaisePlatformError(kErrorInvalidData);
+    RequireRecords<Record>(index + 1);
     Record record;
     std::memcpy(&record, bytes_.data() + index * sizeof record, sizeof record);
     return record;
@@ -30,10 +35,9 @@ class ServiceBlock {
   Text NamesOf(LPCWSTR names) const;
 
  private:
-  /// Where in the bytes a text begins.
-  std::size_t OffsetOf(LPCWSTR text) const;
-  /// The text there; `offset` becomes what lies behind its NUL.
-  Text TextAt(std::size_t& offset) const;
+  void RequireRoom(std::size_t count, std::size_t size) const;
+  /// The bytes from an address on.
+  std::span<const std::uint8_t> From(LPCWSTR address) const;
 
   std::span<const std::uint8_t> bytes_;
 };
