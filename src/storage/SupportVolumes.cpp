@@ -4,11 +4,9 @@
 #include "apartment/CSupport.h"
 #include "apartment/Conversions.h"
 #include "apartment/Errors.h"
+#include "apartment/NetworkPages.h"
 #include "collections/Deliver.h"
 #include "network/CServer.h"
-#include "platform/operations/ErrorCodes.h"
-#include "platform/operations/Handles.h"
-#include "platform/operations/Records.h"
 #include "storage/CShare.h"
 #include "storage/CShares.h"
 #include "storage/CVolume.h"
@@ -40,29 +38,21 @@ Ref<CVolumes> CSupport::GetVolumes(CServer& server, bool async) {
     NetworkManagement& network = Apartment::Current().platform.network_management;
     const Text name = server.ServerName;
     const LPCWSTR server_name = name.empty() ? nullptr : name.c_str();
-    DWORD resume = 0;
-    for (DWORD code = kErrorMoreData; code == kErrorMoreData;) {
-      NetworkBuffer buffer(network);
-      DWORD read = 0;
-      DWORD total = 0;
-      const DWORD asked_from = resume;
-      code = network.NetServerDiskEnum(server_name, 0, buffer.Receive(), kMaxPreferredLength, &read,
-                                       &total, &resume);
-      const bool leads_nowhere = code == kErrorMoreData && read == 0 && resume == asked_from;
-      if ((code != 0 && code != kErrorMoreData) || leads_nowhere) {
-        RaisePlatformError(static_cast<std::int32_t>(code));
-      }
-      for (const DiskRecord& disk : RecordsIn<DiskRecord>(buffer.Get(), read)) {
-        const auto volume = Make<CVolume>();
-        volume->VolumeName = TrimAtNul(TextView(disk.data(), disk.size()));
-        const Text share = volume->VolumeName.substr(0, 1) + u"$";
-        volume->SetVolumePath(u"\\\\" + name + u"\\" + share);
-        // One that isn't shared for administration can't be reached.
-        if (!shared.contains(share)) continue;
-        volume->ServerName = name;
-        if (!Deliver(*this, volumes, volume, async)) return volumes;
-      }
-    }
+    WalkNetworkPages<DiskRecord, DWORD>(
+        {},
+        [&](BYTE** buffer, auto... counts) {
+          return network.NetServerDiskEnum(server_name, 0, buffer, kMaxPreferredLength, counts...);
+        },
+        [&](const DiskRecord& disk) {
+          const auto volume = Make<CVolume>();
+          volume->VolumeName = TrimAtNul(TextView(disk.data(), disk.size()));
+          const Text share = volume->VolumeName.substr(0, 1) + u"$";
+          volume->SetVolumePath(u"\\\\" + name + u"\\" + share);
+          // One that isn't shared for administration can't be reached.
+          if (!shared.contains(share)) return true;
+          volume->ServerName = name;
+          return Deliver(*this, volumes, volume, async);
+        });
     return volumes;
   });
 }

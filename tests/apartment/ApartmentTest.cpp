@@ -1,13 +1,17 @@
+#include <memory>
 #include <thread>
 
 #include "apartment/CStatus.h"
 #include "apartment/CSupport.h"
+#include "apartment/DebugLog.h"
+#include "automation/CaseMapping.h"
 #include "automation/Interface.h"
 #include "collections/Collection.h"
 #include "network/CDomain.h"
 #include "network/CNetHood.h"
 #include "registry/CRegistry.h"
 #include "root/CMyComputer.h"
+#include "root/ObjectModel.h"
 #include "root/SystemRoot.h"
 #include "security/CSecurityDescriptor.h"
 #include "storage/CFolder.h"
@@ -65,60 +69,44 @@ TEST(StartUp, SwallowsTheFailureOfAnyPlatformCall) {
 }
 
 TEST(StartUp, GivesEachThreadItsOwnModuleState) {
-  SimulatedApartment here;
+  const SimulatedApartment here;
   const CStatus* other_status = nullptr;
-  bool ended = false;
   std::thread([&] {
-    SimulatedApartment there;
-    const auto root = Make<SystemRoot>();
-    other_status = root->GetStatusObject().Get();
-    EXPECT_EQ(Apartment::Current().counters[Counter::kSystemRoot], 1);
-    Apartment::Current().err.Set(AutomationError(5, u"", u""));
-    ended = true;
+    const SimulatedApartment there;
+    other_status = &StatusObject();
+    Err().Set(AutomationError(5, u"", u""));
   }).join();
-  ASSERT_TRUE(ended);
-  EXPECT_NE(other_status, Apartment::Current().status.Get());
-  EXPECT_EQ(Apartment::Current().counters[Counter::kSystemRoot], 0);
+  EXPECT_TRUE(other_status);
+  EXPECT_NE(other_status, &StatusObject());
   EXPECT_EQ(Err().Number(), 0);
 }
 
 TEST(StartUp, LetsAnObjectOutliveItsApartment) {
-  Ref<SystemRoot> root;
-  {
-    SimulatedApartment apartment;
-    root = Make<SystemRoot>();
-  }
+  auto apartment = std::make_unique<SimulatedApartment>();
+  const auto root = Make<SystemRoot>();
+  apartment = nullptr;
   EXPECT_EQ(TypeName(root.Get()), u"SystemRoot");
-  root = nullptr;
 }
 
 TEST_F(FrameTest, SharesStateBetweenRootsAndMakesNewObjectsWhereItSaysSo) {
   const auto one = Make<SystemRoot>();
-  const auto two = Make<SystemRoot>();
-  EXPECT_EQ(one->GetStatusObject(), two->GetStatusObject());
+  EXPECT_EQ(one->GetStatusObject(), Make<SystemRoot>()->GetStatusObject());
   EXPECT_NE(one->GetMyComputer(), one->GetMyComputer());
   EXPECT_NE(one->GetNetHood(), one->GetNetHood());
   EXPECT_NE(one->GetRegistry(), one->GetRegistry());
   EXPECT_EQ(one->GetDomain(u"HARBOUR")->DomainName, u"HARBOUR");
-  EXPECT_EQ(Apartment::Current().counters[Counter::kSystemRoot], 2);
 
   const Ref<Collection> accounts = Apartment::Current().account_cache;
-  Apartment::Current().sid_cache->Add(Variant(1));
-  accounts->Add(Variant(1));
+  for (const auto& cache : {Apartment::Current().sid_cache, accounts}) cache->Add(Variant(1));
   one->ClearSidCache();
   EXPECT_EQ(Apartment::Current().sid_cache->Count(), 0);
   EXPECT_EQ(Apartment::Current().account_cache, accounts);
   EXPECT_EQ(accounts->Count(), 1);
-}
 
-TEST_F(FrameTest, NamesComputerAndUserAndSaysUnknownWhereThePlatformFails) {
-  const auto root = Make<SystemRoot>();
-  EXPECT_EQ(root->LocalComputerName(), u"LOCALHOST");
-  EXPECT_EQ(root->LocalUserName(), u"user");
+  EXPECT_EQ(one->LocalComputerName() + one->LocalUserName(), u"LOCALHOSTuser");
   faults().FailEvery("GetComputerNameW", 5);
   faults().FailEvery("GetUserNameW", 5);
-  EXPECT_EQ(root->LocalComputerName(), u"(unknown)");
-  EXPECT_EQ(root->LocalUserName(), u"(unknown)");
+  EXPECT_EQ(one->LocalComputerName() + one->LocalUserName(), u"(unknown)(unknown)");
 }
 
 TEST_F(FrameTest, FailsWith91WhereStartUpLeftNothingAndOtherwiseAsItsMembersSay) {
@@ -133,6 +121,71 @@ TEST_F(FrameTest, FailsWith91WhereStartUpLeftNothingAndOtherwiseAsItsMembersSay)
   EXPECT_EQ(FailureOf([&] { Call(*root, u"CreateSD", MemberKind::kMethod, {Variant(0)}); }),
             u"-2147220593|Veldmark|Function is obsolete");
   EXPECT_EQ(Err().Number(), -2147220593);
+}
+
+TEST_F(FrameTest, ReportsItsObjectsInTheirOrderWhereSomethingIsAlive) {
+  constexpr TextView kReported =
+      u"SystemRoot MyComputer NetHood Networks Network Domains Domain Servers Server Groups Group "
+      u"Users User Drives Drive Shares Share Services Service Printers Printer Volumes Volume "
+      u"SecurityDescriptor Acl Aces Ace Sids Sid Files File Folders Folder PathNames PathName "
+      u"EventLogEntries EventLogEntry ";
+  Apartment::Current().well_known_groups = nullptr;
+  const Text titles = u"Current Object Counts\r\n=====================";
+  const auto report = [] { return StatusObject().GetDebugInfo(u"ObjectCounts"); };
+  EXPECT_EQ(report(), titles);
+  EXPECT_EQ(StatusObject().GetDebugInfo(u"objectcounts"),
+            u"Debug Type 'objectcounts' not recognized.");
+  std::vector<Ref<Object>> alive;
+  for (const Interface* table : ObjectModel()) {
+    const Text name = table->name == u"SystemRoot" ? table->name : table->name.substr(1);
+    const bool reported = (u" " + Text(kReported)).find(u" " + name + u" ") != Text::npos;
+    const Ref<Object> one = table->create();
+    EXPECT_EQ(report(), reported ? titles + u"\r\n" + name + u" = 1" : titles);
+  }
+  for (const Interface* table : ObjectModel()) alive.push_back(table->create());
+  Apartment& apartment = Apartment::Current();
+  apartment.sid_cache->Add(Variant(1));
+  apartment.pdc_cache->Add(Variant(1));
+  apartment.account_cache = nullptr;
+  apartment.machine_paths->Add(Variant(1));
+  EXPECT_EQ(report(), titles + u"\r\n" + ReplaceAll(kReported, u" ", u" = 1\r\n") +
+                          u"PDC's Collection = 1\r\nSID's Collection = 1");
+}
+
+constexpr TextView kLog = u"C:\\Program Files\\Veldmark2\\VK2_DEBUG.LOG";
+
+struct LoggingWorld : SimulatedApartment {
+  LoggingWorld() {
+    local().AddFolder(u"C:\\Program Files\\Veldmark2");
+    Apartment::Current().debug = true;
+  }
+};
+
+using Logging = TestIn<LoggingWorld>;
+
+TEST_F(Logging, LinesAreAppendedInTheSystemsCodePageWhileTheFlagIsOn) {
+  Apartment::Current().debug = false;
+  DebugLog(u"unheard");
+  EXPECT_TRUE(journal().entries().empty());
+  Apartment::Current().debug = true;
+  DebugLog(u"first");
+  DebugLog(u"");
+  DebugLog(u"Gr\u00F6\u00DFe 5 \u20AC, \u4E2D");
+  EXPECT_EQ(ContentOf(kLog), "first\r\n\r\nGr\xF6\xDF\x65 5 \x80, ?\r\n");
+  estate().SetModuleFolder(u"C:\\");
+  DebugLog(u"at the root");
+  EXPECT_EQ(ContentOf(u"C:\\VK2_DEBUG.LOG"), "at the root\r\n");
+  estate().SetModuleFolder(u"C:\\Missing");
+  EXPECT_EQ(FailureOf([] { DebugLog(u"lost"); }), u"76|Veldmark2|Path not found");
+}
+
+TEST(LoggingFaults, AFailedWriteIsRaisedAndTheFileClosed) {
+  SweepFaults<LoggingWorld>(
+      {"CloseHandle"}, [](LoggingWorld&) { DebugLog(u"na\u00EFve"); },
+      [](LoggingWorld&, const std::string& failed, bool raised) {
+        EXPECT_EQ(raised, failed != "CloseHandle");
+      },
+      {"CreateFileW", "WriteFile"});
 }
 
 }  // namespace
