@@ -8,7 +8,6 @@
 #include "apartment/BitsHelper.h"
 #include "apartment/Errors.h"
 #include "automation/Conversion.h"
-#include "platform/operations/ErrorCodes.h"
 #include "support/ApartmentFixture.h"
 #include "support/ErrorOf.h"
 
