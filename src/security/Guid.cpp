@@ -55,8 +55,7 @@ class Groups {
 };
 
 BYTE ByteAt(TextView group, std::size_t position) {
-  const TextView digits = position < group.size() ? group.substr(position, 2) : TextView();
-  return static_cast<BYTE>(HexNumber(digits, 2));
+  return static_cast<BYTE>(HexNumber(group.substr(std::min(position, group.size()), 2), 2));
 }
 
 void AppendHex(Text& text, std::uint32_t number, int digits) {

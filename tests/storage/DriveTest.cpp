@@ -1,8 +1,15 @@
+#include "automation/Secret.h"
+#include "network/CServer.h"
 #include "root/CMyComputer.h"
 #include "root/SystemRoot.h"
 #include "storage/CDrive.h"
 #include "storage/CDrives.h"
+#include "storage/CShare.h"
+#include "storage/CShares.h"
+#include "storage/CVolume.h"
+#include "storage/CVolumes.h"
 #include "storage/StorageFixture.h"
+#include "support/MixedPlatform.h"
 
 namespace veldmark {
 namespace {
@@ -18,7 +25,9 @@ class Drives : public StorageTest {
     local().volume(u'D').label = u"DISC";
     local().volume(u'D').serial = 0xFEDCBA98;
     local().volume(u'F').ready = false;
+    local().volume(u'A').serial = 1;
     local().volume(u'C').serial = 0x1A2B3C4D;
+    estate().FindComputer(u"SRV")->volume(u'C').serial = 0x10;
     estate().MapDrive(u'P', u"\\\\SRV\\Share");
   }
 
@@ -30,16 +39,17 @@ class Drives : public StorageTest {
 
 Variant Bytes(std::int64_t count) { return Variant(Currency{count * Currency::kScale}); }
 
-TEST_F(Drives, AreListedByLetterPathAndTypeWithoutAskingForMore) {
+TEST_F(Drives, AreListedByLetterRootAndTypeWithoutAskingForMore) {
   const Ref<CDrives> drives = Make<SystemRoot>()->GetMyComputer()->GetDrives();
   std::string listed;
   for (std::int32_t i = 1; i <= drives->Count(); ++i) {
     Variant index(i);
     const Ref<CDrive> drive = drives->Item(index);
-    listed += ToUtf8(drive->DriveLetter + u" " + drive->Path + u" ") +
+    const Ref<CFolder> root = drive->GetRootFolder();
+    listed += ToUtf8(drive->DriveLetter + u" " + root->Path() + root->FolderName + u" ") +
               std::to_string(drive->DriveType) + ", ";
   }
-  EXPECT_EQ(listed, "A A: 2, C C: 3, D D: 5, E E: 3, F F: 2, P P: 4, ");
+  EXPECT_EQ(listed, "A A:\\ 2, C C:\\ 3, D D:\\ 5, E E:\\ 3, F F:\\ 2, P P:\\ 4, ");
   EXPECT_EQ(journal().entries().size(), 7u);
   EXPECT_EQ(Engine().GetDriveInfo(u"Q:", false)->DriveType, DT_Unknown);
   faults().FailEvery("GetLogicalDriveStringsW", 5);
@@ -48,35 +58,26 @@ TEST_F(Drives, AreListedByLetterPathAndTypeWithoutAskingForMore) {
 
 TEST_F(Drives, TellTheirSpaceAsCurrencyOnceItIsAskedFor) {
   simulated::Volume& volume = local().volume(u'C');
-  constexpr std::uint64_t kMost = 922337203685477;
-  struct Case {
-    std::uint64_t total, free, to_caller;
-    std::int32_t raised;
-  };
-  for (const Case& c : {Case{1000, 900, 80, 0}, Case{kMost, 0, 0, 0}, Case{kMost + 1, 0, 0, 6}}) {
-    volume.total = c.total;
-    volume.free = c.free;
-    volume.free_to_caller = c.to_caller;
+  volume.free = 900;
+  volume.free_to_caller = 80;
+  constexpr std::int64_t kMost = 922337203685477;
+  for (const std::int64_t total : {kMost + 1, kMost, std::int64_t{1000}}) {
+    volume.total = static_cast<std::uint64_t>(total);
     const Ref<CDrive> drive = Drive(u"c");
     journal().Clear();
     for (int attempt = 1; attempt <= 2; ++attempt) {
-      Variant total;
-      EXPECT_EQ(ErrorOf([&] { total = Call(*drive, u"TotalSize", MemberKind::kGet); }), c.raised);
-      EXPECT_EQ(journal().Count("GetDiskFreeSpaceExW"),
-                c.raised ? static_cast<std::size_t>(attempt) : 1u);
-      if (c.raised) continue;
-      EXPECT_EQ(total, Bytes(static_cast<std::int64_t>(c.total)));
-      EXPECT_EQ(drive->FreeSpace(), Bytes(static_cast<std::int64_t>(c.free)));
-      EXPECT_EQ(drive->AvailableSpace(), drive->FreeSpace()) << "whatever the quota";
+      Variant told;
+      EXPECT_EQ(ErrorOf([&] { told = drive->TotalSize(); }), total > kMost ? 6 : 0);
+      EXPECT_EQ(told, total > kMost ? Variant() : Bytes(total));
     }
+    EXPECT_EQ(journal().Count("GetDiskFreeSpaceExW"), total > kMost ? 2u : 1u);
   }
-  volume.total = 1000;
   // A value that a caller puts stands for a load; the free space has its own test.
   const Ref<CDrive> drive = Drive(u"C");
   drive->PutAvailableSpace(Variant(1));
   EXPECT_EQ(drive->TotalSize(), Variant());
-  EXPECT_EQ(drive->FreeSpace(), Bytes(0));
-  EXPECT_EQ(drive->TotalSize(), Bytes(1000));
+  EXPECT_EQ(drive->FreeSpace(), Bytes(900));
+  EXPECT_EQ(drive->AvailableSpace(), Bytes(900)) << "whatever the quota";
   EXPECT_EQ(Engine().GetDriveInfo(u"C:", true)->TotalSize(), Bytes(1000));
 }
 
@@ -87,38 +88,24 @@ TEST_F(Drives, RaiseTheNumberThatTheirLoadLeftWhereTheSpaceCannotBeTold) {
   faults().FailNthOf("WNetGetUniversalNameW", 2, 1222);
   EXPECT_EQ(FailureOf([] { Drive(u"P")->TotalSize(); }),
             u"1222|Veldmark2.CSupport|" + GetAPIErrorText(3));
-  local().volume(u'F').ready = true;
-  EXPECT_EQ(drive->TotalSize(), Bytes(8ll << 30));
 }
 
 TEST_F(Drives, TellTheirVolumeDataWhereThereIsAMedium) {
-  local().volume(u'E').label = u"Data";
-  local().volume(u'E').serial = 1;
-  struct Case {
-    const char16_t* letter;
-    const char16_t* name;
-    const char16_t* file_system;
-    const char16_t* share;
-    const char16_t* serial;  // null: any
+  const struct {
+    const char16_t *letter, *name, *file_system, *share, *serial;
     std::int32_t longest;
     bool ready;
-  };
-  const Case cases[] = {
-      {u"A", u"Removable Disk", u"FAT32", u"", nullptr, 255, true},
-      {u"C", u"", u"NTFS", u"", u"1A2B-3C4D", 255, true},
-      {u"D", u"DISC", u"CDFS", u"", u"FEDC-BA98", 110, true},
-      {u"E", u"Data", u"NTFS", u"", u"0000-0001", 255, true},
-      {u"F", u"Removable Disk", u"", u"", u"", 0, false},
-      {u"P", u"Share on 'Srv'", u"NTFS", u"\\\\SRV\\Share\\", nullptr, 255, true},
-  };
-  for (const Case& c : cases) {
+  } cases[] = {{u"A", u"Removable Disk", u"FAT32", u"", u"0000-0001", 255, true},
+               {u"C", u"", u"NTFS", u"", u"1A2B-3C4D", 255, true},
+               {u"D", u"DISC", u"CDFS", u"", u"FEDC-BA98", 110, true},
+               {u"F", u"Removable Disk", u"", u"", u"", 0, false},
+               {u"P", u"Share on 'Srv'", u"NTFS", u"\\\\SRV\\Share\\", u"0000-0010", 255, true}};
+  for (const auto& c : cases) {
     SCOPED_TRACE(ToUtf8(c.letter));
     const Ref<CDrive> drive = Drive(c.letter);
     EXPECT_EQ(drive->SerialNumberEx(), u"");
     EXPECT_EQ(drive->VolumeName(), c.name);
-    if (c.serial) {
-      EXPECT_EQ(drive->SerialNumberEx(), c.serial);
-    }
+    EXPECT_EQ(drive->SerialNumberEx(), c.serial);
     EXPECT_EQ(drive->FileSystem(), c.file_system);
     EXPECT_EQ(drive->ShareName(), c.share);
     EXPECT_EQ(drive->MaxFilenameComponentLength(), c.longest);
@@ -152,31 +139,197 @@ TEST_F(Drives, AskAgainForWhatIsEmptyAndForNothingElse) {
 }
 
 TEST_F(Drives, MoveTheDoorOfThePlayerForDiscsAndRemovableMediaOnly) {
-  for (const bool player : {true, false}) {
-    local().SetDiscDevice(player);
-    for (const auto& [letter, sent] :
-         {std::pair{u"A", 1u}, {u"C", 0u}, {u"D", 1u}, {u"F", 1u}, {u"P", 0u}}) {
-      const Ref<CDrive> drive = Drive(letter);
-      for (const std::string state : {"open", "closed"}) {
-        journal().Clear();
-        Call(*drive, state == "open" ? u"EjectDisk" : u"LoadDisk", MemberKind::kMethod);
-        ASSERT_EQ(journal().entries().size(), sent) << ToUtf8(letter);
-        if (sent) {
-          EXPECT_EQ(journal().entries()[0].argument, "set CDAudio door " + state);
-        }
-      }
+  local().SetDiscDevice(false);  // what becomes of it isn't asked
+  for (const auto& [letter, sent] :
+       {std::pair{u"A", 1u}, {u"C", 0u}, {u"D", 1u}, {u"F", 1u}, {u"P", 0u}}) {
+    const Ref<CDrive> drive = Drive(letter);
+    for (const std::string state : {"open", "closed"}) {
+      journal().Clear();
+      state == "open" ? drive->EjectDisk() : drive->LoadDisk();
+      ASSERT_EQ(journal().entries().size(), sent) << ToUtf8(letter);
+      if (sent == 0) continue;
+      EXPECT_EQ(journal().entries()[0].argument, "set CDAudio door " + state);
     }
   }
 }
 
-TEST_F(Drives, GiveARootFolderThatHasNoMoreThanTheirPath) {
-  const Ref<CDrive> drive = Drive(u"C");
+/// What an object's properties give, in the order of its table.
+std::string Values(Object& object) {
+  std::string values;
+  for (const Member& member : object.GetInterface().members) {
+    std::vector<Variant> none;
+    if (member.kind != MemberKind::kGet) continue;
+    values += ToUtf8(ToText(Call(object, member, none))) + "|";
+  }
+  return values;
+}
+
+TEST_F(StorageTest, VolumesAreTheDisksThatAreSharedForAdministrationAndReadOnce) {
+  simulated::Computer& machine = *estate().FindComputer(u"SRV");
+  for (const char16_t letter : {u'D', u'E'}) machine.AddDrive(letter);
+  machine.RemoveShare(u"D$");
+  machine.SetPage(1);
+  machine.volume(u'C').label = u"System";
+  machine.volume(u'C').serial = 0x1A2B3C4D;
+  machine.volume(u'E').ready = false;
+  const Ref<CServer> server = Make<SystemRoot>()->GetServer(u"SRV", u"");
+  const Ref<CVolumes> volumes = server->GetVolumes();
+  EXPECT_EQ(volumes->Count(), 2);
+  const Ref<CVolume> system = volumes->ItemByKey(u"C:");
+  const Ref<CFolder> root = system->GetRootFolder();
+  EXPECT_EQ(root->Path() + root->FolderName, u"\\\\SRV\\C$\\");
   journal().Clear();
-  const Ref<CFolder> root = drive->GetRootFolder();
-  EXPECT_EQ(root->Path() + root->FolderName, u"C:\\");
-  EXPECT_EQ(root->Attributes(), FA_Normal);
-  EXPECT_TRUE(journal().entries().empty());
-  EXPECT_EQ(PathsIn(root->GetSubFolders()), " C:\\D C:\\Empty C:\\Secret");
+  EXPECT_FALSE(system->IsReady()) << "nothing has been read";
+  EXPECT_EQ(Values(*system),
+            "C:|SRV|\\\\SRV\\C$|68719476736|17179869184|1A2B-3C4D|NTFS|255|459007|");
+  EXPECT_EQ(system->VolumeName, u"System");
+  EXPECT_TRUE(system->IsReady());
+  EXPECT_EQ(journal().entries().size(), 2u);
+  const Ref<CVolume> empty = volumes->ItemByKey(u"E:");
+  empty->PutFileSystem(u"as it was put");
+  EXPECT_EQ(Values(*empty) + ToUtf8(empty->VolumeName),
+            "E:|SRV|\\\\SRV\\E$||||as it was put|0|0|E:");
+  EXPECT_FALSE(empty->IsReady());
+
+  for (const DWORD code : {5u, 234u}) {
+    faults().FailNthOf("NetServerDiskEnum", 2, code);
+    EXPECT_EQ(ErrorOf([&] { server->GetVolumes(); }), static_cast<std::int32_t>(code));
+  }
+  std::string seen;
+  Listen(*server, [&](std::int32_t event, std::span<Variant> arguments) {
+    seen += std::to_string(event) + Values(*ToObject(arguments[0]));
+    arguments[1].Assign(true);
+  });
+  server->PutAsyncFetch(true);
+  EXPECT_EQ(server->GetVolumes()->Count(), 0);
+  EXPECT_EQ(seen.substr(0, 17), "3C:|SRV|\\\\SRV\\C$|");
+}
+
+TEST_F(StorageTest, SharesTellWhatTheirRecordHoldsUntilTheyEnd) {
+  simulated::Computer& machine = *estate().FindComputer(u"SRV");
+  machine.SetPage(1);
+  simulated::Share& full = machine.AddShare(u"Full", u"C:\\Shared");
+  full.remark = u"All";
+  full.permissions = 3;
+  full.maximum_uses = 7;
+  full.current_uses = 2;
+  simulated::Share& tape = machine.AddShare(u"Tape", u"tape0", false, kShareTypeDevice);
+  tape.remark = u"Old";
+  tape.details_denied = true;
+  const Ref<CShares> shares = Make<SystemRoot>()->GetServer(u"SRV", u"")->GetShares();
+  const Ref<CShare> share = shares->ItemByKey(u"Full");
+  EXPECT_EQ(Values(*share), "Full|SRV|C:\\Shared|\\\\SRV\\Full|All|0|3|7|2||");
+  EXPECT_EQ(Values(*shares->ItemByKey(u"Tape")), "Tape|SRV||\\\\SRV\\Tape|Old|2|0|0|0||");
+  const Ref<CFolder> root = share->GetRootFolder();
+  EXPECT_EQ(root->Path() + root->FolderName, u"\\\\SRV\\Full\\");
+  EXPECT_TRUE(share->Delete());
+  EXPECT_FALSE(machine.FindShare(u"Full"));
+  EXPECT_EQ(FailureOf([&] { share->Delete(); }), u"2310|Veldmark2.CShare|" + GetAPIErrorText(2310));
+}
+
+/// Tells any name.
+class StubProvider final : public simulated::SimulatedNetworkProvider {
+ public:
+  using SimulatedNetworkProvider::SimulatedNetworkProvider;
+  DWORD WNetGetUniversalNameW(LPCWSTR, DWORD, void* buffer, DWORD* size) override {
+    *size = sizeof(UNIVERSAL_NAME_INFOW);
+    if (!buffer) return kErrorMoreData;
+    static_cast<UNIVERSAL_NAME_INFOW*>(buffer)->lpUniversalName = name.data();
+    return kErrorSuccess;
+  }
+  Text name;
+};
+
+TEST(Providers, TellTheShareOfAMappedDriveToGiveItAReadableName) {
+  simulated::SimulatedPlatform simulated;
+  StubProvider provider(simulated.session());
+  Platform platform = Mixed(simulated.platform(), {.network_provider = &provider});
+  Apartment::Start(platform);
+  for (const auto& [name, readable] : {std::pair{u"\\\\srv\\share\\sub\\", u"Share\\sub on 'Srv'"},
+                                       {u"\\\\srv\\share", u"Shar on 'Srv'"},
+                                       {u"\\\\srv", u" on 'Srv'"},
+                                       {u"\\\\\\share\\", u"Share on ''"},
+                                       {u"\\", u" on ''"},
+                                       {u"", u" on ''"}}) {
+    provider.name = name;
+    Text volume, share;
+    Engine().GetUNCPath(u"Z", volume, share);
+    EXPECT_EQ(share, name);
+    EXPECT_EQ(volume, readable) << ToUtf8(name);
+  }
+  Apartment::End();
+}
+
+TEST_F(StorageTest, ConnectionsOpenASharesFilesUntilTheyAreCancelled) {
+  simulated::Computer& server = *estate().FindComputer(u"SRV");
+  simulated::Share& pay = server.AddShare(u"Pay", u"C:\\Shared\\Deep");
+  pay.user = u"SRV\\clerk";
+  pay.password = u"thirty-first";
+  server.AddShare(u"Odd", u"C:\\Shared").provider_fails = true;
+  server.AddShare(u"Shut", u"C:\\Shared", true);
+  estate().AddComputer(u"GONE").SetReachable(false);
+  const Text file = u"\\\\SRV\\Pay\\f";
+  SystemRoot root;
+  EXPECT_FALSE(root.FileExists(file)) << "a share that asks who comes is closed";
+  const struct {
+    const char16_t *local, *remote, *password;
+    std::int32_t type, raised;
+  } cases[] = {{u"X:", u"\\\\SRV\\Share", u"", 1, 0},
+               {u"x:", u"\\\\SRV\\Share", u"", 1, 85},
+               {u"Y:", u"\\\\srv\\share\\Deep", u"", 1, 0},
+               {u"Z:", u"\\\\SRV\\Share\\None", u"", 1, 67},
+               {u"Z:", u"\\\\SRV\\None", u"", 1, 67},
+               {u"Z:", u"\\\\GONE\\Share", u"", 1, 53},
+               {u"Z:", u"", u"", 1, 87},
+               {u"Z", u"\\\\SRV\\Share", u"", 1, 1200},
+               {u"Z:", u"\\\\SRV\\Share", u"", 0, 66},
+               {u"LPT1", u"\\\\SRV\\Share", u"", 2, 66},
+               {u"Z:", u"\\\\SRV\\Shut", u"", 1, 5},
+               {u"Z:", u"\\\\SRV\\Pay", u"wr0ng", 1, 86},
+               {u"Z:", u"\\\\SRV\\Pay", u"thirty-first", 1, 0},
+               {u"", u"\\\\SRV\\Pay", u"thirty-first", 0, 0}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(ToUtf8(Text(c.local) + u" " + c.remote));
+    const auto type = static_cast<ResourceTypeEnum>(c.type);
+    const Text user = *c.password ? u"srv\\Clerk" : u"";
+    EXPECT_EQ(ErrorOf([&] {
+                root.AddNetworkConnection(c.local, c.remote, user, Secret(c.password), type, 0,
+                                          false);
+              }),
+              c.raised);
+  }
+  EXPECT_EQ(PathsIn(Engine().GetFiles(u"Y:")), " Y:\\f");
+  for (const auto& call : journal().entries()) {
+    EXPECT_EQ(call.argument.find("thirty"), std::string::npos) << call.operation;
+  }
+  EXPECT_TRUE(root.WriteTextFile(file, u"x", false));
+  EXPECT_TRUE(root.CancelNetworkConnection(u"\\\\srv\\pay", false, false))
+      << "the one without a drive";
+  EXPECT_EQ(root.ReadTextFile(file), u"x") << "the drive's connection still stands";
+  {
+    const FileHandle open = Open(u"Z:\\f", kGenericRead, kFileShareRead);
+    EXPECT_EQ(ErrorOf([&] { root.CancelNetworkConnection(u"z:", false, false); }), 2401);
+    EXPECT_TRUE(root.CancelNetworkConnection(u"z:", false, true));
+  }
+  EXPECT_EQ(ErrorOf([&] { root.ReadTextFile(file); }), 75);
+  const auto asked = [&](auto&& call) {
+    journal().Clear();
+    const Text failure = FailureOf(call);
+    return ToUtf8(failure.substr(0, failure.rfind(u'|'))) + " " +
+           journal().entries().front().argument;
+  };
+  EXPECT_EQ(asked([&] { root.CancelNetworkConnection(u"Z:", true, false); }),
+            "2250|Veldmark2.SystemRoot Z:, 1");
+  EXPECT_EQ(asked([&] {
+              root.AddNetworkConnection(u"", u"", u"", Secret(u""), RESOURCETYPE_UNKNOWN, -1, true);
+            }),
+            "87|Veldmark2.SystemRoot - -> - as  for -1, 1");
+  EXPECT_EQ(asked([&] {
+              root.AddNetworkConnection(u"Z:", u"\\\\SRV\\Odd", u"a", Secret(u""),
+                                        RESOURCETYPE_DISK, 77, false);
+            }),
+            "1208|Veldmark2.SystemRoot Z: -> \\\\SRV\\Odd as a for 77, 0");
+  EXPECT_EQ(Err().Description(), u"A error specific to the network provider occurred");
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "automation/Conversion.h"
 #include "automation/Events.h"
 #include "automation/Interface.h"
+#include "platform/operations/Handles.h"
 #include "security/CSecurityDescriptor.h"
 #include "storage/CFile.h"
 #include "storage/CFiles.h"
@@ -19,17 +20,27 @@
 
 namespace veldmark {
 
-inline Text PathOf(Object& object) { return ToText(Call(object, u"Path", MemberKind::kGet)); }
+/// A file or folder object with a path, and nothing that the platform said of it.
+template <class Item>
+Ref<Item> At(const Text& path) {
+  auto item = Make<Item>();
+  item->PutPath(path);
+  return item;
+}
 
-/// The paths in a list, a blank before each; "Nothing" without a list.
+/// What `show` says of each element of a list, a blank before each; "Nothing" without a list.
+template <class List, class Show>
+std::string Listed(const Ref<List>& list, Show show) {
+  if (!list) return "Nothing";
+  std::string listed;
+  for (std::int32_t i = 1; i <= list->Count(); ++i) {
+    listed += " " + ToUtf8(show(*list->ItemByIndex(i)));
+  }
+  return listed;
+}
 template <class List>
 std::string PathsIn(const Ref<List>& list) {
-  if (!list) return "Nothing";
-  std::string paths;
-  for (std::int32_t i = 1; i <= list->Count(); ++i) {
-    paths += " " + ToUtf8(PathOf(*list->ItemByIndex(i)));
-  }
-  return paths;
+  return Listed(list, [](auto& element) { return element.Path(); });
 }
 
 /// A few folders on this computer and on another.
@@ -49,6 +60,12 @@ class StorageWorld : public SimulatedApartment {
     server.AddDrive(u'C');
     server.AddFile(u"C:\\Shared\\Deep\\f");
     server.AddShare(u"Share", u"C:\\Shared");
+  }
+  /// Opens a file as somebody else.
+  FileHandle Open(const Text& path, DWORD access, DWORD share) {
+    return FileHandle(platform.files,
+                      platform.files.CreateFileW(path.c_str(), access, share, nullptr,
+                                                 kOpenExisting, 0, nullptr));
   }
 };
 

@@ -59,12 +59,19 @@ DWORD SimulatedNetworkProvider::WNetGetUniversalNameW(LPCWSTR local_path, DWORD 
   return 0;
 }
 
-DWORD SimulatedNetworkProvider::WNetAddConnection3W(HWND, const NETRESOURCEW* resource,
-                                                    LPCWSTR password, LPCWSTR user_name, DWORD) {
-  const TextView local = resource == nullptr ? TextView() : ViewOf(resource->lpLocalName);
-  const TextView remote = resource == nullptr ? TextView() : ViewOf(resource->lpRemoteName);
-  // What is noted of a call never holds the password.
-  const Text noted = Text(local) + u" -> " + Text(remote) + u" as " + Text(ViewOf(user_name));
+DWORD SimulatedNetworkProvider::WNetAddConnection3W(HWND owner, const NETRESOURCEW* resource,
+                                                    LPCWSTR password, LPCWSTR user_name,
+                                                    DWORD flags) {
+  const NETRESOURCEW nothing{};
+  if (resource == nullptr) resource = &nothing;
+  const TextView local = ViewOf(resource->lpLocalName);
+  const TextView remote = ViewOf(resource->lpRemoteName);
+  // What is noted of a call never holds the password; a null pointer is a "-".
+  const auto shown = [](LPCWSTR text) { return Text(text == nullptr ? u"-" : text); };
+  const Text noted = shown(resource->lpLocalName) + u" -> " + shown(resource->lpRemoteName) +
+                     u" as " + shown(user_name) + u" for " +
+                     ToText(reinterpret_cast<std::intptr_t>(owner)) + u", " +
+                     ToText(std::int64_t{flags});
   const Call call = session_.Begin("WNetAddConnection3W", noted);
   if (const DWORD fault = call.fault()) return fault;
   Estate& estate = session_.estate;
@@ -105,9 +112,11 @@ DWORD SimulatedNetworkProvider::WNetAddConnection3W(HWND, const NETRESOURCEW* re
   return 0;
 }
 
-DWORD SimulatedNetworkProvider::WNetCancelConnection2W(LPCWSTR connection, DWORD, BOOL force) {
+DWORD SimulatedNetworkProvider::WNetCancelConnection2W(LPCWSTR connection, DWORD flags,
+                                                       BOOL force) {
   const TextView named = ViewOf(connection);
-  const Call call = session_.Begin("WNetCancelConnection2W", named);
+  const Text noted = Text(named) + u", " + ToText(std::int64_t{flags});
+  const Call call = session_.Begin("WNetCancelConnection2W", noted);
   if (const DWORD fault = call.fault()) return fault;
   Estate& estate = session_.estate;
   const char16_t drive = DriveOf(named);
