@@ -45,6 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Apartment& apartment = Apartment::Start(platform);
   // A number that the file lacks frees it.
   apartment.message_files.clear();
+  apartment.known_modules.clear();
   apartment.message_modules = Make<Collection>();
   Text text(size / sizeof(char16_t), u'\0');
   if (!text.empty()) std::memcpy(text.data(), data, text.size() * sizeof(char16_t));

@@ -163,9 +163,9 @@ void CEventLogEntry::ResolveStrings() {
   for (Text& element : fields_.strings->elements) {
     if (element.find(u'%') == Text::npos) continue;
     if (Apartment::Current().debug) {
-      DebugLog(u"ResolveStrings - GetParameterMessage(" + source.server + u", " + source.log +
-               u", " + source.source + u", " + ToText(std::int64_t{fields_.event_id}) + u", " +
-               element);
+      DebugLog(u"ResolveStrings - GetParameterMessage(" + fields_.lookup_server + u", " +
+               fields_.log_name + u", " + fields_.source_name + u", " +
+               ToText(std::int64_t{fields_.event_id}) + u", " + element);
     }
     // The look-up lets the caller's messages in, which may ask for the strings in the meantime.
     const Text unresolved = element;
