@@ -45,14 +45,14 @@ class World {
   const Text& server() { return simulated_.estate().local().name(); }
 
   std::vector<Ref<CEventLogEntry>> Entries() {
+    const auto origin = Make<EventOrigin>(u"System", server());
     std::vector<Ref<CEventLogEntry>> entries;
     for (int i = 0; i < kMessages; ++i) {
       EventFields fields;
       fields.event_id = 7;
       fields.source_name = SourceName(i % kSources);
-      fields.log_name = u"System";
-      fields.lookup_server = server();
-      fields.strings.emplace(kStrings, 1);
+      fields.origin = origin;
+      fields.strings = kStrings;
       entries.push_back(Make<CEventLogEntry>());
       entries.back()->Fill(std::move(fields));
     }

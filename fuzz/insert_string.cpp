@@ -53,7 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Try([&] { ResolveInsertString(form, source.server); });
     Try([&] { GetParameterMessage(source, form); });
     Text raw;
-    Try([&] { GetEventMessage(source, 1, {}, TextArray({form, form}, 1), raw); });
+    Try([&] { GetEventMessage(source, 1, {}, std::vector{form, form}, raw); });
   }
   simulated.journal().Clear();
   return 0;

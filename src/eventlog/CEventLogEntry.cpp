@@ -72,7 +72,9 @@ Text CEventLogEntry::Strings() {
   return {};
 }
 
-Variant CEventLogEntry::Data() const { return fields_.data ? Variant(*fields_.data) : Variant(); }
+Variant CEventLogEntry::Data() const {
+  return fields_.data.empty() ? Variant() : Variant(ByteArray(fields_.data));
+}
 
 std::int16_t CEventLogEntry::EventCode() const { return GetLoWord(fields_.event_id); }
 
@@ -110,9 +112,7 @@ Text CEventLogEntry::FallbackMessage() const {
   Text text = u"The description for Event ID (" + ToText(std::int64_t{fields_.event_id}) +
               u") in Source (" + fields_.source_name +
               u" ) could not be found. It contains the following insert strings: \r\n";
-  if (fields_.strings) {
-    for (const Text& element : fields_.strings->elements) text += element + u"\r\n";
-  }
+  for (const Text& element : fields_.strings) text += element + u"\r\n";
   return text;
 }
 
@@ -154,17 +154,17 @@ Text CEventLogEntry::EventTypeDescription() const {
 Variant CEventLogEntry::StringsArray() {
   const Ref<CEventLogEntry> keep_alive(this);
   if (!strings_resolved_) ResolveStrings();
-  return fields_.strings ? Variant(*fields_.strings) : Variant();
+  return fields_.strings.empty() ? Variant() : Variant(TextArray(fields_.strings, 1));
 }
 
 void CEventLogEntry::ResolveStrings() {
-  if (!fields_.strings) return;
+  if (fields_.strings.empty()) return;
   const MessageSource source = Source();
-  for (Text& element : fields_.strings->elements) {
+  for (Text& element : fields_.strings) {
     if (element.find(u'%') == Text::npos) continue;
     if (Apartment::Current().debug) {
-      DebugLog(u"ResolveStrings - GetParameterMessage(" + fields_.lookup_server + u", " +
-               fields_.log_name + u", " + fields_.source_name + u", " +
+      DebugLog(u"ResolveStrings - GetParameterMessage(" + Origin().lookup_server + u", " +
+               Origin().log_name + u", " + fields_.source_name + u", " +
                ToText(std::int64_t{fields_.event_id}) + u", " + element);
     }
     // The look-up lets the caller's messages in, which may ask for the strings in the meantime.
@@ -181,8 +181,13 @@ void CEventLogEntry::Trace(TextView tag) const {
            ToText(std::int64_t{fields_.event_id}).append(tag));
 }
 
+const EventOrigin& CEventLogEntry::Origin() const {
+  static const EventOrigin nowhere;
+  return fields_.origin ? *fields_.origin : nowhere;
+}
+
 MessageSource CEventLogEntry::Source() const {
-  return {fields_.lookup_server, fields_.log_name, fields_.source_name};
+  return {Origin().lookup_server, Origin().log_name, fields_.source_name};
 }
 
 }  // namespace veldmark

@@ -37,7 +37,7 @@ class CEventLogEntry : public Exported<CEventLogEntry>, Counted<Counter::kEventL
   /// A byte array, counted from 0; empty where the record has no data.
   Variant Data() const;
   /// Empty for an entry of a saved log.
-  Text LogName() const { return fields_.log_name; }
+  Text LogName() const { return Origin().log_name; }
   /// The lower half of the event's number, signed.
   std::int16_t EventCode() const;
   /// The lower 12 bits of the upper half's absolute value, so not the facility's bits where the
@@ -64,6 +64,7 @@ class CEventLogEntry : public Exported<CEventLogEntry>, Counted<Counter::kEventL
   Text FallbackMessage() const;
   /// One line of the debug log.
   void Trace(TextView tag) const;
+  const EventOrigin& Origin() const;
   MessageSource Source() const;
 
   EventFields fields_;

@@ -1,7 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
+#include <utility>
+#include <vector>
 
 #include "automation/Object.h"
 #include "automation/Text.h"
@@ -9,6 +10,15 @@
 #include "security/CSid.h"
 
 namespace veldmark {
+
+/// Where entries were read, which all of one reading share.
+struct EventOrigin : ReferenceCounted {
+  EventOrigin() = default;
+  EventOrigin(Text log, Text server) : log_name(std::move(log)), lookup_server(std::move(server)) {}
+
+  Text log_name;       // empty for a backup file
+  Text lookup_server;  // whose registry and files hold the texts, without a leading "\\"
+};
 
 /// What a raw record tells of an event, and where it was read: all that an entry begins with.
 struct EventFields {
@@ -21,10 +31,9 @@ struct EventFields {
   Ref<CSid> sid;
   Text source_name;
   Text computer_name;  // as the record names it
-  Text log_name;       // empty for a backup file
-  Text lookup_server;  // whose registry and files hold the texts, without a leading "\\"
-  std::optional<TextArray> strings;  // bounds 1 to n; nothing for a record without strings
-  std::optional<ByteArray> data;
+  Ref<EventOrigin> origin;
+  std::vector<Text> strings;
+  std::vector<std::uint8_t> data;
 };
 
 }  // namespace veldmark

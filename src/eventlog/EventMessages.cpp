@@ -156,30 +156,23 @@ bool HasParameter(TextView text) { return text.find(u"%%") != TextView::npos; }
 /// up, in `resolved`. With an error that still stands there are none: that is the first look-up of
 /// a source whose files another one has loaded.
 std::span<const Text> InsertsFor(const MessageSource& source, TextView strings_text,
-                                 const std::optional<TextArray>& strings,
-                                 std::vector<Text>& resolved) {
-  std::span<const Text> texts;
-  if (strings) texts = strings->elements;
-  const auto copy = [&] {
-    resolved.assign(texts.begin(), texts.end());
-    texts = resolved;
-  };
+                                 std::span<const Text> strings, std::vector<Text>& resolved) {
   if (HasParameter(strings_text)) {
-    copy();
+    resolved.assign(strings.begin(), strings.end());
     for (Text& text : resolved) {
       if (HasParameter(text)) Swallow([&] { text = GetParameterMessage(source, text); });
     }
+    strings = resolved;
   }
-  if (!strings || Err().Number() != 0) {
+  if (strings.empty() || Err().Number() != 0) {
     Err().Clear();
     return {};
   }
+  if (std::ranges::none_of(strings, HasReference)) return strings;
   // A look-up lets the caller's messages in, which may change the strings themselves.
-  if (std::ranges::any_of(texts, HasReference)) {
-    if (resolved.empty()) copy();
-    for (Text& text : resolved) Swallow([&] { text = ResolveInsertString(text, source.server); });
-  }
-  return texts;
+  if (resolved.empty()) resolved.assign(strings.begin(), strings.end());
+  for (Text& text : resolved) Swallow([&] { text = ResolveInsertString(text, source.server); });
+  return resolved;
 }
 
 /// Puts a module's message, or the words of the failure, in place of `text`. False where there is
@@ -249,7 +242,7 @@ std::optional<Text> CategoryText(const MessageSource& source, const Module& modu
 }  // namespace
 
 Text GetEventMessage(const MessageSource& source, std::int32_t event_id, TextView strings_text,
-                     const std::optional<TextArray>& strings, Text& raw) {
+                     std::span<const Text> strings, Text& raw) {
   Text message;
   const ModuleList modules = EventModules(source);
   for (const HMODULE module : *modules) {

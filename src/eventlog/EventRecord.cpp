@@ -39,11 +39,10 @@ DWORD RoundedRecordSize(DWORD needed) {
 }
 
 RecordOrigin::RecordOrigin(Text log, Text server)
-    : log_name(std::move(log)),
-      account_server(std::move(server)),
-      lookup_server(account_server.starts_with(kServerPrefix)
-                        ? account_server.substr(kServerPrefix.size())
-                        : account_server) {}
+    : account_server(std::move(server)),
+      shared(Make<EventOrigin>(std::move(log), account_server.starts_with(kServerPrefix)
+                                                   ? account_server.substr(kServerPrefix.size())
+                                                   : account_server)) {}
 
 EventRecord::EventRecord(std::span<const std::uint8_t> bytes) {
   if (bytes.size() < sizeof head_) RaiseCorrupt();
@@ -62,8 +61,7 @@ EventFields EventRecord::Fields(RecordOrigin& origin) const {
   fields.event_id = static_cast<std::int32_t>(head_.EventID);
   fields.event_type = static_cast<std::int16_t>(head_.EventType);
   fields.category = static_cast<std::int16_t>(head_.EventCategory);
-  fields.log_name = origin.log_name;
-  fields.lookup_server = origin.lookup_server;
+  fields.origin = origin.shared;
   std::size_t offset = sizeof head_;
   fields.source_name = TextAt(offset);
   fields.computer_name = TextAt(offset);
@@ -77,14 +75,12 @@ EventFields EventRecord::Fields(RecordOrigin& origin) const {
   }
   if (const auto count = static_cast<std::int16_t>(head_.NumStrings); count > 0) {
     offset = head_.StringOffset;
-    std::vector<Text> strings;
-    strings.reserve(static_cast<std::size_t>(count));
-    for (std::int16_t i = 0; i < count; ++i) strings.push_back(TextAt(offset));
-    fields.strings.emplace(std::move(strings), 1);
+    fields.strings.reserve(static_cast<std::size_t>(count));
+    for (std::int16_t i = 0; i < count; ++i) fields.strings.push_back(TextAt(offset));
   }
   if (head_.DataLength != 0) {
     const auto bytes = Part(head_.DataOffset, head_.DataLength);
-    fields.data.emplace(std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
+    fields.data.assign(bytes.begin(), bytes.end());
   }
   return fields;
 }

@@ -32,9 +32,8 @@ struct RecordOrigin {
   /// it is the one whose message files count.
   RecordOrigin(Text log_name, Text account_server);
 
-  Text log_name;
   Text account_server;
-  Text lookup_server;
+  Ref<EventOrigin> shared;
   LocalTimes times{};
 };
 
