@@ -11,12 +11,17 @@
 
 namespace veldmark {
 
-/// Where entries were read, which all of one reading share.
+/// Where entries were read, which all of one reading share. `account_server` is asked for the
+/// accounts behind SIDs, as it stands.
 struct EventOrigin : ReferenceCounted {
   EventOrigin() = default;
-  EventOrigin(Text log, Text server) : log_name(std::move(log)), lookup_server(std::move(server)) {}
+  EventOrigin(Text log, Text server)
+      : log_name(std::move(log)),
+        account_server(std::move(server)),
+        lookup_server(account_server.substr(account_server.starts_with(u"\\\\") ? 2 : 0)) {}
 
-  Text log_name;       // empty for a backup file
+  Text log_name;  // empty for a backup file
+  Text account_server;
   Text lookup_server;  // whose registry and files hold the texts, without a leading "\\"
 };
 
@@ -28,7 +33,8 @@ struct EventFields {
   std::int32_t event_id = 0;    // all 32 bits
   std::int32_t event_type = 0;  // an `EventLogTypesEnum`, or what else the record holds
   std::int16_t category = 0;
-  Ref<CSid> sid;
+  bool has_sid = false;
+  SidWords sid;
   Text source_name;
   Text computer_name;  // as the record names it
   Ref<EventOrigin> origin;

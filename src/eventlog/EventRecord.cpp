@@ -14,7 +14,6 @@ namespace {
 
 constexpr Date kUnixEpoch{25569};
 constexpr double kSecondsPerDay = 86400;
-constexpr TextView kServerPrefix = u"\\\\";
 
 [[noreturn]] void RaiseCorrupt() { RaisePlatformError(kErrorEventlogFileCorrupt); }
 
@@ -37,12 +36,6 @@ DWORD RoundedRecordSize(DWORD needed) {
   if (needed > kLargest) RaiseCorrupt();
   return (needed + 3) / 4 * 4;
 }
-
-RecordOrigin::RecordOrigin(Text log, Text server)
-    : account_server(std::move(server)),
-      shared(Make<EventOrigin>(std::move(log), account_server.starts_with(kServerPrefix)
-                                                   ? account_server.substr(kServerPrefix.size())
-                                                   : account_server)) {}
 
 EventRecord::EventRecord(std::span<const std::uint8_t> bytes) {
   if (bytes.size() < sizeof head_) RaiseCorrupt();
@@ -67,11 +60,11 @@ EventFields EventRecord::Fields(RecordOrigin& origin) const {
   fields.computer_name = TextAt(offset);
   if (head_.UserSidLength != 0) {
     const auto bytes = Part(head_.UserSidOffset, head_.UserSidLength);
-    SidWords words(bytes.size() / sizeof(std::int32_t));
-    if (!words.empty()) std::memcpy(words.data(), bytes.data(), words.size() * sizeof words[0]);
-    fields.sid = Make<CSid>();
-    fields.sid->PutSidBuffer(std::move(words));
-    fields.sid->SetResidesOnServer(origin.account_server);
+    fields.has_sid = true;
+    fields.sid.resize(bytes.size() / sizeof fields.sid[0]);
+    if (!fields.sid.empty()) {
+      std::memcpy(fields.sid.data(), bytes.data(), AsBytes(fields.sid).size());
+    }
   }
   if (const auto count = static_cast<std::int16_t>(head_.NumStrings); count > 0) {
     offset = head_.StringOffset;
