@@ -72,10 +72,7 @@ void LoadEntries(benchmark::State& state) {
   const Variant data = entry->Data();
   std::size_t texts = data.If<ByteArray>()->elements.size();
   for (const Text& text : strings.If<TextArray>()->elements) texts += OutOfPlace(text);
-  for (const Text& text : {entry->SourceName(), entry->ComputerName(), Text(u"LOCALHOST"),
-                           entry->Sid()->ResidesOnServer()}) {
-    texts += OutOfPlace(text);
-  }
+  for (const Text& text : {entry->SourceName(), entry->ComputerName()}) texts += OutOfPlace(text);
   state.counters["bytes"] =
       static_cast<double>(taken) / entries->Count() - static_cast<double>(texts);
 }
@@ -85,9 +82,6 @@ struct Plain {
   EVENTLOGRECORD head;
   Text source;
   Text computer;
-  Text log;
-  Text server;
-  Text account_server;
   std::vector<std::int32_t> sid;
   std::vector<Text> strings;
   std::vector<std::uint8_t> data;
@@ -110,9 +104,6 @@ void BareLoop(benchmark::State& state) {
         const auto* text = reinterpret_cast<const char16_t*>(at + sizeof record.head);
         record.source = text;
         record.computer = text + record.source.size() + 1;
-        record.log = kLog;
-        record.server = kServer.substr(2);
-        record.account_server = kServer;
         record.sid.resize(record.head.UserSidLength / 4);
         std::memcpy(record.sid.data(), at + record.head.UserSidOffset, record.sid.size() * 4);
         text = reinterpret_cast<const char16_t*>(at + record.head.StringOffset);

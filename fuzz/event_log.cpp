@@ -26,8 +26,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       const EventFields fields = record.Fields(origin);
       const std::size_t units = fields.source_name.size() + fields.computer_name.size();
       Require(2 * units <= record.length());
-      Require(!fields.data || fields.data->elements.size() <= record.length());
-      Require(!fields.strings || 2 * fields.strings->elements.size() <= record.length());
+      Require(fields.data.size() <= record.length());
+      Require(2 * fields.strings.size() <= record.length());
       rest = rest.subspan(record.length());
     }
   });

@@ -40,12 +40,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Apartment& apartment = Apartment::Current();
   // A number that the file lacks frees it.
   apartment.message_files.clear();
+  apartment.known_modules.clear();
   apartment.message_modules = Make<Collection>();
   for (const Text& form : {ByteArrayToString({data, size}), Text(data, data + size)}) {
     Try([&] { ResolveInsertString(form, source.server); });
     Try([&] { GetParameterMessage(source, form); });
     Text raw;
-    Try([&] { GetEventMessage(source, 1, {}, TextArray({form, form}, 1), raw); });
+    Try([&] { GetEventMessage(source, 1, {}, std::vector{form, form}, raw); });
   }
   world.simulated.journal().Clear();
   return 0;

@@ -14,7 +14,7 @@ namespace veldmark {
 namespace {
 
 // A list of thousands is no rarity.
-static_assert(sizeof(CEventLogEntry) <= 600);
+static_assert(sizeof(CEventLogEntry) <= 300);
 
 }  // namespace
 
@@ -60,7 +60,21 @@ const Interface& CEventLogEntry::Describe() {
   return table;
 }
 
-void CEventLogEntry::Fill(EventFields fields) { fields_ = std::move(fields); }
+void CEventLogEntry::Fill(EventFields fields) {
+  fields_ = std::move(fields);
+  if (fields_.has_sid) unread_sid_.emplace();
+}
+
+Ref<CSid> CEventLogEntry::Sid() {
+  if (unread_sid_) {
+    const auto sid = Make<CSid>();
+    sid->SetResidesOnServer(Origin().account_server);
+    sid->PutSidBuffer(std::move(fields_.sid));
+    sid_ = sid;
+    unread_sid_.reset();
+  }
+  return sid_;
+}
 
 EventLogTypesEnum CEventLogEntry::EventType() const {
   return static_cast<EventLogTypesEnum>(fields_.event_type);
@@ -72,7 +86,9 @@ Text CEventLogEntry::Strings() {
   return {};
 }
 
-Variant CEventLogEntry::Data() const { return fields_.data ? Variant(*fields_.data) : Variant(); }
+Variant CEventLogEntry::Data() const {
+  return fields_.data.empty() ? Variant() : Variant(ByteArray(fields_.data));
+}
 
 std::int16_t CEventLogEntry::EventCode() const { return GetLoWord(fields_.event_id); }
 
@@ -82,53 +98,59 @@ std::int16_t CEventLogEntry::FacilityCode() const {
   return static_cast<std::int16_t>(code);
 }
 
+CEventLogEntry::Texts& CEventLogEntry::LookedUp() {
+  if (!texts_) texts_ = std::make_unique<Texts>();
+  return *texts_;
+}
+
 Text CEventLogEntry::EventMessage() {
-  if (message_.empty()) ComputeMessage();
+  // The look-up lets the caller's messages in, and one of them may let go of the entry.
+  const Ref<CEventLogEntry> keep_alive(this);
+  if (LookedUp().message.empty()) ComputeMessage(*texts_);
   Err().Clear();
-  return message_;
+  return texts_->message;
 }
 
 Text CEventLogEntry::EventMessageRaw() {
-  if (message_.empty()) EventMessage();
-  return raw_message_;
+  const Ref<CEventLogEntry> keep_alive(this);
+  if (LookedUp().message.empty()) EventMessage();
+  return texts_->raw_message;
 }
 
-void CEventLogEntry::ComputeMessage() {
-  // The look-up lets the caller's messages in, and one of them may let go of the entry.
-  const Ref<CEventLogEntry> keep_alive(this);
+void CEventLogEntry::ComputeMessage(Texts& texts) {
   Swallow([&] { Trace(u"EM:1"); });
   if (!strings_resolved_) Swallow([&] { ResolveStrings(); });
   Swallow([&] { Trace(u"EM:2"); });
   Swallow([&] {
-    message_ = GetEventMessage(Source(), fields_.event_id, {}, fields_.strings, raw_message_);
+    texts.message =
+        GetEventMessage(Source(), fields_.event_id, {}, fields_.strings, texts.raw_message);
   });
   Swallow([&] { Trace(u"EM:3"); });
-  if (message_.empty()) Swallow([&] { message_ = FallbackMessage(); });
+  if (texts.message.empty()) Swallow([&] { texts.message = FallbackMessage(); });
 }
 
 Text CEventLogEntry::FallbackMessage() const {
   Text text = u"The description for Event ID (" + ToText(std::int64_t{fields_.event_id}) +
               u") in Source (" + fields_.source_name +
               u" ) could not be found. It contains the following insert strings: \r\n";
-  if (fields_.strings) {
-    for (const Text& element : fields_.strings->elements) text += element + u"\r\n";
-  }
+  for (const Text& element : fields_.strings) text += element + u"\r\n";
   return text;
 }
 
 Text CEventLogEntry::EventCategoryDescription() {
   return ReRaisingAs(u"CEventLogEntry", [&] {
     const Ref<CEventLogEntry> keep_alive(this);
-    if (category_text_.empty()) {
+    Text& text = LookedUp().category;
+    if (text.empty()) {
       Trace(u"ECD:1");
-      category_text_ = GetCategoryMessage(Source(), fields_.category);
+      text = GetCategoryMessage(Source(), fields_.category);
       Trace(u"ECD:2");
     }
-    if (category_text_.empty()) {
-      category_text_ = fields_.category != 0 ? u"(" + ToText(std::int64_t{fields_.category}) + u")"
-                                             : Text(u"None");
+    if (text.empty()) {
+      text = fields_.category != 0 ? u"(" + ToText(std::int64_t{fields_.category}) + u")"
+                                   : Text(u"None");
     }
-    return category_text_;
+    return text;
   });
 }
 
@@ -154,18 +176,18 @@ Text CEventLogEntry::EventTypeDescription() const {
 Variant CEventLogEntry::StringsArray() {
   const Ref<CEventLogEntry> keep_alive(this);
   if (!strings_resolved_) ResolveStrings();
-  return fields_.strings ? Variant(*fields_.strings) : Variant();
+  return fields_.strings.empty() ? Variant() : Variant(TextArray(fields_.strings, 1));
 }
 
 void CEventLogEntry::ResolveStrings() {
-  if (!fields_.strings) return;
+  if (fields_.strings.empty()) return;
   const MessageSource source = Source();
-  for (Text& element : fields_.strings->elements) {
+  for (Text& element : fields_.strings) {
     if (element.find(u'%') == Text::npos) continue;
     if (Apartment::Current().debug) {
-      DebugLog(u"ResolveStrings - GetParameterMessage(" + source.server + u", " + source.log +
-               u", " + source.source + u", " + ToText(std::int64_t{fields_.event_id}) + u", " +
-               element);
+      DebugLog(u"ResolveStrings - GetParameterMessage(" + Origin().lookup_server + u", " +
+               Origin().log_name + u", " + fields_.source_name + u", " +
+               ToText(std::int64_t{fields_.event_id}) + u", " + element);
     }
     // The look-up lets the caller's messages in, which may ask for the strings in the meantime.
     const Text unresolved = element;
@@ -181,8 +203,13 @@ void CEventLogEntry::Trace(TextView tag) const {
            ToText(std::int64_t{fields_.event_id}).append(tag));
 }
 
+const EventOrigin& CEventLogEntry::Origin() const {
+  static const EventOrigin nowhere;
+  return fields_.origin ? *fields_.origin : nowhere;
+}
+
 MessageSource CEventLogEntry::Source() const {
-  return {fields_.lookup_server, fields_.log_name, fields_.source_name};
+  return {Origin().lookup_server, Origin().log_name, fields_.source_name};
 }
 
 }  // namespace veldmark

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+#include <optional>
+
 #include "apartment/Counted.h"
 #include "automation/Object.h"
 #include "automation/Variant.h"
@@ -28,7 +31,7 @@ class CEventLogEntry : public Exported<CEventLogEntry>, Counted<Counter::kEventL
   EventLogTypesEnum EventType() const;
   std::int16_t EventCategory() const { return fields_.category; }
   /// Who caused the event; Nothing where the record doesn't tell.
-  Ref<CSid> Sid() const { return fields_.sid; }
+  Ref<CSid> Sid();
   Text SourceName() const { return fields_.source_name; }
   /// The computer that the record names, which need not be the one that the log was read from.
   Text ComputerName() const { return fields_.computer_name; }
@@ -37,7 +40,7 @@ class CEventLogEntry : public Exported<CEventLogEntry>, Counted<Counter::kEventL
   /// A byte array, counted from 0; empty where the record has no data.
   Variant Data() const;
   /// Empty for an entry of a saved log.
-  Text LogName() const { return fields_.log_name; }
+  Text LogName() const { return Origin().log_name; }
   /// The lower half of the event's number, signed.
   std::int16_t EventCode() const;
   /// The lower 12 bits of the upper half's absolute value, so not the facility's bits where the
@@ -58,18 +61,29 @@ class CEventLogEntry : public Exported<CEventLogEntry>, Counted<Counter::kEventL
   Text EventMessageRaw();
 
  private:
+  /// A SID that was not asked for yet counts as one like those that were.
+  class UnreadSid : Counted<Counter::kSid> {};
+  struct Texts {
+    Text message;
+    Text raw_message;
+    Text category;
+  };
+
+  /// The texts that were looked up so far.
+  Texts& LookedUp();
   /// Replaces the strings by what they refer to. A string that fails is tried again next time.
   void ResolveStrings();
-  void ComputeMessage();
+  void ComputeMessage(Texts& texts);
   Text FallbackMessage() const;
   /// One line of the debug log.
   void Trace(TextView tag) const;
+  const EventOrigin& Origin() const;
   MessageSource Source() const;
 
   EventFields fields_;
-  Text message_;
-  Text raw_message_;
-  Text category_text_;
+  Ref<CSid> sid_;
+  std::unique_ptr<Texts> texts_;
+  std::optional<UnreadSid> unread_sid_;
   bool strings_resolved_ = false;
 };
 

@@ -21,14 +21,16 @@
 namespace veldmark {
 namespace {
 
+using ModuleList = std::shared_ptr<const std::vector<HMODULE>>;
+
 constexpr TextView kEventLogKey = u"SYSTEM\\CurrentControlSet\\Services\\EventLog\\";
 constexpr TextView kServerStart = u"\\\\";
 constexpr TextView kLineEnd = u"\r\n";
 constexpr TextView kTwoLineEnds = u"\r\n\r\n";
 
 // In characters.
-constexpr std::size_t kLongestMessage = 65536;
 constexpr std::size_t kLongestParameter = 10240;
+static_assert(kLongestParameter <= kLongestMessage);
 
 Collection& Existing(const Ref<Collection>& cache) {
   if (!cache) Raise(runtime_error::kObjectNotSet);
@@ -37,19 +39,25 @@ Collection& Existing(const Ref<Collection>& cache) {
 
 Collection& ModuleCache() { return Existing(Apartment::Current().message_modules); }
 
+/// A source's key in the caches, until the next one is asked for.
+const Text& KeyText(const MessageSource& source, TextView kind) {
+  Text& key = Apartment::Current().module_key;
+  (key.assign(source.server) += u'|').append(source.log) += u'|';
+  (key.append(source.source) += u'|').append(kind);
+  return key;
+}
+
 CollectionKey KeyOf(const MessageSource& source, TextView kind) {
-  Text key = source.server;
-  ((key += u'|') += source.log) += u'|';
-  (key += source.source) += u'|';
-  return CollectionKey::Plain(key.append(kind));
+  return CollectionKey::Plain(KeyText(source, kind));
 }
 
 CollectionKey KeyOfPath(const Text& path) { return CollectionKey::Plain(ToUpper(path)); }
 
 /// What "%1" and "%2" of a platform text about a missing message stand for.
 Variant InsertsOf(std::int32_t number, const MessageSource& source) {
-  return Variant(TextArray({ToText(std::int64_t{number}),
-                            u"\\\\" + source.server + u"\\" + source.log + u"\\" + source.source}));
+  Text name(kServerStart);
+  (name.append(source.server) += u'\\').append(source.log) += u'\\';
+  return Variant(TextArray({ToText(std::int64_t{number}), name.append(source.source)}));
 }
 
 /// The key of a source in the registry of its computer or, failing that, of this one; Nothing where
@@ -61,11 +69,11 @@ Ref<CRegKey> FindSourceKey(const MessageSource& source) {
   auto registry = Make<CRegistry>();
   Swallow([&] {
     if (Engine().ComputerName() == source.server) return;
-    registry->ConnectToRemoteRegistry(source.server);
+    registry->ConnectToRemoteRegistry(Text(source.server));
     retries = true;
   });
-  const Text path =
-      Text(kEventLogKey) + source.log + (source.source.empty() ? Text() : u"\\" + source.source);
+  Text path = Text(kEventLogKey).append(source.log);
+  if (!source.source.empty()) (path += u'\\').append(source.source);
   for (;;) {
     Swallow([&] { key = registry->GetRegKey(HKEY_LOCAL_MACHINE, path); });
     if (key || !retries) return key;
@@ -100,62 +108,81 @@ Text LoadEventFiles(const MessageSource& source, TextView files) {
   return handles;
 }
 
-std::vector<HMODULE> EventModules(const MessageSource& source) {
-  Err().Clear();
-  CollectionKey key = KeyOf(source, u"Event");
-  Text handles;
-  if (!Swallow([&] { handles = ToText(ModuleCache().Item(key)); })) {
-    handles = LoadEventFiles(source, ReadFileNames(FindSourceKey(source), u"EventMessageFile"));
-    Swallow([&] { ModuleCache().Add(Variant(handles), std::move(key)); });
-  }
-  return HandlesIn(handles);
+/// The modules that the cache names for a source; null where it doesn't.
+ModuleList CachedModules(const MessageSource& source, TextView kind) {
+  const Text& key = KeyText(source, kind);
+  auto& known = Apartment::Current().known_modules;
+  if (const auto found = known.find(key); found != known.end()) return found->second;
+  ModuleList modules;
+  Swallow([&] {
+    const Text handles = ToText(ModuleCache().Item(CollectionKey::Plain(key)));
+    modules = std::make_shared<const std::vector<HMODULE>>(HandlesIn(handles));
+    known.emplace(key, modules);
+  });
+  return modules;
 }
 
-HMODULE ParameterModule(const MessageSource& source) {
-  CollectionKey key = KeyOf(source, u"Parameter");
-  Text handle;
-  if (!Swallow([&] { handle = ToText(ModuleCache().Item(key)); })) {
-    const Text path = GetRemoteMessageFilePath(
-        ReadFileNames(FindSourceKey(source), u"ParameterMessageFile"), source.server);
-    Err().Clear();
-    CollectionKey path_key = KeyOfPath(path);
-    if (!Swallow([&] { handle = ToText(ModuleCache().Item(path_key)); })) {
-      handle = HandleText(LoadMessageFile(path));
-      Swallow([&] { ModuleCache().Add(Variant(handle), std::move(key)); });
-      Swallow([&] { ModuleCache().Add(Variant(handle), std::move(path_key)); });
-    }
-  }
-  const std::vector<HMODULE> modules = HandlesIn(handle);
+ModuleList EventModules(const MessageSource& source) {
+  Err().Clear();
+  if (ModuleList modules = CachedModules(source, u"Event")) return modules;
+  const Text handles =
+      LoadEventFiles(source, ReadFileNames(FindSourceKey(source), u"EventMessageFile"));
+  Swallow([&] { ModuleCache().Add(Variant(handles), KeyOf(source, u"Event")); });
+  return std::make_shared<const std::vector<HMODULE>>(HandlesIn(handles));
+}
+
+HMODULE FirstOf(const std::vector<HMODULE>& modules) {
   return modules.empty() ? HMODULE{0} : modules.front();
 }
 
-/// The strings as a message shows them. With an error that still stands there are none: that is the
-/// first look-up of a source whose files another one has loaded.
-std::vector<Text> InsertsFor(const MessageSource& source, TextView strings_text,
-                             const std::optional<TextArray>& strings) {
-  std::vector<Text> texts;
-  if (strings) texts = strings->elements;
-  if (strings_text.find(u"%%") != TextView::npos) {
-    for (Text& text : texts) {
-      if (text.find(u"%%") == Text::npos) continue;
-      Swallow([&] { text = GetParameterMessage(source, text); });
-    }
+HMODULE ParameterModule(const MessageSource& source) {
+  if (const ModuleList modules = CachedModules(source, u"Parameter")) return FirstOf(*modules);
+  const Text path = GetRemoteMessageFilePath(
+      ReadFileNames(FindSourceKey(source), u"ParameterMessageFile"), source.server);
+  Err().Clear();
+  CollectionKey path_key = KeyOfPath(path);
+  Text handle;
+  if (!Swallow([&] { handle = ToText(ModuleCache().Item(path_key)); })) {
+    handle = HandleText(LoadMessageFile(path));
+    Swallow([&] { ModuleCache().Add(Variant(handle), KeyOf(source, u"Parameter")); });
+    Swallow([&] { ModuleCache().Add(Variant(handle), std::move(path_key)); });
   }
-  if (!strings || Err().Number() != 0) {
+  return FirstOf(HandlesIn(handle));
+}
+
+bool HasParameter(TextView text) { return text.find(u"%%") != TextView::npos; }
+
+/// The strings as a message shows them: as they are or, where something in them has to be looked
+/// up, in `resolved`. With an error that still stands there are none: that is the first look-up of
+/// a source whose files another one has loaded.
+std::span<const Text> InsertsFor(const MessageSource& source, TextView strings_text,
+                                 std::span<const Text> strings, std::vector<Text>& resolved) {
+  if (HasParameter(strings_text)) {
+    resolved.assign(strings.begin(), strings.end());
+    for (Text& text : resolved) {
+      if (HasParameter(text)) Swallow([&] { text = GetParameterMessage(source, text); });
+    }
+    strings = resolved;
+  }
+  if (strings.empty() || Err().Number() != 0) {
     Err().Clear();
     return {};
   }
-  for (Text& text : texts) Swallow([&] { text = ResolveInsertString(text, source.server); });
-  return texts;
+  if (std::ranges::none_of(strings, HasReference)) return strings;
+  // A look-up lets the caller's messages in, which may change the strings themselves.
+  if (resolved.empty()) resolved.assign(strings.begin(), strings.end());
+  for (Text& text : resolved) Swallow([&] { text = ResolveInsertString(text, source.server); });
+  return resolved;
 }
 
 /// Puts a module's message, or the words of the failure, in place of `text`. False where there is
 /// no message.
 bool ReadMessage(const MessageSource& source, HMODULE module, std::int32_t event_id,
-                 std::span<char16_t> buffer, MessageInsertArgs* inserts, Text& text) {
-  const DWORD length = FormatFileMessage(module, static_cast<DWORD>(event_id), buffer, inserts);
-  if (length != 0) {
-    text = TrimAtNulRight({buffer.data(), length});
+                 MessageInsertArgs* inserts, Text& text) {
+  const TextView message =
+      FormatFileMessage(module, static_cast<DWORD>(event_id), kLongestMessage, inserts);
+  if (!message.empty()) {
+    text = TrimAtNulRight(message);
     if (text.ends_with(kLineEnd)) text.resize(text.size() - kLineEnd.size());
     if (text.find(kTwoLineEnds) != Text::npos) text = ReplaceAll(text, kTwoLineEnds, kLineEnd);
     return true;
@@ -167,11 +194,11 @@ bool ReadMessage(const MessageSource& source, HMODULE module, std::int32_t event
 }
 
 /// The text of a number in a parameter file.
-Text ParameterText(const MessageSource& source, HMODULE module, const Text& digits,
-                   std::span<char16_t> buffer) {
+Text ParameterText(const MessageSource& source, HMODULE module, const Text& digits) {
   const std::int32_t number = ToLong(Variant(digits));
-  const DWORD length = FormatFileMessage(module, static_cast<DWORD>(number), buffer, nullptr);
-  if (length != 0) return TrimAtNulRight({buffer.data(), length});
+  const TextView text =
+      FormatFileMessage(module, static_cast<DWORD>(number), kLongestParameter, nullptr);
+  if (!text.empty()) return TrimAtNulRight(text);
   const DWORD error = LastPlatformError();
   if (error == 0) return u"%%" + digits;
   const auto code = static_cast<std::int32_t>(error);
@@ -200,17 +227,14 @@ class FreeOnError {
 /// The text of a category; nothing where the platform has none and says no more.
 std::optional<Text> CategoryText(const MessageSource& source, const Module& module,
                                  std::int16_t category) {
-  const auto buffer = std::make_unique_for_overwrite<char16_t[]>(kLongestParameter);
-  const DWORD length = Apartment::Current().platform.messages.FormatMessageW(
-      kFormatMessageFromHmodule | kFormatMessageIgnoreInserts,
-      reinterpret_cast<const void*>(module.Get()), static_cast<DWORD>(std::int32_t{category}), 0,
-      buffer.get(), static_cast<DWORD>(kLongestParameter), nullptr);
-  if (length == 0) {
+  const TextView message = FormatModuleMessage(
+      module.Get(), static_cast<DWORD>(std::int32_t{category}), kLongestParameter, nullptr);
+  if (message.empty()) {
     const auto error = static_cast<std::int32_t>(LastPlatformError());
     if (error == 0) return std::nullopt;
     Raise(error, {}, GetAPIErrorText(error, InsertsOf(category, source)));
   }
-  Text text = TrimAtNulRight({buffer.get(), length});
+  Text text = TrimAtNulRight(message);
   if (text.ends_with(kLineEnd)) text.resize(text.size() - kLineEnd.size());
   return text;
 }
@@ -218,14 +242,12 @@ std::optional<Text> CategoryText(const MessageSource& source, const Module& modu
 }  // namespace
 
 Text GetEventMessage(const MessageSource& source, std::int32_t event_id, TextView strings_text,
-                     const std::optional<TextArray>& strings, Text& raw) {
+                     std::span<const Text> strings, Text& raw) {
   Text message;
-  const std::vector<HMODULE> modules = EventModules(source);
-  if (modules.empty()) return message;
-  const auto memory = std::make_unique_for_overwrite<char16_t[]>(kLongestMessage);
-  const std::span<char16_t> buffer(memory.get(), kLongestMessage);
-  for (const HMODULE module : modules) {
-    const std::vector<Text> texts = InsertsFor(source, strings_text, strings);
+  const ModuleList modules = EventModules(source);
+  for (const HMODULE module : *modules) {
+    std::vector<Text> resolved;
+    const std::span<const Text> texts = InsertsFor(source, strings_text, strings, resolved);
     if (module == HMODULE{0}) {
       message.clear();
       raw.clear();
@@ -233,8 +255,8 @@ Text GetEventMessage(const MessageSource& source, std::int32_t event_id, TextVie
     }
     MessageInsertArgs inserts;
     FillMessageInserts(texts, inserts);
-    ReadMessage(source, module, event_id, buffer, &inserts, message);
-    if (ReadMessage(source, module, event_id, buffer, nullptr, raw)) break;
+    ReadMessage(source, module, event_id, &inserts, message);
+    if (ReadMessage(source, module, event_id, nullptr, raw)) break;
   }
   return message;
 }
@@ -244,7 +266,6 @@ Text GetParameterMessage(const MessageSource& source, TextView text) {
     const HMODULE module = ParameterModule(source);
     if (module == HMODULE{0}) return {};
     FreeOnError file(module);
-    const auto memory = std::make_unique_for_overwrite<char16_t[]>(kLongestParameter);
     Text result;
     for (std::size_t i = 0; i < text.size();) {
       const std::size_t next = i + 1;
@@ -259,8 +280,7 @@ Text GetParameterMessage(const MessageSource& source, TextView text) {
             std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(next), text.end(),
                              IsDigit) -
             text.begin());
-        result += ParameterText(source, module, Text(text.substr(next, i - next)),
-                                {memory.get(), kLongestParameter});
+        result += ParameterText(source, module, Text(text.substr(next, i - next)));
       }
     }
     file.Keep();

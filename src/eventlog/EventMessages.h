@@ -1,10 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
+#include <span>
 
 #include "automation/Text.h"
-#include "automation/Values.h"
 
 /// The texts of events: found in message files that the registry of the logging computer names for
 /// a source, on that computer's administrative shares, and kept loaded for the life of the
@@ -23,7 +22,7 @@ struct MessageSource {
 /// last file in words, and empty where that could not be loaded. `strings_text` is the strings as
 /// one text: "%%" in it has the strings' parameters filled in too. Raises nothing but 7.
 Text GetEventMessage(const MessageSource& source, std::int32_t event_id, TextView strings_text,
-                     const std::optional<TextArray>& strings, Text& raw);
+                     std::span<const Text> strings, Text& raw);
 
 /// An insert string with each "%%n" and "%n" replaced by the text of that number in the source's
 /// parameter file; empty where there is no such file. Raises the platform's error, 317 for a number

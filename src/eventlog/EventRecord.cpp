@@ -14,7 +14,6 @@ namespace {
 
 constexpr Date kUnixEpoch{25569};
 constexpr double kSecondsPerDay = 86400;
-constexpr TextView kServerPrefix = u"\\\\";
 
 [[noreturn]] void RaiseCorrupt() { RaisePlatformError(kErrorEventlogFileCorrupt); }
 
@@ -38,13 +37,6 @@ DWORD RoundedRecordSize(DWORD needed) {
   return (needed + 3) / 4 * 4;
 }
 
-RecordOrigin::RecordOrigin(Text log, Text server)
-    : log_name(std::move(log)),
-      account_server(std::move(server)),
-      lookup_server(account_server.starts_with(kServerPrefix)
-                        ? account_server.substr(kServerPrefix.size())
-                        : account_server) {}
-
 EventRecord::EventRecord(std::span<const std::uint8_t> bytes) {
   if (bytes.size() < sizeof head_) RaiseCorrupt();
   std::memcpy(&head_, bytes.data(), sizeof head_);
@@ -62,29 +54,26 @@ EventFields EventRecord::Fields(RecordOrigin& origin) const {
   fields.event_id = static_cast<std::int32_t>(head_.EventID);
   fields.event_type = static_cast<std::int16_t>(head_.EventType);
   fields.category = static_cast<std::int16_t>(head_.EventCategory);
-  fields.log_name = origin.log_name;
-  fields.lookup_server = origin.lookup_server;
+  fields.origin = origin.shared;
   std::size_t offset = sizeof head_;
   fields.source_name = TextAt(offset);
   fields.computer_name = TextAt(offset);
   if (head_.UserSidLength != 0) {
     const auto bytes = Part(head_.UserSidOffset, head_.UserSidLength);
-    SidWords words(bytes.size() / sizeof(std::int32_t));
-    if (!words.empty()) std::memcpy(words.data(), bytes.data(), words.size() * sizeof words[0]);
-    fields.sid = Make<CSid>();
-    fields.sid->PutSidBuffer(std::move(words));
-    fields.sid->SetResidesOnServer(origin.account_server);
+    fields.has_sid = true;
+    fields.sid.resize(bytes.size() / sizeof fields.sid[0]);
+    if (!fields.sid.empty()) {
+      std::memcpy(fields.sid.data(), bytes.data(), AsBytes(fields.sid).size());
+    }
   }
   if (const auto count = static_cast<std::int16_t>(head_.NumStrings); count > 0) {
     offset = head_.StringOffset;
-    std::vector<Text> strings;
-    strings.reserve(static_cast<std::size_t>(count));
-    for (std::int16_t i = 0; i < count; ++i) strings.push_back(TextAt(offset));
-    fields.strings.emplace(std::move(strings), 1);
+    fields.strings.reserve(static_cast<std::size_t>(count));
+    for (std::int16_t i = 0; i < count; ++i) fields.strings.push_back(TextAt(offset));
   }
   if (head_.DataLength != 0) {
     const auto bytes = Part(head_.DataOffset, head_.DataLength);
-    fields.data.emplace(std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
+    fields.data.assign(bytes.begin(), bytes.end());
   }
   return fields;
 }

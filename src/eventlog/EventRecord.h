@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <utility>
 
 #include "automation/Text.h"
 #include "automation/Values.h"
@@ -26,15 +27,12 @@ class LocalTimes {
 /// of four. Raises 1500 where no record can need it.
 DWORD RoundedRecordSize(DWORD needed);
 
-/// Where a record was read, as far as its entry keeps that.
+/// Where records are read.
 struct RecordOrigin {
-  /// `account_server` is asked for the accounts behind SIDs, as it stands; without a leading "\\"
-  /// it is the one whose message files count.
-  RecordOrigin(Text log_name, Text account_server);
+  RecordOrigin(Text log_name, Text account_server)
+      : shared(Make<EventOrigin>(std::move(log_name), std::move(account_server))) {}
 
-  Text log_name;
-  Text account_server;
-  Text lookup_server;
+  Ref<EventOrigin> shared;
   LocalTimes times{};
 };
 

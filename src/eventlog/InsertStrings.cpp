@@ -35,14 +35,14 @@ Text AccountOf(const Text& sid_text) {
 
 /// The name of a directory object, told by a component that a computer may have; empty for one that
 /// isn't known.
-Text NameOfGuid(TextView token, const Text& server) {
+Text NameOfGuid(TextView token, TextView server) {
   Apartment& apartment = Apartment::Current();
   if (!apartment.guid_resolver) {
     Ref<Object> resolver = apartment.platform.system.CreateObject(kGuidResolver);
     if (!resolver) Raise(runtime_error::kCannotCreateObject);
     apartment.guid_resolver = std::move(resolver);
   }
-  Text asked_server = server;
+  Text asked_server(server);
   Text name;
   std::int32_t ignored = 0;
   const Ref<Object> resolver = apartment.guid_resolver;
@@ -52,7 +52,7 @@ Text NameOfGuid(TextView token, const Text& server) {
   return name;
 }
 
-Text ResolveReference(TextView token, const Text& server) {
+Text ResolveReference(TextView token, TextView server) {
   Text name;
   if (token.starts_with(kSidStart)) return AccountOf(Text(token));
   if (token.size() >= 2 && IsGuid(token)) name = NameOfGuid(token, server);
@@ -61,7 +61,9 @@ Text ResolveReference(TextView token, const Text& server) {
 
 }  // namespace
 
-Text ResolveInsertString(TextView text, const Text& server) {
+bool HasReference(TextView text) { return text.find(kReferenceStart) != TextView::npos; }
+
+Text ResolveInsertString(TextView text, TextView server) {
   return ReRaising([&] {
     Text result;
     for (std::size_t start = 0; start < text.size();) {

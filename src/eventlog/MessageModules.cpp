@@ -39,18 +39,25 @@ void FreeMessageFile(HMODULE module) noexcept {
   if (found != files.end()) files.erase(found);
 }
 
-DWORD FormatFileMessage(HMODULE module, DWORD number, std::span<char16_t> buffer,
-                        MessageInsertArgs* inserts) {
+TextView FormatModuleMessage(HMODULE module, DWORD number, std::size_t room,
+                             MessageInsertArgs* inserts) {
   Apartment& apartment = Apartment::Current();
-  if (FindLoad(apartment.message_files, module) == apartment.message_files.end()) {
-    SetLastPlatformError(kErrorResourceDataNotFound);
-    return 0;
-  }
+  auto& buffer = apartment.message_buffer;
+  if (!buffer) buffer = std::make_unique_for_overwrite<char16_t[]>(kLongestMessage);
   const DWORD flags = kFormatMessageFromHmodule |
                       (inserts ? kFormatMessageArgumentArray : kFormatMessageIgnoreInserts);
-  return apartment.platform.messages.FormatMessageW(flags, reinterpret_cast<const void*>(module),
-                                                    number, 0, buffer.data(),
-                                                    static_cast<DWORD>(buffer.size()), inserts);
+  return {buffer.get(), apartment.platform.messages.FormatMessageW(
+                            flags, reinterpret_cast<const void*>(module), number, 0, buffer.get(),
+                            static_cast<DWORD>(room), inserts)};
+}
+
+TextView FormatFileMessage(HMODULE module, DWORD number, std::size_t room,
+                           MessageInsertArgs* inserts) {
+  auto& files = Apartment::Current().message_files;
+  if (FindLoad(files, module) != files.end())
+    return FormatModuleMessage(module, number, room, inserts);
+  SetLastPlatformError(kErrorResourceDataNotFound);
+  return {};
 }
 
 Text HandleText(HMODULE module) {
@@ -73,6 +80,7 @@ std::vector<HMODULE> HandlesIn(TextView text) {
 void ReleaseMessageModulesOfLastLog() noexcept {
   Apartment* const apartment = Apartment::TryCurrent();
   if (!apartment || apartment->counters[Counter::kEventLog] != 1) return;
+  apartment->known_modules.clear();
   while (!apartment->message_files.empty()) apartment->message_files.pop_back();
   const Ref<Collection> cache = apartment->message_modules;
   for (std::int32_t position = cache ? cache->Count() : 0; position > 0; --position) {

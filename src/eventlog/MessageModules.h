@@ -28,11 +28,17 @@ HMODULE LoadMessageFile(const Text& path);
 /// Ends one load of a file before that.
 void FreeMessageFile(HMODULE module) noexcept;
 
-/// The length of a message written to `buffer`, 0 with the thread's last error as `FormatMessageW`
-/// leaves it. A file that is no longer loaded has no messages: 1812. Without `inserts` these are
-/// left in place.
-DWORD FormatFileMessage(HMODULE module, DWORD number, std::span<char16_t> buffer,
-                        MessageInsertArgs* inserts);
+/// In characters.
+inline constexpr std::size_t kLongestMessage = 65536;
+
+/// A message of at most `room` characters, which stands until the next one is formatted; empty with
+/// the thread's last error as `FormatMessageW` leaves it. Without `inserts` these are left in
+/// place.
+TextView FormatModuleMessage(HMODULE module, DWORD number, std::size_t room,
+                             MessageInsertArgs* inserts);
+/// The same of a message file. One that is no longer loaded has no messages: 1812.
+TextView FormatFileMessage(HMODULE module, DWORD number, std::size_t room,
+                           MessageInsertArgs* inserts);
 
 /// Handles as the cache holds them, in decimal and joined by "|".
 Text HandleText(HMODULE module);

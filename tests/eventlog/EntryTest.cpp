@@ -56,9 +56,8 @@ struct MessageWorld : SimulatedApartment {
     fields.event_id = id;
     fields.category = category;
     fields.source_name = std::move(source);
-    fields.log_name = u"System";
-    fields.lookup_server = std::move(server);
-    if (!strings.empty()) fields.strings = TextArray(std::move(strings), 1);
+    fields.origin = Make<EventOrigin>(u"System", std::move(server));
+    fields.strings = std::move(strings);
     entry->Fill(std::move(fields));
     return entry;
   }
@@ -91,7 +90,7 @@ TEST_F(Entries, TellTheirNumbersAndTypesInParts) {
     auto entry = Make<CEventLogEntry>();
     EventFields fields;
     fields.event_type = type;
-    fields.data = kData;
+    fields.data = kData.elements;
     entry->Fill(fields);
     EXPECT_EQ(entry->EventTypeDescription(), text);
     EXPECT_EQ(entry->Data(), Variant(kData));

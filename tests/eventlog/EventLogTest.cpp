@@ -167,6 +167,8 @@ TEST_F(EventLogs, ChangeWhileTheyAreRead) {
 TEST_F(EventLogs, HandTheWholeRecordOver) {
   const std::vector<Ref<CEventLogEntry>> both = {First(server->GetEventLogEntries(u"System")),
                                                  NewLog()->GetEventLogEntry(5)};
+  const auto sids = [] { return Apartment::Current().counters[Counter::kSid]; };
+  const std::int32_t counted = sids();
   for (const auto& entry : both) {
     EXPECT_EQ(ToUtf8(ToText(Variant(entry->TimeGenerated()))), "11/14/2023 9:13:20 PM");
     EXPECT_EQ(ToUtf8(ToText(Variant(entry->TimeWritten()))), "11/14/2023 9:14:20 PM");
@@ -177,6 +179,7 @@ TEST_F(EventLogs, HandTheWholeRecordOver) {
     EXPECT_EQ(entry->ComputerName(), u"STOVE");
     EXPECT_EQ(entry->LogName(), u"System");
     EXPECT_EQ(ToUtf8(entry->Sid()->SidText()), "S-1-5-18");
+    EXPECT_EQ(sids(), counted) << "one that nobody has read counts as well";
     EXPECT_EQ(entry->StringsArray(), Variant(TextArray({u"one", u"", u"three"}, 1)));
     EXPECT_EQ(entry->Data(), Variant(ByteArray({1, 2, 3})));
   }

@@ -54,9 +54,8 @@ class RealMessages : public testing::Test {
     fields.event_id = id;
     fields.category = 3;
     fields.source_name = u"Veldmark2 test";
-    fields.log_name = u"System";
-    fields.lookup_server = Engine().ComputerName();
-    if (!strings.empty()) fields.strings = TextArray(std::move(strings), 1);
+    fields.origin = Make<EventOrigin>(u"System", Engine().ComputerName());
+    fields.strings = std::move(strings);
     entry->Fill(std::move(fields));
     return entry;
   }
