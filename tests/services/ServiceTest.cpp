@@ -7,6 +7,7 @@
 #include "apartment/CSupport.h"
 #include "automation/Conversion.h"
 #include "automation/Interface.h"
+#include "eventlog/CEventLog.h"
 #include "eventlog/CEventLogEntries.h"
 #include "eventlog/CEventLogEntry.h"
 #include "network/CServer.h"
@@ -496,6 +497,14 @@ TEST_F(Services, TakeTheirTimeByAClockThatRuns) {
 
 TEST_F(Services, HaveTheirChangesLoggedWhenTheyHappen) {
   srv->AddEventLog(u"System");
+  srv->AddDrive(u'C');
+  srv->AddFile(u"C:\\codes.dll").Messages({{2, u"code 2"}});
+  srv->local_machine()
+      .Key(u"SYSTEM\\CurrentControlSet\\Services\\EventLog\\System\\Service Control Manager")
+      .String(u"ParameterMessageFile", u"C:\\codes.dll", kRegExpandSz);
+  const auto reader = Make<CEventLog>();
+  reader->SetServerName(u"SRV");
+  reader->SetLogName(u"System");
   Service& log = service(u"Log");
   log.SetState(kServiceStopped);
   log.start_time = log.continue_time = 2000;
@@ -505,7 +514,7 @@ TEST_F(Services, HaveTheirChangesLoggedWhenTheyHappen) {
   // What is new, each with its type and second.
   auto logged = [&, first = 1]() mutable {
     std::vector<std::string> told;
-    const auto all = Engine().LoadEventLogEntries(u"\\\\SRV", u"System", {}, 0, false);
+    const auto all = reader->GetEventLogEntries();
     for (; first <= all->Count(); ++first) {
       Variant index(first);
       const auto entry = all->Item(index);
@@ -527,7 +536,7 @@ TEST_F(Services, HaveTheirChangesLoggedWhenTheyHappen) {
   EXPECT_EQ(ErrorOf([&] { control(SERVICE_CONTROL_STOP); }), 1051);
   EXPECT_THAT(logged(),
               ElementsAre("02 7036 4, Log of everything, running", "02 7036 4, Db, running",
-                          "02 7000 1, Disk, %%2", "02 7001 1, Mount, Disk, %%2"));
+                          "02 7000 1, Disk, code 2", "02 7001 1, Mount, Disk, code 2"));
   // A state that is left for another one before it is entered is none.
   Get(u"Db")->SetServiceControl(SERVICE_CONTROL_STOP);
   const ServiceHandle manager(platform.services,
