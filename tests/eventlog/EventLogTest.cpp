@@ -301,6 +301,29 @@ TEST_F(EventLogs, StayOpenForSingleRecordsAndCounts) {
   EXPECT_EQ(ErrorOf([&] { log->GetNumberOfEntries(); }), 1722);
 }
 
+TEST_F(EventLogs, GoOnForAReaderAsTheEstatesClockDoes) {
+  const auto log = NewLog();
+  while (ErrorOf([&] { log->GetEventLogEntry(0); }) == 0) continue;
+  const simulated::Ticks now = estate().now();
+  this->log().Announce(now + 2 * simulated::kTicksPerSecond, Told(51));
+  this->log().Announce(now + simulated::kTicksPerSecond, Told(50));
+  this->log().Announce(now + 2 * simulated::kTicksPerSecond, Told(52));
+  estate().Advance(999);
+  EXPECT_EQ(log->GetNumberOfEntries(), 5);
+  EXPECT_EQ(ErrorOf([&] { log->GetEventLogEntry(0); }), 38);
+  estate().Advance(1);
+  EXPECT_EQ(log->GetNumberOfEntries(), 6);
+  EXPECT_EQ(log->GetOldestRecordNumber(), 5);
+  EXPECT_EQ(Read(10), "10");
+  estate().Advance(5000);
+  for (const std::int32_t number : {10, 11, 12}) {
+    const auto entry = log->GetEventLogEntry(0);
+    EXPECT_EQ(entry->RecordNumber(), number);
+    EXPECT_EQ(entry->EventID(), number + 40) << "by their moments, and as they were announced";
+  }
+  EXPECT_EQ(ErrorOf([&] { log->GetEventLogEntry(0); }), 38);
+}
+
 TEST_F(EventLogs, OfAServerAreThoseThatItsRegistryLists) {
   local().AddEventLog(u"Ledger");
   const auto logs = server->GetEventLogs();

@@ -74,6 +74,23 @@ TEST(EstateFile, DescribesComputersDrivesAndFiles) {
   EXPECT_EQ(*shut->version(), version.Build());
 }
 
+TEST(EstateFile, KeepsRecordsBackUntilTheClockIsThere) {
+  Estate estate = ReadEstate(Described(R"("eventLogs": [{"name": "Log", "oldest": 7, "records": [
+      {"source": "a", "id": 3, "time": "2024-03-05T14:30:02Z"},
+      {"source": "a", "id": 2, "time": "2024-03-05T14:30:00Z", "written": "2024-03-05T14:30:01Z"},
+      {"source": "a", "id": 0, "time": "2024-03-05T14:30:00Z"}, {"source": "a", "id": 1},
+      {"source": "a", "id": 4, "time": "2024-03-05T14:30:02Z"}]}])"));
+  const auto log = estate.local().FindEventLog(u"Log");
+  for (const DWORD written : {2, 3, 5}) {
+    log->CatchUp(estate.now());
+    EXPECT_EQ(log->count(), written);
+    estate.Advance(1000);
+  }
+  for (DWORD id = 0; id < 5; ++id) {
+    EXPECT_EQ(log->record(7 + id)[offsetof(EVENTLOGRECORD, EventID)], id);
+  }
+}
+
 TEST(EstateFile, DescribesRegistryValuesOfEveryType) {
   Estate estate = ReadEstate(Described(R"("registry": {
       "HKCU": {"values": {"mine": 1}},

@@ -7,7 +7,11 @@
 #include "apartment/CSupport.h"
 #include "automation/Conversion.h"
 #include "automation/Interface.h"
+#include "eventlog/CEventLog.h"
+#include "eventlog/CEventLogEntries.h"
+#include "eventlog/CEventLogEntry.h"
 #include "network/CServer.h"
+#include "platform/operations/Handles.h"
 #include "platform/simulated/estate/DescriptorText.h"
 #include "root/SystemRoot.h"
 #include "security/CAces.h"
@@ -490,6 +494,72 @@ TEST_F(Services, TakeTheirTimeByAClockThatRuns) {
   const auto begun = std::chrono::steady_clock::now();
   EXPECT_TRUE(Get(u"Db")->Start());
   EXPECT_GE(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(60));
+}
+
+TEST_F(Services, HaveTheirChangesLoggedWhenTheyHappen) {
+  srv->AddEventLog(u"System");
+  srv->AddDrive(u'C');
+  srv->AddFile(u"C:\\codes.dll").Messages({{2, u"code 2"}});
+  srv->local_machine()
+      .Key(u"SYSTEM\\CurrentControlSet\\Services\\EventLog\\System\\Service Control Manager")
+      .String(u"ParameterMessageFile", u"C:\\codes.dll", kRegExpandSz);
+  const auto reader = Make<CEventLog>();
+  reader->SetServerName(u"SRV");
+  reader->SetLogName(u"System");
+  Service& log = service(u"Log");
+  log.SetState(kServiceStopped);
+  log.start_time = log.continue_time = 2000;
+  log.pause_time = 5000;
+  service(u"Disk").start_error = 2;
+  srv->AddService(u"Mount").dependencies = {u"Disk"};
+  // What is new, each with its type and second.
+  auto logged = [&, first = 1]() mutable {
+    std::vector<std::string> told;
+    const auto all = reader->GetEventLogEntries();
+    for (; first <= all->Count(); ++first) {
+      Variant index(first);
+      const auto entry = all->Item(index);
+      EXPECT_EQ(entry->SourceName() + entry->ComputerName(), u"Service Control ManagerSRV");
+      EXPECT_EQ(entry->TimeWritten(), entry->TimeGenerated());
+      Text text = ToText(Variant(entry->TimeWritten())).substr(14, 2) + u" " +
+                  ToText(entry->EventCode()) + u" " + ToText(entry->EventType());
+      const Variant strings = entry->StringsArray();
+      for (const Text& string : strings.If<TextArray>()->elements) text += u", " + string;
+      told.push_back(ToUtf8(text) + (entry->Sid() == nullptr ? "" : " by somebody"));
+    }
+    return told;
+  };
+  const auto control = [&](std::int32_t value) {
+    Get(u"Log")->SetServiceControl(static_cast<ServiceControlsEnum>(value));
+  };
+  EXPECT_TRUE(Get(u"Db")->Start());
+  EXPECT_EQ(ErrorOf([&] { Get(u"Mount")->Start(); }), 1068);
+  EXPECT_EQ(ErrorOf([&] { control(SERVICE_CONTROL_STOP); }), 1051);
+  EXPECT_THAT(logged(),
+              ElementsAre("02 7036 4, Log of everything, running", "02 7036 4, Db, running",
+                          "02 7000 1, Disk, code 2", "02 7001 1, Mount, Disk, code 2"));
+  // A state that is left for another one before it is entered is none.
+  Get(u"Db")->SetServiceControl(SERVICE_CONTROL_STOP);
+  const ServiceHandle manager(platform.services,
+                              platform.services.OpenSCManagerW(u"SRV", nullptr, kManagerConnect));
+  const ServiceHandle opened(platform.services, platform.services.OpenServiceW(
+                                                    manager.Get(), u"Log", kServicePauseContinue));
+  SERVICE_STATUS status;
+  EXPECT_TRUE(platform.services.ControlService(opened.Get(), kServiceControlPause, &status));
+  estate().Advance(1000);
+  control(SERVICE_CONTROL_STOP);
+  srv->description().version_major = 5;
+  EXPECT_TRUE(Get(u"Log")->Start());
+  control(SERVICE_CONTROL_PAUSE);
+  control(SERVICE_CONTROL_CONTINUE);
+  EXPECT_THAT(logged(),
+              ElementsAre("02 7036 4, Db, stopped", "03 7036 4, Log of everything, stopped",
+                          "03 7035 4, Log of everything, start by somebody",
+                          "05 7036 4, Log of everything, running",
+                          "05 7035 4, Log of everything, pause by somebody",
+                          "10 7036 4, Log of everything, paused",
+                          "10 7035 4, Log of everything, continue by somebody",
+                          "12 7036 4, Log of everything, running"));
 }
 
 struct RunningWorld : ServicesWorld {

@@ -11,6 +11,12 @@ namespace veldmark::simulated {
 using Ticks = std::uint64_t;
 inline constexpr Ticks kTicksPerMillisecond = 10'000;
 inline constexpr Ticks kTicksPerSecond = 10'000'000;
+// 1970-01-01, from which others count seconds.
+inline constexpr Ticks kUnixStart = 116'444'736'000'000'000;
+
+inline DWORD UnixTimeOf(Ticks ticks) {
+  return static_cast<DWORD>((ticks - kUnixStart) / kTicksPerSecond);
+}
 
 FILETIME ToFileTime(Ticks ticks);
 Ticks ToTicks(const FILETIME& time);

@@ -86,6 +86,8 @@ struct ServerDescription {
 
 // The log that is opened where there is none of a name.
 inline constexpr TextView kUsualEventLog = u"Application";
+// The log that the service manager writes to where there is one.
+inline constexpr TextView kSystemEventLog = u"System";
 
 using Address = std::array<std::uint8_t, 4>;
 

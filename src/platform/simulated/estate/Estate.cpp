@@ -202,11 +202,6 @@ const std::vector<Address>* Estate::FindHost(TextView name) const {
   return nullptr;
 }
 
-DWORD Estate::unix_time() const {
-  constexpr Ticks kUnixStart = 116'444'736'000'000'000;
-  return static_cast<DWORD>((now() - kUnixStart) / kTicksPerSecond);
-}
-
 void Estate::Follow(Clock clock) {
   now_ = now();
   clock_ = std::move(clock);

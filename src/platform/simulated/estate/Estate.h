@@ -105,7 +105,7 @@ class Estate {
 
   Ticks now() const { return now_ + (clock_ ? clock_() - clock_start_ : 0); }
   // The same in seconds since 1970.
-  DWORD unix_time() const;
+  DWORD unix_time() const { return UnixTimeOf(now()); }
   void Advance(std::uint64_t milliseconds) { now_ += milliseconds * kTicksPerMillisecond; }
   // A clock outside, which counts from any moment and only moves forward.
   using Clock = std::function<Ticks()>;

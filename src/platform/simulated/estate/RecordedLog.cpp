@@ -59,6 +59,19 @@ RecordedLog::RecordedLog(std::vector<RawRecord> records)
   }
 }
 
+RecordedLog::Announced RecordedLog::Announce(Ticks when, Event event) {
+  const Announced announced{when, ++announcements_};
+  announced_.emplace(announced, std::move(event));
+  return announced;
+}
+
+void RecordedLog::CatchUp(Ticks now) {
+  while (!announced_.empty() && announced_.begin()->first.first <= now) {
+    Add(announced_.begin()->second);
+    announced_.erase(announced_.begin());
+  }
+}
+
 void RecordedLog::Clear() {
   records_.clear();
   oldest_ = 1;

@@ -3,11 +3,14 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <map>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "automation/Text.h"
 #include "platform/operations/EventLog.h"
+#include "platform/simulated/estate/Calendar.h"
 #include "platform/simulated/estate/Sid.h"
 
 namespace veldmark::simulated {
@@ -45,6 +48,15 @@ class RecordedLog {
   void Add(const Event& event) { AddRaw(LayOut(event, next())); }
   // Bytes that may be no record.
   void AddRaw(RawRecord record) { records_.push_back(std::move(record)); }
+
+  // An event to come, by the moment that it is written at and its turn among those announced.
+  using Announced = std::pair<Ticks, std::uint64_t>;
+  Announced Announce(Ticks when, Event event);
+  // Takes back what isn't written yet.
+  void Withdraw(const Announced& announced) { announced_.erase(announced); }
+  // Writes what was announced for a moment up to this one.
+  void CatchUp(Ticks now);
+
   // Empties the log, which begins with 1 again. Who has it open can't read on.
   void Clear();
 
@@ -72,6 +84,8 @@ class RecordedLog {
   Text name_;
   DWORD oldest_ = 1;
   std::deque<RawRecord> records_;
+  std::map<Announced, Event> announced_;
+  std::uint64_t announcements_ = 0;
   std::uint32_t clearings_ = 0;
   DWORD unreadable_ = 0;
 };

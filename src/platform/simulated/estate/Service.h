@@ -7,6 +7,7 @@
 #include "platform/operations/ServiceControl.h"
 #include "platform/simulated/estate/Calendar.h"
 #include "platform/simulated/estate/NamedObject.h"
+#include "platform/simulated/estate/RecordedLog.h"
 
 namespace veldmark::simulated {
 
@@ -45,6 +46,8 @@ class Service : public NamedObject {
   DWORD checkpoint_time = 1000;
   DWORD start_error = 0;  // the code that starting it ends with
   bool is_marked_for_deletion = false;
+  // What its computer's log will say when the last change of its state is over.
+  RecordedLog::Announced announced{};
 
   // Running, stopped or paused, all the time so far.
   void SetState(DWORD state);

@@ -58,7 +58,15 @@ void ReadEventLogs(const Node& node, Computer& computer, Estate& estate) {
     }
     if (const auto code = described.Field("unreadable")) log.SetUnreadable(code->Unsigned32());
     if (const auto records = described.Field("records")) {
-      for (const Node& record : records->Elements()) log.Add(ReadEvent(record, computer, estate));
+      for (const Node& record : records->Elements()) {
+        Event event = ReadEvent(record, computer, estate);
+        const Ticks when = kUnixStart + event.written * kTicksPerSecond;
+        if (when > estate.now()) {
+          log.Announce(when, std::move(event));
+        } else {
+          log.Add(event);
+        }
+      }
     }
   }
 }

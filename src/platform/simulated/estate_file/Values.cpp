@@ -53,13 +53,12 @@ Ticks ReadTime(const Node& node) {
 }
 
 DWORD ReadSeconds(const Node& node) {
-  constexpr Ticks kStart = 116'444'736'000'000'000;
   constexpr Ticks kNever = 0xFFFFFFFF;
   const Ticks time = ReadTime(node);
-  if (time < kStart || (time - kStart) / kTicksPerSecond >= kNever) {
+  if (time < kUnixStart || (time - kUnixStart) / kTicksPerSecond >= kNever) {
     node.Complain("must be a time from 1970 to 2106");
   }
-  return static_cast<DWORD>((time - kStart) / kTicksPerSecond);
+  return UnixTimeOf(time);
 }
 
 std::vector<std::uint8_t> ReadHex(const Node& node) {

@@ -87,7 +87,10 @@ HANDLE SimulatedEventLog::HandOut(std::shared_ptr<RecordedLog> log, const Comput
 SimulatedEventLog::OpenLog* SimulatedEventLog::Lookup(HANDLE event_log,
                                                       std::string_view operation) {
   const auto found = logs_.find(ValueOf(event_log));
-  if (found != logs_.end()) return &found->second;
+  if (found != logs_.end()) {
+    found->second.log->CatchUp(session_.estate.now());
+    return &found->second;
+  }
   session_.ledger.Misused(Resource::EventLog, ValueOf(event_log), operation);
   return nullptr;
 }

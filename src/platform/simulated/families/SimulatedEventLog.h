@@ -34,6 +34,7 @@ class SimulatedEventLog final : public EventLog {
 
   HANDLE HandOut(std::shared_ptr<RecordedLog> log, const Computer& computer,
                  std::string_view operation, TextView name);
+  // The log with all that is written by now; null for a handle that is none.
   OpenLog* Lookup(HANDLE event_log, std::string_view operation);
   DWORD LoadFile(const Text& path, std::shared_ptr<RecordedLog>& log);
   // Tells the log's counts by one of the two operations that do.

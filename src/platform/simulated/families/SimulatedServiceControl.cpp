@@ -1,6 +1,7 @@
 #include "platform/simulated/families/SimulatedServiceControl.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <span>
 
@@ -27,6 +28,16 @@ constexpr DWORD kLastUserDefinedControl = 255;
 // Systems before this version have no descriptions of services, and let only a service with a
 // process of its own have another account than LocalSystem.
 constexpr DWORD kFirstNewVersion = 5;
+// Systems before this version log the controls that are sent, too.
+constexpr DWORD kFirstVersionWithoutControls = 6;
+
+// What the service manager logs, by the published numbers with severity and facility.
+constexpr TextView kLogSource = u"Service Control Manager";
+constexpr DWORD kEventStartFailed = 0xC0001B58;       // 7000
+constexpr DWORD kEventDependencyFailed = 0xC0001B59;  // 7001
+constexpr DWORD kEventControlSent = 0x40001B7B;       // 7035
+constexpr DWORD kEventStateEntered = 0x40001B7C;      // 7036
+constexpr WORD kErrorEvent = 1;
 
 bool IsServiceName(TextView name) {
   return !name.empty() && name.size() <= kLongestName &&
@@ -79,6 +90,16 @@ class Texts {
 bool IsIn(DWORD state, DWORD asked) {
   return (asked & (state == kServiceStopped ? kServiceInactive : kServiceActive)) != 0;
 }
+
+// What a state is called in a log; one on the way to another is called as its control is.
+Text NameOf(DWORD state) {
+  static constexpr std::array<TextView, 8> kNames = {u"",        u"stopped",  u"start", u"stop",
+                                                     u"running", u"continue", u"pause", u"paused"};
+  return Text(kNames[state]);
+}
+
+// A code as the text of an event, which a reader replaces by the code's message.
+Text MessageOf(DWORD code) { return u"%%" + ToText(code); }
 
 // The rights that a control needs; 0 for none that can be sent.
 DWORD RightsFor(DWORD control) {
@@ -294,7 +315,7 @@ BOOL SimulatedServiceControl::ControlService(SC_HANDLE service, DWORD control,
     return Fail(kErrorInvalidServiceControl);
   }
   const auto move = [&](DWORD pending, DWORD to, DWORD milliseconds) {
-    found.Move(pending, to, milliseconds, now(), now());
+    Move(*open->computer, found, pending, to, milliseconds);
   };
   switch (control) {
     case kServiceControlStop:
@@ -641,7 +662,7 @@ DWORD SimulatedServiceControl::Start(Computer& computer, Service& service,
   if (service.start_type == kServiceDisabled) return kErrorServiceDisabled;
   if (std::ranges::find(starting, &service) != starting.end()) return kErrorCircularDependency;
   starting.push_back(&service);
-  Ticks begin = now();
+  Ticks begin = 0;
   for (const Text& name : service.dependencies) {
     if (name.starts_with(u'+')) continue;
     Service* const needed = computer.FindService(name);
@@ -649,15 +670,50 @@ DWORD SimulatedServiceControl::Start(Computer& computer, Service& service,
     if (needed->StateAt(now()) == kServiceStopped) {
       const DWORD error = Start(computer, *needed, starting);
       if (error == kErrorCircularDependency) return error;
-      if (error != 0) return kErrorServiceDependencyFail;
+      if (error != 0) {
+        Report(computer, now(), kEventDependencyFailed,
+               {service.display_name, needed->display_name, MessageOf(error)});
+        return kErrorServiceDependencyFail;
+      }
     }
     begin = std::max(begin, needed->settles());
   }
-  if (service.start_error != 0) return service.start_error;
-  if (!MayLogOn(computer, service)) return kErrorServiceLogonFailed;
+  DWORD error = service.start_error;
+  if (error == 0 && !MayLogOn(computer, service)) error = kErrorServiceLogonFailed;
+  if (error != 0) {
+    Report(computer, now(), kEventStartFailed, {service.display_name, MessageOf(error)});
+    return error;
+  }
   service.exit_code = service.specific_exit_code = 0;
-  service.Move(kServiceStartPending, kServiceRunning, service.start_time, now(), begin);
+  Move(computer, service, kServiceStartPending, kServiceRunning, service.start_time, begin);
   return 0;
+}
+
+void SimulatedServiceControl::Move(Computer& computer, Service& service, DWORD pending, DWORD state,
+                                   DWORD milliseconds, Ticks start) {
+  const Ticks moment = now();
+  // What it was on its way to it never enters.
+  const auto log = computer.FindEventLog(kSystemEventLog);
+  if (log != nullptr && moment < service.settles()) log->Withdraw(service.announced);
+  service.Move(pending, state, milliseconds, moment, std::max(start, moment));
+  if (computer.description().version_major < kFirstVersionWithoutControls) {
+    Report(computer, moment, kEventControlSent, {service.display_name, NameOf(pending)});
+  }
+  service.announced = Report(computer, service.settles(), kEventStateEntered,
+                             {service.display_name, NameOf(state)});
+}
+
+RecordedLog::Announced SimulatedServiceControl::Report(Computer& computer, Ticks when, DWORD id,
+                                                       std::vector<Text> strings) {
+  const auto log = computer.FindEventLog(kSystemEventLog);
+  if (log == nullptr) return {};
+  Event event{.source = Text(kLogSource), .id = id};
+  if (id == kEventStartFailed || id == kEventDependencyFailed) event.type = kErrorEvent;
+  event.generated = event.written = UnixTimeOf(when);
+  event.computer = computer.name();
+  if (id == kEventControlSent) event.user = session_.estate.token().user();
+  event.strings = std::move(strings);
+  return log->Announce(when, std::move(event));
 }
 
 bool SimulatedServiceControl::HasActiveDependents(Computer& computer, const Service& service) {

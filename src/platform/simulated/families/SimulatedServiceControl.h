@@ -80,6 +80,13 @@ class SimulatedServiceControl final : public ServiceControl {
   bool MayLogOn(Computer& computer, const Service& service);
   // Starts a service and what it depends on. Returns 0 or why it can't be.
   DWORD Start(Computer& computer, Service& service, std::vector<const Service*>& starting);
+  // Sends a service on its way to another state, which takes its milliseconds from now on, or from
+  // `start` if that is later.
+  void Move(Computer& computer, Service& service, DWORD pending, DWORD state, DWORD milliseconds,
+            Ticks start = 0);
+  // Has the computer's system log, if there is one, tell of an event at its moment.
+  RecordedLog::Announced Report(Computer& computer, Ticks when, DWORD id,
+                                std::vector<Text> strings);
   bool HasActiveDependents(Computer& computer, const Service& service);
   void CollectDependents(Computer& computer, const Service& service,
                          std::vector<const Service*>& dependents);
