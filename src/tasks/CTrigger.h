@@ -1,6 +1,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <utility>
 
 #include "automation/Object.h"
 #include "automation/Text.h"
@@ -71,6 +72,8 @@ class CTrigger : public Exported<CTrigger> {
 
   /// For the library's own use: reads a trigger of a task.
   void InitTrigger(Ref<ITaskTrigger> trigger, WORD index, Ref<ITask> task);
+  /// As put by the library itself; clients only read it.
+  void SetText(veldmark::Text text) { text_ = std::move(text); }
   const TASK_TRIGGER& Record() const { return record_; }
 
  private:
