@@ -23,7 +23,7 @@ beat.Enabled = True
 For waits = 1 To 400
   If beat.Enabled Then WScript.Sleep 50
 Next
-WScript.Echo "the timer told of it: " & Not beat.Enabled
+WScript.Echo "the timer told of it: " & (Not beat.Enabled)
 ShowLog "Application"
 ShowLog "System"
 
@@ -41,9 +41,11 @@ Sub Beat_Timer()
 End Sub
 
 Sub ShowLog(name)
-  Dim entry
+  Dim entry, strings
   For Each entry In server.GetEventLogEntries(name)
+    ' Without a message file, they stand behind the first line.
+    strings = Mid(entry.EventMessage, InStr(entry.EventMessage, vbCrLf) + 2)
     WScript.Echo name & " " & entry.RecordNumber & ": " & entry.EventCode & " of " & entry.SourceName & ", " & _
-        Join(entry.StringsArray, " ")
+        Trim(Replace(strings, vbCrLf, " "))
   Next
 End Sub
