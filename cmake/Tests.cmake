@@ -124,6 +124,11 @@ if(WIN32)
     set(prefix script.)
     set(bits "")
 
+    # What the tour shows is the computer's affair, but not that it comes to its end.
+    add_test(NAME script.tour COMMAND ${PROJECT_SOURCE_DIR}/run)
+    add_test(NAME script.tour.sandbox COMMAND ${PROJECT_SOURCE_DIR}/run --sandbox)
+    set_tests_properties(script.tour script.tour.sandbox PROPERTIES TIMEOUT 120)
+
     add_test(NAME script.a_lost_output_is_a_failure
              COMMAND sh -c "\"$0\" \"$1\" >/dev/full || echo status $?"
                      ${PROJECT_SOURCE_DIR}/run ${tests}/scripts/model.vbs)

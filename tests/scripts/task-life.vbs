@@ -1,26 +1,12 @@
-' A task of this computer: made, saved, listed, read again, changed, copied and removed.
+' A task of this computer: made, saved, listed, read again, changed and removed.
 Option Explicit
 
 Const TT_Daily = 1
-Const TT_Weekly = 2
 Const TF_HasEndDate = 1
 
-Dim root, server, task, trigger, found, one
+Dim root, server, task, trigger, found
 Set root = CreateObject("Veldmark2.SystemRoot")
 Set server = root.GetServer(root.LocalComputerName)
-
-Function Named(name)
-  Dim each_task
-  Set Named = Nothing
-  For Each each_task In server.GetTasks()
-    If each_task.Name = name Then Set Named = each_task
-  Next
-End Function
-
-Sub Try(what)
-  WScript.Echo what & ": " & Hex(Err.Number)
-  Err.Clear
-End Sub
 
 Set task = server.CreateTask("Veldmark2 test")
 task.ApplicationName = "C:\Windows\notepad.exe"
@@ -28,7 +14,7 @@ task.CommandLine = "/p"
 task.WorkingDirectory = "C:\Windows"
 task.Comment = "One of the tests"
 task.MaxRunTime = 60000
-WScript.Echo "before it is saved: " & task.Name & "|" & task.Creator & "|" & (Named("Veldmark2 test") Is Nothing)
+WScript.Echo "before it is saved: " & (Named("Veldmark2 test") Is Nothing)
 Set trigger = task.CreateTrigger()
 trigger.TriggerType = TT_Daily
 trigger.DaysInterval = 3
@@ -44,35 +30,25 @@ task.Save
 Set found = Named("Veldmark2 test")
 WScript.Echo found.ApplicationName & " " & found.CommandLine & " in " & found.WorkingDirectory & ": " & found.Comment & _
     ", " & found.MaxRunTime & " ms, by " & found.Creator
-Set one = found.GetTriggers().Item(1)
-WScript.Echo one.Text & ": " & one.TriggerType & " " & one.DaysInterval & " " & one.StartHour & ":" & one.StartMinute & _
-    " from " & one.BeginDate & " to " & one.EndDate
-
-On Error Resume Next
-one.Day = 3
-Try "a day of a daily one"
-WScript.Echo one.WeeksInterval
-Try "reading weeks"
-server.CreateTask "Veldmark2 test"
-Try "a second of its name"
-server.CreateTaskObject().Save
-Try "saving one without a task"
-On Error Goto 0
-
-one.TriggerType = TT_Weekly
-one.WeeksInterval = 2
-one.DaysOfTheWeek = 2
-one.Save
+Set trigger = found.GetTriggers().Item(1)
+WScript.Echo trigger.Text & ": " & trigger.TriggerType & " " & trigger.DaysInterval & " to " & trigger.EndDate
 found.Comment = "Changed"
-found.Save
-found.Refresh
-WScript.Echo found.Name & ": " & found.Comment & ", " & found.GetTriggers().Count & " triggers"
 found.GetTriggers().Item(1).Delete
 found.Save
-WScript.Echo "triggers left: " & Named("Veldmark2 test").GetTriggers().Count
+found.Refresh
+WScript.Echo found.Comment & ", triggers left: " & found.GetTriggers().Count
 
+On Error Resume Next
+server.CreateTask "Veldmark2 test"
+WScript.Echo "a second of its name: " & Hex(Err.Number)
+On Error Goto 0
 found.Delete
 WScript.Echo "removed: " & (Named("Veldmark2 test") Is Nothing)
-On Error Resume Next
-found.Refresh
-Try "reading it"
+
+Function Named(name)
+  Dim each_task
+  Set Named = Nothing
+  For Each each_task In server.GetTasks()
+    If each_task.Name = name Then Set Named = each_task
+  Next
+End Function

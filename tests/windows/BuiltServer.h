@@ -65,23 +65,18 @@ class BuiltServer {
   ::HMODULE module_;
 };
 
-/// The object that a member without arguments hands out.
-inline com::ComRef<IDispatch> ObjectFrom(IDispatch* object, const wchar_t* member) {
-  LPOLESTR name = const_cast<LPOLESTR>(member);
-  DISPID id = DISPID_UNKNOWN;
-  DISPPARAMS none{};
-  VARIANT result;
-  VariantInit(&result);
-  com::ComRef<IDispatch> found;
-  if (SUCCEEDED(object->GetIDsOfNames(IID_NULL, &name, 1, 0, &id)) &&
-      SUCCEEDED(object->Invoke(id, IID_NULL, 0, DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none,
-                               &result, nullptr, nullptr)) &&
-      result.vt == VT_DISPATCH) {
-    *found.Receive() = result.pdispVal;
-  } else {
-    VariantClear(&result);
-  }
-  return found;
+/// The thread's error information, "source|description", which is taken.
+inline std::wstring ErrorInformation() {
+  com::ComRef<IErrorInfo> information;
+  if (GetErrorInfo(0, information.Receive()) != S_OK) return {};
+  BSTR source = nullptr, description = nullptr;
+  information->GetSource(&source);
+  information->GetDescription(&description);
+  std::wstring taken(source, source + SysStringLen(source));
+  taken.append(L"|").append(description, SysStringLen(description));
+  SysFreeString(source);
+  SysFreeString(description);
+  return taken;
 }
 
 }  // namespace veldmark

@@ -60,7 +60,6 @@ const Interface& CSpecimen::Describe() {
           .Method<&CSpecimen::EchoObject>(u"EchoObject", u"", {u"Object"})
           .Method<&CSpecimen::NameOf>(u"NameOf", u"", {u"Other"})
           .Method<&CSpecimen::Reverse>(u"Reverse", u"", {u"Bytes"})
-          .Method<&CSpecimen::Split>(u"Split", u"", {u"Parts"})
           .Method<&CSpecimen::Tell>(u"Tell", u"", {u"Message"})
           .Get<&CSpecimen::Children>(u"Children", u"")
           .Events(SpecimenEvents());
@@ -113,12 +112,6 @@ ByteArray CSpecimen::Reverse(ByteArray& bytes) {
   ByteArray original = bytes;
   std::ranges::reverse(bytes.elements);
   return original;
-}
-
-TextArray CSpecimen::Split(const TextArray& parts) {
-  TextArray doubled = parts;
-  for (Text& part : doubled.elements) part += part;
-  return doubled;
 }
 
 bool CSpecimen::Tell(TextView message) {

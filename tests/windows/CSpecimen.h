@@ -29,7 +29,6 @@ class CSpecimen : public Exported<CSpecimen> {
   Ref<Object> EchoObject(Ref<Object> object) { return object; }
   Text NameOf(CSpecimen* other);
   ByteArray Reverse(ByteArray& bytes);
-  TextArray Split(const TextArray& parts);
   /// Raises the event `Told` and returns what its listeners left in `Cancel`.
   bool Tell(TextView message);
   Ref<CSpecimen> Children() { return this; }
