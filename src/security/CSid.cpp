@@ -156,9 +156,7 @@ const SidWords& CSid::SidBuffer() {
   return sid_;
 }
 
-void CSid::PutSidBuffer(SidWords words) {
-  sid_ = std::move(words);
-}
+void CSid::PutSidBuffer(SidWords words) { sid_ = std::move(words); }
 
 void CSid::ComputeSidText() {
   Swallow([&] { sid_text_ = IsValid() ? SidToText(AsBytes(sid_)) : Text(); });
