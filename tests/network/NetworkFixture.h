@@ -41,6 +41,7 @@ class NetworkWorld : public SimulatedApartment {
               .announce_delta = 3001,
               .licenses = 7,
               .user_path = u"D:\\Users"};
+    computer(u"FS1").AddPipe(u"NETAPPSVC");
     estate().AddMember(u"CORP", u"PC1");
     estate().AddMember(u"CORP", u"PC9").SetReachable(false);
     estate().AddWorkgroup(u"LAB");

@@ -3,6 +3,7 @@
 #include "accounts/CUser.h"
 #include "automation/CaseMapping.h"
 #include "security/SecurityFixture.h"
+#include "security/WellKnownGroups.h"
 
 namespace veldmark {
 namespace {
@@ -214,8 +215,9 @@ TEST_F(Accounts, OfNumbersCountUpToTheLastThatIsNotZero) {
   EXPECT_EQ(text(5, {1, 2, 3, 4, 5, 6, 7, 8, 9}), u"");
 }
 
-TEST(WellKnownGroups, StandThreeTimesWithTheNamesOfThePlatform) {
-  SimulatedApartment world;
+using WellKnownGroups = ApartmentFixture;
+
+TEST_F(WellKnownGroups, StandThreeTimesWithTheNamesOfThePlatform) {
   SystemRoot root;
   const Ref<CGroups> groups = root.GetWellKnownGroups();
   EXPECT_EQ(groups.Get(), SystemRoot().GetWellKnownGroups().Get());
@@ -254,25 +256,17 @@ TEST(WellKnownGroups, StandThreeTimesWithTheNamesOfThePlatform) {
   EXPECT_EQ(system->WellKnownGroupType(), WKG_SYSTEM);
 }
 
-TEST(WellKnownGroups, LackWhatTheComputerHasNoNameForAndGrowAtRunTime) {
-  simulated::Estate estate;
-  estate.ForgetKnownAccount(*Sid::FromText(u"S-1-5-13"));
-  estate.local().description().version_major = 4;
-  simulated::SimulatedPlatform simulated(std::move(estate));
-  Platform platform = simulated.platform();
-  Apartment::Start(platform);
-  {
-    SystemRoot root;
-    const Ref<CGroups> groups = root.GetWellKnownGroups();
-    EXPECT_EQ(groups->Count(), 3 * 12);
-    const auto sid = root.GetSidFromText(u"S-1-5-19");
-    EXPECT_EQ(AccountOf(*sid), "group 2|NT AUTHORITY||LOCAL SERVICE");
-    EXPECT_EQ(groups->Count(), 3 * 12 + 1);
-    sid->GetAccount();
-    EXPECT_EQ(groups->Count(), 3 * 12 + 1);
-  }
-  Apartment::End();
-  EXPECT_EQ(simulated.ledger().Report(), "");
+TEST_F(WellKnownGroups, LackWhatTheComputerHasNoNameForAndGrowAtRunTime) {
+  estate().ForgetKnownAccount(*Sid::FromText(u"S-1-5-13"));
+  local().description().version_major = 4;
+  const Ref<CGroups> groups = BuildWellKnownGroups();
+  Apartment::Current().well_known_groups = groups;
+  EXPECT_EQ(groups->Count(), 3 * 12);
+  const auto sid = SystemRoot().GetSidFromText(u"S-1-5-19");
+  EXPECT_EQ(AccountOf(*sid), "group 2|NT AUTHORITY||LOCAL SERVICE");
+  EXPECT_EQ(groups->Count(), 3 * 12 + 1);
+  sid->GetAccount();
+  EXPECT_EQ(groups->Count(), 3 * 12 + 1);
 }
 
 TEST(AccountFaults, LeaveNoBufferAndCacheNoFailureAsASuccess) {
