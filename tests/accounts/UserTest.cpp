@@ -172,15 +172,14 @@ TEST_F(Users, AreInGroupsOfTheirOwnServerOrAnother) {
 
 TEST_F(Users, AreWrittenBackWholeByAnUpdate) {
   simulated::UserAccount& ann = srv->own_accounts().user(u"ann");
-  ann.comment = u"a comment";
   ann.home_folder = u"H";
+  ann.script = u"S";
   const Ref<CUser> user = root.GetUser(u"\\\\SRV", u"ann");
   user->Details().comment = u"another";
   user->Details().flags |= kAccountDisabled;
   CUpdate update;
   EXPECT_TRUE(update.SetUserInfo(user.Get()));
-  EXPECT_EQ(ann.comment, u"another");
-  EXPECT_EQ(ann.home_folder, u"H");
+  EXPECT_EQ(ann.comment + ann.home_folder + ann.script, u"anotherHS");
   EXPECT_EQ(ann.flags & kAccountDisabled, kAccountDisabled);
   EXPECT_FALSE(update.SetUserInfo(nullptr));
   faults().FailEvery("NetUserSetInfo", 5);

@@ -163,6 +163,9 @@ TEST_F(Descriptors, OfSharesWithoutOneDependOnTheirType) {
   EXPECT_EQ(Engine().GetShareSD(u"srv", u"IPC", share.Get()), nullptr);
   EXPECT_EQ(ErrorOf([&] { Named(u"\\\\srv\\share", SE_LMSHARE); }), 91);
   EXPECT_EQ(ErrorOf([&] { Engine().GetShareSD(u"srv", u"Share", Make<CFile>().Get()); }), 13);
+  share->ShareType = ST_DISKTREE;
+  Apartment::Current().well_known_groups = nullptr;
+  EXPECT_EQ(ErrorOf([&] { Engine().GetShareSD(u"srv", u"Share", share.Get()); }), 91);
 }
 
 TEST_F(Descriptors, SaveWritesWhatTheEntriesSay) {
