@@ -128,7 +128,7 @@ Ref<CSid> CGroup::GetSid() {
     sid = Make<CSid>();
     switch (GroupType) {
       case GT_GlobalGroup:
-        if (!ServerName.empty()) sid->SetResidesOnServer(ServerName);
+        sid->SetResidesOnServer(ServerName);
         sid->ResolveFromAccount(DomainName, GroupName);
         break;
       case GT_LocalGroup:

@@ -95,7 +95,7 @@ Ref<CSid> CUser::GetSid() {
     sid = Make<CSid>();
     switch (UserType) {
       case UT_GlobalUser:
-        if (!server_name_.empty()) sid->SetResidesOnServer(server_name_);
+        sid->SetResidesOnServer(server_name_);
         sid->ResolveFromAccount(domain_name_, UserName);
         break;
       case UT_LocalUser:

@@ -130,7 +130,6 @@ Ref<CGroups> CSupport::GetLocalGroups(CServer* server, bool async) {
           const auto group = Make<CGroup>();
           group->GroupName = TextAt(record.lgrpi1_name);
           group->PutComment(TextAt(record.lgrpi1_comment));
-          group->GroupType = GT_LocalGroup;
           group->ServerName = home.server_name;
           group->DomainName = home.domain_name;
           group->SetPopulated(true);

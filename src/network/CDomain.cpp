@@ -169,9 +169,7 @@ Ref<CUsers> CDomain::GetUsers() {
 Ref<CUsers> CDomain::GetUsersFromDC(const Text& server_name) {
   const Ref<CDomain> keep_alive(this);
   return ReRaisingAs(kClassName, [&] {
-    Ref<CServer> server = Engine().GetServer(server_name, DomainName);
-    if (!server) server = GetPDC();
-    if (!server) Raise(runtime_error::kObjectNotSet);
+    const Ref<CServer> server = Engine().GetServer(server_name, DomainName);
     return Engine().GetUsers(*server, AsyncFetch);
   });
 }

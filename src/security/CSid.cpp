@@ -63,17 +63,16 @@ bool CSid::IsValid() {
 }
 
 const Text& CSid::SidText() {
-  if (sid_text_.empty() && sid_.size() > 1 && sid_loaded_) ComputeSidText();
+  if (sid_text_.empty() && !sid_.empty()) ComputeSidText();
   return sid_text_;
 }
 
 Ref<Object> CSid::GetAccount() {
   // A listener of the look-up's status may let go of the SID.
   const Ref<CSid> keep_alive(this);
-  if (!account_loaded_ && sid_.size() > 1) LoadAccountInfo();
+  LoadAccountOnce();
   if (sid_type_ == 0) {
     account_name_.clear();
-    account_server_.clear();
     account_domain_.clear();
     LoadAccountInfo();
   }
@@ -157,10 +156,7 @@ const SidWords& CSid::SidBuffer() {
   return sid_;
 }
 
-void CSid::PutSidBuffer(SidWords words) {
-  sid_ = std::move(words);
-  sid_loaded_ = true;
-}
+void CSid::PutSidBuffer(SidWords words) { sid_ = std::move(words); }
 
 void CSid::ComputeSidText() {
   Swallow([&] { sid_text_ = IsValid() ? SidToText(AsBytes(sid_)) : Text(); });
@@ -184,14 +180,12 @@ Text CSid::ResolveFromAccount(Text domain, Text name) {
     if (Text trimmed = TrimAtNulRight(name); !trimmed.empty()) account_name_ = trimmed;
     CacheAccount({sid_text_, account_domain_, account_name_, sid_type_}, resides_on_server_);
   });
-  sid_loaded_ = true;
   return sid_text_;
 }
 
 void CSid::LoadAccountInfo() {
   Swallow([&] {
-    if (sid_text_.empty() && sid_.size() > 1) ComputeSidText();
-    Account account{sid_text_, {}, {}, sid_type_};
+    Account account{SidText(), {}, {}, sid_type_};
     if (!sid_text_.empty() && account_domain_.empty() && account_name_.empty() &&
         FindCachedAccount(account, resides_on_server_)) {
       account_domain_ = account.domain;
@@ -234,7 +228,6 @@ Ref<Object> CSid::MakeUnknownUser(UserTypeEnum type) {
   const auto user = Make<CUser>();
   user->UserType = type;
   user->UserName = account_name_;
-  user->SetServerName(account_server_);
   user->SetDomainName(account_domain_);
   return Finished(*user);
 }
@@ -247,9 +240,7 @@ Ref<Object> CSid::MakeUser() {
     user->SetDomainName(Text());
     user->SetServerName(PlainServerName(account_domain_));
   };
-  if (account_domain_.empty()) {
-    user->SetServerName(PlainServerName(account_server_));
-  } else if (ResidesOnItsDomain()) {
+  if (account_domain_.empty() || ResidesOnItsDomain()) {
     make_local();
   } else {
     user->UserType = UT_GlobalUser;
@@ -322,16 +313,12 @@ Ref<Object> CSid::MakeDeletedAccount() {
   account_name_ = kDeletedAccount;
   const auto user = Make<CUser>();
   user->UserName = account_name_;
-  user->SetServerName(account_server_);
   if (account_domain_.empty() || account_domain_ == u"BUILTIN") {
     is_builtin_ = true;
-  } else if (account_server_ != account_domain_) {
+  } else {
     user->UserType = UT_GlobalUser;
     user->SetDomainName(account_domain_);
-    account_display_name_ = account_domain_ + u"\\" + account_name_;
-  } else {
-    user->UserType = UT_LocalUser;
-    account_display_name_ = account_server_ + u"\\" + account_name_;
+    account_display_name_ = QualifiedName(account_domain_, account_name_);
   }
   return Finished(*user);
 }
@@ -349,10 +336,7 @@ Ref<Object> CSid::Finished(CGroup& group) const {
 }
 
 void CSid::LoadAccountOnce() {
-  // A SID of its own takes three words; what is shorter can't be looked up.
-  if (account_loaded_ || sid_.size() <= 1) return;
-  LoadAccountInfo();
-  account_loaded_ = true;
+  if (!account_loaded_ && !sid_.empty()) LoadAccountInfo();
 }
 
 }  // namespace veldmark

@@ -27,7 +27,11 @@ class CSid : public Exported<CSid>, Counted<Counter::kSid> {
   /// True for a sound binary form; never raises.
   bool IsValid();
   const Text& SidText();
-  Text AccountServer() { return Loaded(account_server_); }
+  /// Empty: nothing tells an account's server.
+  Text AccountServer() {
+    LoadAccountOnce();
+    return {};
+  }
   Text AccountDomain() { return Loaded(account_domain_); }
   Text AccountName() { return Loaded(account_name_); }
   /// 0 before the account was looked up. Looks nothing up.
@@ -90,7 +94,6 @@ class CSid : public Exported<CSid>, Counted<Counter::kSid> {
 
   SidWords sid_;
   Text sid_text_;
-  Text account_server_;
   Text account_domain_;
   Text account_name_;
   Text account_display_name_;
@@ -100,7 +103,6 @@ class CSid : public Exported<CSid>, Counted<Counter::kSid> {
   bool account_unknown_ = false;
   bool is_builtin_ = false;
   bool account_loaded_ = false;
-  bool sid_loaded_ = false;
 };
 
 }  // namespace veldmark

@@ -10,25 +10,23 @@
 #include "accounts/CUsers.h"
 #include "apartment/CStatus.h"
 #include "apartment/CSupport.h"
-#include "automation/Conversion.h"
 #include "network/CServer.h"
 #include "root/SystemRoot.h"
 #include "support/ErrorOf.h"
 #include "support/FaultSweep.h"
 #include "support/Listener.h"
+#include "support/ValuesOf.h"
 
 namespace veldmark {
 
-inline std::string Shown(CUser& user) {
-  return ToUtf8(user.UserName + u"|" + ToText(std::int64_t{user.UserType}) + u"|" +
-                user.ServerName() + u"|" + user.DomainName());
-}
-inline std::string Shown(CGroup& group) {
-  return ToUtf8(group.GroupName + u"|" + ToText(std::int64_t{group.GroupType}) + u"|" +
-                group.ServerName + u"|" + group.DomainName);
+/// Name, type, server and domain, "bob|1|DC1|CORP".
+inline std::string Shown(Object& account) {
+  const bool is_user = dynamic_cast<CUser*>(&account) != nullptr;
+  return ValuesOf(account, {is_user ? u"UserName" : u"GroupName",
+                            is_user ? u"UserType" : u"GroupType", u"ServerName", u"DomainName"});
 }
 
-/// Name, type, server and domain of each in a list; "Nothing" without a list.
+/// The same of each in a list; "Nothing" without a list.
 template <class List>
 std::vector<std::string> Shown(const Ref<List>& list) {
   if (!list) return {"Nothing"};
@@ -58,12 +56,13 @@ class AccountsWorld : public SimulatedApartment {
   simulated::AccountDatabase& corp() { return *estate().FindDomain(u"CORP")->accounts; }
   simulated::AccountDatabase& far() { return *estate().FindDomain(u"FAR")->accounts; }
 
-  Ref<CServer> Server(TextView name) {
+  static Ref<CServer> Server(TextView name) {
     auto server = Make<CServer>();
     server->ServerName = name;
     return server;
   }
-  Ref<CGroup> Group(TextView name, GroupTypeEnum type, TextView server, TextView domain = {}) {
+  static Ref<CGroup> Group(TextView name, GroupTypeEnum type, TextView server,
+                           TextView domain = {}) {
     auto group = Make<CGroup>();
     group->GroupName = name;
     group->GroupType = type;
@@ -71,7 +70,7 @@ class AccountsWorld : public SimulatedApartment {
     group->DomainName = domain;
     return group;
   }
-  Ref<CUser> User(TextView name, UserTypeEnum type, TextView server, TextView domain = {}) {
+  static Ref<CUser> User(TextView name, UserTypeEnum type, TextView server, TextView domain = {}) {
     auto user = Make<CUser>();
     user->UserName = name;
     user->UserType = type;
@@ -90,18 +89,11 @@ class AccountsWorld : public SimulatedApartment {
 
   simulated::Computer* dc;
   simulated::Computer* srv;
-  SystemRoot root;
 };
 
-/// A test in that world; it fails when an object or a buffer outlives it.
-class AccountsTest : public testing::Test, protected AccountsWorld {
+class AccountsTest : public TestIn<AccountsWorld> {
  protected:
-  void TearDown() override {
-    for (const Counter counter : {Counter::kUser, Counter::kUsers}) {
-      EXPECT_EQ(Apartment::Current().counters[counter], 0) << static_cast<int>(counter);
-    }
-    EXPECT_EQ(ledger().Report(), "");
-  }
+  SystemRoot root;
 };
 
 }  // namespace veldmark

@@ -5,8 +5,6 @@
 
 #include "apartment/CStatus.h"
 #include "apartment/CSupport.h"
-#include "automation/Conversion.h"
-#include "automation/Interface.h"
 #include "network/CDomain.h"
 #include "network/CDomains.h"
 #include "network/CNetHood.h"
@@ -19,6 +17,7 @@
 #include "support/ErrorOf.h"
 #include "support/FaultSweep.h"
 #include "support/Listener.h"
+#include "support/ValuesOf.h"
 
 namespace veldmark {
 
@@ -42,6 +41,7 @@ class NetworkWorld : public SimulatedApartment {
               .announce_delta = 3001,
               .licenses = 7,
               .user_path = u"D:\\Users"};
+    computer(u"FS1").AddPipe(u"NETAPPSVC");
     estate().AddMember(u"CORP", u"PC1");
     estate().AddMember(u"CORP", u"PC9").SetReachable(false);
     estate().AddWorkgroup(u"LAB");
@@ -50,6 +50,12 @@ class NetworkWorld : public SimulatedApartment {
   }
 
   simulated::Computer& computer(TextView name) { return *estate().FindComputer(name); }
+  /// A server that nothing is known of but its name.
+  static Ref<CServer> Named(TextView name) {
+    auto server = Make<CServer>();
+    server->ServerName = name;
+    return server;
+  }
   /// The calls of the network operations since the last time, each with what it was asked for.
   std::string Calls() {
     std::string calls;
@@ -90,8 +96,7 @@ std::string NamesIn(const Ref<List>& list, TextView property) {
   std::string names;
   for (std::int32_t i = 1; i <= list->Count(); ++i) {
     Variant position(i);
-    const Ref<Object> item = list->Item(position);
-    names += " " + ToUtf8(ToText(Call(*item, property, MemberKind::kGet)));
+    names += " " + ToUtf8(ToText(Call(*list->Item(position), property, MemberKind::kGet)));
   }
   return names;
 }

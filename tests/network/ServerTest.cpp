@@ -11,23 +11,17 @@ using Names = NetworkTest;
 using Servers = NetworkTest;
 using Rights = NetworkTest;
 
-std::int32_t Held(const Ref<Collection>& cache) { return cache->Count(); }
-
 TEST_F(Names, OfDomainsAreAskedOncePerServerAsItIsWritten) {
-  const struct {
-    Text server;
-    const char* calls;
-  } cases[] = {
+  const std::pair<Text, const char*> cases[] = {
       {u"FS1", "NetWkstaGetInfo FS1 100\n"},
       {u"fs1", ""},
       {u"\\\\FS1", "NetWkstaGetInfo \\\\FS1 100\n"},
       {u"\\\\fs1", ""},
       {Text(u"FS1\0x", 5), "NetWkstaGetInfo FS1 100\n"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(ToUtf8(c.server));
-    EXPECT_EQ(Engine().GetDomainFromServer(c.server), u"CORP");
-    EXPECT_EQ(Calls(), c.calls);
+  for (const auto& [server, calls] : cases) {
+    EXPECT_EQ(Engine().GetDomainFromServer(server), u"CORP");
+    EXPECT_EQ(Calls(), calls) << ToUtf8(server);
   }
   EXPECT_EQ(root_->GetDomainFromServerName(u"")->DomainName, u"WORKGROUP");
   EXPECT_EQ(root_->GetDomainFromServerName(u"BENCH")->DomainName, u"LAB");
@@ -36,7 +30,7 @@ TEST_F(Names, OfDomainsAreAskedOncePerServerAsItIsWritten) {
     EXPECT_EQ(ErrorOf([&] { root_->GetDomainFromServerName(unknown); }), 53);
     EXPECT_EQ(Err().Source(), u"Veldmark2.SystemRoot");
   }
-  EXPECT_EQ(Held(Apartment::Current().domain_cache), 5);
+  EXPECT_EQ(Apartment::Current().domain_cache->Count(), 5);
   computer(u"PC9").SetReachable(true);
   EXPECT_EQ(Engine().GetDomainFromServer(u"PC9"), u"CORP") << "a failure is not remembered";
   Apartment::Current().domain_cache = nullptr;
@@ -60,7 +54,7 @@ TEST_F(Names, OfControllersAreAskedOncePerDomainOrElsePerServer) {
     EXPECT_EQ(Calls(), c.calls);
   }
   const Ref<Collection> cache = Apartment::Current().pdc_cache;
-  EXPECT_EQ(Held(cache), 3);
+  EXPECT_EQ(cache->Count(), 3);
   EXPECT_EQ(FailureOf([] { Engine().GetPDCName(u"", u"").size(); }).substr(0, 24),
             u"2453|Veldmark2.CSupport|");
   estate().Join(local(), u"CORP");
@@ -70,7 +64,7 @@ TEST_F(Names, OfControllersAreAskedOncePerDomainOrElsePerServer) {
   }
   EXPECT_EQ(ErrorOf([] { Engine().GetPDCName(u"LAB", u""); }), 2453);
   EXPECT_EQ(ErrorOf([] { Engine().GetPDCName(u"CORQ", u"NOBODY"); }), 53);
-  EXPECT_EQ(Held(cache), 3);
+  EXPECT_EQ(cache->Count(), 3);
 
   // Without the cache it goes on, and the error of the look-up stays.
   Apartment::Current().pdc_cache = nullptr;
@@ -86,22 +80,11 @@ TEST_F(Servers, AreOneObjectPerNameInAnyCaseWithWhatTheComputerSays) {
   EXPECT_EQ(log, "Retrieving Information for Server fs1\n");
   EXPECT_EQ(Calls(), "NetWkstaGetInfo fs1 100\nNetServerGetInfo \\\\fs1 102\n");
   EXPECT_EQ(root_->GetServer(u"FS1", u"OTHER"), server);
-  EXPECT_EQ(server->ServerName, u"FS1");
-  EXPECT_EQ(server->DomainName, u"CORP");
-  EXPECT_EQ(server->Comment(), u"Files");
-  EXPECT_EQ(server->PlatformId(), 500);
-  EXPECT_EQ(server->VersionMajor(), 5);
-  EXPECT_EQ(server->VersionMinor(), 2);
-  EXPECT_EQ(server->ServerType(), static_cast<ServerTypeEnum>(0x80009003));
-  EXPECT_EQ(server->ServerTypeRaw(), static_cast<std::int32_t>(0x80009003));
-  EXPECT_EQ(server->NumUsers(), 40);
-  EXPECT_EQ(server->DisconnectTime(), -1);
-  EXPECT_TRUE(server->Hidden());
-  EXPECT_EQ(server->AnnounceRate(), 241);
-  EXPECT_EQ(server->AnnounceDelta(), 3001);
-  EXPECT_EQ(server->Licenses(), 7);
-  EXPECT_EQ(server->UserPath(), u"D:\\Users");
-  EXPECT_FALSE(server->StateUnknown());
+  EXPECT_EQ(ValuesOf(*server, {u"ServerName", u"DomainName", u"Comment", u"PlatformId",
+                               u"VersionMajor", u"VersionMinor", u"ServerType", u"ServerTypeRaw",
+                               u"NumUsers", u"DisconnectTime", u"Hidden", u"AnnounceRate",
+                               u"AnnounceDelta", u"Licenses", u"UserPath", u"StateUnknown"}),
+            "FS1|CORP|Files|500|5|2|-2147446781|-2147446781|40|-1|True|241|3001|7|D:\\Users|False");
   EXPECT_EQ(Calls(), "");
 
   const Ref<CServer> other = root_->GetServer(u"\\\\FS1", u"GIVEN");
@@ -117,7 +100,7 @@ TEST_F(Servers, AreOneObjectPerNameInAnyCaseWithWhatTheComputerSays) {
     EXPECT_EQ(ErrorOf([&] { root_->GetServer(unknown, u"CORP"); }), 53);
     EXPECT_EQ(Err().Source(), u"Veldmark2.SystemRoot");
   }
-  EXPECT_EQ(Held(cache), 2);
+  EXPECT_EQ(cache->Count(), 2);
 }
 
 TEST_F(Servers, FetchWhatTheirLevelLacksAndKeepWhatTheyHaveWhereThatFails) {
@@ -141,15 +124,11 @@ TEST_F(Servers, FetchWhatTheirLevelLacksAndKeepWhatTheyHaveWhereThatFails) {
   plain->PutComment(u"Mine");
   Calls();
   faults().FailEvery("NetServerGetInfo", 53);
-  const std::function<void()> getters[] = {
-      [&] { plain->Comment(); },      [&] { plain->VersionMajor(); },
-      [&] { plain->VersionMinor(); }, [&] { plain->ServerType(); },
-      [&] { plain->NumUsers(); },     [&] { plain->DisconnectTime(); },
-      [&] { plain->Hidden(); },       [&] { plain->AnnounceRate(); },
-      [&] { plain->Licenses(); },     [&] { plain->AnnounceDelta(); },
-      [&] { plain->UserPath(); },     [&] { plain->ServerTypeRaw(); }};
-  for (const auto& getter : getters) {
-    EXPECT_EQ(FailureOf(getter).substr(0, 22), u"53|Veldmark2.CSupport|");
+  for (const TextView name :
+       {u"Comment", u"VersionMajor", u"VersionMinor", u"ServerType", u"NumUsers", u"DisconnectTime",
+        u"Hidden", u"AnnounceRate", u"Licenses", u"AnnounceDelta", u"UserPath", u"ServerTypeRaw"}) {
+    EXPECT_EQ(FailureOf([&] { ValuesOf(*plain, {name}); }).substr(0, 22),
+              u"53|Veldmark2.CSupport|");
     EXPECT_EQ(Calls(), "NetServerGetInfo \\\\FS1 102\n");
   }
   EXPECT_TRUE(plain->StateUnknown());
@@ -179,8 +158,7 @@ TEST_F(Servers, AskAgainForEachValueThatAComputerDenies) {
 
 TEST_F(Servers, TellTheFirstAddressOfTheirNameAndTheSocketLibrarysTroubles) {
   computer(u"FS1").SetAddresses({{10, 1, 2, 255}, {10, 1, 2, 4}});
-  const auto server = Make<CServer>();
-  server->ServerName = u"fs1";
+  const Ref<CServer> server = Named(u"fs1");
   EXPECT_EQ(server->PrimaryIPAddress(), u"10.1.2.255");
   EXPECT_EQ(server->PrimaryIPAddress(), u"10.1.2.255");
   EXPECT_EQ(Count("WSAStartup"), 2u);
@@ -213,40 +191,27 @@ TEST_F(Servers, TellTheFirstAddressOfTheirNameAndTheSocketLibrarysTroubles) {
 }
 
 TEST_F(Servers, AreFilersWhereTheirPipeOpens) {
-  const auto server = Make<CServer>();
-  server->ServerName = u"FS1";
-  EXPECT_FALSE(server->IsNetAppFiler());
-  computer(u"FS1").AddPipe(u"NETAPPSVC");
+  const Ref<CServer> server = Named(u"FS1");
   EXPECT_TRUE(server->IsNetAppFiler());
   EXPECT_EQ(journal().entries()[journal().entries().size() - 2].argument,
             "\\\\FS1\\PIPE\\NETAPPSVC");
-  for (const Text& unknown : {Text(u"NOBODY"), Text(), Text(u"\\\\FS1"), Text(300, u'x')}) {
+  for (const TextView unknown : {u"DC1", u"NOBODY", u"", u"\\\\FS1"}) {
     server->ServerName = unknown;
     EXPECT_FALSE(server->IsNetAppFiler());
   }
 }
 
 TEST_F(Rights, AndPolicyComeAsThePlatformGivesThem) {
-  computer(u"FS1").own_accounts().policy = {.minimum_length = 1,
-                                            .maximum_age = kTimeForever,
-                                            .minimum_age = 3,
-                                            .force_logoff = 4,
-                                            .history_length = 5,
-                                            .lockout_duration = 6,
-                                            .lockout_window = 7,
-                                            .lockout_threshold = 8};
-  const auto server = Make<CServer>();
-  server->ServerName = u"FS1";
+  computer(u"FS1").own_accounts().policy = {1, kTimeForever, 3, 4, 5, 6, 7, 8};
+  const Ref<CServer> server = Named(u"FS1");
   std::string log;
   Log(log);
   const Ref<CServerAccountPolicy> policy = server->GetServerAccountPolicy();
   EXPECT_EQ(log, "Retrieving Account Policy Information for Server FS1\n");
-  std::string values;
-  for (const Member& member : CServerAccountPolicy::Describe().members) {
-    std::vector<Variant> none;
-    values += " " + ToUtf8(ToText(Call(*policy, member, none)));
-  }
-  EXPECT_EQ(values, " 1 -1 3 4 5 6 7 8");
+  EXPECT_EQ(ValuesOf(*policy, {u"MinPasswordLength", u"MaxPasswordAge", u"MinPasswordAge",
+                               u"ForceLogoff", u"PasswordHistoryLength", u"LockoutDuration",
+                               u"LockoutObservationWindow", u"LockoutThreshold"}),
+            "1|-1|3|4|5|6|7|8");
   EXPECT_EQ(Calls(), "NetUserModalsGet \\\\FS1 0\nNetUserModalsGet \\\\FS1 3\n");
 
   faults().FailNthOf("NetUserModalsGet", 2, 5);
@@ -267,8 +232,7 @@ TEST_F(Rights, ListTheirHoldersWithoutLookingThemUp) {
   machine.GrantBytes(u"SeBackupPrivilege", {2, 1, 0, 0, 0, 0, 0, 5, 18, 0, 0, 0});
   machine.GrantBytes(u"SeBackupPrivilege", {1, 16, 0, 0, 0, 0, 0, 5});
   machine.Grant(u"SeBackupPrivilege", {sid(u"S-1-5-32-551"), sid(u"S-1-1-0")});
-  const auto server = Make<CServer>();
-  server->ServerName = u"FS1";
+  const Ref<CServer> server = Named(u"FS1");
   const Ref<CSids> sids = server->GetSidsWithUserRight(u"sebackupprivilege");
   EXPECT_EQ(NamesIn(sids, u"SidText"), " S-1-5-32-551 S-1-5-32-544 S-1-1-0");
   Variant first(1);
@@ -287,21 +251,14 @@ TEST_F(Rights, ListTheirHoldersWithoutLookingThemUp) {
   Engine().RaiseObjectFound(*root_->GetDomain(u"CORP"), cancel);
   server->PutAsyncFetch(false);
 
-  const struct {
-    Text server, right;
-    std::int32_t error;
-  } failures[] = {
-      {u"FS1", u"SeNothingPrivilege", 1313},        {u"FS1", u"", 1313},
-      {u"\\\\FS1", u"SeBackupPrivilege", 1722},     {u"NOBODY", u"SeBackupPrivilege", 1722},
-      {Text(40000, u'x'), u"SeBackupPrivilege", 6}, {u"FS1", Text(40000, u'x'), 6},
+  const auto error_of = [&](const Text& name, const Text& right) {
+    return ErrorOf([&] { Named(name)->GetSidsWithUserRight(right); });
   };
-  for (const auto& c : failures) {
-    server->ServerName = c.server;
-    EXPECT_EQ(ErrorOf([&] { server->GetSidsWithUserRight(c.right); }), c.error);
-    EXPECT_EQ(Err().Source(), u"Veldmark2.CServer");
-  }
+  EXPECT_EQ(error_of(u"FS1", u"SeNothingPrivilege"), 1313);
+  EXPECT_EQ(error_of(u"\\\\FS1", u"SeBackupPrivilege"), 1722);
+  EXPECT_EQ(error_of(Text(40000, u'x'), u"SeBackupPrivilege"), 6);
+  EXPECT_EQ(error_of(u"FS1", Text(40000, u'x')), 6);
   machine.SetMayBeAdministered(false);
-  server->ServerName = u"FS1";
   EXPECT_EQ(FailureOf([&] { server->GetSidsWithUserRight(u"SeBackupPrivilege"); }),
             u"5|Veldmark2.CServer|Access is denied.");
 }
@@ -312,60 +269,40 @@ TEST(NetworkFaults, ReachTheCallerLeaveNothingOpenAndAreNotRemembered) {
     void (*scenario)(SystemRoot& root);
     Calls swallowed, either;
   } cases[] = {
-      {[](SystemRoot& root) { EXPECT_EQ(root.GetServer(u"FS1", u"")->NumUsers(), 40); },
+      {[](SystemRoot& root) {
+         EXPECT_EQ(root.GetServer(u"FS1", u"")->NumUsers(), 40);
+         const Ref<CDomain> domain = root.GetDomain(u"CORP");
+         domain->IgnoreMachineAccounts = true;
+         EXPECT_EQ(domain->GetServers()->Count(), 3);
+         const Ref<CServer> server = NetworkWorld::Named(u"FS1");
+         server->GetServerAccountPolicy();
+         EXPECT_EQ(server->GetSidsWithUserRight(u"SeBackupPrivilege")->Count(), 2);
+       },
        {"NetApiBufferFree"},
        {}},
       {[](SystemRoot& root) { root.GetDomain(u"CORP")->GetServers(); },
        {"NetApiBufferFree", "NetGetDCName"},
        {}},
-      {[](SystemRoot& root) {
-         const Ref<CDomain> domain = root.GetDomain(u"CORP");
-         domain->IgnoreMachineAccounts = true;
-         EXPECT_EQ(domain->GetServers()->Count(), 3);
-       },
-       {"NetApiBufferFree"},
-       {}},
       // Without its type the network isn't found.
       {[](SystemRoot& root) { EXPECT_EQ(root.GetNetHood()->GetDomains()->Count(), 3); },
        {"WNetCloseEnum"},
        {"WNetGetNetworkInformationW"}},
-      {[](SystemRoot&) {
-         const auto server = Make<CServer>();
-         server->ServerName = u"FS1";
-         server->GetServerAccountPolicy();
-         EXPECT_EQ(server->GetSidsWithUserRight(u"SeBackupPrivilege")->Count(), 3);
-       },
-       {"NetApiBufferFree"},
-       {}},
       // The socket library's failures have numbers of their own.
-      {[](SystemRoot&) {
-         const auto server = Make<CServer>();
-         server->ServerName = u"FS1";
-         EXPECT_NE(server->PrimaryIPAddress(), u"");
-       },
+      {[](SystemRoot&) { EXPECT_NE(NetworkWorld::Named(u"FS1")->PrimaryIPAddress(), u""); },
        {},
        {"WSAStartup", "WSACleanup", "gethostbyname"}},
       {[](SystemRoot&) {
-         const auto server = Make<CServer>();
-         server->ServerName = u"FS1";
-         server->IsNetAppFiler();
+         NetworkWorld::Named(u"FS1")->IsNetAppFiler();
+         Engine().GetTrustedDomains();
        },
-       {"CreateFileA", "CloseHandle", "WideCharToMultiByte"},
+       {"CreateFileA", "CloseHandle", "WideCharToMultiByte", "GetComputerNameW",
+        "NetEnumerateTrustedDomains", "NetApiBufferFree"},
        {}},
-      {[](SystemRoot&) { Engine().GetTrustedDomains(); },
-       {"GetComputerNameW", "NetEnumerateTrustedDomains", "NetApiBufferFree"},
-       {}},
-  };
-  struct World : NetworkWorld {
-    World() {
-      computer(u"FS1").Grant(u"SeBackupPrivilege", {simulated::EveryoneSid()});
-      computer(u"FS1").AddPipe(u"NETAPPSVC");
-    }
   };
   for (const auto& c : cases) {
-    SweepFaults<World>(
-        c.swallowed, [&](World&) { c.scenario(*Make<SystemRoot>()); },
-        [&](World& world, const std::string& failed, bool raised) {
+    SweepFaults<NetworkWorld>(
+        c.swallowed, [&](NetworkWorld&) { c.scenario(*Make<SystemRoot>()); },
+        [&](NetworkWorld& world, const std::string& failed, bool raised) {
           EXPECT_EQ(raised, !c.swallowed.contains(failed));
           EXPECT_EQ(ErrorOf([&] { c.scenario(*Make<SystemRoot>()); }), 0) << "the second time";
           EXPECT_EQ(world.ledger().Report(), "");

@@ -1,20 +1,10 @@
-#include "security/CSecurityDescriptor.h"
-
 #include <tuple>
 
 #include "apartment/CStatus.h"
-#include "apartment/CSupport.h"
-#include "apartment/Conversions.h"
-#include "root/SystemRoot.h"
-#include "security/CAce.h"
-#include "security/CAces.h"
-#include "security/CAcl.h"
-#include "security/CSid.h"
+#include "security/SecurityFixture.h"
 #include "storage/CFile.h"
 #include "storage/CFolder.h"
 #include "storage/CShare.h"
-#include "support/ErrorOf.h"
-#include "support/FaultSweep.h"
 #include "support/Listener.h"
 #include "support/MixedPlatform.h"
 #include "support/SecurityText.h"
@@ -22,26 +12,12 @@
 namespace veldmark {
 namespace {
 
-/// The list as text, an entry a line: type, flags, mask and SID, and the GUIDs of an object entry.
-std::string ListOf(const Ref<CSecurityDescriptor>& descriptor) {
-  std::string text;
-  const Ref<CAces> aces = descriptor->GetDACL()->GetAces();
-  for (std::int32_t index = 1; index <= aces->Count(); ++index) {
-    Variant position(index);
-    const Ref<CAce> ace = aces->Item(position);
-    char line[64];
-    std::snprintf(line, sizeof line, "%d %d %X ", ace->AceType, ace->AceFlags,
-                  static_cast<unsigned>(ace->AccessMask));
-    text += line +
-            ToUtf8(ace->GetSid()->SidText() + ace->ObjectTypeGUID + ace->InheritedObjectTypeGUID) +
-            "\n";
-  }
-  return text;
-}
+/// That of the file C:\\D\\a below.
+const std::string kListOfA =
+    "(1;0;2;;;S-1-5-32-546)(0;0;1f01ff;;;S-1-5-32-544)(0;0;120089;;;S-1-1-0)";
 
-Ref<CAce> AceOf(const Ref<CSecurityDescriptor>& descriptor, std::int32_t position) {
-  Variant index(position);
-  return descriptor->GetDACL()->GetAces()->Item(index);
+std::string ListOf(const Ref<CSecurityDescriptor>& descriptor) {
+  return Told(descriptor->GetDACL());
 }
 
 constexpr TextView kObjectEntries =
@@ -89,22 +65,15 @@ TEST_F(Descriptors, OfFilesTellOwnerAndList) {
   });
   const auto descriptor = Of(u"C:\\D\\a");
   EXPECT_EQ(said, "Retrieved Ace 1 of 3\nRetrieved Ace 2 of 3\nRetrieved Ace 3 of 3\n");
-  EXPECT_EQ(descriptor->ParentObjectType, u"CFile");
-  EXPECT_EQ(descriptor->ParentObjectPath, u"C:\\D\\a");
-  EXPECT_EQ(descriptor->GetOwnerSid()->SidText(), u"S-1-5-32-544");
+  EXPECT_EQ(ValuesOf(*descriptor, {u"ParentObjectType", u"ParentObjectPath", u"Revision"}),
+            "CFile|C:\\D\\a|1");
   EXPECT_EQ(descriptor->GetOwnerSid()->ResidesOnServer(), u"LOCALHOST");
-  EXPECT_EQ(descriptor->Revision(), 1);
-  EXPECT_EQ(static_cast<std::uint16_t>(descriptor->Control()), 0x9004);
-  EXPECT_EQ(ListOf(descriptor),
-            "1 0 2 S-1-5-32-546\n0 0 1F01FF S-1-5-32-544\n0 0 120089 S-1-1-0\n");
+  EXPECT_EQ(Told(descriptor), "O:S-1-5-32-544 9004 P " + kListOfA);
   const auto list = descriptor->GetDACL();
-  EXPECT_TRUE(list->IsProtected);
-  EXPECT_EQ(list->Revision(), 2);
-  EXPECT_EQ(list->BytesInUse(), 8 + 24 + 24 + 20);
-  EXPECT_EQ(list->BytesFree(), 0);
+  EXPECT_EQ(ValuesOf(*list, {u"Revision", u"BytesInUse", u"BytesFree"}), "2|76|0");
   EXPECT_EQ(list->BinaryACL().If<ByteArray>()->elements.size(), 76u);
-  EXPECT_EQ(AceOf(descriptor, 3)->PermissionsString(), u"R");
-  EXPECT_EQ(AceOf(descriptor, 3)->InheritanceScope(), u"This file only");
+  EXPECT_EQ(ValuesOf(*AceOf(list, 3), {u"PermissionsString", u"InheritanceScope"}),
+            "R|This file only");
 
   // Null and empty lists look alike, and neither is protected against being told apart by control.
   EXPECT_EQ(ListOf(Of(u"C:\\D\\open")) + ListOf(Of(u"C:\\D\\closed")), "");
@@ -114,7 +83,7 @@ TEST_F(Descriptors, OfFilesTellOwnerAndList) {
   const auto folder = Engine().GetFolder(u"\\\\srv\\share")->GetSecurityDescriptor();
   EXPECT_EQ(folder->ParentObjectType, u"CFolder");
   EXPECT_EQ(folder->GetOwnerSid()->ResidesOnServer(), u"SRV");
-  EXPECT_FALSE(AceOf(folder, 1)->PermissionsString().empty());
+  EXPECT_FALSE(AceOf(folder->GetDACL(), 1)->PermissionsString().empty());
 }
 
 TEST_F(Descriptors, OfFilesThatRefuseComeByAnOpenHandle) {
@@ -130,17 +99,13 @@ TEST_F(Descriptors, OfFilesThatRefuseComeByAnOpenHandle) {
   const auto gone = Engine().GetFile(u"C:\\D\\closed");
   gone->Delete(false);
   EXPECT_EQ(ErrorOf([&] { gone->GetSecurityDescriptor(); }), 2);
-  for (const auto& [error, raised] : {std::pair{2, 2}, {3, 3}, {53, 53}}) {
-    faults().Clear();
-    faults().FailEvery("GetFileSecurityW", static_cast<DWORD>(error));
-    EXPECT_EQ(ErrorOf([&] { Of(u"C:\\D\\a"); }), raised);
-  }
-}
-
-TEST_F(Descriptors, OfFilesAreReadEntryByEntryAsPlainOnes) {
+  faults().FailEvery("GetFileSecurityW", 3);
+  EXPECT_EQ(ErrorOf([&] { Of(u"C:\\D\\a"); }), 3);
+  faults().Clear();
+  // Entries are read as plain ones: this one's object flags stand where a SID would begin.
   FileNodeOf(u"C:\\D\\a").Security(u"O:BAG:SYD:P(OA;;RP;;;SY)(A;;FR;;;SY)");
-  // The object flags of the first entry stand where a SID would begin.
-  EXPECT_EQ(ListOf(Of(u"C:\\D\\a")), "5 0 10 \n0 0 120089 S-1-5-18\n");
+  EXPECT_TRUE(SystemRoot().SetPrivilege(u"", u"SeBackupPrivilege", true));
+  EXPECT_EQ(ListOf(Of(u"C:\\D\\a")), "(5;0;10;;;)(0;0;120089;;;S-1-5-18)");
   // Of a handle that doesn't open, only that it was refused is told.
   faults().FailEvery("GetFileSecurityW", 32);
   faults().FailEvery("CreateFileW", 32);
@@ -152,42 +117,37 @@ TEST_F(Descriptors, OfFilesAreReadEntryByEntryAsPlainOnes) {
 }
 
 TEST_F(Descriptors, OfNamedObjectsFollowTheirKind) {
-  struct Case {
-    const char16_t* name;
-    SE_OBJECT_TYPE type;
-    const char16_t* parent;
-    const char* list;
-  };
-  const Case cases[] = {
-      {u"C:\\D\\a", SE_FILE_OBJECT, u"CFile",
-       "1 0 2 S-1-5-32-546\n0 0 1F01FF S-1-5-32-544\n0 0 120089 S-1-1-0\n"},
-      {u"\\\\SRV\\Spooler", SE_SERVICE, u"CService", "0 0 F01FF S-1-5-32-544\n"},
-      {u"\\\\SRV\\Laser", SE_PRINTER, u"CPrinter", "0 0 20008 S-1-1-0\n0 9 F000C S-1-3-0\n"},
+  const std::tuple<const char16_t*, SE_OBJECT_TYPE, const char16_t*, const char*> cases[] = {
+      {u"C:\\D\\a", SE_FILE_OBJECT, u"CFile", kListOfA.c_str()},
+      {u"\\\\SRV\\Spooler", SE_SERVICE, u"CService", "(0;0;f01ff;;;S-1-5-32-544)"},
+      {u"\\\\SRV\\Laser", SE_PRINTER, u"CPrinter", "(0;0;20008;;;S-1-1-0)(0;9;f000c;;;S-1-3-0)"},
       {u"\\\\srv\\Guarded", SE_LMSHARE, u"CShare",
-       "0 0 1301BF S-1-5-32-545\n0 0 1F01FF S-1-5-32-544\n"},
-      {u"CURRENT_USER\\Keyed", SE_REGISTRY_KEY, u"CRegKey", "0 0 F003F S-1-5-32-544\n"},
+       "(0;0;1301bf;;;S-1-5-32-545)(0;0;1f01ff;;;S-1-5-32-544)"},
+      {u"CURRENT_USER\\Keyed", SE_REGISTRY_KEY, u"CRegKey", "(0;0;f003f;;;S-1-5-32-544)"},
       {u"CN=Anna", SE_DS_OBJECT, u"LDAP",
-       "5 0 10 S-1-5-11{00000001-0002-0003-0405-060708090A0B}\n"
-       "5 2 20 S-1-5-18{10000001-0002-0003-0405-060708090A0B}\n"
-       "6 0 100 S-1-1-0{00000001-0002-0003-0405-060708090A0B}"
-       "{10000001-0002-0003-0405-060708090A0B}\n"
-       "5 0 4 S-1-5-32-544\n"},
+       "(5;0;10;{00000001-0002-0003-0405-060708090A0B};;S-1-5-11)(5;2;20;{10000001-0002-0003-0405-"
+       "060708090A0B};;S-1-5-18)(6;0;100;{00000001-0002-0003-0405-060708090A0B};{10000001-0002-"
+       "0003-0405-060708090A0B};S-1-1-0)(5;0;4;;;S-1-5-32-544)"},
   };
-  for (const Case& c : cases) {
-    const auto descriptor = Named(c.name, c.type);
-    EXPECT_EQ(ListOf(descriptor), c.list) << ToUtf8(c.name);
-    EXPECT_EQ(descriptor->ParentObjectType, c.parent);
-    if (c.type != SE_LMSHARE) {
-      EXPECT_EQ(AceOf(descriptor, 1)->GetSid()->ResidesOnServer(), u"ASKED");
-    }
+  for (const auto& [name, type, parent, list] : cases) {
+    const auto descriptor = Named(name, type);
+    EXPECT_EQ(ListOf(descriptor), list) << ToUtf8(name);
+    EXPECT_EQ(descriptor->ParentObjectType, parent);
+    EXPECT_EQ(AceOf(descriptor->GetDACL(), 1)->GetSid()->ResidesOnServer(),
+              type == SE_LMSHARE ? u"SRV" : u"ASKED");
   }
-  EXPECT_EQ(AceOf(Named(u"\\\\SRV\\Laser", SE_PRINTER), 2)->PermissionsString(),
+  EXPECT_EQ(AceOf(Named(u"\\\\SRV\\Laser", SE_PRINTER)->GetDACL(), 2)->PermissionsString(),
             u"Manage Documents");
-  EXPECT_EQ(Named(u"\\\\srv\\Guarded", SE_LMSHARE)->ParentObjectPath, u"\\\\SRV\\Guarded");
   const auto share = Named(u"\\\\srv\\Guarded", SE_LMSHARE);
   EXPECT_EQ(share->GetOwnerSid(), nullptr);
-  EXPECT_EQ(AceOf(share, 1)->GetSid()->ResidesOnServer(), u"SRV");
-  EXPECT_EQ(AceOf(share, 1)->PermissionsString(), u"Change");
+  EXPECT_EQ(share->ParentObjectPath, u"\\\\SRV\\Guarded");
+  EXPECT_EQ(AceOf(share->GetDACL(), 1)->PermissionsString(), u"Change");
+  // One of a string has no parent.
+  const auto plain =
+      Engine().GetNamedSD({}, SE_FILE_OBJECT, nullptr, {}, {}, u"SRV", u"O:BUD:P(A;;FR;;;SY)");
+  EXPECT_EQ(Told(plain), "O:S-1-5-32-545 9004 P (0;0;120089;;;S-1-5-18)");
+  EXPECT_EQ(plain->GetOwnerSid()->ResidesOnServer(), u"SRV");
+  EXPECT_EQ(plain->ParentObjectType + plain->ParentObjectPath, u"");
   EXPECT_EQ(ErrorOf([&] { Named(u"none", SE_PRINTER); }), 1801);
   EXPECT_EQ(ErrorOf([&] { Named(u"C:\\D\\a", SE_KERNEL_OBJECT); }), 87);
 }
@@ -195,23 +155,17 @@ TEST_F(Descriptors, OfNamedObjectsFollowTheirKind) {
 TEST_F(Descriptors, OfSharesWithoutOneDependOnTheirType) {
   const auto share = Make<CShare>();
   const auto everyone = Engine().GetShareSD(u"srv", u"Share", share.Get());
-  EXPECT_EQ(ListOf(everyone), "0 0 1F01FF S-1-1-0\n");
-  EXPECT_EQ(AceOf(everyone, 1)->PermissionsString(), u"Full Control");
+  EXPECT_EQ(ListOf(everyone), "(0;0;1f01ff;;;S-1-1-0)");
+  EXPECT_EQ(AceOf(everyone->GetDACL(), 1)->PermissionsString(), u"Full Control");
   EXPECT_FALSE(everyone->GetDACL()->IsProtected);
   EXPECT_EQ(everyone->GetOwnerSid(), nullptr);
   share->ShareType = ST_IPC;
   EXPECT_EQ(Engine().GetShareSD(u"srv", u"IPC", share.Get()), nullptr);
   EXPECT_EQ(ErrorOf([&] { Named(u"\\\\srv\\share", SE_LMSHARE); }), 91);
   EXPECT_EQ(ErrorOf([&] { Engine().GetShareSD(u"srv", u"Share", Make<CFile>().Get()); }), 13);
-}
-
-TEST_F(Descriptors, OfStringsHaveNoParent) {
-  const auto descriptor =
-      Engine().GetNamedSD({}, SE_FILE_OBJECT, nullptr, {}, {}, u"SRV", u"O:BUD:P(A;;FR;;;SY)");
-  EXPECT_EQ(static_cast<std::uint16_t>(descriptor->Control()), 0x9004);
-  EXPECT_EQ(descriptor->GetOwnerSid()->ResidesOnServer(), u"SRV");
-  EXPECT_EQ(ListOf(descriptor), "0 0 120089 S-1-5-18\n");
-  EXPECT_EQ(descriptor->ParentObjectType + descriptor->ParentObjectPath, u"");
+  share->ShareType = ST_DISKTREE;
+  Apartment::Current().well_known_groups = nullptr;
+  EXPECT_EQ(ErrorOf([&] { Engine().GetShareSD(u"srv", u"Share", share.Get()); }), 91);
 }
 
 TEST_F(Descriptors, SaveWritesWhatTheEntriesSay) {
@@ -219,15 +173,13 @@ TEST_F(Descriptors, SaveWritesWhatTheEntriesSay) {
   descriptor->GetDACL()->Grant(u"S-1-5-32-545", ACCESS_ALLOWED_ACE_TYPE, 0x1200A9, AceFlagsEnum{},
                                {}, {});
   descriptor->Save();
-  EXPECT_EQ(ListOf(Of(u"C:\\D\\a")),
-            "1 0 2 S-1-5-32-546\n0 0 1F01FF S-1-5-32-544\n0 0 120089 S-1-1-0\n"
-            "0 0 1200A9 S-1-5-32-545\n");
+  EXPECT_EQ(ListOf(Of(u"C:\\D\\a")), kListOfA + "(0;0;1200a9;;;S-1-5-32-545)");
   // Without protection it inherits, and what was inherited before comes from the folder again.
   descriptor->GetDACL()->IsProtected = false;
   descriptor->Save();
   const auto inheriting = Of(u"C:\\D\\a");
   EXPECT_FALSE(inheriting->GetDACL()->IsProtected);
-  EXPECT_TRUE(AceOf(inheriting, 5)->IsInherited());
+  EXPECT_TRUE(AceOf(inheriting->GetDACL(), 5)->IsInherited());
   const std::string list = ListOf(inheriting);
   inheriting->Save();
   EXPECT_EQ(ListOf(Of(u"C:\\D\\a")), list);
@@ -250,7 +202,7 @@ TEST_F(Descriptors, SaveGoesToTheObjectThatTheyAreAttachedTo) {
             u"87|Veldmark2.CSupport|" + GetAPIErrorText(87));
   EXPECT_EQ(ErrorOf([] { Make<CSecurityDescriptor>()->Save(); }), 91);
   EXPECT_EQ(ErrorOf([] { SystemRoot().SetNamedSD(nullptr); }), 91);
-  AceOf(file, 1)->SetSid(nullptr);
+  AceOf(file->GetDACL(), 1)->SetSid(nullptr);
   EXPECT_EQ(ErrorOf([&] { file->Save(); }), 6);
 }
 
@@ -311,26 +263,21 @@ class Questioned final : public simulated::SimulatedSecurity {
  private:
   static std::string Numbers(std::initializer_list<std::uint32_t> numbers) {
     std::string text;
-    for (const std::uint32_t number : numbers) {
-      char hex[16];
-      std::snprintf(hex, sizeof hex, " %x", number);
-      text += hex;
-    }
+    for (const std::uint32_t number : numbers) text += " " + Hex(number);
     return text;
   }
 };
 
-class Questions : public testing::Test {
+class Questions : public ApartmentFixture {
  protected:
-  Questions() { Apartment::Start(platform_); }
-  ~Questions() override {
+  Questions() {
     Apartment::End();
-    EXPECT_EQ(simulated_.ledger().Report(), "");
+    Apartment::Start(mixed_);
   }
+  ~Questions() override { Apartment::End(); }
 
-  simulated::SimulatedPlatform simulated_;
-  Questioned security_{simulated_.session()};
-  Platform platform_ = Mixed(simulated_.platform(), {.security = &security_});
+  Questioned security_{simulated.session()};
+  Platform mixed_ = Mixed(platform, {.security = &security_});
 };
 
 TEST_F(Questions, OfASaveNameTheObjectTheProtectionAndTheListThatIsWritten) {
@@ -390,9 +337,8 @@ TEST_F(Questions, OfASaveNameTheObjectTheProtectionAndTheListThatIsWritten) {
     // An object entry is given room for both of its types.
     if (*entry.written) size += 12 + (entry.type < 5 ? 8 : 52);
     if (*entry.written && entry.type >= 5) revision = 4;
-    char head[32];
-    std::snprintf(head, sizeof head, "CN=x 8 80000004 %x %x ", revision, size);
-    EXPECT_EQ(asked(u"LDAP", u"CN=x"), head + written);
+    EXPECT_EQ(asked(u"LDAP", u"CN=x"),
+              "CN=x 8 80000004 " + Hex(revision) + " " + Hex(size) + " " + written);
   }
 }
 
@@ -415,14 +361,14 @@ TEST_F(Questions, OfAnAccessCheckGiveTheRightsTheTypeAndTheRoom) {
   EXPECT_EQ(ErrorOf([&] { check(4, type, 2); }), 87);
   EXPECT_EQ(security_.asked, " 4" + mapping + " 1 0 2 0 1");
   EXPECT_EQ(ErrorOf([&] { check(4, u"no guid"); }), static_cast<std::int32_t>(0x800401F3u));
-  simulated_.faults().FailEvery("AccessCheckByType", 6);
+  faults().FailEvery("AccessCheckByType", 6);
   EXPECT_EQ(FailureOf([&] { check(4, {}); }),
             u"6|Veldmark2.CSecurityDescriptor|" + GetAPIErrorText(6));
-  simulated_.faults().Clear();
-  simulated_.faults().FailEvery("AccessCheckByType", 122);
+  faults().Clear();
+  faults().FailEvery("AccessCheckByType", 122);
   EXPECT_EQ(ErrorOf([&] { check(4, {}); }), 122) << "no room is enough";
   EXPECT_EQ(ErrorOf([&] { Make<CSecurityDescriptor>()->CheckAccess(0, 4, {}, 0); }), 13);
-  platform_.files.CloseHandle(client);
+  platform.files.CloseHandle(client);
 }
 
 TEST_F(Questions, OfAPrivilegeGoToTheTokenEvenWhereThereIsNoneOfThatName) {
@@ -440,8 +386,8 @@ TEST_F(Questions, OfAPrivilegeGoToTheTokenEvenWhereThereIsNoneOfThatName) {
   for (const auto& [operation, mark] : {std::pair{"GetCurrentProcess", u""},
                                         {"OpenProcessToken", u" (OPT)"},
                                         {"AdjustTokenPrivileges", u" (ATP)"}}) {
-    simulated_.faults().Clear();
-    simulated_.faults().FailEvery(operation, 5);
+    faults().Clear();
+    faults().FailEvery(operation, 5);
     EXPECT_EQ(FailureOf([&] { root.SetPrivilege(u"", u"SeBackupPrivilege", true); }),
               u"5|Veldmark2.CSupport|" + GetAPIErrorText(5) + mark);
   }
@@ -459,8 +405,7 @@ TEST(DescriptorFaults, LeaveNothingOpenAndTheObjectAsItWas) {
   const auto after = [](DescriptorWorld& world, const std::string& failed, bool) {
     world.faults().Clear();
     if (failed == "SetNamedSecurityInfoW") {
-      EXPECT_EQ(ListOf(world.Of(u"C:\\D\\a")),
-                "1 0 2 S-1-5-32-546\n0 0 1F01FF S-1-5-32-544\n0 0 120089 S-1-1-0\n");
+      EXPECT_EQ(ListOf(world.Of(u"C:\\D\\a")), kListOfA);
     }
   };
   SweepFaults<DescriptorWorld>(

@@ -1,17 +1,11 @@
-#include <cstring>
+#include <fstream>
+#include <map>
+#include <nlohmann/json.hpp>
 
-#include "apartment/CSupport.h"
-#include "security/BinaryAcl.h"
+#include "security/AccessRights.h"
 #include "security/BinaryDescriptor.h"
-#include "security/CAce.h"
-#include "security/CAces.h"
-#include "security/CAcl.h"
-#include "security/CSecurityDescriptor.h"
-#include "security/CSid.h"
-#include "security/DescriptorReader.h"
 #include "security/Guid.h"
-#include "support/ApartmentFixture.h"
-#include "support/ErrorOf.h"
+#include "security/SecurityFixture.h"
 
 namespace veldmark {
 namespace {
@@ -28,10 +22,6 @@ class Lists : public ApartmentFixture {
     return list_->Grant(sid, static_cast<AceTypeEnum>(type), mask, static_cast<AceFlagsEnum>(flags),
                         object_type, inherited_type);
   }
-  Ref<CAce> Ace(std::int32_t position) {
-    Variant index(position);
-    return aces_->Item(index);
-  }
 
   Ref<CAces> aces_ = Make<CAces>();
   Ref<CAcl> list_ = Make<CAcl>();
@@ -39,7 +29,7 @@ class Lists : public ApartmentFixture {
 
 TEST_F(Lists, GrantMergesWhatIsTheSameAndAppendsTheRest) {
   const auto first = Grant(u"S-1-5-32-545", 0, 1, 3);
-  EXPECT_EQ(Ace(1), first);
+  EXPECT_EQ(AceOf(list_, 1), first);
   const auto merged = Grant(u"s-1-5-32-545", 0, 2, 3);
   EXPECT_EQ(aces_->Count(), 1);
   EXPECT_EQ(first->AccessMask, 3);
@@ -56,14 +46,11 @@ TEST_F(Lists, GrantMergesWhatIsTheSameAndAppendsTheRest) {
   EXPECT_EQ(aces_->Count(), 6);
   Grant(u"S-1-5-32-545", 0, 8, 3, u"{4fc59cab-7ede-f8d8-b1b0-000102030aff}");
   EXPECT_EQ(aces_->Count(), 6);
-  EXPECT_EQ(Ace(5)->AccessMask, 12);
+  EXPECT_EQ(AceOf(list_, 5)->AccessMask, 12);
   EXPECT_EQ(first->PermissionsString(), u"");
-}
-
-TEST_F(Lists, GrantAddsNothingWhereItRaises) {
   EXPECT_EQ(ErrorOf([&] { Grant(u"S-1-5", 0, 1, 0); }), 87);
   EXPECT_EQ(ErrorOf([&] { Grant(u"S-1-5-18", 0, 1, 256); }), 6);
-  EXPECT_EQ(aces_->Count(), 0);
+  EXPECT_EQ(aces_->Count(), 6);
   EXPECT_EQ(ErrorOf([] {
               Make<CAcl>()->Grant(u"S-1-5-18", ACCESS_ALLOWED_ACE_TYPE, 1, AceFlagsEnum{}, {}, {});
             }),
@@ -73,16 +60,13 @@ TEST_F(Lists, GrantAddsNothingWhereItRaises) {
 TEST_F(Lists, EntriesChangeInPlace) {
   const auto ace = Make<CAce>();
   EXPECT_EQ(ace->GetSid(), ace->GetSid());
-  struct Case {
-    std::uint8_t before;
-    bool inherited;
-    std::uint8_t after;
-  };
-  for (const Case& c : {Case{18, false, 2}, {2, true, 18}, {2, false, 2}, {18, true, 18}}) {
-    ace->AceFlags = c.before;
-    ace->PutIsInherited(c.inherited);
-    EXPECT_EQ(ace->AceFlags, c.after);
-    EXPECT_EQ(ace->IsInherited(), c.inherited);
+  for (const std::uint8_t before : {std::uint8_t{2}, std::uint8_t{18}}) {
+    for (const bool inherited : {false, true}) {
+      ace->AceFlags = before;
+      ace->PutIsInherited(inherited);
+      EXPECT_EQ(ace->AceFlags, inherited ? 18 : 2);
+      EXPECT_EQ(ace->IsInherited(), inherited);
+    }
   }
   ace->AceFlags = 3;
   const std::pair<const char16_t*, const char16_t*> scopes[] = {
@@ -107,24 +91,21 @@ TEST_F(Lists, GuidsReadFromTextsWithAndWithoutBraces) {
        {kGuidText, kGuidText.substr(1, 36), TextView(u"{4fc59cab-7ede-f8d8-b1b0-000102030aff?")}) {
     EXPECT_EQ(ConvertStringToGUID(text), kGuid);
   }
-  struct Case {
-    const char16_t* text;
-    std::int32_t error;
-  };
-  const Case cases[] = {{u"", 9},
-                        {u"{", 5},
-                        {u"{}", 9},
-                        {u"4FC59CAB", 9},
-                        {u"4FC59CAB-7EDE-48D8-B1B0", 9},
-                        {u"x-7EDE-48D8-B1B0-B3B8D3B3B3F1", 13},
-                        {u"-7EDE-48D8-B1B0-B3B8D3B3B3F1", 13},
-                        {u"4FC59CAB-7EDE-48D8-B1B0-B3B8D3B3B3", 13},
-                        {u"14FC59CAB-7EDE-48D8-B1B0-B3B8D3B3B3F1", 6},
-                        {u"4FC59CAB-17EDE-48D8-B1B0-B3B8D3B3B3F1", 6}};
-  for (const Case& c : cases) {
-    EXPECT_EQ(ErrorOf([&] { ConvertStringToGUID(c.text); }), c.error) << ToUtf8(c.text);
-    EXPECT_EQ(ErrorOf([&] { ConvertStringToGUID2(c.text); }),
-              static_cast<std::int32_t>(0x800401F3u));
+  const std::pair<const char16_t*, std::int32_t> cases[] = {
+      {u"", 9},
+      {u"{", 5},
+      {u"{}", 9},
+      {u"4FC59CAB", 9},
+      {u"4FC59CAB-7EDE-48D8-B1B0", 9},
+      {u"x-7EDE-48D8-B1B0-B3B8D3B3B3F1", 13},
+      {u"-7EDE-48D8-B1B0-B3B8D3B3B3F1", 13},
+      {u"4FC59CAB-7EDE-48D8-B1B0-B3B8D3B3B3", 13},
+      {u"14FC59CAB-7EDE-48D8-B1B0-B3B8D3B3B3F1", 6},
+      {u"4FC59CAB-17EDE-48D8-B1B0-B3B8D3B3B3F1", 6}};
+  for (const auto& [given, error] : cases) {
+    const TextView text = given;
+    EXPECT_EQ(ErrorOf([&] { ConvertStringToGUID(text); }), error) << ToUtf8(text);
+    EXPECT_EQ(ErrorOf([&] { ConvertStringToGUID2(text); }), static_cast<std::int32_t>(0x800401F3u));
   }
   // The platform's own form is held to unit by unit.
   for (std::size_t i = 0; i <= kGuidText.size(); ++i) {
@@ -136,117 +117,76 @@ TEST_F(Lists, GuidsReadFromTextsWithAndWithoutBraces) {
   EXPECT_NE(ErrorOf([&] { ConvertStringToGUID2(kGuidText.substr(1, 36)); }), 0);
 }
 
-/// Bytes of little-endian numbers of one width each.
-struct Layout {
-  Layout& U8(unsigned value) { return Add(value, 1); }
-  Layout& U16(unsigned value) { return Add(value, 2); }
-  Layout& U32(std::uint32_t value) { return Add(value, 4); }
-  Layout& Sid(std::uint32_t value) { return U8(1).U8(1).U32(0).U8(0).U8(5).U32(value); }
-  Layout& Add(std::uint32_t value, int width) {
-    for (int i = 0; i < width; ++i) bytes.push_back(static_cast<std::uint8_t>(value >> 8 * i));
-    return *this;
-  }
+/// What is read of a descriptor with some of its bytes replaced: whether it has an owner, and the
+/// types of its entries; or the error.
+std::string ReadWith(const std::map<std::size_t, std::uint8_t>& replaced, bool plain_entries_only) {
+  const std::vector<std::uint8_t> parts[] = {
+      {1, 0, 4, 0x80, 20, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 32, 0, 0, 0},
+      {1, 1, 0, 0, 0, 0, 0, 5, 18, 0, 0, 0},                                       // at 20: owner
+      {2, 0, 52, 0, 2, 0, 0, 0},                                                   // at 32: list
+      {0, 0, 20, 0, 7, 0, 0, 0, 1, 1, 0, 0, 0, 0, 0, 5, 18, 0, 0, 0},              // at 40
+      {5, 0, 24, 0, 7, 0, 0, 0, 0, 0, 0, 0, 1, 1, 0, 0, 0, 0, 0, 5, 18, 0, 0, 0},  // at 60
+  };
   std::vector<std::uint8_t> bytes;
-};
-
-std::int32_t WalkError(const std::vector<std::uint8_t>& bytes) {
-  return ErrorOf([&] {
-    BinaryAcl list(bytes);
-    list.SizeInformation();
-    for (int i = 0; i < list.Count(); ++i) {
-      const BinaryAce ace = list.Next();
-      if (ace.type == ACCESS_ALLOWED_OBJECT_ACE_TYPE) {
-        ace.ObjectEntry();
-      } else {
-        ace.Sid();
-      }
-      ace.AccessMask();
-    }
-  });
-}
-
-TEST_F(Lists, ThatLieAboutTheirLengthsAreRefused) {
-  const auto header = [](unsigned size, unsigned count) {
-    return Layout().U8(2).U8(0).U16(size).U16(count).U16(0);
-  };
-  const auto with_ace = [&](unsigned size) {
-    return header(28, 1).U8(0).U8(0).U16(size).U32(7).Sid(18).bytes;
-  };
-  EXPECT_EQ(WalkError(with_ace(20)), 0);
-  EXPECT_EQ(WalkError(with_ace(24)), 1336);
-  EXPECT_EQ(WalkError(with_ace(16)), 1337);
-  EXPECT_EQ(WalkError(with_ace(4)), 1337);
-  EXPECT_EQ(WalkError(with_ace(3)), 1336);
-  EXPECT_EQ(WalkError(with_ace(0)), 1336);
-  EXPECT_EQ(WalkError({}), 1336);
-  EXPECT_EQ(WalkError(header(8, 0).bytes), 0);
-  EXPECT_EQ(WalkError(header(7, 0).bytes), 1336);
-  EXPECT_EQ(WalkError(header(9, 0).bytes), 1336);
-  EXPECT_EQ(WalkError(header(8, 1).bytes), 1336);
-  EXPECT_EQ(WalkError(header(8, 65535).bytes), 1336);
-  const auto object_ace = [&](std::uint32_t object_flags) {
-    return header(32, 1).U8(5).U8(0).U16(24).U32(7).U32(object_flags).Sid(18).bytes;
-  };
-  EXPECT_EQ(WalkError(object_ace(0)), 0);
-  EXPECT_EQ(WalkError(object_ace(1)), 1336);
-  EXPECT_EQ(WalkError(object_ace(4)), 1336);
-}
-
-TEST_F(Lists, OfDescriptorsThatLieAreRefused) {
-  const auto descriptor = [](unsigned control, std::uint32_t owner, std::uint32_t list) {
-    return Layout().U8(1).U8(0).U16(control).U32(owner).U32(0).U32(0).U32(list).Sid(18).bytes;
-  };
-  const auto error = [](const std::vector<std::uint8_t>& bytes) {
-    return ErrorOf([&] { BinaryDescriptor parts(bytes); });
-  };
-  EXPECT_EQ(error(descriptor(0x8004, 20, 20)), 0);
-  EXPECT_EQ(error(descriptor(0x8004, 0, 0)), 0);
-  EXPECT_EQ(error(descriptor(0x0004, 20, 20)), 1338);
-  EXPECT_EQ(error(descriptor(0x8004, 19, 20)), 1338);
-  EXPECT_EQ(error(descriptor(0x8004, 32, 20)), 1338);
-  EXPECT_EQ(error(descriptor(0x8004, 20, 0xFFFFFFFF)), 1338);
-  EXPECT_EQ(error(descriptor(0x8000, 20, 0xFFFFFFFF)), 0);
-  std::vector<std::uint8_t> cut = descriptor(0x8004, 0, 0);
-  cut.resize(19);
-  EXPECT_EQ(error(cut), 1338);
-}
-
-TEST_F(Lists, AreReadByTheTypesOfTheirEntriesAndOwnersWhereTheyAreSound) {
-  const auto read = [](unsigned sid_revision, unsigned sub_authorities, bool plain_only) {
-    Layout layout;
-    layout.U8(1).U8(0).U16(0x8004).U32(20).U32(0).U32(0).U32(32);
-    layout.U8(sid_revision).U8(sub_authorities).U32(0).U16(0x500).U32(18);
-    layout.U8(4).U8(0).U16(8 + 10 * 24).U16(10).U16(0);
-    for (unsigned type = 0; type < 10; ++type) {
-      layout.U8(type).U8(0).U16(24).U32(7);
-      const bool is_object = type == 5 || type == 6;
-      // What lies before the SID of an object entry would be one without sub-authorities.
-      if (is_object) layout.U32(0);
-      layout.Sid(18);
-      if (!is_object) layout.U32(0);
-    }
-    const auto descriptor = Make<CSecurityDescriptor>();
-    const DescriptorReader reader{.object_type = SE_DS_OBJECT,
+  for (const auto& part : parts) bytes.insert(bytes.end(), part.begin(), part.end());
+  for (const auto& [place, byte] : replaced) bytes[place] = byte;
+  std::string told;
+  const std::int32_t error = ErrorOf([&] {
+    const auto descriptor = Read({.object_type = SE_DS_OBJECT,
                                   .object_class = u"",
                                   .resides_on_server = u"",
-                                  .plain_entries_only = plain_only};
-    const BinaryDescriptor parts = reader.ReadHeader(*descriptor, layout.bytes);
-    reader.ReadOwner(*descriptor, parts);
-    reader.ReadDacl(*descriptor, parts);
-    EXPECT_EQ(Err().Number(), 0);
-    std::string told = descriptor->GetOwnerSid() ? "owned" : "";
-    const Ref<CAces> aces = descriptor->GetDACL()->GetAces();
-    for (std::int32_t i = 1; i <= aces->Count(); ++i) {
-      Variant index(i);
-      told += " " + std::to_string(aces->Item(index)->AceType);
+                                  .plain_entries_only = plain_entries_only},
+                                 bytes);
+    if (descriptor->GetOwnerSid()) told = "owned";
+    const Ref<CAcl> list = descriptor->GetDACL();
+    for (int i = 1; i <= list->GetAces()->Count(); ++i) {
+      told += " " + std::to_string(AceOf(list, i)->AceType);
     }
-    return told;
+  });
+  return error == 0 ? told : std::to_string(error);
+}
+
+TEST_F(Lists, AreReadByTheirTypesAndLengthsAndRefusedWhereThoseLie) {
+  const struct {
+    std::map<std::size_t, std::uint8_t> replaced;
+    const char *read, *plainly;
+  } cases[] = {
+      {{}, "owned 0 5", "owned 0 5"},
+      {{{40, 1}, {60, 6}}, "owned 1 6", "owned 1 6"},
+      {{{40, 2}}, "owned 5", "owned 2 5"},
+      {{{40, 4}}, "owned 5", "owned 4 5"},
+      {{{40, 7}, {60, 9}}, "owned", "owned 7 9"},
+      // The owner: its revision and its number of sub-authorities.
+      {{{20, 2}}, " 0 5", " 0 5"},
+      {{{21, 16}}, " 0 5", " 0 5"},
+      {{{4, 0}}, " 0 5", " 0 5"},
+      {{{4, 19}}, "1338", "1338"},
+      {{{4, 84}}, "1338", "1338"},
+      // Of the descriptor: what there is of it, and that it is in one piece.
+      {{{2, 0}, {16, 255}}, "owned", "owned"},
+      {{{3, 0}}, "1338", "1338"},
+      {{{16, 0}}, "owned", "owned"},
+      {{{16, 84}}, "1338", "1338"},
+      {{{16, 83}}, "1336", "1336"},
+      // The list's size and count, its entries' sizes, and the object entry's flags.
+      {{{34, 8}, {36, 0}}, "owned", "owned"},
+      {{{34, 7}, {36, 0}}, "1336", "1336"},
+      {{{34, 53}}, "1336", "1336"},
+      {{{36, 3}}, "1336", "1336"},
+      {{{42, 0}}, "1336", "1336"},
+      {{{62, 3}}, "1336", "1336"},
+      {{{62, 4}}, "1336", "1337"},
+      {{{62, 23}}, "1337", "owned 0 5"},
+      {{{62, 25}}, "1336", "1336"},
+      {{{68, 1}}, "1336", "owned 0 5"},
+      {{{68, 4}}, "1336", "owned 0 5"},
   };
-  EXPECT_EQ(read(1, 1, false), "owned 0 1 5 6");
-  EXPECT_EQ(read(1, 1, true), "owned 0 1 2 3 4 5 6 7 8 9");
-  EXPECT_EQ(read(2, 1, false), " 0 1 5 6");
-  EXPECT_EQ(read(1, 16, false), " 0 1 5 6");
-  EXPECT_EQ(read(1, 15, false), "owned 0 1 5 6");
+  for (const auto& c : cases) {
+    SCOPED_TRACE(testing::PrintToString(c.replaced));
+    EXPECT_EQ(ReadWith(c.replaced, false), c.read);
+    EXPECT_EQ(ReadWith(c.replaced, true), c.plainly);
+  }
+  EXPECT_EQ(ErrorOf([] { BinaryDescriptor(std::vector<std::uint8_t>(19)); }), 1338);
 }
 
 TEST_F(Lists, AreBuiltOnlyOfSoundEntriesThatFit) {
@@ -265,6 +205,49 @@ TEST_F(Lists, AreBuiltOnlyOfSoundEntriesThatFit) {
   EXPECT_EQ(list.Next().ObjectEntry().inherited_object_type, kGuid);
   std::vector<std::uint8_t> too_large(65536);
   EXPECT_EQ(ErrorOf([&] { AclBuilder(too_large, 2); }), 87);
+}
+
+using RealDescriptors = ApartmentFixture;
+
+/// The entries that an independent reader found, as ours are told.
+std::string ToldOf(const nlohmann::json& aces) {
+  std::string text;
+  for (const auto& ace : aces) {
+    const auto mask = static_cast<std::int32_t>(ace["mask"].get<std::uint32_t>());
+    const std::int32_t mapped = MapGenericMask(mask, MappingOf(SE_REGISTRY_KEY));
+    text += "(" + std::to_string(ace["type"].get<int>()) + ";" +
+            std::to_string(ace["flags"].get<int>()) + ";" +
+            Hex(static_cast<std::uint32_t>(mapped)) + ";;;" + ace["sid"].get<std::string>() + ")";
+  }
+  return text;
+}
+
+TEST_F(RealDescriptors, ReadAsAnIndependentReaderReadsThem) {
+  const char* const path = VELDMARK_SOURCE_DIR "/../shared/real/descriptors.json";
+  std::ifstream file(path);
+  if (!file) GTEST_SKIP() << path << " is not there";
+  const DescriptorReader reader{
+      .object_type = SE_REGISTRY_KEY, .object_class = u"CRegKey", .resides_on_server = u""};
+  const nlohmann::json entries = nlohmann::json::parse(file);
+  EXPECT_GT(entries.size(), 200u);
+  for (const auto& entry : entries) {
+    const auto hex = entry["hex"].get<std::string>();
+    SCOPED_TRACE(hex);
+    std::vector<std::uint8_t> bytes;
+    for (std::size_t i = 0; i < hex.size(); i += 2) {
+      bytes.push_back(static_cast<std::uint8_t>(std::stoi(hex.substr(i, 2), nullptr, 16)));
+    }
+    const Ref<CSecurityDescriptor> descriptor = Read(reader, bytes);
+    EXPECT_EQ(descriptor->Revision(), entry["revision"].get<int>());
+    EXPECT_EQ(static_cast<std::uint16_t>(descriptor->Control()), entry["control"].get<int>());
+    EXPECT_EQ(ToUtf8(descriptor->GetOwnerSid()->SidText()), entry["owner"].get<std::string>());
+    const Ref<CAcl> list = descriptor->GetDACL();
+    const auto& expected = entry["dacl"];
+    EXPECT_EQ(list->Revision(), expected["revision"].get<int>());
+    EXPECT_EQ(list->BytesFree(), expected["slack"].get<int>());
+    EXPECT_EQ(list->BytesInUse() + list->BytesFree(), expected["size"].get<int>());
+    EXPECT_EQ(Told(list), ToldOf(expected["aces"]));
+  }
 }
 
 }  // namespace

@@ -5,171 +5,93 @@
 #include <functional>
 
 #include "automation/Text.h"
-#include "security/AccessRights.h"
 
 namespace veldmark {
 namespace {
 
-/// What a routine says of a mask; a verdict stands in brackets.
-using Words = std::function<std::string(std::uint32_t)>;
+/// What a routine says of a mask.
+using Words = std::function<Text(std::int32_t)>;
 
 Words Verdict(TextView kind) {
-  return [kind](std::uint32_t mask) {
-    return "<" + ToUtf8(GetSimplifiedPermString(static_cast<std::int32_t>(mask), kind)) + ">";
-  };
+  return [kind](std::int32_t mask) { return GetSimplifiedPermString(mask, kind); };
 }
 Words Codes(TextView kind) {
-  return [kind](std::uint32_t mask) {
-    return ToUtf8(GetExtendedPermString(static_cast<std::int32_t>(mask), kind));
-  };
+  return [kind](std::int32_t mask) { return GetExtendedPermString(mask, kind); };
 }
-Words PrinterVerdict(std::uint8_t flags) {
-  return [flags](std::uint32_t mask) {
-    const auto rights = static_cast<std::int32_t>(mask);
-    return "<" + ToUtf8(GetSimplifiedPrinterPermString(rights, flags)) + ">";
-  };
+Words PrinterVerdict(int flags) {
+  const auto ace_flags = static_cast<std::uint8_t>(flags);
+  return [=](std::int32_t mask) { return GetSimplifiedPrinterPermString(mask, ace_flags); };
 }
-Words PrinterCodes(std::uint8_t flags) {
-  return [flags](std::uint32_t mask) {
-    return ToUtf8(GetExtendedPrinterPermString(static_cast<std::int32_t>(mask), flags));
-  };
+Words PrinterCodes(int flags) {
+  const auto ace_flags = static_cast<std::uint8_t>(flags);
+  return [=](std::int32_t mask) { return GetExtendedPrinterPermString(mask, ace_flags); };
 }
 
-TEST(Permissions, AreToldByAllTheRightsBehindAWordAndByNoFewer) {
-  constexpr std::uint32_t kR = 0x120089;  // a letter before the one that is looked at
-  const struct {
-    Words words;
-    std::uint32_t rights;
-    const char* part;
-    std::uint32_t beside = 0;
-  } cases[] = {
-      {Verdict(u"CFile"), 0x1F01FF, "<Full Control>"},
-      {Verdict(u"CFolder"), 0x1F01FF, "<Full Control>"},
-      {Verdict(u"CFolder"), kR, "<R>"},
-      {Verdict(u"CFile"), 0x120116, "W", kR},
-      {Verdict(u"CFile"), 0x1200A0, "X", kR},
-      {Verdict(u"CFile"), 0x10000, "D", kR},
-      {Verdict(u"CFile"), 0x60000, "P", kR},
-      {Verdict(u"CFile"), 0x80000, "O", kR},
-      {Verdict(u"CShare"), 0x1F01FF, "<Full Control>"},
-      {Verdict(u"CShare"), 0x1301BF, "<Change>"},
-      {Verdict(u"CShare"), 0x1200A9, "<Read>"},
-      {Verdict(u"CService"), 0xF01FF, "<Full Control>"},
-      {Verdict(u"CRegKey"), 0xF003F, "<Full Control>"},
-      {Verdict(u"CRegKey"), 0x20019, "<Read>"},
-      {Verdict(u"CPrinter"), 0xF000C, "<Full Control>"},
-      {Verdict(u"CPrinter"), 0x20008, "<Print>"},
-      {PrinterVerdict(11), 0xF000C, "<Full Control>"},
-      {PrinterVerdict(27), 0x20008, "<Print>"},
-      {PrinterVerdict(15), 0x20000, "<Read>"},
-      {PrinterVerdict(10), 0x20000, "<Read Permissions>"},
-      {PrinterVerdict(9), 0xF000C, "<Manage Documents>"},
-      {PrinterVerdict(9), 0x10, "<Manage Documents>"},
-      {PrinterVerdict(9), 0x20008, "<Print>"},
-      {PrinterVerdict(9), 0x20000, "<Read>"},
-      {PrinterVerdict(0), 0xF000C, "<Manage Printers>"},
-      {PrinterVerdict(2), 0x20008, "<Print>"},
-      {PrinterVerdict(3), 0x20000, "<Read>"},
-      {Codes(u"CRegKey"), 0x20019, "Rd"},
-      {Codes(u"CRegKey"), 0x20006, "Wd"},
-      {Codes(u"CRegKey"), 0x20019, "Ex"},
-  };
-  for (const auto& c : cases) {
-    const std::uint32_t whole = c.rights | c.beside;
-    const auto told = [&](std::uint32_t mask) {
-      return c.words(mask).find(c.part) != std::string::npos;
-    };
-    EXPECT_TRUE(told(whole)) << c.part << " " << c.words(whole);
-    for (std::uint32_t right = 1; right <= c.rights; right <<= 1) {
-      if ((c.rights & right) == 0) continue;
-      EXPECT_FALSE(told(whole & ~right))
-          << std::hex << c.part << " " << right << " " << c.words(whole & ~right);
+/// A checksum of all that a routine says: of each right and each two rights, alone and missing.
+std::uint32_t Sum(const Words& words) {
+  std::uint32_t sum = 0;
+  EXPECT_EQ(words(0), u"");
+  for (int bit = 0; bit < 32; ++bit) {
+    for (int other = bit; other < 32; ++other) {
+      const std::uint32_t rights = 1u << bit | 1u << other;
+      for (const std::uint32_t mask : {rights, ~rights & 0x0FFFFFFF, ~rights & 0x001F01FF}) {
+        for (const char16_t unit : words(static_cast<std::int32_t>(mask)) + u';') {
+          sum = sum * 31 + unit;
+        }
+      }
     }
   }
+  return sum;
 }
 
-TEST(Permissions, HaveTheirCodesRightByRightAndInTheirOrder) {
-  const struct {
-    Words words;
-    const char *each, *all;
-  } cases[] = {
-      {Codes(u"CFolder"), "LfCfCsRxWxTfDsRaWaDeRpCpTo", "LfRaRxCsCfWaWxTfDsRpCpDeTo"},
-      {Codes(u"CFile"), "RdWdAdRxWxExRaWaDeRpCpTo", "RdRaRxWdAdWaWxExRpCpDeTo"},
-      {Codes(u""), "RdWdAdRxWxExRaWaDeRpCpTo", "RdRaRxWdAdWaWxExRpCpDeTo"},
-      {Codes(u"CRegKey"), "QvSvCsEsNoClDeRpCpTo", "RdWdExQvSvCsEsNoClRpCpDeTo"},
-      {Codes(u"CService"), "QcCcQsEdSaSoPcInUd", "QcCcQsEdSaSoPcInUd"},
-      {Codes(u"CPrinter"), "AsEsAdPrAjDeRpCpTo", "AdPrEsAsAjRpCpDeTo"},
-      {PrinterCodes(2), "MpPrMdRpCpTo", "PrMpRpCpTo"},
-      {PrinterCodes(1), "MdPrMdRpCpTo", "PrMdRpCpTo"},
-  };
-  for (const auto& c : cases) {
-    std::string each;
-    for (int bit = 0; bit < 28; ++bit) each += c.words(1u << bit);
-    EXPECT_EQ(each, c.each);
-    EXPECT_EQ(c.words(0xFFFFFFF), c.all);
-    EXPECT_EQ(c.words(0), "");
-  }
-}
-
-TEST(Permissions, OfFilesAreSpecialForAStrayRightBeforeTheFirstLetter) {
-  const auto initials = [](std::uint32_t beside) {
-    std::string text;
-    for (int bit = 0; bit <= 20; ++bit) text += Verdict(u"CFile")(1u << bit | beside)[1];
-    return text;
-  };
-  EXPECT_EQ(initials(0x10000), "SSSSSSDSSDDDDDDDDSDDS");
-  EXPECT_EQ(initials(0x80000), "SSSSSSOSSOOOOOOODSSOS");
+TEST(Permissions, AreToldAsTheirObjectsKindHasThem) {
   const struct {
     Words words;
     std::uint32_t mask;
-    const char* text;
+    const char16_t* text;
   } cases[] = {
-      {Verdict(u"CFolder"), 0x1F01BF, "<RWXDPO>"},
-      {Verdict(u"CFile"), 0x40, "<Special>"},
-      {Verdict(u"CFile"), kFileAllAccess & 0xAA, "<Special>"},
-      {Verdict(u"CShare"), 1, "<>"},
-      {Verdict(u"CService"), 1, "<Special>"},
-      {Verdict(u"CRegKey"), 2, "<Special>"},
-      {Verdict(u"Service"), 0xF01FF, "<>"},
-      {Verdict(u""), 0x1F01FF, "<>"},
-      {PrinterVerdict(10), 0x10, "<Invalid>"},
-      {PrinterVerdict(11), 0x10, "<>"},
-      {Verdict(u"CFile"), 0, "<>"},
-      {Verdict(u"CService"), 0, "<>"},
-      {PrinterVerdict(10), 0, "<>"},
-  };
-  for (const auto& c : cases) EXPECT_EQ(c.words(c.mask), c.text) << std::hex << c.mask;
-}
-
-TEST(Permissions, OfGenericKindMeanWhatTheObjectsKindMakesOfThem) {
-  const struct {
-    SE_OBJECT_TYPE type;
-    std::vector<TextView> kinds;
-    std::int32_t rights[4];  // read, write, execute, all
-  } cases[] = {
-      {SE_FILE_OBJECT, {u"CFile", u"CFolder", u""}, {0x120089, 0x120116, 0x1200A0, 0x1F01FF}},
-      {SE_SERVICE, {u"Service", u"CService"}, {0x120089, 0x120116, 0x1200A0, 0xF01FF}},
-      {SE_PRINTER, {u"Printer", u"CPrinter"}, {0x20008, 0x20008, 0x20008, 0xF000C}},
-      {SE_REGISTRY_KEY, {u"RegKey", u"CRegKey"}, {0x20019, 0x20006, 0x20019, 0xF003F}},
+      {Verdict(u"CFile"), 0x1F01FF, u"Full Control"},
+      {Verdict(u"CFolder"), 0x1F01BF, u"RWXDPO"},
+      {Verdict(u"CFolder"), 0x80000000, u"R"},
+      {Verdict(u"CFile"), 0x40, u"Special"},
+      {Verdict(u"CShare"), 0x1301BF, u"Change"},
+      {Verdict(u"CShare"), 0x1200A9, u"Read"},
+      {Verdict(u"CRegKey"), 0x20019, u"Read"},
+      {Verdict(u"CPrinter"), 0xF000C, u"Full Control"},
+      {Verdict(u""), 0x1F01FF, u""},
+      {PrinterVerdict(9), 0x10, u"Manage Documents"},
+      {PrinterVerdict(0), 0x10000000, u"Manage Printers"},
+      {Codes(u"CFolder"), 0xFFFFFFF, u"LfRaRxCsCfWaWxTfDsRpCpDeTo"},
+      {Codes(u"CFile"), 0xFFFFFFF, u"RdRaRxWdAdWaWxExRpCpDeTo"},
+      {Codes(u"CRegKey"), 0xFFFFFFF, u"RdWdExQvSvCsEsNoClRpCpDeTo"},
+      {Codes(u"CService"), 0xFFFFFFF, u"QcCcQsEdSaSoPcInUd"},
+      {Codes(u"CPrinter"), 0xFFFFFFF, u"AdPrEsAsAjRpCpDeTo"},
+      {PrinterCodes(2), 0xFFFFFFF, u"PrMpRpCpTo"},
+      {PrinterCodes(1), 0xFFFFFFF, u"PrMdRpCpTo"},
   };
   for (const auto& c : cases) {
-    const GENERIC_MAPPING& mapping = MappingOf(c.type);
-    for (int index = 0; index < 4; ++index) {
-      const std::uint32_t generic = 0x80000000u >> index;
-      const auto specific = static_cast<std::uint32_t>(c.rights[index]);
-      EXPECT_EQ(MapGenericMask(static_cast<std::int32_t>(generic | 0x200), mapping),
-                c.rights[index] | 0x200);
-      for (const TextView kind : c.kinds) {
-        EXPECT_EQ(&MappingOf(kind), &mapping);
-        EXPECT_EQ(Verdict(kind)(generic), Verdict(kind)(specific)) << ToUtf8(kind);
-        EXPECT_EQ(Codes(kind)(generic), Codes(kind)(specific)) << ToUtf8(kind);
-      }
-      if (c.type != SE_PRINTER) continue;
-      EXPECT_EQ(PrinterVerdict(0)(generic), PrinterVerdict(0)(specific));
-      EXPECT_EQ(PrinterCodes(0)(generic), PrinterCodes(0)(specific));
-    }
-    EXPECT_EQ(MapGenericMask(0x60000000, mapping), c.rights[1] | c.rights[2]);
+    EXPECT_EQ(ToUtf8(c.words(static_cast<std::int32_t>(c.mask))), ToUtf8(c.text));
   }
+}
+
+TEST(Permissions, AreToldByAllTheRightsBehindAWordAndByNoFewer) {
+  const struct {
+    const char* routine;
+    Words words;
+    std::uint32_t sum;
+  } cases[] = {
+      {"file", Verdict(u"CFile"), 0},           {"folder", Verdict(u"CFolder"), 0},
+      {"share", Verdict(u"CShare"), 0},         {"service", Verdict(u"CService"), 0},
+      {"key", Verdict(u"CRegKey"), 0},          {"printer", Verdict(u"CPrinter"), 0},
+      {"printer 11", PrinterVerdict(27), 0},    {"printer 10", PrinterVerdict(14), 0},
+      {"printer 9", PrinterVerdict(9), 0},      {"printer 8", PrinterVerdict(8), 0},
+      {"printer 3", PrinterVerdict(3), 0},      {"file's codes", Codes(u"CFile"), 0},
+      {"folder's codes", Codes(u"CFolder"), 0}, {"service's codes", Codes(u"CService"), 0},
+      {"key's codes", Codes(u"CRegKey"), 0},    {"printer's codes", Codes(u"CPrinter"), 0},
+      {"other codes", Codes(u""), 0},           {"printer 2, codes", PrinterCodes(2), 0},
+      {"printer 1, codes", PrinterCodes(1), 0},
+  };
+  for (const auto& c : cases) EXPECT_EQ(Sum(c.words), c.sum) << c.routine;
 }
 
 TEST(Permissions, TellWhereTheyApply) {

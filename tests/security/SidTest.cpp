@@ -1,15 +1,9 @@
-#include "apartment/CSupport.h"
-#include "apartment/Conversions.h"
-#include "automation/Interface.h"
-#include "root/SystemRoot.h"
-#include "security/CSid.h"
-#include "support/ApartmentFixture.h"
-#include "support/ErrorOf.h"
+#include "security/SecurityFixture.h"
 
 namespace veldmark {
 namespace {
 
-class Sids : public ApartmentFixture {};
+using Sids = ApartmentFixture;
 
 /// A binary SID of these bytes of authority.
 ByteArray SidBytes(std::vector<std::uint8_t> authority, std::vector<std::uint32_t> values) {
@@ -78,11 +72,7 @@ TEST_F(Sids, ReadBackFromTextAsTheirBinaryFormHasThemOrAreRefused) {
 }
 
 TEST_F(Sids, PrintEveryAuthorityInItsOwnWay) {
-  struct Case {
-    std::vector<std::uint8_t> authority;
-    const char16_t* text;
-  };
-  const Case cases[] = {
+  const std::pair<std::vector<std::uint8_t>, const char16_t*> cases[] = {
       {{0, 0, 0, 0, 0, 5}, u"S-1-5-21-7"},
       {{0, 0, 0, 0, 1, 0}, u"S-1-256-21-7"},
       {{0, 0, 0x7F, 0xFF, 0xFF, 0xFF}, u"S-1-2147483647-21-7"},
@@ -91,10 +81,9 @@ TEST_F(Sids, PrintEveryAuthorityInItsOwnWay) {
       {{0, 10, 0, 0, 0, 99}, u"S-1-0x001000000099-21-7"},
       {{0, 1, 0x80, 0, 0, 0}, u"S-1-0x0001128000000"},
   };
-  SystemRoot root;
-  for (const Case& c : cases) {
-    const auto sid = root.GetSidObjectFromSid(Variant(SidBytes(c.authority, {21, 7})), u"");
-    EXPECT_EQ(sid->SidText(), c.text);
+  for (const auto& [authority, text] : cases) {
+    const Variant bytes(SidBytes(authority, {21, 7}));
+    EXPECT_EQ(SystemRoot().GetSidObjectFromSid(bytes, u"")->SidText(), text);
   }
 }
 
@@ -122,16 +111,17 @@ TEST_F(Sids, TakeOnlyBytesThatHoldOne) {
   EXPECT_EQ(unsound->SidLength(), 72);
   sid.elements[1] = 15;
   EXPECT_EQ(root.GetSidObjectFromSid(Variant(sid), u"")->SidLength(), 68);
+  EXPECT_TRUE(root.GetSidObjectFromSid(Variant(sid), u"")->IsValid());
   sid.elements[0] = 2;
   EXPECT_FALSE(root.GetSidObjectFromSid(Variant(sid), u"")->IsValid());
 }
 
 TEST_F(Sids, WithoutBinaryFormMakeItFromTheirText) {
   const auto empty = Make<CSid>();
-  Ref<CSid> other = empty;
+  Ref<CSid> other;
   EXPECT_FALSE(empty->IsValid());
   EXPECT_FALSE(empty->IsEqual(other));
-  other = nullptr;
+  other = empty;
   EXPECT_FALSE(empty->IsEqual(other));
   EXPECT_EQ(empty->SidText(), u"");
   EXPECT_EQ(ErrorOf([&] { empty->SidLength(); }), 6);
