@@ -124,7 +124,7 @@ TEST_F(MessageTexts, NeedAModuleThatIsThere) {
     EXPECT_EQ(platform_.messages.LoadLibraryExW(name, nullptr, kLoadLibraryAsDatafile), HMODULE{0});
     EXPECT_EQ(LastPlatformError(), kErrorFileNotFound) << ToUtf8(name);
   }
-  Touch(u"\\text");
+  Touch(u"\\text", "no module, but long enough for the head of one, which takes sixty-four bytes");
   EXPECT_EQ(
       platform_.messages.LoadLibraryExW(In(u"\\text").c_str(), nullptr, kLoadLibraryAsDatafile),
       HMODULE{0});

@@ -21,7 +21,9 @@ constexpr LPCWSTR kNobody = u"\\\\nobody-there";
 
 class NetworkContract : public Contract, protected NetworkCalls {
  protected:
-  NetworkContract() : NetworkCalls(platform_) {}
+  NetworkContract() : NetworkCalls(platform_) {
+    if (WhyNot(Trait::ClearedResults)) unset = nullptr;
+  }
 
   static bool Has(const Names& names, TextView name) {
     return std::ranges::any_of(names, [&](const Text& each) { return EqualNoCase(each, name); });

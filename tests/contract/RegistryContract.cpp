@@ -136,6 +136,28 @@ TEST_F(RegistryKeys, AreCreatedWithTheWayToThemAndDeletedWithoutSubKeys) {
   EXPECT_EQ(Open(key_.Get(), u"Some\\Deep", kKeyRead, same), kMissing);
 }
 
+TEST_F(RegistryKeys, HaveAClassAndLastOrNot) {
+  Text kind = u"Kind";
+  RegistryKey passing(registry_);
+  RegistryKey below(registry_);
+  const auto create = [&](HKEY parent, DWORD options, RegistryKey& made) {
+    return registry_.RegCreateKeyExW(parent, u"Passing", 0, kind.data(), options, kKeyAllAccess,
+                                     nullptr, made.Receive(), nullptr);
+  };
+  ASSERT_EQ(create(key_.Get(), kRegOptionVolatile, passing), 0);
+  EXPECT_EQ(create(passing.Get(), 0, below), 1021);
+  EXPECT_EQ(create(passing.Get(), kRegOptionVolatile, below), 0);
+  WCHAR text[8];
+  DWORD length = 8, longest = 0;
+  FILETIME written{};
+  EXPECT_EQ(registry_.RegQueryInfoKeyW(passing.Get(), text, &length, nullptr, nullptr, nullptr,
+                                       &longest, nullptr, nullptr, nullptr, nullptr, &written),
+            0);
+  EXPECT_EQ(Text(text, length), kind);
+  EXPECT_EQ(longest, kind.size());
+  EXPECT_NE(written.dwHighDateTime, 0u);
+}
+
 TEST_F(RegistryKeys, GiveWhatTheirHandleWasOpenedFor) {
   const Text path = world_->scratch_key() + u"\\Key";
   RegistryKey reader(registry_);

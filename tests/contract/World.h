@@ -34,6 +34,7 @@ enum class Trait {
   Connections,          // a network provider shows networks and takes connections
   GlobalGroups,         // a computer has global groups and tells who is in them
   LocalGroupChanges,    // local groups are made and changed
+  ClearedResults,       // a call of the network that fails leaves null in its block's place
   UserRights,           // the security authority knows who holds which right
   SocketStarts,         // the socket library counts its starts
   EmptyAccountNames,    // no account has an empty name, and no SID is one of another kind

@@ -33,19 +33,23 @@ class NetworkCalls {
     Family& family = std::get<Family&>(std::tie(net, accounts));
     constexpr std::size_t kRest = sizeof...(Formal) - sizeof...(Asked);
     DWORD code = 0;
+    BYTE** const block = buffer.Receive();
+    *block = unset;
     if constexpr (kRest == 1) {
-      code = (family.*call)(asked..., buffer.Receive());
+      code = (family.*call)(asked..., block);
     } else if constexpr (kRest == 4) {
-      code = (family.*call)(asked..., buffer.Receive(), room, &read, &total);
+      code = (family.*call)(asked..., block, room, &read, &total);
     } else {
       using Last = std::tuple_element_t<sizeof...(Formal) - 1, std::tuple<Formal...>>;
       auto typed = static_cast<std::remove_pointer_t<Last>>(resume);
-      code = (family.*call)(asked..., buffer.Receive(), room, &read, &total, &typed);
+      code = (family.*call)(asked..., block, room, &read, &total, &typed);
       resume = typed;
       EXPECT_EQ(resume != 0, code == kErrorMoreData);
       EXPECT_LE(read, total);
     }
-    EXPECT_TRUE(code == 0 || code == kErrorMoreData || !buffer) << code;
+    if (code != 0 && code != kErrorMoreData) {
+      EXPECT_EQ(buffer.Release(), nullptr) << code;
+    }
     return code;
   }
 
@@ -100,6 +104,7 @@ class NetworkCalls {
   AccountManagement& accounts;
   LocalSecurityAuthority& authority;
   NetworkBuffer buffer;
+  BYTE* unset = reinterpret_cast<BYTE*>(this);  ///< in a block's place before a call
   DWORD room = kMaxPreferredLength;
   DWORD read = 0;
   DWORD total = 0;
