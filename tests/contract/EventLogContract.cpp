@@ -23,11 +23,9 @@ class EventLogContract : public Contract {
 constexpr DWORD kGoOn = kEventlogSequentialRead | kEventlogForwardsRead;
 
 TEST_F(EventLogContract, OpensLogsOfThisComputerByName) {
-  WCHAR own[32];
-  DWORD size = 32;
-  ASSERT_NE(platform_.system.GetComputerNameW(own, &size), 0);
-  const Text server = u"\\\\" + Text(own);
-  for (const LPCWSTR name : {LPCWSTR{nullptr}, LPCWSTR{u""}, LPCWSTR{own}, server.c_str()}) {
+  const Text own = OwnName();
+  const Text server = u"\\\\" + own;
+  for (const LPCWSTR name : {LPCWSTR{nullptr}, LPCWSTR{u""}, own.c_str(), server.c_str()}) {
     log_.Reset(logs_.OpenEventLogW(name, u"Application"));
     EXPECT_TRUE(log_) << ToUtf8(name == nullptr ? u"null" : name) << " " << LastPlatformError();
     DWORD number = 0xFFFFFFFF;

@@ -66,24 +66,20 @@ class FileContract : public Contract {
       LPCWSTR const path = row.path.c_str();
       const auto expect = [&](const char* operation, int expected, auto call) {
         if (expected == kSkip) return;
-        const bool succeeded = call();
-        EXPECT_EQ(succeeded ? 0u : LastPlatformError(), static_cast<DWORD>(expected)) << operation;
+        EXPECT_EQ(Code(call()), static_cast<DWORD>(expected)) << operation;
       };
       WIN32_FIND_DATAW data;
       WIN32_FILE_ATTRIBUTE_DATA record;
-      expect("FindFirstFileW", row.find,
-             [&] { return !!FindHandle(files_, files_.FindFirstFileW(path, &data)); });
-      expect("GetFileAttributesExW", row.attributes, [&] {
-        return files_.GetFileAttributesExW(path, kGetFileExInfoStandard, &record) != 0;
-      });
-      expect("SetFileAttributesW", row.attributes,
-             [&] { return files_.SetFileAttributesW(path, kFileAttributeArchive) != 0; });
-      expect("CreateDirectoryW", row.create,
-             [&] { return files_.CreateDirectoryW(path, nullptr) != 0; });
-      expect("RemoveDirectoryW", row.remove, [&] { return files_.RemoveDirectoryW(path) != 0; });
-      expect("DeleteFileW", row.erase, [&] { return files_.DeleteFileW(path) != 0; });
-      expect("CreateFileW", row.open,
-             [&] { return !!Open(path, kGenericRead, kShareAll, kOpenExisting); });
+      expect("find", row.find,
+             [&] { return FindHandle(files_, files_.FindFirstFileW(path, &data)); });
+      expect("attributes", row.attributes,
+             [&] { return files_.GetFileAttributesExW(path, kGetFileExInfoStandard, &record); });
+      expect("set", row.attributes,
+             [&] { return files_.SetFileAttributesW(path, kFileAttributeArchive); });
+      expect("create", row.create, [&] { return files_.CreateDirectoryW(path, nullptr); });
+      expect("remove", row.remove, [&] { return files_.RemoveDirectoryW(path); });
+      expect("erase", row.erase, [&] { return files_.DeleteFileW(path); });
+      expect("open", row.open, [&] { return Open(path, kGenericRead, kShareAll, kOpenExisting); });
     }
   }
 };
@@ -125,17 +121,6 @@ TEST_F(FilesAndFolders, FailOnMissingDrivesAndServersWhereverTheseStand) {
           {u"\\\\?\\Q:\\x\\y", 3, 3, 3, 3, 3, 3},
           {u"\\\\no-such-srv\\share\\x", 53, 53, 53, 53, 53, 53},
           {u"\\\\?\\UNC\\no-such-srv\\share\\x", 53, 53, 53, 53, 53, 53}});
-  const Text here = In(u"\\file.txt");
-  for (const auto& [from, to, error] :
-       std::vector<std::tuple<Text, Text, DWORD>>{{here, u"Q:\\x", 3},
-                                                  {u"Q:\\x", In(u"\\copy"), 3},
-                                                  {here, u"\\\\no-such-srv\\share\\x", 53},
-                                                  {u"\\\\no-such-srv\\share\\x", In(u"\\copy"), 53},
-                                                  {In(u"\\none"), u"Q:\\x", 2},
-                                                  {u"Q:\\x", u"\\\\no-such-srv\\share\\x", 3}}) {
-    EXPECT_EQ(Code(files_.CopyFileW(from.c_str(), to.c_str(), 0)), error)
-        << ToUtf8(from) << " to " << ToUtf8(to);
-  }
 }
 
 TEST_F(FilesAndFolders, FailOnNamesThatCantBe) {
@@ -276,21 +261,21 @@ TEST_F(FilesAndFolders, MayGoWhileTheyAreListed) {
 TEST_F(FilesAndFolders, KeepTheAttributesThatCanBeSet) {
   const Text file = In(u"\\file.txt");
   const Text folder = In(u"\\dir");
+  const auto set = [&](const Text& path, DWORD attributes) {
+    EXPECT_TRUE(files_.SetFileAttributesW(path.c_str(), attributes));
+    return Attributes(path);
+  };
+  constexpr DWORD kArchive = kFileAttributeArchive;
   constexpr DWORD kHiddenSystem = kFileAttributeHidden | kFileAttributeSystem;
-  EXPECT_EQ(Attributes(file), kFileAttributeArchive);
-  EXPECT_TRUE(files_.SetFileAttributesW(file.c_str(), kHiddenSystem | kFileAttributeArchive));
-  EXPECT_EQ(Attributes(file), kHiddenSystem | kFileAttributeArchive);
-  EXPECT_TRUE(files_.SetFileAttributesW(folder.c_str(), kFileAttributeHidden));
-  EXPECT_EQ(Attributes(folder) & ~kFileAttributeArchive,
+  EXPECT_EQ(Attributes(file), kArchive);
+  EXPECT_EQ(set(file, kHiddenSystem | kArchive), kHiddenSystem | kArchive);
+  EXPECT_EQ(set(folder, kFileAttributeHidden) & ~kArchive,
             kFileAttributeHidden | kFileAttributeDirectory);
-  EXPECT_TRUE(files_.SetFileAttributesW(folder.c_str(), 0));
-  EXPECT_EQ(Attributes(folder), kFileAttributeDirectory);
-  EXPECT_TRUE(
-      files_.SetFileAttributesW(file.c_str(), kFileAttributeArchive | kFileAttributeReadOnly));
+  EXPECT_EQ(set(folder, 0), kFileAttributeDirectory);
+  EXPECT_EQ(set(file, kArchive | kFileAttributeReadOnly), kArchive | kFileAttributeReadOnly);
   EXPECT_EQ(Code(files_.DeleteFileW(file.c_str())), kErrorAccessDenied);
   WIN32_FILE_ATTRIBUTE_DATA record;
   EXPECT_TRUE(files_.GetFileAttributesExW(file.c_str(), kGetFileExInfoStandard, &record));
-  EXPECT_EQ(record.dwFileAttributes, kFileAttributeArchive | kFileAttributeReadOnly);
   EXPECT_EQ(record.nFileSizeLow, 4u);
   EXPECT_EQ(Code(files_.GetFileAttributesExW(file.c_str(), 1, &record)), kErrorInvalidParameter);
   EXPECT_TRUE(files_.SetFileAttributesW(file.c_str(), 0));
@@ -330,12 +315,7 @@ TEST_F(FilesAndFolders, HiddenAreReplacedOnlyByName) {
 }
 
 TEST_F(FilesAndFolders, OpenByTheirDisposition) {
-  struct Row {
-    const char16_t* name;
-    DWORD disposition, access, flags, error;  // the last error, on success too
-    bool succeeds;
-  };
-  const std::vector<Row> table = {
+  const std::tuple<const char16_t*, DWORD, DWORD, DWORD, DWORD, bool> table[] = {
       {u"\\file.txt", kCreateNew, kGenericRead, 0, kErrorFileExists, false},
       {u"\\n1", kCreateNew, kGenericWrite, 0, 0, true},
       {u"\\n1", kCreateAlways, kGenericWrite, 0, kErrorAlreadyExists, true},
@@ -353,10 +333,10 @@ TEST_F(FilesAndFolders, OpenByTheirDisposition) {
       {u"\\dir", kCreateNew, kGenericRead, 0, kErrorFileExists, false},
       {u"\\dir", kCreateAlways, kGenericWrite, 0, kErrorAccessDenied, false},
       {u"\\dir", kOpenExisting, kGenericRead, kFileFlagBackupSemantics, 0, true}};
-  for (const Row& row : table) {
-    const FileHandle file = Open(In(row.name), row.access, 0, row.disposition, row.flags);
-    EXPECT_EQ(static_cast<bool>(file), row.succeeds);
-    EXPECT_EQ(LastPlatformError(), row.error) << ToUtf8(row.name) << " " << row.disposition;
+  for (const auto& [name, disposition, access, flags, error, succeeds] : table) {
+    const FileHandle file = Open(In(name), access, 0, disposition, flags);
+    EXPECT_EQ(static_cast<bool>(file), succeeds);
+    EXPECT_EQ(LastPlatformError(), error) << ToUtf8(name) << " " << disposition;
   }
   EXPECT_EQ(ContentOf(u"\\file.txt"), "") << "truncated";
 }
@@ -368,27 +348,25 @@ TEST_F(FilesAndFolders, AreTruncatedOnlyByThoseWhoWrite) {
 }
 
 TEST_F(FilesAndFolders, AreSharedAsBothSidesAgree) {
-  struct Row {
-    DWORD access, share, other_access, other_share, error;
-  };
   constexpr DWORD kR = kGenericRead;
   constexpr DWORD kW = kGenericWrite;
-  const std::vector<Row> table = {{kR, kFileShareRead, kR, kFileShareRead, 0},
-                                  {kR, kFileShareRead, kR, 0, kErrorSharingViolation},
-                                  {kR, kFileShareRead, kW, kShareAll, kErrorSharingViolation},
-                                  {kR, kShareAll, kW, kShareAll, 0},
-                                  {kR, kShareAll, kW, kFileShareWrite, kErrorSharingViolation},
-                                  {kW, kShareAll, kR, kFileShareRead, kErrorSharingViolation},
-                                  {kR, 0, 0, 0, 0},
-                                  {0, 0, kW, 0, 0},
-                                  {kR, kFileShareRead, kDelete, kShareAll, kErrorSharingViolation},
-                                  {kR, kShareAll, kDelete, kShareAll, 0}};
-  for (const Row& row : table) {
-    const FileHandle first = Open(In(u"\\file.txt"), row.access, row.share, kOpenExisting);
+  const std::tuple<DWORD, DWORD, DWORD, DWORD, DWORD> table[] = {
+      {kR, kFileShareRead, kR, kFileShareRead, 0},
+      {kR, kFileShareRead, kR, 0, kErrorSharingViolation},
+      {kR, kFileShareRead, kW, kShareAll, kErrorSharingViolation},
+      {kR, kShareAll, kW, kShareAll, 0},
+      {kR, kShareAll, kW, kFileShareWrite, kErrorSharingViolation},
+      {kW, kShareAll, kR, kFileShareRead, kErrorSharingViolation},
+      {kR, 0, 0, 0, 0},
+      {0, 0, kW, 0, 0},
+      {kR, kFileShareRead, kDelete, kShareAll, kErrorSharingViolation},
+      {kR, kShareAll, kDelete, kShareAll, 0}};
+  for (const auto& [access, share, other_access, other_share, error] : table) {
+    const FileHandle first = Open(In(u"\\file.txt"), access, share, kOpenExisting);
     ASSERT_TRUE(first);
-    Open(In(u"\\file.txt"), row.other_access, row.other_share, kOpenExisting);
-    EXPECT_EQ(LastPlatformError(), row.error)
-        << std::hex << row.access << " " << row.share << " " << row.other_access;
+    Open(In(u"\\file.txt"), other_access, other_share, kOpenExisting);
+    EXPECT_EQ(LastPlatformError(), error)
+        << std::hex << access << " " << share << " " << other_access;
   }
   FileHandle reader = Open(In(u"\\file.txt"), kR, kFileShareRead, kOpenExisting);
   EXPECT_EQ(Code(files_.DeleteFileW(In(u"\\file.txt").c_str())), kErrorSharingViolation);
@@ -453,22 +431,26 @@ TEST_F(FilesAndFolders, RecordWhenTheyWereWritten) {
 }
 
 TEST_F(FilesAndFolders, AreCopiedWithContentAndAttributes) {
-  struct Row {
-    const char16_t *from, *to;
-    BOOL keep;
-    DWORD error;
-  };
-  for (const Row& row : std::vector<Row>{{u"\\file.txt", u"\\copy", 1, 0},
-                                         {u"\\file.txt", u"\\copy", 1, kErrorFileExists},
-                                         {u"\\dir\\in.txt", u"\\copy", 0, 0},
-                                         {u"\\none", u"\\copy", 0, kErrorFileNotFound},
-                                         {u"\\dir", u"\\copy2", 0, kErrorAccessDenied},
-                                         {u"\\file.txt", u"\\dir", 0, kErrorAccessDenied},
-                                         {u"\\file.txt", u"\\dir", 1, kErrorFileExists},
-                                         {u"\\file.txt", u"\\none\\x", 1, kErrorPathNotFound},
-                                         {u"\\file.txt", u"\\file.txt", 0, 32}}) {
-    const BOOL copied = files_.CopyFileW(In(row.from).c_str(), In(row.to).c_str(), row.keep);
-    EXPECT_EQ(copied ? 0 : LastPlatformError(), row.error) << ToUtf8(row.to) << " " << row.keep;
+  const Text file = In(u"\\file.txt"), copy = In(u"\\copy"), away = u"\\\\no-such-srv\\share\\x";
+  const std::tuple<Text, Text, BOOL, DWORD> rows[] = {
+      {file, copy, 1, 0},
+      {file, copy, 1, kErrorFileExists},
+      {In(u"\\dir\\in.txt"), copy, 0, 0},
+      {In(u"\\none"), copy, 0, kErrorFileNotFound},
+      {In(u"\\dir"), In(u"\\copy2"), 0, kErrorAccessDenied},
+      {file, In(u"\\dir"), 0, kErrorAccessDenied},
+      {file, In(u"\\dir"), 1, kErrorFileExists},
+      {file, In(u"\\none\\x"), 1, kErrorPathNotFound},
+      {file, file, 0, kErrorSharingViolation},
+      {file, u"Q:\\x", 0, kErrorPathNotFound},
+      {u"Q:\\x", copy, 0, kErrorPathNotFound},
+      {file, away, 0, kErrorBadNetPath},
+      {away, copy, 0, kErrorBadNetPath},
+      {In(u"\\none"), u"Q:\\x", 0, kErrorFileNotFound},
+      {u"Q:\\x", away, 0, kErrorPathNotFound}};
+  for (const auto& [from, to, keep, error] : rows) {
+    EXPECT_EQ(Code(files_.CopyFileW(from.c_str(), to.c_str(), keep)), error)
+        << ToUtf8(from) << " to " << ToUtf8(to) << " " << keep;
   }
   EXPECT_EQ(ContentOf(u"\\copy"), "");
   files_.SetFileAttributesW(In(u"\\file.txt").c_str(),
@@ -482,11 +464,10 @@ TEST_F(FilesAndFolders, RefuseHandlesThatAreNone) {
   DWORD count = 0;
   LARGE_INTEGER size = 0;
   HANDLE const none = kInvalidHandleValue;
-  const std::vector<BOOL> results = {
-      files_.FindClose(none), files_.ReadFile(none, &count, 1, &count, nullptr),
-      files_.WriteFile(none, &count, 1, &count, nullptr), files_.GetFileSizeEx(none, &size)};
-  for (const BOOL result : results) EXPECT_EQ(result, 0);
-  EXPECT_EQ(LastPlatformError(), kErrorInvalidHandle);
+  EXPECT_EQ(Code(files_.FindClose(none)), kErrorInvalidHandle);
+  EXPECT_EQ(Code(files_.ReadFile(none, &count, 1, &count, nullptr)), kErrorInvalidHandle);
+  EXPECT_EQ(Code(files_.WriteFile(none, &count, 1, &count, nullptr)), kErrorInvalidHandle);
+  EXPECT_EQ(Code(files_.GetFileSizeEx(none, &size)), kErrorInvalidHandle);
   EXPECT_EQ(files_.GetFileSize(none, nullptr), kInvalidFileSize);
   EXPECT_EQ(LastPlatformError(), kErrorInvalidHandle);
 }
@@ -505,6 +486,71 @@ TEST_F(FilesAndFolders, StandOnDrivesOfAType) {
                                                                {u"C:\\no such", kDriveNoRootDir},
                                                                {nullptr, kDriveFixed}};
   for (const auto& [root, type] : table) EXPECT_EQ(files_.GetDriveTypeW(root), type);
+}
+
+class Volumes : public Contract {
+ protected:
+  Text Root() const { return world_->scratch().substr(0, 3); }
+};
+
+TEST_F(Volumes, TellTheirSpaceFromAnyFolderOnThem) {
+  Touch(u"\\file");
+  const std::pair<Text, DWORD> rows[] = {{Root(), 0},
+                                         {Root().substr(0, 2), 0},
+                                         {In(u""), 0},
+                                         {In(u"\\"), 0},
+                                         {u"\\\\?\\" + In(u"\\"), 0},
+                                         {In(u"\\file"), kErrorDirectory},
+                                         {In(u"\\none"), kErrorPathNotFound},
+                                         {In(u"\\none\\none"), kErrorPathNotFound},
+                                         {u"Q:\\", kErrorPathNotFound},
+                                         {u"\\\\nobody-there\\share\\", kErrorBadNetPath},
+                                         {u"", kErrorPathNotFound}};
+  for (const auto& [folder, error] : rows) {
+    SCOPED_TRACE(ToUtf8(folder));
+    std::uint64_t to_caller = 0, total = 0, total_free = 0;
+    const BOOL told = files_.GetDiskFreeSpaceExW(folder.c_str(), &to_caller, &total, &total_free);
+    EXPECT_EQ(told ? 0 : LastPlatformError(), error);
+    EXPECT_EQ(total > 0, error == 0);
+    EXPECT_LE(to_caller, total_free);
+    EXPECT_LE(total_free, total);
+  }
+  std::uint64_t total = 0;
+  EXPECT_TRUE(files_.GetDiskFreeSpaceExW(nullptr, nullptr, &total, nullptr));
+  EXPECT_GT(total, 0u);
+}
+
+TEST_F(Volumes, DescribeThemselvesAtTheirRootOnly) {
+  WCHAR label[260] = u"?", file_system[260] = u"";
+  DWORD serial = 0, longest = 0, flags = 0;
+  ASSERT_TRUE(files_.GetVolumeInformationW(Root().c_str(), label, 260, &serial, &longest, &flags,
+                                           file_system, 260));
+  EXPECT_NE(Text(label), u"?");
+  EXPECT_NE(Text(file_system), u"");
+  EXPECT_GE(longest, 110u);
+  EXPECT_NE(flags, 0u);
+  const auto own_root = Root();
+  for (LPCWSTR const root : {own_root.c_str(), LPCWSTR{nullptr}}) {
+    EXPECT_TRUE(
+        files_.GetVolumeInformationW(root, nullptr, 0, nullptr, nullptr, nullptr, nullptr, 0));
+  }
+  const std::pair<Text, DWORD> rows[] = {{In(u""), kErrorDirNotRoot},
+                                         {In(u"\\"), kErrorDirNotRoot},
+                                         {In(u"\\none\\"), kErrorDirNotRoot},
+                                         {u"Q:\\", kErrorPathNotFound},
+                                         {u"\\\\nobody-there\\share\\", kErrorBadNetPath}};
+  for (const auto& [asked, error] : rows) {
+    EXPECT_FALSE(files_.GetVolumeInformationW(asked.c_str(), label, 260, &serial, &longest, &flags,
+                                              file_system, 260));
+    EXPECT_EQ(LastPlatformError(), error) << ToUtf8(asked);
+  }
+}
+
+TEST_F(Volumes, TakeMediaCommandsWithoutWaitingForADevice) {
+  char answer[127] = "?";
+  EXPECT_NE(platform_.multimedia.mciSendStringA("set CDAudio door open", answer, 127, nullptr),
+            kErrorNotSupported);
+  EXPECT_EQ(std::string(answer), "");
 }
 
 }  // namespace

@@ -70,21 +70,17 @@ TEST_F(MessageTexts, ComeFromModulesBeforeTheSystem) {
 TEST_F(MessageTexts, PutInsertsInOrLeaveThem) {
   const std::uintptr_t arguments[] = {reinterpret_cast<std::uintptr_t>(u"A"),
                                       reinterpret_cast<std::uintptr_t>(u"Bcd"), 42, 255};
-  struct Row {
-    const char16_t* text;
-    const char *filled, *kept;
-  };
-  for (const Row& row :
-       std::vector<Row>{{u"%1-%2%%%n%r%tX%0Y", "A-Bcd%\r\n\r\tX", "%1-%2%%\r\n\r\tX"},
-                        {u"a %1!5s!|%1!-3s!|%2!.2s!", "a     A|A  |Bc", "a %1!5s!|%1!-3s!|%2!.2s!"},
-                        {u"%3!d! %4!X! %4!04x!", "42 FF 00ff", "%3!d! %4!X! %4!04x!"},
-                        {u"x\ny\r\nz", "x\r\ny\r\nz", "x\r\ny\r\nz"},
-                        {u"a%!b%.c% d", "a!b.c d", "a%!b%.c% d"}}) {
-    EXPECT_EQ(Format(kFormatMessageFromString | kFormatMessageArgumentArray, row.text, 0, 0,
+  const std::tuple<const char16_t*, const char*, const char*> rows[] = {
+      {u"%1-%2%%%n%r%tX%0Y", "A-Bcd%\r\n\r\tX", "%1-%2%%\r\n\r\tX"},
+      {u"a %1!5s!|%1!-3s!|%2!.2s!", "a     A|A  |Bc", "a %1!5s!|%1!-3s!|%2!.2s!"},
+      {u"%3!d! %4!X! %4!04x!", "42 FF 00ff", "%3!d! %4!X! %4!04x!"},
+      {u"x\ny\r\nz", "x\r\ny\r\nz", "x\r\ny\r\nz"},
+      {u"a%!b%.c% d", "a!b.c d", "a%!b%.c% d"}};
+  for (const auto& [text, filled, kept] : rows) {
+    EXPECT_EQ(Format(kFormatMessageFromString | kFormatMessageArgumentArray, text, 0, 0,
                      const_cast<std::uintptr_t*>(arguments)),
-              row.filled);
-    EXPECT_EQ(Format(kFormatMessageFromString | kFormatMessageIgnoreInserts, row.text, 0, 0),
-              row.kept);
+              filled);
+    EXPECT_EQ(Format(kFormatMessageFromString | kFormatMessageIgnoreInserts, text, 0, 0), kept);
   }
 }
 
@@ -103,19 +99,16 @@ TEST_F(MessageTexts, OfAFileAreFoundByLanguageWithInsertsInOrLeft) {
   std::array<std::uintptr_t, 101> arguments{};
   arguments[0] = reinterpret_cast<std::uintptr_t>(u"A");
   arguments[1] = reinterpret_cast<std::uintptr_t>(u"50% %1 %%1");
-  struct Row {
-    DWORD number, language;
-    const char *filled, *left;
-  };
-  for (const Row& row : std::vector<Row>{
-           {1, 0, "Nobody but A knows 50% %1 %%1.\r\n", "Nobody but %1 knows %2.\r\n"},
-           {1, 0x407, "Niemand kennt 50% %1 %%1, nur A.\r\n", "Niemand kennt %2, nur %1.\r\n"},
-           {1, 0x40C, "!1815", "!1815"},
-           {3, 0x409, "Network\r\n", "Network\r\n"},
-           {3, 0x407, "Netzwerk\r\n", "Netzwerk\r\n"},
-           {4, 0, "!317", "!317"}}) {
-    EXPECT_EQ(Format(kFilled, source, row.number, row.language, arguments.data()), row.filled);
-    EXPECT_EQ(Format(kLeft, source, row.number, row.language), row.left) << row.number;
+  const std::tuple<DWORD, DWORD, const char*, const char*> rows[] = {
+      {1, 0, "Nobody but A knows 50% %1 %%1.\r\n", "Nobody but %1 knows %2.\r\n"},
+      {1, 0x407, "Niemand kennt 50% %1 %%1, nur A.\r\n", "Niemand kennt %2, nur %1.\r\n"},
+      {1, 0x40C, "!1815", "!1815"},
+      {3, 0x409, "Network\r\n", "Network\r\n"},
+      {3, 0x407, "Netzwerk\r\n", "Netzwerk\r\n"},
+      {4, 0, "!317", "!317"}};
+  for (const auto& [number, language, filled, left] : rows) {
+    EXPECT_EQ(Format(kFilled, source, number, language, arguments.data()), filled);
+    EXPECT_EQ(Format(kLeft, source, number, language), left) << number;
   }
   EXPECT_EQ(Format(kLeft, source, 2, 0), "[%99!*.*s!][%100][%5]");
   EXPECT_EQ(Format(kFilled, source, 2, 0, arguments.data()), "[][(null)0][(null)]");
@@ -131,6 +124,11 @@ TEST_F(MessageTexts, NeedAModuleThatIsThere) {
     EXPECT_EQ(platform_.messages.LoadLibraryExW(name, nullptr, kLoadLibraryAsDatafile), HMODULE{0});
     EXPECT_EQ(LastPlatformError(), kErrorFileNotFound) << ToUtf8(name);
   }
+  Touch(u"\\text", "no module, but long enough for the head of one, which takes sixty-four bytes");
+  EXPECT_EQ(
+      platform_.messages.LoadLibraryExW(In(u"\\text").c_str(), nullptr, kLoadLibraryAsDatafile),
+      HMODULE{0});
+  EXPECT_EQ(LastPlatformError(), 193u);
   EXPECT_EQ(platform_.messages.LoadLibraryExW(u"no-such.dll", nullptr, 0), HMODULE{0});
   EXPECT_EQ(LastPlatformError(), kErrorModNotFound);
   EXPECT_EQ(platform_.system.LocalFree(nullptr), nullptr);

@@ -41,13 +41,6 @@ class PrintingContract : public Contract {
     return address >= begin + returned_ * sizeof(PRINTER_INFO_2W) && address < begin + needed_;
   }
 
-  Text OwnServer() {
-    WCHAR own[32];
-    DWORD size = 32;
-    platform_.system.GetComputerNameW(own, &size);
-    return u"\\\\" + Text(own);
-  }
-
   Printing& printers_ = platform_.printers;
   std::vector<PRINTER_INFO_2W> table_;
   DWORD needed_ = 0;
@@ -55,12 +48,10 @@ class PrintingContract : public Contract {
 };
 
 TEST_F(PrintingContract, ListsEachPrinterUnderItsServersNameWhereOneIsNamed) {
-  const Text own = OwnServer();
+  const Text own = u"\\\\" + OwnName();
   for (const char16_t* const name : {u"Contract printer", u"Contract plotter"}) {
+    Text printer = name, comment = u"Of the contract", location = u"here";
     PRINTER_INFO_2W record{};
-    Text printer(name);
-    Text comment(u"Of the contract");
-    Text location(u"here");
     record.pPrinterName = printer.data();
     record.pComment = comment.data();
     record.pLocation = location.data();
@@ -97,22 +88,11 @@ TEST_F(PrintingContract, ListsEachPrinterUnderItsServersNameWhereOneIsNamed) {
 }
 
 TEST_F(PrintingContract, RefusesWhatItCantAnswer) {
-  struct Case {
-    LPCWSTR name;
-    DWORD flags;
-    DWORD level;
-    DWORD code;
-  };
-  const Case cases[] = {
-      {nullptr, 0, 2, kErrorInvalidFlags},
-      {nullptr, kNames, 77, kErrorInvalidLevel},
-      {u"\\\\nobody-there", kNames, 2, kErrorRpcServerUnavailable},
-      {u"no-server", kNames, 2, kErrorInvalidName},
-      {u"\\\\", kNames, 2, kErrorInvalidName},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(Ask(c.name, nullptr, 0, c.flags, c.level), c.code);
-  }
+  EXPECT_EQ(Ask(nullptr, nullptr, 0, 0), kErrorInvalidFlags);
+  EXPECT_EQ(Ask(nullptr, nullptr, 0, kNames, 77), kErrorInvalidLevel);
+  EXPECT_EQ(Ask(u"\\\\nobody-there", nullptr, 0), kErrorRpcServerUnavailable);
+  EXPECT_EQ(Ask(u"no-server", nullptr, 0), kErrorInvalidName);
+  EXPECT_EQ(Ask(u"\\\\", nullptr, 0), kErrorInvalidName);
   EXPECT_EQ(Ask(nullptr, nullptr, 100), kErrorInvalidUserBuffer);
   DWORD count = 0;
   EXPECT_EQ(Code(printers_.EnumPrintersW(kNames, nullptr, 2, nullptr, 0, &count, nullptr)),

@@ -34,6 +34,9 @@ class RegistryKeys : public Contract {
     return registry_.RegSetValueExW(key_.Get(), name, 0, type, static_cast<const BYTE*>(data),
                                     size);
   }
+  LSTATUS Query(LPCWSTR name, DWORD* type, BYTE* data, DWORD* size) {
+    return registry_.RegQueryValueExW(key_.Get(), name, nullptr, type, data, size);
+  }
   LSTATUS Open(HKEY parent, LPCWSTR path, DWORD access, RegistryKey& result) {
     return registry_.RegOpenKeyExW(parent, path, 0, access, result.Receive());
   }
@@ -52,36 +55,25 @@ TEST_F(RegistryKeys, HoldValuesOfAnyTypeUnderNamesWithoutCase) {
   EXPECT_EQ(Set(nullptr, kRegExpandSz, u"%x%", 8), 0);
   EXPECT_EQ(Set(u"Nothing", kRegSz, nullptr, 0), 0);
   EXPECT_EQ(Set(u"NUMBER", kRegBinary, "123", 3), 0) << "replaced, under the old name";
-  struct Row {
-    LPCWSTR name;
-    DWORD room, type, size;
-    LSTATUS status;
-  };
-  for (const Row& row : std::vector<Row>{{u"text", 64, kRegSz, 8, 0},
-                                         {u"TEXT", 8, kRegSz, 8, 0},
-                                         {u"text", 7, kRegSz, 8, kMoreData},
-                                         {u"number", 64, kRegBinary, 3, 0},
-                                         {u"", 64, kRegExpandSz, 8, 0},
-                                         {nullptr, 64, kRegExpandSz, 8, 0},
-                                         {u"nothing", 64, kRegSz, 0, 0},
-                                         {u"none", 64, 0, 64, kMissing}}) {
+  const std::tuple<LPCWSTR, DWORD, DWORD, DWORD, LSTATUS> rows[] = {
+      {u"text", 64, kRegSz, 8, 0},        {u"TEXT", 8, kRegSz, 8, 0},
+      {u"text", 7, kRegSz, 8, kMoreData}, {u"number", 64, kRegBinary, 3, 0},
+      {u"", 64, kRegExpandSz, 8, 0},      {nullptr, 64, kRegExpandSz, 8, 0},
+      {u"nothing", 64, kRegSz, 0, 0},     {u"none", 64, 0, 64, kMissing}};
+  for (const auto& [name, room, kind, length, status] : rows) {
     BYTE data[64];
     DWORD type = 0;
-    DWORD size = row.room;
-    EXPECT_EQ(registry_.RegQueryValueExW(key_.Get(), row.name, nullptr, &type, data, &size),
-              row.status);
-    if (row.status == kMissing) continue;
-    EXPECT_EQ(size, row.size) << ToUtf8(row.name == nullptr ? u"" : row.name);
-    EXPECT_EQ(type, row.type);
+    DWORD size = room;
+    EXPECT_EQ(Query(name, &type, data, &size), status);
+    if (status == kMissing) continue;
+    EXPECT_EQ(size, length) << ToUtf8(name == nullptr ? u"" : name);
+    EXPECT_EQ(type, kind);
     DWORD needed = 0;
-    EXPECT_EQ(registry_.RegQueryValueExW(key_.Get(), row.name, nullptr, nullptr, nullptr, &needed),
-              0)
-        << "the size alone";
-    EXPECT_EQ(needed, row.size);
+    EXPECT_EQ(Query(name, nullptr, nullptr, &needed), 0) << "the size alone";
+    EXPECT_EQ(needed, length);
   }
   BYTE data[8];
-  EXPECT_EQ(registry_.RegQueryValueExW(key_.Get(), u"text", nullptr, nullptr, data, nullptr),
-            kBadParameter);
+  EXPECT_EQ(Query(u"text", nullptr, data, nullptr), kBadParameter);
 }
 
 TEST_F(RegistryKeys, EnumerateEachValueOnceAndTellTheGreatestLengths) {
@@ -100,31 +92,23 @@ TEST_F(RegistryKeys, EnumerateEachValueOnceAndTellTheGreatestLengths) {
   std::set<Text> names;
   WCHAR name[10];
   BYTE data[12];
-  for (DWORD index = 0;; ++index) {
-    DWORD name_length = longest_name + 1;
-    DWORD size = largest;
-    DWORD type = 0;
-    const LSTATUS status =
-        registry_.RegEnumValueW(key_.Get(), index, name, &name_length, nullptr, &type, data, &size);
-    if (status != 0) {
-      EXPECT_EQ(status, kNoMore);
-      break;
-    }
-    EXPECT_EQ(Text(name), Text(name, name_length));
-    EXPECT_EQ(type, name_length == 9 ? kRegDword : kRegSz);
-    names.emplace(name, name_length);
-    DWORD short_length = name_length;
-    EXPECT_EQ(registry_.RegEnumValueW(key_.Get(), index, name, &short_length, nullptr, nullptr,
-                                      nullptr, nullptr),
-              kMoreData)
-        << "no room for the NUL";
-    DWORD no_size = 1;
-    name_length = 10;
-    EXPECT_EQ(registry_.RegEnumValueW(key_.Get(), index, name, &name_length, nullptr, nullptr, data,
-                                      &no_size),
-              kMoreData);
-    EXPECT_EQ(no_size, size);
+  DWORD length, size, type = 0;
+  const auto enumerate = [&](DWORD index, DWORD name_room, DWORD room) {
+    length = name_room;
+    size = room;
+    return registry_.RegEnumValueW(key_.Get(), index, name, &length, nullptr, &type, data, &size);
+  };
+  for (const DWORD index : {0u, 1u, 2u}) {
+    ASSERT_EQ(enumerate(index, longest_name + 1, largest), 0);
+    EXPECT_EQ(Text(name), Text(name, length));
+    EXPECT_EQ(type, length == 9 ? kRegDword : kRegSz);
+    names.emplace(name, length);
+    const DWORD whole = size;
+    EXPECT_EQ(enumerate(index, length, largest), kMoreData) << "no room for the NUL";
+    EXPECT_EQ(enumerate(index, longest_name + 1, 1), kMoreData);
+    EXPECT_EQ(size, whole);
   }
+  EXPECT_EQ(enumerate(3, longest_name + 1, largest), kNoMore);
   EXPECT_EQ(names, (std::set<Text>{u"", u"a", u"long name"}));
 }
 
@@ -136,19 +120,6 @@ TEST_F(RegistryKeys, AreCreatedWithTheWayToThemAndDeletedWithoutSubKeys) {
   EXPECT_EQ(disposition, kRegCreatedNewKey);
   EXPECT_EQ(Create(key_.Get(), u"SOME\\deep\\Leaf\\", same, disposition), 0);
   EXPECT_EQ(disposition, kRegOpenedExistingKey);
-  WCHAR name[5];
-  DWORD length = 4;
-  EXPECT_EQ(
-      registry_.RegEnumKeyExW(key_.Get(), 0, name, &length, nullptr, nullptr, nullptr, nullptr),
-      kMoreData);
-  length = 5;
-  EXPECT_EQ(
-      registry_.RegEnumKeyExW(key_.Get(), 0, name, &length, nullptr, nullptr, nullptr, nullptr), 0);
-  EXPECT_EQ(Text(name, length), u"Some");
-  EXPECT_EQ(
-      registry_.RegEnumKeyExW(key_.Get(), 1, name, &length, nullptr, nullptr, nullptr, nullptr),
-      kNoMore);
-
   EXPECT_EQ(registry_.RegDeleteKeyW(key_.Get(), u"Some\\Deep"), kDenied) << "it has a sub-key";
   EXPECT_EQ(registry_.RegDeleteKeyW(key_.Get(), u"None"), kMissing);
   EXPECT_EQ(registry_.RegDeleteKeyW(key_.Get(), nullptr), kBadParameter);
@@ -163,6 +134,28 @@ TEST_F(RegistryKeys, AreCreatedWithTheWayToThemAndDeletedWithoutSubKeys) {
   EXPECT_EQ(Open(key_.Get(), u"Some\\Deep", kKeyAllAccess, deep), 0);
   EXPECT_EQ(registry_.RegDeleteKeyW(deep.Get(), u""), 0) << "an empty name is the key itself";
   EXPECT_EQ(Open(key_.Get(), u"Some\\Deep", kKeyRead, same), kMissing);
+}
+
+TEST_F(RegistryKeys, HaveAClassAndLastOrNot) {
+  Text kind = u"Kind";
+  RegistryKey passing(registry_);
+  RegistryKey below(registry_);
+  const auto create = [&](HKEY parent, DWORD options, RegistryKey& made) {
+    return registry_.RegCreateKeyExW(parent, u"Passing", 0, kind.data(), options, kKeyAllAccess,
+                                     nullptr, made.Receive(), nullptr);
+  };
+  ASSERT_EQ(create(key_.Get(), kRegOptionVolatile, passing), 0);
+  EXPECT_EQ(create(passing.Get(), 0, below), 1021);
+  EXPECT_EQ(create(passing.Get(), kRegOptionVolatile, below), 0);
+  WCHAR text[8];
+  DWORD length = 8, longest = 0;
+  FILETIME written{};
+  EXPECT_EQ(registry_.RegQueryInfoKeyW(passing.Get(), text, &length, nullptr, nullptr, nullptr,
+                                       &longest, nullptr, nullptr, nullptr, nullptr, &written),
+            0);
+  EXPECT_EQ(Text(text, length), kind);
+  EXPECT_EQ(longest, kind.size());
+  EXPECT_NE(written.dwHighDateTime, 0u);
 }
 
 TEST_F(RegistryKeys, GiveWhatTheirHandleWasOpenedFor) {
@@ -184,27 +177,22 @@ TEST_F(RegistryKeys, GiveWhatTheirHandleWasOpenedFor) {
 }
 
 TEST_F(RegistryKeys, FailWithTheCodeOfWhatIsWrongWithTheKey) {
-  struct Row {
-    HKEY parent;
-    Text path;
-    LSTATUS status;
-  };
   const Text long_name(300, u'k');
-  for (const Row& row : std::vector<Row>{{kHkeyCurrentUser, u"No such\\key", kMissing},
-                                         {kHkeyCurrentUser, u"\\Software", 161},
-                                         {kHkeyCurrentUser, u"Software\\", 0},
-                                         {kHkeyCurrentUser, u"", 0},
-                                         {kHkeyLocalMachine, u"SOFTWARE", 0},
-                                         {kHkeyCurrentUser, long_name, kBadParameter},
-                                         {HKEY{0}, u"Software", kBadHandle},
-                                         {HKEY{0x7770}, u"Software", kBadHandle}}) {
+  const std::tuple<HKEY, Text, LSTATUS> rows[] = {{kHkeyCurrentUser, u"No such\\key", kMissing},
+                                                  {kHkeyCurrentUser, u"\\Software", 161},
+                                                  {kHkeyCurrentUser, u"Software\\", 0},
+                                                  {kHkeyCurrentUser, u"", 0},
+                                                  {kHkeyLocalMachine, u"SOFTWARE", 0},
+                                                  {kHkeyCurrentUser, long_name, kBadParameter},
+                                                  {HKEY{0}, u"Software", kBadHandle},
+                                                  {HKEY{0x7770}, u"Software", kBadHandle}};
+  for (const auto& [parent, path, code] : rows) {
     // What is handed out for a predefined key is that key, which needs no closing.
     HKEY result{0};
-    const LSTATUS status =
-        registry_.RegOpenKeyExW(row.parent, row.path.c_str(), 0, kKeyRead, &result);
-    EXPECT_EQ(status, row.status) << ToUtf8(row.path);
+    const LSTATUS status = registry_.RegOpenKeyExW(parent, path.c_str(), 0, kKeyRead, &result);
+    EXPECT_EQ(status, code) << ToUtf8(path);
     if (status == 0) {
-      EXPECT_EQ(result == row.parent, row.path.empty());
+      EXPECT_EQ(result == parent, path.empty());
       EXPECT_EQ(registry_.RegCloseKey(result), 0);
     }
   }
@@ -214,25 +202,16 @@ TEST_F(RegistryKeys, FailWithTheCodeOfWhatIsWrongWithTheKey) {
   EXPECT_EQ(registry_.RegCloseKey(kHkeyCurrentUser), 0);
 }
 
-TEST_F(RegistryKeys, OfOtherComputersAreReachedByName) {
+TEST_F(RegistryKeys, OfComputersAreReachedByNameAndByTheirRoots) {
+  const Text name = u"\\\\" + OwnName();
   RegistryKey root(registry_);
-  EXPECT_EQ(registry_.RegConnectRegistryW(u"\\\\no-such-srv", kHkeyLocalMachine, root.Receive()),
-            53);
-  EXPECT_EQ(registry_.RegConnectRegistryW(nullptr, kHkeyLocalMachine, root.Receive()), 0);
   RegistryKey software(registry_);
-  EXPECT_EQ(Open(root.Get(), u"SOFTWARE", kKeyRead, software), 0);
-}
-
-TEST_F(RegistryKeys, OfThisComputerAreReachedByItsOwnNameAndByItsRoots) {
-  WCHAR name[64] = u"\\\\";
-  DWORD size = 60;
-  ASSERT_TRUE(platform_.system.GetComputerNameW(name + 2, &size));
-  for (const LPCWSTR form : {name, name + 2}) {
-    RegistryKey root(registry_);
-    RegistryKey software(registry_);
+  for (const LPCWSTR form : {LPCWSTR{nullptr}, name.c_str(), name.c_str() + 2}) {
     EXPECT_EQ(registry_.RegConnectRegistryW(form, kHkeyLocalMachine, root.Receive()), 0);
     EXPECT_EQ(Open(root.Get(), u"SOFTWARE", kKeyRead, software), 0);
   }
+  EXPECT_EQ(registry_.RegConnectRegistryW(u"\\\\no-such-srv", kHkeyLocalMachine, root.Receive()),
+            53);
   HKEY key{0};
   for (const HKEY root : {kHkeyClassesRoot, kHkeyUsers, kHkeyCurrentConfig}) {
     EXPECT_EQ(registry_.RegOpenKeyExW(root, u"", 0, kKeyRead, &key), 0);
@@ -257,29 +236,27 @@ TEST_F(RegistryKeys, TellTheNamesBelowThem) {
   }
   EXPECT_EQ(names, (std::set<Text>{u"First", u"Second"}));
   EXPECT_EQ(registry_.RegEnumKeyW(key_.Get(), 2, name, 1024), kNoMore);
+  DWORD count = 0, longest = 0;
+  EXPECT_EQ(registry_.RegQueryInfoKeyW(key_.Get(), nullptr, nullptr, nullptr, &count, &longest,
+                                       nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
+            0);
+  EXPECT_EQ(count, 2u);
+  EXPECT_EQ(longest, 6u);
   EXPECT_EQ(registry_.RegDeleteKeyW(key_.Get(), u"Second"), 0);
   EXPECT_EQ(registry_.RegEnumKeyW(child.Get(), 0, name, 1024), 1018);
   EXPECT_EQ(registry_.RegEnumKeyW(HKEY{0}, 0, name, 1024), kBadHandle);
 }
 
 TEST_F(RegistryKeys, HandOutDataAsItIsStoredHoweverOdd) {
-  struct Row {
-    DWORD type;
-    std::string data;
-  };
-  for (const Row& row : std::vector<Row>{{kRegSz, "abc"},
-                                         {kRegExpandSz, "a"},
-                                         {kRegMultiSz, std::string("a\0b\0", 4)},
-                                         {kRegDword, "123"},
-                                         {kRegDword, "12345"},
-                                         {kRegDwordBigEndian, ""},
-                                         {kRegLink, "ab"},
-                                         {kRegNone, "x"},
-                                         {8, "list"},
-                                         {0x12345, "whatever"}}) {
+  const std::pair<DWORD, std::string> rows[] = {
+      {kRegSz, "abc"},      {kRegExpandSz, "a"},  {kRegMultiSz, std::string("a\0b\0", 4)},
+      {kRegDword, "123"},   {kRegDword, "12345"}, {kRegDwordBigEndian, ""},
+      {kRegLink, "ab"},     {kRegNone, "x"},      {8, "list"},
+      {0x12345, "whatever"}};
+  for (const auto& [kind, bytes] : rows) {
     // What stands behind isn't taken for the end of a text.
-    const std::string with_rest = row.data + "more";
-    ASSERT_EQ(Set(u"Odd", row.type, with_rest.data(), static_cast<DWORD>(row.data.size())), 0);
+    const std::string with_rest = bytes + "more";
+    ASSERT_EQ(Set(u"Odd", kind, with_rest.data(), static_cast<DWORD>(bytes.size())), 0);
     WCHAR name[8];
     DWORD length = 8;
     DWORD listed = 0;
@@ -287,14 +264,14 @@ TEST_F(RegistryKeys, HandOutDataAsItIsStoredHoweverOdd) {
     EXPECT_EQ(
         registry_.RegEnumValueW(key_.Get(), 0, name, &length, nullptr, &listed, nullptr, &needed),
         0);
-    EXPECT_EQ(listed, row.type);
-    EXPECT_EQ(needed, row.data.size()) << row.type;
+    EXPECT_EQ(listed, kind);
+    EXPECT_EQ(needed, bytes.size()) << kind;
     BYTE data[32];
     DWORD size = 2 * needed + 1;
     DWORD type = 0;
-    EXPECT_EQ(registry_.RegQueryValueExW(key_.Get(), u"odd", nullptr, &type, data, &size), 0);
-    EXPECT_EQ(type, row.type);
-    EXPECT_EQ(std::string(data, data + size), row.data) << row.type;
+    EXPECT_EQ(Query(u"odd", &type, data, &size), 0);
+    EXPECT_EQ(type, kind);
+    EXPECT_EQ(std::string(data, data + size), bytes) << kind;
   }
 }
 
@@ -316,18 +293,7 @@ TEST_F(RegistryKeys, TellTheirDescriptorAndOpenForThoseWhoBackUp) {
   EXPECT_EQ(registry_.RegGetKeySecurity(blind.Get(), information, descriptor.data(), &size),
             kDenied);
 
-  const auto protect = [&](LPCWSTR list) {
-    void* block = nullptr;
-    EXPECT_TRUE(platform_.security.ConvertStringSecurityDescriptorToSecurityDescriptorW(
-        list, kSddlRevision1, &block, nullptr));
-    const LocalMemory<std::uint8_t> made(platform_.system, static_cast<std::uint8_t*>(block));
-    DWORD offset = 0;
-    std::memcpy(&offset, made.Get() + 16, sizeof offset);
-    return platform_.security.SetNamedSecurityInfoW(
-        name.c_str(), 4, kDaclSecurityInformation | kProtectedDaclSecurityInformation, nullptr,
-        nullptr, made.Get() + offset, nullptr);
-  };
-  ASSERT_EQ(protect(u"D:P(A;;KA;;;SY)"), 0u);
+  ASSERT_EQ(SetList(name, 4, u"D:P(A;;KA;;;SY)", kProtectedList), 0u);
   RegistryKey opened(registry_);
   const auto back_up = [&] {
     DWORD disposition = 0;
@@ -337,7 +303,7 @@ TEST_F(RegistryKeys, TellTheirDescriptorAndOpenForThoseWhoBackUp) {
   };
   const LSTATUS denied = Open(kHkeyCurrentUser, path.c_str(), kKeyRead, opened);
   const LSTATUS without_privilege = back_up();
-  EXPECT_EQ(protect(u"D:P(A;;KA;;;WD)"), 0u);
+  EXPECT_EQ(SetList(name, 4, u"D:P(A;;KA;;;WD)", kProtectedList), 0u);
   EXPECT_EQ(Open(kHkeyCurrentUser, path.c_str(), kKeyRead, opened), 0);
   EXPECT_EQ(denied, kDenied);
   EXPECT_EQ(without_privilege, kDenied);

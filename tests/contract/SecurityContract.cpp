@@ -19,7 +19,6 @@ constexpr DWORD kKey = 4;
 constexpr DWORD kShare = 5;
 constexpr DWORD kOwnerAndList = kOwnerSecurityInformation | kDaclSecurityInformation;
 constexpr DWORD kUnprotectedList = kDaclSecurityInformation | kUnprotectedDaclSecurityInformation;
-constexpr DWORD kProtectedList = kDaclSecurityInformation | kProtectedDaclSecurityInformation;
 
 class SecurityContract : public Contract {
  protected:
@@ -33,16 +32,6 @@ class SecurityContract : public Contract {
                                         nullptr, nullptr, descriptor.Receive());
     if (code != 0) return "!" + std::to_string(code);
     return SecurityText::OfDescriptor(descriptor.Get());
-  }
-
-  // Stores the list of a string descriptor.
-  DWORD Set(TextView name, DWORD type, LPCWSTR string, DWORD information) {
-    LocalMemory<std::uint8_t> descriptor(platform_.system);
-    EXPECT_NE(Convert(string, descriptor), 0) << ToUtf8(string);
-    DWORD list = 0;
-    std::memcpy(&list, descriptor.Get() + 16, sizeof list);
-    return security_.SetNamedSecurityInfoW(Text(name).c_str(), type, information, nullptr, nullptr,
-                                           list == 0 ? nullptr : descriptor.Get() + list, nullptr);
   }
 
   BOOL Convert(LPCWSTR string, LocalMemory<std::uint8_t>& descriptor, DWORD* size = nullptr) {
@@ -82,12 +71,10 @@ TEST_F(SecurityContract, ReadsWholeDescriptorsIntoBuffersThatAreLargeEnough) {
       };
       DWORD needed = 0;
       DWORD same = 0;
-      EXPECT_FALSE(read(kOwnerAndList, 0, needed));
-      EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
+      EXPECT_EQ(Code(read(kOwnerAndList, 0, needed)), kErrorInsufficientBuffer);
       ASSERT_GT(needed, 20u);
       buffer.fill(0xEE);
-      EXPECT_FALSE(read(kOwnerAndList, needed - 1, same));
-      EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
+      EXPECT_EQ(Code(read(kOwnerAndList, needed - 1, same)), kErrorInsufficientBuffer);
       EXPECT_EQ(same, needed);
       EXPECT_EQ(buffer[0], 0xEE);
       ASSERT_TRUE(read(kOwnerAndList, needed, same));
@@ -130,28 +117,24 @@ TEST_F(SecurityContract, ReadsAndStoresTheListOfADrivesRoot) {
 }
 
 TEST_F(SecurityContract, TellsWhatIsMissingByThePublishedCodes) {
-  struct Row {
-    DWORD type;
-    Text name;
-    DWORD code;
-  };
   const Text other = u"\\\\vk-missing\\";
-  const std::vector<Row> table = {{kFile, In(u"\\none"), kErrorFileNotFound},
-                                  {kFile, In(u"\\none\\x"), kErrorPathNotFound},
-                                  {kFile, other + u"share\\x", kErrorBadNetPath},
-                                  {kKey, Key(u"\\None"), kErrorFileNotFound},
-                                  {kKey, u"NO_ROOT\\x", kErrorInvalidParameter},
-                                  {kKey, other + u"MACHINE\\SOFTWARE", kErrorRpcServerUnavailable},
-                                  {kService, u"No such service", kErrorServiceDoesNotExist},
-                                  {kService, other + u"Eventlog", kErrorRpcServerUnavailable},
-                                  {kPrinter, u"No such printer", kErrorInvalidPrinterName},
-                                  {kPrinter, u"\\\\\\No server", kErrorInvalidPrinterName},
-                                  {kShare, u"No such share", kErrorNetNameNotFound},
-                                  {kShare, other + u"share", kErrorRpcServerUnavailable},
-                                  {0, u"anything", kErrorInvalidParameter}};
+  const std::tuple<DWORD, Text, DWORD> table[] = {
+      {kFile, In(u"\\none"), kErrorFileNotFound},
+      {kFile, In(u"\\none\\x"), kErrorPathNotFound},
+      {kFile, other + u"share\\x", kErrorBadNetPath},
+      {kKey, Key(u"\\None"), kErrorFileNotFound},
+      {kKey, u"NO_ROOT\\x", kErrorInvalidParameter},
+      {kKey, other + u"MACHINE\\SOFTWARE", kErrorRpcServerUnavailable},
+      {kService, u"No such service", kErrorServiceDoesNotExist},
+      {kService, other + u"Eventlog", kErrorRpcServerUnavailable},
+      {kPrinter, u"No such printer", kErrorInvalidPrinterName},
+      {kPrinter, u"\\\\\\No server", kErrorInvalidPrinterName},
+      {kShare, u"No such share", kErrorNetNameNotFound},
+      {kShare, other + u"share", kErrorRpcServerUnavailable},
+      {0, u"anything", kErrorInvalidParameter}};
   for (const auto& [type, name, code] : table) {
     EXPECT_EQ(Get(name, type), "!" + std::to_string(code)) << type << " " << ToUtf8(name);
-    EXPECT_EQ(Set(name, type, u"D:(A;;GA;;;WD)", kProtectedList), code) << ToUtf8(name);
+    EXPECT_EQ(SetList(name, type, u"D:(A;;GA;;;WD)", kProtectedList), code) << ToUtf8(name);
     if (type != kFile) continue;
     DWORD needed = 0;
     EXPECT_FALSE(security_.GetFileSecurityW(name.c_str(), kOwnerAndList, nullptr, 0, &needed));
@@ -163,7 +146,7 @@ TEST_F(SecurityContract, TellsWhatIsMissingByThePublishedCodes) {
 }
 
 TEST_F(SecurityContract, StoresAListAndHandsOutItsPartsWithinOneBlock) {
-  ASSERT_EQ(Set(Key(), kKey, u"D:(D;;0x20;;;BG)(A;CI;KA;;;WD)", kProtectedList), 0u);
+  ASSERT_EQ(SetList(Key(), kKey, u"D:(D;;0x20;;;BG)(A;CI;KA;;;WD)", kProtectedList), 0u);
   LocalMemory<void> descriptor(platform_.system);
   void* owner = nullptr;
   void* group = &owner;
@@ -190,11 +173,7 @@ TEST_F(SecurityContract, StoresAListAndHandsOutItsPartsWithinOneBlock) {
 }
 
 TEST_F(SecurityContract, BuildsDescriptorsOfStrings) {
-  struct Row {
-    LPCWSTR string;
-    std::string text;  // "!" and the code of a string that is none
-  };
-  const std::vector<Row> table = {
+  const std::pair<LPCWSTR, std::string> table[] = {
       {u"", "D:none"},
       {u"D:", "D:"},
       {u"D:PAI", "D:PAI"},
@@ -238,27 +217,23 @@ TEST_F(SecurityContract, SwitchesThePrivilegesThatTheTokenHas) {
   EXPECT_EQ(luid.LowPart, 77u);
   EXPECT_TRUE(security_.LookupPrivilegeValueW(u"", u"sechangenotifyprivilege", &luid));
 
-  struct Row {
-    LUID luid;
-    DWORD attributes, room;
-    BOOL result;
-    DWORD error, count, before;  // of those changed, and the state before
-  };
   constexpr DWORD kRoom = sizeof(TOKEN_PRIVILEGES);
   const FileHandle token = ProcessToken(kTokenAdjustPrivileges | kTokenQuery);
   const DWORD was = kSePrivilegeEnabled;
-  for (const Row& row :
-       {Row{luid, 0, kRoom - 1, 0, kErrorInsufficientBuffer, 0, 0},
-        Row{luid, 0, kRoom, 1, 0, 1, was}, Row{luid, kSePrivilegeEnabled, kRoom, 1, 0, 1, 0},
-        Row{{0, 0}, kSePrivilegeEnabled, kRoom, 1, kErrorNotAllAssigned, 0, 0}}) {
-    const TOKEN_PRIVILEGES wanted{1, {{row.luid, row.attributes}}};
+  const std::tuple<LUID, DWORD, DWORD, BOOL, DWORD, DWORD, DWORD> rows[] = {
+      {luid, 0, kRoom - 1, 0, kErrorInsufficientBuffer, 0, 0},
+      {luid, 0, kRoom, 1, 0, 1, was},
+      {luid, kSePrivilegeEnabled, kRoom, 1, 0, 1, 0},
+      {{0, 0}, kSePrivilegeEnabled, kRoom, 1, kErrorNotAllAssigned, 0, 0}};
+  for (const auto& [own, attributes, room, result, error, count, state] : rows) {
+    const TOKEN_PRIVILEGES wanted{1, {{own, attributes}}};
     TOKEN_PRIVILEGES before{};
     DWORD size = 0;
-    EXPECT_EQ(security_.AdjustTokenPrivileges(token.Get(), 0, &wanted, row.room, &before, &size),
-              row.result);
-    EXPECT_EQ(LastPlatformError(), row.error);
-    EXPECT_EQ(before.PrivilegeCount, row.count);
-    EXPECT_EQ(before.Privileges[0].Attributes & kSePrivilegeEnabled, row.before);
+    EXPECT_EQ(security_.AdjustTokenPrivileges(token.Get(), 0, &wanted, room, &before, &size),
+              result);
+    EXPECT_EQ(LastPlatformError(), error);
+    EXPECT_EQ(before.PrivilegeCount, count);
+    EXPECT_EQ(before.Privileges[0].Attributes & kSePrivilegeEnabled, state);
   }
   const TOKEN_PRIVILEGES wanted{1, {{luid, kSePrivilegeEnabled}}};
   const FileHandle query = ProcessToken(kTokenQuery);
@@ -267,8 +242,7 @@ TEST_F(SecurityContract, SwitchesThePrivilegesThatTheTokenHas) {
   EXPECT_FALSE(security_.AdjustTokenPrivileges(nullptr, 0, &wanted, 0, nullptr, nullptr));
   EXPECT_EQ(LastPlatformError(), kErrorInvalidHandle);
   HANDLE none = nullptr;
-  EXPECT_FALSE(security_.OpenProcessToken(nullptr, kTokenQuery, &none));
-  EXPECT_EQ(LastPlatformError(), kErrorInvalidHandle);
+  EXPECT_EQ(Code(security_.OpenProcessToken(nullptr, kTokenQuery, &none)), kErrorInvalidHandle);
 }
 
 TEST_F(SecurityContract, ChecksAClientsAccessAgainstADescriptor) {
@@ -311,8 +285,7 @@ TEST_F(SecurityContract, ChecksAClientsAccessAgainstADescriptor) {
     DWORD granted = 77;
     BOOL status = 77;
     if (error == 0) {
-      EXPECT_FALSE(check(nullptr, room, granted, status));
-      EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
+      EXPECT_EQ(Code(check(nullptr, room, granted, status)), kErrorInsufficientBuffer);
       EXPECT_GE(room, 20u);
     }
     alignas(8) std::uint8_t privileges[64];
@@ -325,18 +298,6 @@ TEST_F(SecurityContract, ChecksAClientsAccessAgainstADescriptor) {
       EXPECT_EQ(granted, allowed ? desired : 0u) << ToUtf8(string);
     }
   }
-}
-
-TEST_F(SecurityContract, TellsOfSharesByLevelServerAndName) {
-  NetworkManagement& network = platform_.network_management;
-  NetworkBuffer buffer(network);
-  EXPECT_EQ(network.NetShareGetInfo(nullptr, u"No such share", 502, buffer.Receive()),
-            kErrorNetNameNotFound);
-  EXPECT_EQ(network.NetShareGetInfo(u"", u"No such share", 777, buffer.Receive()),
-            kErrorInvalidLevel);
-  EXPECT_EQ(network.NetShareGetInfo(u"\\\\vk-missing", u"C$", 502, buffer.Receive()),
-            kErrorBadNetPath);
-  EXPECT_EQ(network.NetApiBufferFree(nullptr), 0u);
 }
 
 }  // namespace

@@ -18,47 +18,44 @@ class SystemCalls : public Contract {
 TEST_F(SystemCalls, GiveNamesAndTheSizeThatTheyNeed) {
   WCHAR name[300];
   DWORD needed = 0;
-  EXPECT_FALSE(system_.GetUserNameW(name, &needed));
-  EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
+  EXPECT_EQ(Code(system_.GetUserNameW(name, &needed)), kErrorInsufficientBuffer);
   DWORD size = needed;
   ASSERT_TRUE(system_.GetUserNameW(name, &size));
   EXPECT_EQ(size, needed);
   EXPECT_EQ(system_.lstrlenW(name) + 1, static_cast<INT>(needed));
 
   needed = 0;
-  EXPECT_FALSE(system_.GetComputerNameW(name, &needed));
-  EXPECT_EQ(LastPlatformError(), kErrorBufferOverflow);
+  EXPECT_EQ(Code(system_.GetComputerNameW(name, &needed)), kErrorBufferOverflow);
   size = needed;
   ASSERT_TRUE(system_.GetComputerNameW(name, &size));
   EXPECT_EQ(size + 1, needed) << "without the NUL";
   EXPECT_EQ(system_.lstrlenW(name), static_cast<INT>(size));
   EXPECT_EQ(system_.lstrlenW(nullptr), 0);
+  EXPECT_FALSE(system_.ModuleFolder().empty());
+  EXPECT_NE(system_.ModuleFolder().back(), u'\\');
 }
 
 TEST_F(SystemCalls, ConvertTimesThatExist) {
-  struct Row {
-    SYSTEMTIME time;
-    std::int64_t ticks;  // 0: there is no such time
-  };
-  const std::vector<Row> table = {{{1601, 1, 1, 1, 0, 0, 0, 1}, 10'000},
-                                  {{1970, 1, 4, 1, 0, 0, 0, 0}, 116'444'736'000'000'000},
-                                  {{2000, 2, 2, 29, 23, 59, 59, 999}, 125'963'423'999'990'000},
-                                  {{2024, 12, 2, 31, 12, 30, 15, 0}, 133'801'218'150'000'000},
-                                  {{30827, 12, 5, 31, 23, 59, 59, 0}, 9'223'149'887'990'000'000},
-                                  {{1900, 2, 0, 29, 0, 0, 0, 0}, 0},
-                                  {{2024, 4, 0, 31, 0, 0, 0, 0}, 0},
-                                  {{2024, 13, 0, 1, 0, 0, 0, 0}, 0},
-                                  {{2024, 1, 0, 1, 24, 0, 0, 0}, 0},
-                                  {{1600, 12, 0, 31, 0, 0, 0, 0}, 0}};
-  for (const Row& row : table) {
+  const std::pair<SYSTEMTIME, std::int64_t> table[] = {
+      {{1601, 1, 1, 1, 0, 0, 0, 1}, 10'000},
+      {{1970, 1, 4, 1, 0, 0, 0, 0}, 116'444'736'000'000'000},
+      {{2000, 2, 2, 29, 23, 59, 59, 999}, 125'963'423'999'990'000},
+      {{2024, 12, 2, 31, 12, 30, 15, 0}, 133'801'218'150'000'000},
+      {{30827, 12, 5, 31, 23, 59, 59, 0}, 9'223'149'887'990'000'000},
+      {{1900, 2, 0, 29, 0, 0, 0, 0}, 0},
+      {{2024, 4, 0, 31, 0, 0, 0, 0}, 0},
+      {{2024, 13, 0, 1, 0, 0, 0, 0}, 0},
+      {{2024, 1, 0, 1, 24, 0, 0, 0}, 0},
+      {{1600, 12, 0, 31, 0, 0, 0, 0}, 0}};
+  for (const auto& [time, ticks] : table) {
     FILETIME file_time{};
-    const BOOL converted = system_.SystemTimeToFileTime(&row.time, &file_time);
-    ASSERT_EQ(converted != 0, row.ticks != 0) << row.time.wYear << "-" << row.time.wMonth;
+    const BOOL converted = system_.SystemTimeToFileTime(&time, &file_time);
+    ASSERT_EQ(converted != 0, ticks != 0) << time.wYear << "-" << time.wMonth;
     if (!converted) continue;
-    EXPECT_EQ(Ticks(file_time), row.ticks);
+    EXPECT_EQ(Ticks(file_time), ticks);
     SYSTEMTIME back{};
     EXPECT_TRUE(system_.FileTimeToSystemTime(&file_time, &back));
-    EXPECT_EQ(std::memcmp(&back, &row.time, sizeof back), 0) << row.ticks;
+    EXPECT_EQ(std::memcmp(&back, &time, sizeof back), 0) << ticks;
   }
   const FILETIME beyond{0, 0x80000000};
   SYSTEMTIME time;
@@ -66,26 +63,23 @@ TEST_F(SystemCalls, ConvertTimesThatExist) {
 }
 
 TEST_F(SystemCalls, ConvertAutomationDatesBothWays) {
-  struct Row {
-    double date;
-    SYSTEMTIME time;
-    bool exact;  // the time gives this date again
-  };
-  for (const Row& row : std::vector<Row>{{0, {1899, 12, 6, 30, 0, 0, 0, 0}, true},
-                                         {-0.5, {1899, 12, 6, 30, 12, 0, 0, 0}, false},
-                                         {-1.25, {1899, 12, 5, 29, 6, 0, 0, 0}, true},
-                                         {36526.999994, {2000, 1, 6, 1, 23, 59, 59, 0}, false},
-                                         {40000.123456, {2009, 7, 1, 6, 2, 57, 47, 0}, false},
-                                         {25569, {1970, 1, 4, 1, 0, 0, 0, 0}, true},
-                                         {2958465, {9999, 12, 5, 31, 0, 0, 0, 0}, true},
-                                         {-657434, {100, 1, 5, 1, 0, 0, 0, 0}, true}}) {
+  const std::tuple<double, SYSTEMTIME, bool> rows[] = {
+      {0, {1899, 12, 6, 30, 0, 0, 0, 0}, true},
+      {-0.5, {1899, 12, 6, 30, 12, 0, 0, 0}, false},
+      {-1.25, {1899, 12, 5, 29, 6, 0, 0, 0}, true},
+      {36526.999994, {2000, 1, 6, 1, 23, 59, 59, 0}, false},
+      {40000.123456, {2009, 7, 1, 6, 2, 57, 47, 0}, false},
+      {25569, {1970, 1, 4, 1, 0, 0, 0, 0}, true},
+      {2958465, {9999, 12, 5, 31, 0, 0, 0, 0}, true},
+      {-657434, {100, 1, 5, 1, 0, 0, 0, 0}, true}};
+  for (const auto& [days, fields, exact] : rows) {
     SYSTEMTIME time{};
-    EXPECT_TRUE(system_.VariantTimeToSystemTime(row.date, &time));
-    EXPECT_EQ(std::memcmp(&time, &row.time, sizeof time), 0) << row.date;
+    EXPECT_TRUE(system_.VariantTimeToSystemTime(days, &time));
+    EXPECT_EQ(std::memcmp(&time, &fields, sizeof time), 0) << days;
     double date = 0;
-    EXPECT_TRUE(system_.SystemTimeToVariantTime(&row.time, &date));
-    if (row.exact) {
-      EXPECT_DOUBLE_EQ(date, row.date);
+    EXPECT_TRUE(system_.SystemTimeToVariantTime(&fields, &date));
+    if (exact) {
+      EXPECT_DOUBLE_EQ(date, days);
     }
   }
   SYSTEMTIME time{};
@@ -132,53 +126,41 @@ TEST_F(SystemCalls, ConvertBytesOfACodePage) {
   EXPECT_EQ(Text(wide), u"a\u20ac\u00e9");
   EXPECT_EQ(system_.MultiByteToWideChar(kCodePageUtf8, 0, "\xC3\xA9", 2, wide, 16), 1);
   EXPECT_EQ(wide[0], u'\u00e9');
-  struct Row {
-    UINT page;
-    DWORD flags;
-    const char* bytes;
-    INT size, room;
-    DWORD error;
-  };
-  for (const Row& row : std::vector<Row>{
-           {kCodePageAnsi, 0, "abc", 3, 2, kErrorInsufficientBuffer},
-           {kCodePageAnsi, 0, "abc", 0, 2, kErrorInvalidParameter},
-           {4711, 0, "abc", 3, 9, kErrorInvalidParameter},
-           {kCodePageAnsi, 0x4000000, "abc", 3, 9, kErrorInvalidFlags},
-           {kCodePageUtf8, kMultiByteErrInvalidChars, "a\xFF", 2, 9, kErrorNoUnicodeTranslation}}) {
-    EXPECT_EQ(system_.MultiByteToWideChar(row.page, row.flags, row.bytes, row.size, wide, row.room),
-              0);
-    EXPECT_EQ(LastPlatformError(), row.error) << row.page << " " << row.size;
+  const std::tuple<UINT, DWORD, const char*, INT, INT, DWORD> rows[] = {
+      {kCodePageAnsi, 0, "abc", 3, 2, kErrorInsufficientBuffer},
+      {kCodePageAnsi, 0, "abc", 0, 2, kErrorInvalidParameter},
+      {4711, 0, "abc", 3, 9, kErrorInvalidParameter},
+      {kCodePageAnsi, 0x4000000, "abc", 3, 9, kErrorInvalidFlags},
+      {kCodePageUtf8, kMultiByteErrInvalidChars, "a\xFF", 2, 9, kErrorNoUnicodeTranslation}};
+  for (const auto& [page, flags, bytes, size, room, error] : rows) {
+    EXPECT_EQ(system_.MultiByteToWideChar(page, flags, bytes, size, wide, room), 0);
+    EXPECT_EQ(LastPlatformError(), error) << page << " " << size;
   }
 }
 
 TEST_F(SystemCalls, ConvertTextsToACodePage) {
   char bytes[16] = {};
-  struct Row {
-    UINT page;
-    DWORD flags;
-    Text text;
-    std::string bytes;
-  };
-  for (const Row& row :
-       std::vector<Row>{{1252, 0, u"a\u20ac\u00e9\u0081", "a\x80\xE9\x81"},
-                        {1252, 0, u"\u4e2d!", "?!"},
-                        {1252, 0, u"\xD83D\xDE00", "??"},
-                        {1252, 0, Text(u"a\0b", 3), std::string("a\0b", 3)},
-                        {kCodePageUtf8, 0, u"\u00e9\xD83D\xDE00", "\xC3\xA9\xF0\x9F\x98\x80"},
-                        {kCodePageUtf8, 0, u"a\xDE00", "a\xEF\xBF\xBD"},
-                        {kCodePageAnsi, 0, u"plain", "plain"}}) {
-    SCOPED_TRACE(row.bytes);
-    const auto size = static_cast<INT>(row.text.size());
-    const auto needed = static_cast<INT>(row.bytes.size());
-    EXPECT_EQ(system_.WideCharToMultiByte(row.page, row.flags, row.text.c_str(), size, nullptr, 0,
+  const std::tuple<UINT, DWORD, Text, std::string> rows[] = {
+      {1252, 0, u"a\u20ac\u00e9\u0081", "a\x80\xE9\x81"},
+      {1252, 0, u"\u4e2d!", "?!"},
+      {1252, 0, u"\xD83D\xDE00", "??"},
+      {1252, 0, Text(u"a\0b", 3), std::string("a\0b", 3)},
+      {kCodePageUtf8, 0, u"\u00e9\xD83D\xDE00", "\xC3\xA9\xF0\x9F\x98\x80"},
+      {kCodePageUtf8, 0, u"a\xDE00", "a\xEF\xBF\xBD"},
+      {kCodePageAnsi, 0, u"plain", "plain"}};
+  for (const auto& [page, flags, text, expected] : rows) {
+    SCOPED_TRACE(expected);
+    const auto size = static_cast<INT>(text.size());
+    const auto needed = static_cast<INT>(expected.size());
+    EXPECT_EQ(
+        system_.WideCharToMultiByte(page, flags, text.c_str(), size, nullptr, 0, nullptr, nullptr),
+        needed);
+    ASSERT_EQ(
+        system_.WideCharToMultiByte(page, flags, text.c_str(), size, bytes, 16, nullptr, nullptr),
+        needed);
+    EXPECT_EQ(std::string(bytes, expected.size()), expected);
+    EXPECT_EQ(system_.WideCharToMultiByte(page, flags, text.c_str(), size, bytes, needed - 1,
                                           nullptr, nullptr),
-              needed);
-    ASSERT_EQ(system_.WideCharToMultiByte(row.page, row.flags, row.text.c_str(), size, bytes, 16,
-                                          nullptr, nullptr),
-              needed);
-    EXPECT_EQ(std::string(bytes, row.bytes.size()), row.bytes);
-    EXPECT_EQ(system_.WideCharToMultiByte(row.page, row.flags, row.text.c_str(), size, bytes,
-                                          needed - 1, nullptr, nullptr),
               0);
     EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
   }
@@ -231,15 +213,6 @@ TEST_F(SystemCalls, GiveOneSortKeyToTextsThatCompareEqual) {
   EXPECT_EQ(LastPlatformError(), kErrorInvalidParameter);
 }
 
-TEST_F(SystemCalls, HandOutTaskMemory) {
-  const TaskMemory<char> memory(system_, static_cast<char*>(system_.CoTaskMemAlloc(16)));
-  ASSERT_TRUE(memory);
-  std::memset(memory.Get(), 1, 16);
-  system_.CoTaskMemFree(nullptr);
-  EXPECT_FALSE(system_.ModuleFolder().empty());
-  EXPECT_NE(system_.ModuleFolder().back(), u'\\');
-}
-
 class TimerCalls : public Contract {
  protected:
   static void VELDMARK_CALLBACK Count(HWND, UINT message, UINT_PTR id, DWORD) {
@@ -273,18 +246,6 @@ TEST_F(TimerCalls, FireOutOfTheMessageLoopUntilTheyAreKilled) {
   EXPECT_TRUE(timers.KillTimer(nullptr, quick));
   EXPECT_FALSE(timers.KillTimer(nullptr, quick));
   EXPECT_TRUE(timers.KillTimer(nullptr, slow));
-}
-
-class NetworkCalls : public Contract {};
-
-TEST_F(NetworkCalls, NameTheNetworkPathOfRedirectedDrivesOnly) {
-  DWORD size = 0;
-  const auto ask = [&](LPCWSTR path, DWORD level) {
-    return platform_.network_provider.WNetGetUniversalNameW(path, level, nullptr, &size);
-  };
-  EXPECT_EQ(ask(u"C:\\", kUniversalNameInfoLevel), kErrorNotConnected);
-  EXPECT_EQ(ask(u"nonsense", kUniversalNameInfoLevel), kErrorBadDevice);
-  EXPECT_EQ(ask(u"C:\\", 7), kErrorInvalidLevel);
 }
 
 }  // namespace

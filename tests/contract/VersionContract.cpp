@@ -49,8 +49,7 @@ TEST_F(VersionContract, AResourceBeginsWithItsHeadAndItsFixedPart) {
 }
 
 TEST_F(VersionContract, AFileWithoutAResourceSaysWhy) {
-  FileHandle(files_, files_.CreateFileW(In(u"\\plain").c_str(), kGenericWrite, 0, nullptr,
-                                        kCreateAlways, 0, nullptr));
+  Touch(u"\\plain");
   const std::pair<Text, DWORD> cases[] = {
       {In(u"\\plain"), kErrorResourceDataNotFound},
       {In(u"\\none"), kErrorFileNotFound},

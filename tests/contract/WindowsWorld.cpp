@@ -162,6 +162,7 @@ class WindowsWorld final : public World {
         {Trait::LocalGroupChanges,
          "Wine changes no local group: 50, in place of its empty success"},
         {Trait::UserRights, "Wine's security authority knows no rights: 259, whatever is asked"},
+        {Trait::ClearedResults, "Wine leaves what the caller had there"},
         {Trait::SocketStarts, "Wine's library takes an end without a start"},
         {Trait::ServiceDependencies, "Wine starts and stops services without regard to others"},
         {Trait::ServiceChecks, "Wine takes what it is given"},

@@ -2,13 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <memory>
 #include <string>
 
 #include "automation/LastError.h"
+#include "automation/Text.h"
+#include "platform/operations/Handles.h"
 #include "platform/operations/Platform.h"
 
 namespace veldmark {
+
+constexpr DWORD kProtectedList = kDaclSecurityInformation | kProtectedDaclSecurityInformation;
 
 // Published behaviours that a world may be unable to show.
 enum class Trait {
@@ -29,6 +34,7 @@ enum class Trait {
   Connections,          // a network provider shows networks and takes connections
   GlobalGroups,         // a computer has global groups and tells who is in them
   LocalGroupChanges,    // local groups are made and changed
+  ClearedResults,       // a call of the network that fails leaves null in its block's place
   UserRights,           // the security authority knows who holds which right
   SocketStarts,         // the socket library counts its starts
   EmptyAccountNames,    // no account has an empty name, and no SID is one of another kind
@@ -102,6 +108,26 @@ class Contract : public testing::Test {
     EXPECT_TRUE(files_.WriteFile(file, content.data(), static_cast<DWORD>(content.size()), &written,
                                  nullptr));
     files_.CloseHandle(file);
+  }
+
+  Text OwnName() {
+    WCHAR name[32];
+    DWORD size = 32;
+    EXPECT_TRUE(platform_.system.GetComputerNameW(name, &size));
+    return {name, size};
+  }
+
+  // Stores the list of a string descriptor as that of a named object.
+  DWORD SetList(const Text& name, DWORD type, LPCWSTR string, DWORD information) {
+    void* block = nullptr;
+    EXPECT_TRUE(platform_.security.ConvertStringSecurityDescriptorToSecurityDescriptorW(
+        string, kSddlRevision1, &block, nullptr));
+    const LocalMemory<std::uint8_t> made(platform_.system, static_cast<std::uint8_t*>(block));
+    DWORD list = 0;
+    std::memcpy(&list, made.Get() + 16, sizeof list);
+    return platform_.security.SetNamedSecurityInfoW(
+        name.c_str(), type, information, nullptr, nullptr, list == 0 ? nullptr : made.Get() + list,
+        nullptr);
   }
 
   static std::int64_t Ticks(const FILETIME& time) {

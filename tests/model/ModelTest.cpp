@@ -5,14 +5,10 @@
 #include <set>
 #include <string>
 
-#include "apartment/CStatus.h"
-#include "apartment/CTimer.h"
 #include "model/IdlWriter.h"
 #include "model/ManifestWriter.h"
 #include "model/ReferenceWriter.h"
-#include "root/CMyComputer.h"
 #include "root/ObjectModel.h"
-#include "root/SystemRoot.h"
 
 namespace veldmark {
 namespace {
@@ -52,46 +48,6 @@ TEST(Model, NoTwoTypesShareAnIdentifierOrAName) {
     }
   }
   EXPECT_EQ(FindClass(LibraryIdentity()), nullptr);
-}
-
-/// A table's slots in their order, optional arguments in brackets.
-std::string SlotsOf(const Interface& table) {
-  std::string slots;
-  for (const Member& member : table.members) {
-    std::string arguments;
-    for (const Parameter& parameter : member.parameters) {
-      const std::string name = ToUtf8(parameter.name);
-      arguments +=
-          (arguments.empty() ? "" : ",") + (parameter.default_value ? "[" + name + "]" : name);
-    }
-    slots += ToUtf8(member.name) + (member.kind == MemberKind::kPut ? "=" : "") +
-             (arguments.empty() ? "" : "(" + arguments + ")") + " ";
-  }
-  return slots;
-}
-
-TEST(Model, SlotsAndArgumentsOfTheFrameAreThoseThatClientsWereBuiltFor) {
-  EXPECT_EQ(SlotsOf(CMyComputer::Describe()), "GetDrives ");
-  EXPECT_EQ(SlotsOf(CStatus::Describe()), "GetDebugInfo(DebugType) ");
-  EXPECT_EQ(SlotsOf(CTimer::Describe()), "Enabled Enabled=(Value) Interval Interval=(Value) ");
-  EXPECT_EQ(SlotsOf(SystemRoot::Describe()),
-            "LocalComputerName LocalUserName GetMyComputer GetNetHood GetWellKnownGroups "
-            "GetDomainFromServerName(ServerName) GetFolder(Path) FolderExists(Path) GetFile(Path) "
-            "FileExists(Path) GetStatusObject ConvertUTCtoLocal(dtUTC) ReadTextFile(szFileName) "
-            "WriteTextFile(szFileName,szFileContents,[bWriteAsUnicode]) "
-            "SetPrivilege(SystemName,PrivilegeName,[bEnable]) ClearSidCache GetRegistry "
-            "GetServer(ServerName,[DomainName]) GetUser(AccountDomain,UserName) "
-            "GetGroup(AccountDomain,GroupName) CopyFile(ExistingFile,NewFile,bOverwrite) "
-            "AddNetworkConnection(LocalName,RemoteName,UserName,Password,ResourceType,hWndOwner,"
-            "[bMakePersistent]) CancelNetworkConnection(RemoteName,[bMakePersistent],[bForce]) "
-            "GetDomain(DomainName) GetNamedSD(ObjectName,ObjectType,[SidLookupServer]) "
-            "SetNamedSD(oSecurityDescriptor) LookupSidText(ServerName,DomainName,AccountName) "
-            "CreateSD(pSD) CreateSDFromStringSD(StringSD,[SidLookupServer]) "
-            "CreateSDFromStringSD_API(StringSD,[SidLookupServer]) "
-            "CreateSDFromStringSD2(StringSD,[SidLookupServer],[ForestRootDC]) "
-            "ReadTextFileAPI(szFileName) ReadBinaryFileAPI(szFileName) "
-            "WriteBinaryFileAPI(szFileName,aData) GetSidObjectFromSid(objectSID,[ResidesOnServer]) "
-            "GetSidFromText(SidText) CreateFolder(FullPath) GetSidFromText2(SidText,ServerName) ");
 }
 
 }  // namespace

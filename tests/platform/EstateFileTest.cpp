@@ -63,6 +63,9 @@ TEST(EstateFile, DescribesComputersDrivesAndFiles) {
   EXPECT_EQ(text->written(), estate.now());
   const auto raw = local.Find(u"C:\\Data\\raw");
   EXPECT_EQ(raw->size(), 5'000'000'000u);
+  char bytes[4] = {1, 2, 3, 4};
+  EXPECT_EQ(raw->Read(1, bytes, 3), 3u);
+  EXPECT_EQ(std::string(bytes, 4), std::string("\xFF\0\0\4", 4)) << "zeros behind the content";
   EXPECT_EQ(raw->attributes(), kFileAttributeNormal);
   const auto shut = local.Find(u"C:\\Data\\shut");
   EXPECT_FALSE(shut->CanOpen({.reads = true, .lets_read = true}));
@@ -100,23 +103,19 @@ TEST(EstateFile, DescribesRegistryValuesOfEveryType) {
         "odd": {"type": "string", "hex": "610062"}}}}}})"));
   RegistryNode& key = estate.local().local_machine().Key(u"software\\some\\app");
   EXPECT_TRUE(key.write_denied() && !key.read_denied());
-  struct Row {
-    const char16_t* name;
-    DWORD type;
-    std::vector<std::uint8_t> data;
-  };
-  for (const Row& row : std::vector<Row>{
-           {u"", kRegSz, {'d', 0, 'e', 0, 'f', 0, 'a', 0, 'u', 0, 'l', 0, 't', 0, 0, 0}},
-           {u"N", kRegDword, {255, 255, 255, 255}},
-           {u"m", kRegMultiSz, {'a', 0, 0, 0, 'b', 0, 0, 0, 0, 0}},
-           {u"e", kRegExpandSz, {'%', 0, 'x', 0, '%', 0, 0, 0}},
-           {u"q", kRegQword, {5, 0, 0, 0, 0, 0, 0, 0}},
-           {u"b", kRegBinary, {1, 2}},
-           {u"odd", kRegSz, {'a', 0, 'b'}}}) {
-    const RegistryNode::Value* const value = key.FindValue(row.name);
-    ASSERT_NE(value, nullptr) << ToUtf8(row.name);
-    EXPECT_EQ(value->type, row.type) << ToUtf8(row.name);
-    EXPECT_EQ(value->data, row.data) << ToUtf8(row.name);
+  const std::tuple<const char16_t*, DWORD, std::vector<std::uint8_t>> rows[] = {
+      {u"", kRegSz, {'d', 0, 'e', 0, 'f', 0, 'a', 0, 'u', 0, 'l', 0, 't', 0, 0, 0}},
+      {u"N", kRegDword, {255, 255, 255, 255}},
+      {u"m", kRegMultiSz, {'a', 0, 0, 0, 'b', 0, 0, 0, 0, 0}},
+      {u"e", kRegExpandSz, {'%', 0, 'x', 0, '%', 0, 0, 0}},
+      {u"q", kRegQword, {5, 0, 0, 0, 0, 0, 0, 0}},
+      {u"b", kRegBinary, {1, 2}},
+      {u"odd", kRegSz, {'a', 0, 'b'}}};
+  for (const auto& [name, type, data] : rows) {
+    const RegistryNode::Value* const value = key.FindValue(name);
+    ASSERT_NE(value, nullptr) << ToUtf8(name);
+    EXPECT_EQ(value->type, type) << ToUtf8(name);
+    EXPECT_EQ(value->data, data) << ToUtf8(name);
   }
   EXPECT_NE(estate.current_user().FindValue(u"mine"), nullptr);
 }
@@ -153,11 +152,15 @@ TEST(EstateFile, DescribesTheUsersTokenAndWhatHasADescriptor) {
 }
 
 TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
-  const std::string drive = "/computers/0/drives/C:/children/0";
-  std::string deep;
-  for (int depth = 0; depth < 300; ++depth) deep += R"({"name": "d", "children": [)";
-  for (int depth = 0; depth < 300; ++depth) deep += "]}";
-  const std::vector<std::pair<std::string, std::string>> table = {
+  const auto expect = [](const std::string& json, const std::string& place) {
+    try {
+      ReadEstate(json);
+      ADD_FAILURE() << "accepted: " << json;
+    } catch (const EstateFileError& error) {
+      EXPECT_EQ(error.place(), place) << error.what() << " in " << json;
+    }
+  };
+  const std::pair<std::string, const char*> whole[] = {
       {"", "line 1, column 1"},
       {"{\n  \"computers\": }", "line 2, column 16"},
       {"[]", ""},
@@ -168,113 +171,101 @@ TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
       {R"({"computers": [{"name": 5}]})", "/computers/0/name"},
       {R"({"computers": [{"name": "A"}, {"name": "a"}]})", "/computers/1/name"},
       {R"({"computers": [{"name": "A NAME THAT IS TOO LONG"}]})", "/computers/0/name"},
-      {Described(R"("colour": 1)"), "/computers/0/colour"},
-      {Described(R"("eventLogs": [{"name": "a\\b"}])"), "/computers/0/eventLogs/0/name"},
-      {Described(
-           R"("eventLogs": [{"name": "a", "records": [{"source": "s", "id": 1, "type": "?"}]}])"),
-       "/computers/0/eventLogs/0/records/0/type"},
-      {Described(Drive(R"({"name": "x", "from": "estate.json"})")), drive + "/from"},
-      {Described(R"("a/b~c": 1)"), "/computers/0/a~1b~0c"},
-      {Described(R"("drives": {"CC": {}})"), "/computers/0/drives/CC"},
-      {Described(R"("drives": {"C:": {"type": "tape"}})"), "/computers/0/drives/C:/type"},
-      {Described(R"("shares": [{"name": "x", "path": "C:\\none"}])"), "/computers/0/shares/0/path"},
-      {Described(R"("drives": {"C:": {"total": 10, "free": 11}})"), "/computers/0/drives/C:/free"},
-      {Described(R"("drives": {"C:": {"freeToCaller": 17179869185}})"),
-       "/computers/0/drives/C:/freeToCaller"},
-      {Described(R"("drives": {"C:": {"label": "a label of more than 32 characters"}})"),
-       "/computers/0/drives/C:/label"},
-      {Described(R"("drives": {"C:": {"serial": 4294967296}})"), "/computers/0/drives/C:/serial"},
-      {Described(Drive(R"({"name": "a*b"})")), drive + "/name"},
-      {Described(Drive(R"({"name": ".."})")), drive + "/name"},
+      {Described(Drive(R"({"name": "a*b"})")), "/computers/0/drives/C:/children/0/name"},
+      {Described(Drive(R"({"name": ".."})")), "/computers/0/drives/C:/children/0/name"},
       {Described(Drive(R"({"name": "x"}, {"name": "X"})")),
        "/computers/0/drives/C:/children/1/name"},
-      {Described(Drive(R"({"name": "x", "size": "big"})")), drive + "/size"},
-      {Described(Drive(R"({"name": "x", "size": -1})")), drive + "/size"},
-      {Described(Drive(R"({"name": "x", "size": 18446744073709551615})")), drive + "/size"},
-      {Described(Drive(R"({"name": "x", "size": 1.5})")), drive + "/size"},
-      {Described(Drive(R"({"name": "x", "text": "long", "size": 1})")), drive + "/size"},
-      {Described(Drive(R"({"name": "x", "hex": "0"})")), drive + "/hex"},
-      {Described(Drive(R"({"name": "x", "children": [], "locked": true})")), drive + "/locked"},
-      {Described(Drive(R"({"name": "x", "attributes": ["pink"]})")), drive + "/attributes/0"},
-      {Described(Drive(R"({"name": "x", "created": "2023-02-29T00:00:00Z"})")), drive + "/created"},
-      {Described(Drive(R"({"name": "x", "created": "2023-02-28T00:00:00.Z"})")),
-       drive + "/created"},
-      {Described("", R"("clock": "2023-02-28T24:00:00Z")"), "/clock"},
-      {Described("", R"("clock": "2023-02-28T00:60:00Z")"), "/clock"},
-      {Described("", R"("clock": "2023-02-28T00:00:60Z")"), "/clock"},
       {"{\"\xC3(\": 1}", "line 1, column 4"},
       {R"({"\ud800": 1})", "line 1, column 9"},
-      {Described(Drive(R"({"name": "x", "messages": {"one": "1"}})")), drive + "/messages/one"},
-      {Described(Drive(R"({"name": "x", "version": {}})")), drive + "/version"},
-      {Described(Drive(R"({"name": "x", "version": {"file": "1.70000"}})")),
-       drive + "/version/file"},
-      {Described(Drive(R"({"name": "x", "version": {"file": "1.2.3.4.5"}})")),
-       drive + "/version/file"},
-      {Described(Drive(R"({"name": "x", "version": {"file": "1", "strings": {"0409": {}}}})")),
-       drive + "/version"},
-      {Described(Drive(R"({"name": "x", "version": {"file": "1", "hex": "00"}})")),
-       drive + "/version/hex"},
-      {Described(R"("registry": {"HKLM": {"values": {"v": true}}})"),
-       "/computers/0/registry/HKLM/values/v"},
-      {Described(R"("registry": {"HKLM": {"values": {"v": 1, "V": 2}}})"),
-       "/computers/0/registry/HKLM/values/v"},
-      {Described(R"("registry": {"HKLM": {"values": {"v": 4294967296}}})"),
-       "/computers/0/registry/HKLM/values/v"},
       {R"({"computers": [{"name": "A"}, {"name": "B", "registry": {"HKCU": {}}}]})",
        "/computers/1/registry/HKCU"},
-      {Described(Drive(R"x({"name": "x", "security": "D:(A;;FA;;;ZZ)"})x")), drive + "/security"},
-      {Described(Drive(R"({"name": "x", "security": null})")), drive + "/security"},
-      {Described(R"("drives": {"C:": {"security": "D"}})"), "/computers/0/drives/C:/security"},
-      {Described(R"("registry": {"HKLM": {"security": 1}})"),
-       "/computers/0/registry/HKLM/security"},
-      {Described(R"("shares": [{"name": "x", "type": "tape"}])"), "/computers/0/shares/0/type"},
-      {Described(R"("shares": [{"name": "x"}])"), "/computers/0/shares/0"},
-      {Described(R"("services": [{"name": "x"}, {"name": "X"}])"), "/computers/0/services/1/name"},
-      {Described(R"("services": [{"name": "x", "type": "adapter", "interactive": true}])"),
-       "/computers/0/services/0/interactive"},
-      {Described(R"("services": [{"name": "x", "startTime": -1}])"),
-       "/computers/0/services/0/startTime"},
-      {Described(R"("printers": [{"name": ""}])"), "/computers/0/printers/0/name"},
-      {Described("", R"("directoryObjects": [{}])"), "/directoryObjects/0"},
-      {Described("", R"("user": {"name": "u", "sid": "S-1-5"})"), "/user/sid"},
-      {Described("", R"("user": {"name": "u", "sid": "S-1-5-7", "groups": ["BA"]})"),
-       "/user/groups/0"},
-      {Described("", R"("user": {"name": "u", "sid": "S-1-5-7", "privileges": {"SeX": true}})"),
-       "/user/privileges/SeX"},
-      {Described("", R"("timeZone": {"bias": 9999})"), "/timeZone/bias"},
-      {Described("", R"("mappedDrives": {"Z:": "\\\\srv"})"), "/mappedDrives/Z:"},
-      {Described("", R"("clock": "now")"), "/clock"},
-      {Described("", R"("networks": [{"name": "n", "type": 70000}])"), "/networks/0/type"},
       {Described("", R"("domains": [{"name": "HARBOUR"}])"), "/computers/0/name"},
-      {Described("", R"("domains": [{"name": "D", "network": "n"}])"), "/domains/0/network"},
-      {Described("", R"("domains": [{"name": "D", "trusts": ["D"]}])"), "/domains/0/trusts/0"},
-      {Described(
-           "",
-           R"("domains": [{"name": "D", "users": [{"name": "u", "expires": "2200-01-01T00:00:00Z"}]}])"),
+      {Described(R"("role": "primaryController")"), "/computers/0"}};
+  for (const auto& [json, place] : whole) expect(json, place);
+  const std::pair<const char*, const char*> tops[] = {
+      {R"("clock": "2023-02-28T24:00:00Z")", "/clock"},
+      {R"("clock": "2023-02-28T00:60:00Z")", "/clock"},
+      {R"("clock": "2023-02-28T00:00:60Z")", "/clock"},
+      {R"("directoryObjects": [{}])", "/directoryObjects/0"},
+      {R"("user": {"name": "u", "sid": "S-1-5"})", "/user/sid"},
+      {R"("user": {"name": "u", "sid": "S-1-5-7", "groups": ["BA"]})", "/user/groups/0"},
+      {R"("user": {"name": "u", "sid": "S-1-5-7", "privileges": {"SeX": true}})",
+       "/user/privileges/SeX"},
+      {R"("timeZone": {"bias": 9999})", "/timeZone/bias"},
+      {R"("mappedDrives": {"Z:": "\\\\srv"})", "/mappedDrives/Z:"},
+      {R"("clock": "now")", "/clock"},
+      {R"("networks": [{"name": "n", "type": 70000}])", "/networks/0/type"},
+      {R"("domains": [{"name": "D", "network": "n"}])", "/domains/0/network"},
+      {R"("domains": [{"name": "D", "trusts": ["D"]}])", "/domains/0/trusts/0"},
+      {R"("domains": [{"name": "D", "users": [{"name": "u", "expires": "2200-01-01T00:00:00Z"}]}])",
        "/domains/0/users/0/expires"},
-      {Described("", R"("domains": [{"name": "D", "groups": [{"name": "Guest"}]}])"),
-       "/domains/0/groups/0/name"},
-      {Described("", R"("domains": [{"name": "D", "groups": [{"name": "g", "members": ["u"]}]}])"),
+      {R"("domains": [{"name": "D", "groups": [{"name": "Guest"}]}])", "/domains/0/groups/0/name"},
+      {R"("domains": [{"name": "D", "groups": [{"name": "g", "members": ["u"]}]}])",
        "/domains/0/groups/0/members/0"},
-      {Described("", R"("hosts": {"h": ["10.0.0.256"]})"), "/hosts/h/0"},
-      {Described("", R"("knownAccounts": [{"sid": "S-1-1-0", "name": "All", "type": "x"}])"),
-       "/knownAccounts/0/type"},
-      {Described(R"("memberOf": "D")"), "/computers/0/memberOf"},
-      {Described(R"("role": "primaryController")"), "/computers/0"},
-      {Described(R"("about": {"version": "ten"})"), "/computers/0/about/version"},
-      {Described(R"("rights": {"SeX": []})"), "/computers/0/rights/SeX"},
-      {Described(R"("rights": {"SeTcbPrivilege": ["D\\u"]})"),
-       "/computers/0/rights/SeTcbPrivilege/0"},
-      {Described(R"("accounts": {"users": [{"name": "u", "number": 500}]})"),
-       "/computers/0/accounts/users/0/name"}};
-  for (const auto& [json, place] : table) {
-    try {
-      ReadEstate(json);
-      ADD_FAILURE() << "accepted: " << json;
-    } catch (const EstateFileError& error) {
-      EXPECT_EQ(error.place(), place) << error.what() << " in " << json;
-    }
+      {R"("hosts": {"h": ["10.0.0.256"]})", "/hosts/h/0"},
+      {R"("knownAccounts": [{"sid": "S-1-1-0", "name": "All", "type": "x"}])",
+       "/knownAccounts/0/type"}};
+  for (const auto& [members, place] : tops) expect(Described("", members), place);
+  const std::pair<const char*, const char*> computers[] = {
+      {R"("colour": 1)", "/colour"},
+      {R"("eventLogs": [{"name": "a\\b"}])", "/eventLogs/0/name"},
+      {R"("eventLogs": [{"name": "a", "records": [{"source": "s", "id": 1, "type": "?"}]}])",
+       "/eventLogs/0/records/0/type"},
+      {R"("a/b~c": 1)", "/a~1b~0c"},
+      {R"("drives": {"CC": {}})", "/drives/CC"},
+      {R"("drives": {"C:": {"type": "tape"}})", "/drives/C:/type"},
+      {R"("shares": [{"name": "x", "path": "C:\\none"}])", "/shares/0/path"},
+      {R"("drives": {"C:": {"total": 10, "free": 11}})", "/drives/C:/free"},
+      {R"("drives": {"C:": {"freeToCaller": 17179869185}})", "/drives/C:/freeToCaller"},
+      {R"("drives": {"C:": {"label": "a label of more than 32 characters"}})", "/drives/C:/label"},
+      {R"("drives": {"C:": {"serial": 4294967296}})", "/drives/C:/serial"},
+      {R"("registry": {"HKLM": {"values": {"v": true}}})", "/registry/HKLM/values/v"},
+      {R"("registry": {"HKLM": {"values": {"v": 1, "V": 2}}})", "/registry/HKLM/values/v"},
+      {R"("registry": {"HKLM": {"values": {"v": 4294967296}}})", "/registry/HKLM/values/v"},
+      {R"("drives": {"C:": {"security": "D"}})", "/drives/C:/security"},
+      {R"("registry": {"HKLM": {"security": 1}})", "/registry/HKLM/security"},
+      {R"("shares": [{"name": "x", "type": "tape"}])", "/shares/0/type"},
+      {R"("shares": [{"name": "x"}])", "/shares/0"},
+      {R"("services": [{"name": "x"}, {"name": "X"}])", "/services/1/name"},
+      {R"("services": [{"name": "x", "type": "adapter", "interactive": true}])",
+       "/services/0/interactive"},
+      {R"("services": [{"name": "x", "startTime": -1}])", "/services/0/startTime"},
+      {R"("printers": [{"name": ""}])", "/printers/0/name"},
+      {R"("memberOf": "D")", "/memberOf"},
+      {R"("about": {"version": "ten"})", "/about/version"},
+      {R"("rights": {"SeX": []})", "/rights/SeX"},
+      {R"("rights": {"SeTcbPrivilege": ["D\\u"]})", "/rights/SeTcbPrivilege/0"},
+      {R"("accounts": {"users": [{"name": "u", "number": 500}]})", "/accounts/users/0/name"}};
+  for (const auto& [members, place] : computers) {
+    expect(Described(members), std::string("/computers/0") + place);
   }
+  const std::pair<const char*, const char*> files[] = {
+      {R"("from": "estate.json")", "/from"},
+      {R"("size": "big")", "/size"},
+      {R"("size": -1)", "/size"},
+      {R"("size": 18446744073709551615)", "/size"},
+      {R"("size": 1.5)", "/size"},
+      {R"("text": "long", "size": 1)", "/size"},
+      {R"("hex": "0")", "/hex"},
+      {R"("children": [], "locked": true)", "/locked"},
+      {R"("attributes": ["pink"])", "/attributes/0"},
+      {R"("created": "2023-02-29T00:00:00Z")", "/created"},
+      {R"("created": "2023-02-28T00:00:00.Z")", "/created"},
+      {R"("messages": {"one": "1"})", "/messages/one"},
+      {R"("version": {})", "/version"},
+      {R"("version": {"file": "1.70000"})", "/version/file"},
+      {R"("version": {"file": "1.2.3.4.5"})", "/version/file"},
+      {R"("version": {"file": "1", "strings": {"0409": {}}})", "/version"},
+      {R"("version": {"file": "1", "hex": "00"})", "/version/hex"},
+      {R"x("security": "D:(A;;FA;;;ZZ)")x", "/security"},
+      {R"("security": null)", "/security"}};
+  for (const auto& [members, place] : files) {
+    expect(Described(Drive(std::string(R"({"name": "x", )") + members + "}")),
+           std::string("/computers/0/drives/C:/children/0") + place);
+  }
+  std::string deep;
+  for (int depth = 0; depth < 300; ++depth) deep += R"({"name": "d", "children": [)";
+  for (int depth = 0; depth < 300; ++depth) deep += "]}";
   EXPECT_THROW(ReadEstate(Described(Drive(deep))), EstateFileError) << "nested too deeply";
   EXPECT_THROW(ReadEstateFile("/no such file"), EstateFileError);
 }

@@ -152,40 +152,6 @@ TEST_F(Simulation, KnowsWhatIsOpenAndWhatCameBackTwice) {
   EXPECT_FALSE(messages.FreeLibrary(module));
 }
 
-TEST_F(Simulation, TellsFilesBeyondFourGigabytesAndReadsThemAsZeros) {
-  simulated_.estate().local().AddFile(u"C:\\big", "head").Size(0x1'0000'0002);
-  WIN32_FIND_DATAW data;
-  const FindHandle find(files_, files_.FindFirstFileW(u"C:\\big", &data));
-  EXPECT_EQ(data.nFileSizeHigh, 1u);
-  EXPECT_EQ(data.nFileSizeLow, 2u);
-  const FileHandle file(
-      files_, files_.CreateFileW(u"C:\\big", kGenericRead, 0, nullptr, kOpenExisting, 0, nullptr));
-  char bytes[6] = "xxxxx";
-  DWORD count = 0;
-  EXPECT_TRUE(files_.ReadFile(file.Get(), bytes, 6, &count, nullptr));
-  EXPECT_EQ(std::string(bytes, count), std::string("head\0\0", 6));
-}
-
-TEST_F(Simulation, LoadsMessageFilesFromTheirPlaces) {
-  Estate& estate = simulated_.estate();
-  estate.FindComputer(u"LANTERN")->AddFile(u"D:\\Public\\app.dll").Messages({{7, u"Seven %1\r\n"}});
-  const Module module(platform_.messages,
-                      platform_.messages.LoadLibraryExW(u"\\\\lantern\\d$\\Public\\app.dll",
-                                                        nullptr, kLoadLibraryAsDatafile));
-  ASSERT_TRUE(module);
-  WCHAR buffer[32];
-  const std::uintptr_t arguments[] = {reinterpret_cast<std::uintptr_t>(u"dwarfs")};
-  EXPECT_EQ(
-      platform_.messages.FormatMessageW(kFormatMessageFromHmodule | kFormatMessageArgumentArray,
-                                        reinterpret_cast<void*>(module.Get()), 7, 0, buffer, 32,
-                                        const_cast<std::uintptr_t*>(arguments)),
-      14u);
-  EXPECT_EQ(Text(buffer), u"Seven dwarfs\r\n");
-  EXPECT_EQ(platform_.messages.LoadLibraryExW(u"C:\\Data\\a.txt", nullptr, kLoadLibraryAsDatafile),
-            HMODULE{0});
-  EXPECT_EQ(LastPlatformError(), 193u);
-}
-
 TEST_F(Simulation, ServesThreadsInTurnOnOneWorldEachWithItsOwnErrors) {
   const auto work = [this](const Text& own) {
     for (int round = 0; round < 300; ++round) {
@@ -235,15 +201,6 @@ TEST(SimulatedTimers, BeatOnTheirOwnThreadWhileTheClockOfTheFileRuns) {
     EXPECT_EQ(simulated.estate().milliseconds(), runs ? 200u : 100u);
     EXPECT_TRUE(timers->KillTimer(nullptr, id));
   }
-}
-
-TEST_F(Simulation, LeavesACodeBehindACallThatSucceeds) {
-  simulated_.faults().LeaveEvery("CreateDirectoryW", kErrorAccessDenied);
-  EXPECT_TRUE(files_.CreateDirectoryW(u"C:\\new", nullptr));
-  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
-  EXPECT_FALSE(files_.CreateDirectoryW(u"C:\\new", nullptr));
-  EXPECT_EQ(LastPlatformError(), kErrorAlreadyExists) << "its own failure says more";
-  EXPECT_EQ(simulated_.faults().fired(), 2u);
 }
 
 TEST_F(Simulation, KeepsNothingOfCallsWhoseJournalIsStopped) {

@@ -7,6 +7,7 @@
 #include "platform/operations/ErrorCodes.h"
 #include "platform/operations/Handles.h"
 #include "platform/simulated/families/SimulatedPlatform.h"
+#include "support/NetworkCalls.h"
 #include "support/SecurityText.h"
 
 namespace veldmark::simulated {
@@ -144,41 +145,31 @@ TEST_F(SimulatedSecurityTest, RefusesObjectEntriesInAListOfTheOldRevision) {
 }
 
 TEST_F(SimulatedSecurityTest, HandsDownWhatIsInheritable) {
-  struct Row {
-    const char16_t* above;
-    std::string file, folder, below;  // the lists of what only inherits
-  };
   const std::string usual = "D:(0;00;1f01ff;BA)(0;00;1f01ff;SY)";
   int index = 0;
-  for (const Row& row : std::vector<Row>{
-           {u"D:P(A;OICI;FA;;;WD)", "D:AI(0;10;1f01ff;WD)", "D:AI(0;13;1f01ff;WD)",
-            "D:AI(0;13;1f01ff;WD)"},
-           {u"D:P(A;OI;FA;;;WD)(A;CI;FR;;;AU)", "D:AI(0;10;1f01ff;WD)",
-            "D:AI(0;19;1f01ff;WD)(0;12;120089;AU)", "D:AI(0;19;1f01ff;WD)(0;12;120089;AU)"},
-           {u"D:P(A;OICINP;FA;;;WD)", "D:AI(0;10;1f01ff;WD)", "D:AI(0;10;1f01ff;WD)", usual},
-           {u"D:P(A;OINP;FA;;;WD)", "D:AI(0;10;1f01ff;WD)", usual, usual},
-           {u"D:P(D;CIIO;GR;;;WD)(A;;FA;;;BA)", usual, "D:AI(1;10;120089;WD)(1;1a;80000000;WD)",
-            "D:AI(1;10;120089;WD)(1;1a;80000000;WD)"},
-           {u"D:P(A;OICIIO;FA;;;CO)", "D:AI(0;10;1f01ff;BA)",
-            "D:AI(0;10;1f01ff;BA)(0;1b;1f01ff;CO)", "D:AI(0;10;1f01ff;BA)(0;1b;1f01ff;CO)"},
-           {u"D:P(A;;FA;;;WD)", usual, usual, usual},
-           {u"D:NO_ACCESS_CONTROL", usual, usual, usual}}) {
+  const std::tuple<const char16_t*, std::string, std::string, std::string> rows[] = {
+      {u"D:P(A;OICI;FA;;;WD)", "D:AI(0;10;1f01ff;WD)", "D:AI(0;13;1f01ff;WD)",
+       "D:AI(0;13;1f01ff;WD)"},
+      {u"D:P(A;OI;FA;;;WD)(A;CI;FR;;;AU)", "D:AI(0;10;1f01ff;WD)",
+       "D:AI(0;19;1f01ff;WD)(0;12;120089;AU)", "D:AI(0;19;1f01ff;WD)(0;12;120089;AU)"},
+      {u"D:P(A;OICINP;FA;;;WD)", "D:AI(0;10;1f01ff;WD)", "D:AI(0;10;1f01ff;WD)", usual},
+      {u"D:P(A;OINP;FA;;;WD)", "D:AI(0;10;1f01ff;WD)", usual, usual},
+      {u"D:P(D;CIIO;GR;;;WD)(A;;FA;;;BA)", usual, "D:AI(1;10;120089;WD)(1;1a;80000000;WD)",
+       "D:AI(1;10;120089;WD)(1;1a;80000000;WD)"},
+      {u"D:P(A;OICIIO;FA;;;CO)", "D:AI(0;10;1f01ff;BA)", "D:AI(0;10;1f01ff;BA)(0;1b;1f01ff;CO)",
+       "D:AI(0;10;1f01ff;BA)(0;1b;1f01ff;CO)"},
+      {u"D:P(A;;FA;;;WD)", usual, usual, usual},
+      {u"D:NO_ACCESS_CONTROL", usual, usual, usual}};
+  for (const auto& [above, file, folder, below] : rows) {
     const Text top = u"C:\\Top" + ToText(index++);
     local_.AddFile(top + u"\\file");
     local_.AddFolder(top + u"\\folder\\below");
-    local_.Find(top)->Security(row.above);
-    EXPECT_EQ(Get(top + u"\\file"), "O:BA " + row.file) << ToUtf8(row.above);
-    EXPECT_EQ(Get(top + u"\\folder"), "O:BA " + row.folder) << ToUtf8(row.above);
-    EXPECT_EQ(Get(top + u"\\folder\\below"), "O:BA " + row.below) << ToUtf8(row.above);
+    local_.Find(top)->Security(above);
+    EXPECT_EQ(Get(top + u"\\file"), "O:BA " + file) << ToUtf8(above);
+    EXPECT_EQ(Get(top + u"\\folder"), "O:BA " + folder) << ToUtf8(above);
+    EXPECT_EQ(Get(top + u"\\folder\\below"), "O:BA " + below) << ToUtf8(above);
   }
-  // What only inherits shares its descriptor, however many there are.
-  local_.AddFile(u"C:\\Many\\Deep\\a");
-  local_.AddFile(u"C:\\Many\\b");
   local_.AddFile(u"C:\\b");
-  EXPECT_EQ(local_.Find(u"C:\\Many\\Deep\\a")->security().get(),
-            local_.Find(u"C:\\Many\\b")->security().get());
-  EXPECT_EQ(local_.Find(u"C:\\Many")->security().get(),
-            local_.Find(u"C:\\Many\\Deep")->security().get());
   EXPECT_EQ(Get(u"C:\\b"), "O:BA D:AI(0;10;1f01ff;SY)(0;10;1f01ff;BA)(0;10;1200a9;BU)");
 }
 
@@ -187,28 +178,25 @@ TEST_F(SimulatedSecurityTest, SpreadsAReplacedListToWhatInheritsIt) {
   local_.AddFile(u"C:\\Top\\Own\\file");
   local_.AddFile(u"C:\\Top\\plain");
   local_.AddFolder(u"C:\\Top\\Shut").Security(u"D:P(A;;FA;;;BU)");
-  struct Row {
-    const char16_t* list;
-    std::map<Text, std::string> after;
-  };
-  for (const Row& row :
-       std::vector<Row>{{u"D:(A;OICI;FA;;;WD)",
-                         {{u"", "D:PAI(0;03;1f01ff;WD)"},
-                          {u"\\plain", "D:AI(0;10;1f01ff;WD)"},
-                          {u"\\Own", "D:AI(0;03;120089;AU)(0;13;1f01ff;WD)"},
-                          {u"\\Own\\file", "D:AI(0;10;120089;AU)(0;10;1f01ff;WD)"},
-                          {u"\\Shut", "D:P(0;00;1f01ff;BU)"}}},
-                        {u"D:(A;;FA;;;WD)",
-                         {{u"\\plain", "D:AI"},
-                          {u"\\Own", "D:AI(0;03;120089;AU)"},
-                          {u"\\Own\\file", "D:AI(0;10;120089;AU)"}}},
-                        {u"D:(A;OI;FX;;;WD)",
-                         {{u"\\plain", "D:AI(0;10;1200a0;WD)"},
-                          {u"\\Own", "D:AI(0;03;120089;AU)(0;19;1200a0;WD)"},
-                          {u"\\Own\\file", "D:AI(0;10;120089;AU)(0;10;1200a0;WD)"}}}}) {
-    ASSERT_EQ(Set(u"C:\\Top", 1, row.list, kProtected), 0u);
-    for (const auto& [name, text] : row.after) {
-      EXPECT_EQ(Get(u"C:\\Top" + name), "O:BA " + text) << ToUtf8(name) << ToUtf8(row.list);
+  const std::pair<const char16_t*, std::map<Text, std::string>> rows[] = {
+      {u"D:(A;OICI;FA;;;WD)",
+       {{u"", "D:PAI(0;03;1f01ff;WD)"},
+        {u"\\plain", "D:AI(0;10;1f01ff;WD)"},
+        {u"\\Own", "D:AI(0;03;120089;AU)(0;13;1f01ff;WD)"},
+        {u"\\Own\\file", "D:AI(0;10;120089;AU)(0;10;1f01ff;WD)"},
+        {u"\\Shut", "D:P(0;00;1f01ff;BU)"}}},
+      {u"D:(A;;FA;;;WD)",
+       {{u"\\plain", "D:AI"},
+        {u"\\Own", "D:AI(0;03;120089;AU)"},
+        {u"\\Own\\file", "D:AI(0;10;120089;AU)"}}},
+      {u"D:(A;OI;FX;;;WD)",
+       {{u"\\plain", "D:AI(0;10;1200a0;WD)"},
+        {u"\\Own", "D:AI(0;03;120089;AU)(0;19;1200a0;WD)"},
+        {u"\\Own\\file", "D:AI(0;10;120089;AU)(0;10;1200a0;WD)"}}}};
+  for (const auto& [list, after] : rows) {
+    ASSERT_EQ(Set(u"C:\\Top", 1, list, kProtected), 0u);
+    for (const auto& [name, text] : after) {
+      EXPECT_EQ(Get(u"C:\\Top" + name), "O:BA " + text) << ToUtf8(name) << ToUtf8(list);
     }
   }
   // Without a word about protection it stays as it is; generic rights part from what is inherited.
@@ -297,54 +285,34 @@ TEST_F(SimulatedSecurityTest, LetsATokenDoWhatTheDescriptorsGrant) {
             5);
 }
 
-TEST_F(SimulatedSecurityTest, ReadsAShutFilesDescriptorForThoseWhoBackUp) {
+TEST_F(SimulatedSecurityTest, OpensAShutFileForThoseWhoBackUp) {
   local_.AddFile(u"C:\\shut").Security(u"O:SYD:P").DenySecurity();
-  local_.AddFile(u"C:\\busy").LockSecurity();
-  local_.Find(u"C:\\")->Security(u"O:SYD:P");
-  DWORD needed = 0;
-  const auto read = [&](LPCWSTR path) {
-    return CodeOf(security_.GetFileSecurityW(path, kDaclSecurityInformation, nullptr, 0, &needed));
-  };
+  const DWORD backup = kFileFlagBackupSemantics;
   estate_.token().Enable(Privilege::Backup, true);
-  EXPECT_EQ(read(u"C:\\shut"), 5u) << "the privilege doesn't count here";
-  EXPECT_EQ(read(u"C:\\busy"), 32u);
-  EXPECT_EQ(Open(u"C:\\shut", kReadControl), 5u) << "nor without the flag";
-  EXPECT_EQ(Open(u"C:\\shut", kGenericWrite, kFileFlagBackupSemantics), 5u) << "nor for writing";
-  const FileHandle file(
-      files_, files_.CreateFileW(u"C:\\shut", kReadControl, kFileShareRead | kFileShareDelete,
-                                 nullptr, kOpenExisting, kFileFlagBackupSemantics, nullptr));
-  EXPECT_FALSE(
-      security_.GetKernelObjectSecurity(file.Get(), kDaclSecurityInformation, nullptr, 0, &needed));
-  EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
-  EXPECT_EQ(needed, 28u);
+  EXPECT_EQ(Open(u"C:\\shut", kReadControl), 5u) << "not without the flag";
+  EXPECT_EQ(Open(u"C:\\shut", kGenericWrite, backup), 5u) << "nor for writing";
+  EXPECT_EQ(Open(u"C:\\shut", kReadControl, backup), 0u);
   estate_.token().Enable(Privilege::Restore, true);
-  EXPECT_EQ(Open(u"C:\\shut", kGenericWrite | kDelete, kFileFlagBackupSemantics), 0u);
+  EXPECT_EQ(Open(u"C:\\shut", kGenericWrite | kDelete, backup), 0u);
 }
 
 TEST_F(SimulatedSecurityTest, KnowsNamedObjectsAndSharesOnEveryReachableComputer) {
   Computer& server = estate_.AddComputer(u"LANTERN");
   server.AddDrive(u'D');
   server.AddService(u"Spooler");
-  server.AddPrinter(u"Front desk", DescriptorOf(u"O:BAG:BAD:(A;;0x20008;;;WD)"));
+  server.AddPrinter(u"Front desk");
   server.AddShare(u"Plain", u"D:\\");
-  server.AddShare(u"Guarded", u"D:\\").security =
-      SecurityBlock::Make(DescriptorOf(u"O:BAG:BAD:(A;;FR;;;WD)"));
   server.AddShare(u"Laser", u"Front desk", false, kShareTypePrintQueue);
   server.local_machine().Key(u"SOFTWARE\\App").Security(u"D:P(A;;KR;;;WD)");
   estate_.AddComputer(u"SHY").SetRemoteRegistry(RemoteRegistry::Denied);
-  estate_.AddDirectoryObject(u"CN=Reed,DC=example", DescriptorOf(u"O:BAG:BAD:(A;;GA;;;WD)"));
   const std::vector<std::tuple<DWORD, const char16_t*, std::string>> table = {
       {2, u"\\\\lantern\\SPOOLER",
        "O:SY D:(0;00;201fd;SY)(0;00;f01ff;BA)(0;00;2018d;S-1-5-4)(0;00;2018d;S-1-5-6)"},
       {2, u"Spooler", "!1060"},
-      {3, u"\\\\LANTERN\\front desk", "O:BA D:(0;00;20008;WD)"},
-      {3, u"\\\\LANTERN\\back desk", "!1801"},
       {4, u"\\\\LANTERN\\MACHINE\\SOFTWARE\\App", "O:BA D:P(0;00;20019;WD)"},
       {4, u"\\\\SHY\\MACHINE\\SOFTWARE", "!5"},
       {4, u"\\\\LANTERN\\CURRENT_USER", "!87"},
-      {5, u"\\\\LANTERN\\Guarded", "O:BA D:(0;00;120089;WD)"},
       {5, u"\\\\LANTERN\\Plain", "none"},
-      {8, u"cn=reed,dc=EXAMPLE", "O:BA D:(0;00;10000000;WD)"},
       {9, u"CN=None", "!2"}};
   for (const auto& [type, name, text] : table) EXPECT_EQ(Get(name, type), text) << ToUtf8(name);
   EXPECT_EQ(Set(u"\\\\LANTERN\\Plain", 5, u"D:(A;;FA;;;WD)", kProtected), 0u);
@@ -361,24 +329,11 @@ TEST_F(SimulatedSecurityTest, KnowsNamedObjectsAndSharesOnEveryReachableComputer
   EXPECT_EQ(own(), 0u);
   EXPECT_TRUE(Get(u"C:\\").starts_with("O:S-1-5-21-1-2-3-9 D:PAI"));
 
-  NetworkManagement& network = platform_.network_management;
-  for (const auto& [name, type, path, text] :
-       std::vector<std::tuple<const char16_t*, DWORD, const char16_t*, std::string>>{
-           {u"guarded", 0, u"D:\\", "O:BA D:(0;00;120089;WD)"},
-           {u"D$", kShareTypeSpecial, u"D:\\", "none"},
-           {u"LASER", 1, u"Front desk", "none"}}) {
-    NetworkBuffer buffer(network);
-    ASSERT_EQ(network.NetShareGetInfo(u"\\\\LANTERN", name, 502, buffer.Receive()), 0u);
-    const auto& record = *reinterpret_cast<SHARE_INFO_502*>(buffer.Get());
-    EXPECT_EQ(record.shi502_type, type);
-    EXPECT_EQ(Text(record.shi502_path), path);
-    const void* const descriptor = record.shi502_security_descriptor;
-    EXPECT_EQ(descriptor == nullptr ? "none" : SecurityText::OfDescriptor(descriptor), text);
-  }
+  EXPECT_EQ(Get(u"\\\\LANTERN\\D$", 5), "none");
   EXPECT_EQ(Open(u"\\\\LANTERN\\Laser\\x", kGenericRead), kErrorBadDevType);
   Become(u"S-1-5-21-1-2-3-9", {});
-  BYTE* block = nullptr;
-  EXPECT_EQ(network.NetShareGetInfo(u"\\\\LANTERN", u"Plain", 502, &block), 5u);
+  NetworkCalls network(platform_);
+  EXPECT_EQ(network.Ask(&NetworkManagement::NetShareGetInfo, u"\\\\LANTERN", u"Plain", 502), 5u);
   EXPECT_EQ(Get(u"\\\\LANTERN\\Plain", 5), "!5");
 }
 

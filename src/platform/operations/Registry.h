@@ -79,20 +79,15 @@ class Registry {
                                    DWORD* max_value_name_length, DWORD* max_value_size,
                                    DWORD* security_descriptor_size, FILETIME* last_write) = 0;
 
-  // The sub-key at `index`. `*name_length` goes in as the buffer's size with the NUL and comes back
-  // as the name's length without. 259: past the end; 234: the buffer is too small. Needs
-  // kKeyEnumerateSubKeys.
-  virtual LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, DWORD* name_length,
-                                DWORD* reserved, LPWSTR key_class, DWORD* class_length,
-                                FILETIME* last_write) = 0;
-
-  // The name alone. `name_length` is the buffer's size in characters.
+  // The name of the sub-key at `index`. `name_length` is the buffer's size in characters, the NUL
+  // counted. 259: past the end; 234: the buffer is too small. Needs kKeyEnumerateSubKeys.
   virtual LSTATUS RegEnumKeyW(HKEY key, DWORD index, LPWSTR name, DWORD name_length) = 0;
 
-  // The value at `index`: its name (lengths as above; the default value's is empty), type and data.
-  // `data` and `data_size` may both be null; `*data_size` goes in as the buffer's size and comes
-  // back as the data's. 259: past the end; 234: name or data buffer too small, `*data_size` then
-  // tells the size needed. Needs kKeyQueryValue.
+  // The value at `index`: its name (empty for the default value), type and data. `*name_length`
+  // goes in as the buffer's size with the NUL and comes back as the name's length without. `data`
+  // and `data_size` may both be null; `*data_size` goes in as the buffer's size and comes back as
+  // the data's. 259: past the end; 234: name or data buffer too small, `*data_size` then tells the
+  // size needed. Needs kKeyQueryValue.
   virtual LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, DWORD* name_length,
                                 DWORD* reserved, DWORD* type, BYTE* data, DWORD* data_size) = 0;
 

@@ -43,15 +43,6 @@ LSTATUS WindowsRegistry::RegQueryInfoKeyW(HKEY key, LPWSTR key_class, DWORD* cla
   });
 }
 
-LSTATUS WindowsRegistry::RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, DWORD* name_length,
-                                       DWORD* reserved, LPWSTR key_class, DWORD* class_length,
-                                       FILETIME* last_write) {
-  return Recorded([&] {
-    return ::RegEnumKeyExW(Sdk(key), index, Sdk(name), Sdk(name_length), Sdk(reserved),
-                           Sdk(key_class), Sdk(class_length), Sdk(last_write));
-  });
-}
-
 LSTATUS WindowsRegistry::RegEnumKeyW(HKEY key, DWORD index, LPWSTR name, DWORD name_length) {
   return Recorded([&] { return ::RegEnumKeyW(Sdk(key), index, Sdk(name), name_length); });
 }

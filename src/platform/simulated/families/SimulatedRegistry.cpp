@@ -276,24 +276,6 @@ LSTATUS SimulatedRegistry::RegQueryInfoKeyW(HKEY key, LPWSTR key_class, DWORD* c
   return 0;
 }
 
-LSTATUS SimulatedRegistry::RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, DWORD* name_length,
-                                         DWORD*, LPWSTR key_class, DWORD* class_length,
-                                         FILETIME* last_write) {
-  const Call call = session_.Begin("RegEnumKeyExW", ToText(index));
-  if (const DWORD fault = call.fault()) return Status(fault);
-  OpenKey open;
-  if (const LSTATUS error = Lookup(key, "RegEnumKeyExW", kKeyEnumerateSubKeys, open)) return error;
-  if (name == nullptr || name_length == nullptr) return Status(kErrorInvalidParameter);
-  if (index >= open.node->keys().size()) return Status(kErrorNoMoreItems);
-  const RegistryNode& child = *std::next(open.node->keys().begin(), index)->second;
-  if (const LSTATUS error = PutName(name, name_length, child.name())) return error;
-  if (key_class != nullptr && class_length != nullptr) {
-    if (const LSTATUS error = PutName(key_class, class_length, child.key_class())) return error;
-  }
-  if (last_write != nullptr) *last_write = ToFileTime(child.written());
-  return 0;
-}
-
 LSTATUS SimulatedRegistry::RegEnumKeyW(HKEY key, DWORD index, LPWSTR name, DWORD name_length) {
   const Call call = session_.Begin("RegEnumKeyW", ToText(index));
   if (const DWORD fault = call.fault()) return Status(fault);

@@ -24,8 +24,6 @@ class SimulatedRegistry final : public Registry {
                            DWORD* sub_keys, DWORD* max_sub_key_length, DWORD* max_class_length,
                            DWORD* values, DWORD* max_value_name_length, DWORD* max_value_size,
                            DWORD* security_descriptor_size, FILETIME* last_write) override;
-  LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, DWORD* name_length, DWORD* reserved,
-                        LPWSTR key_class, DWORD* class_length, FILETIME* last_write) override;
   LSTATUS RegEnumKeyW(HKEY key, DWORD index, LPWSTR name, DWORD name_length) override;
   LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, DWORD* name_length, DWORD* reserved,
                         DWORD* type, BYTE* data, DWORD* data_size) override;
