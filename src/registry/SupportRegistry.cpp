@@ -54,7 +54,6 @@ struct FoundValue {
 /// Reads the data, and type and size anew, as often as it has grown since its size was told.
 LSTATUS ReadData(const KeyForReading& opened, const Text& name, FoundValue& value) {
   for (;;) {
-    value.data.clear();
     if (!IsReadType(value.type)) return 0;
     const std::size_t room =
         IsTextType(value.type) ? std::size_t{value.size} * 2 + 1 : std::size_t{value.size};
@@ -156,7 +155,6 @@ Ref<CRegKey> CSupport::GetRegKey(HKEY_VALUES root, const Text& key_name, const T
     reg_key->FullName = name;
     LoadDefaultValue(*reg_key, machine_name);
     reg_key->MachineName = machine_name;
-    CloseRegKey(opened.key, opened.remote_root);
     return reg_key;
   });
 }
@@ -184,7 +182,6 @@ Ref<CRegKeys> CSupport::GetRegSubKeys(HKEY_VALUES root, const Text& key_name,
       progress.RaiseStatus([&] { return u"Retrieved Registry Key \"" + reg_key->Name + u"\""; });
       keys->Add(reg_key);
     }
-    CloseRegKey(opened.key, opened.remote_root);
     return keys;
   });
 }
@@ -227,7 +224,6 @@ Ref<CRegValues> CSupport::GetRegValues(HKEY_VALUES root, const Text& key_name,
           [&] { return u"Retrieved Registry Value \"" + reg_value->Name + u"\""; });
       values->Add(reg_value);
     }
-    CloseRegKey(opened.key, opened.remote_root);
     return values;
   });
 }
@@ -239,9 +235,7 @@ Variant CSupport::GetRegValue(HKEY_VALUES root, const Text& key_name, const Text
     FoundValue found{};
     const LSTATUS status = ReadValue(opened, value_name, found);
     if (status != 0) RaisePlatformError(status);
-    const Variant value = ValueOf(found.type, found.data, machine_name);
-    CloseRegKey(opened.key, opened.remote_root);
-    return value;
+    return ValueOf(found.type, found.data, machine_name);
   });
 }
 
@@ -283,7 +277,6 @@ bool CSupport::SaveRegValue(HKEY_VALUES root, const Text& key_name, const Text& 
       default:
         break;
     }
-    CloseRegKey(key, remote_root);
     return true;
   });
 }

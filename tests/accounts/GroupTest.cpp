@@ -2,7 +2,6 @@
 #include "automation/Interface.h"
 #include "network/CDomain.h"
 #include "support/MixedPlatform.h"
-#include "support/MockAccounts.h"
 
 namespace veldmark {
 namespace {
@@ -11,7 +10,6 @@ using simulated::Sid;
 using testing::_;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::NiceMock;
 
 class Groups : public AccountsTest {};
 
@@ -42,46 +40,54 @@ TEST_F(Groups, HaveMembersOfAnyKindAndOfAnyDomainThatTheirListShowsWhole) {
   EXPECT_TRUE(journal().entries().empty());
 }
 
-TEST(OddRecords, AreNotReadBeyondWhatTheyHold) {
+/// The estate's accounts, with answers that hold less than they say.
+class OddAccounts final : public simulated::SimulatedAccountManagement {
+ public:
+  using SimulatedAccountManagement::SimulatedAccountManagement;
+  DWORD NetLocalGroupGetMembers(LPCWSTR, LPCWSTR, DWORD, BYTE** buffer, DWORD, DWORD* read, DWORD*,
+                                UINT_PTR* resume) override {
+    *resume = *resume == 0 ? 7 : 0;
+    *buffer = *resume == 0 ? nullptr : reinterpret_cast<BYTE*>(members_);
+    *read = 3;
+    return 0;
+  }
+  DWORD NetUserGetLocalGroups(LPCWSTR, LPCWSTR, DWORD, DWORD, BYTE** buffer, DWORD, DWORD* read,
+                              DWORD* total) override {
+    *buffer = reinterpret_cast<BYTE*>(&no_name_);
+    *read = 1;
+    *total = 1000;
+    return 0;
+  }
+  DWORD NetQueryDisplayInformation(LPCWSTR, DWORD, DWORD, DWORD, DWORD, DWORD* returned,
+                                   void** buffer) override {
+    *buffer = display_;
+    *returned = 2;
+    return 0;
+  }
+  DWORD NetUserEnum(LPCWSTR, DWORD, DWORD, BYTE**, DWORD, DWORD* read, DWORD*, DWORD*) override {
+    *read = 5;
+    return 234;
+  }
+  DWORD NetUserGetInfo(LPCWSTR, LPCWSTR, DWORD, BYTE**) override { return 0; }
+  DWORD NetLocalGroupGetInfo(LPCWSTR, LPCWSTR, DWORD, BYTE**) override { return 0; }
+
+ private:
   // The first SID has no sound length, the second no place, and the third is one.
-  std::array<std::uint8_t, 8> unsound = {1, 200, 0, 0, 0, 0, 0, 5};
-  std::array<std::uint8_t, 12> everyone = {1, 1, 0, 0, 0, 0, 0, 1};
-  LOCALGROUP_MEMBERS_INFO_0 members[] = {{unsound.data()}, {nullptr}, {everyone.data()}};
-  LPWSTR no_name = nullptr;
-  NiceMock<MockAccounts> accounts;
-  ON_CALL(accounts, NetLocalGroupGetMembers)
-      .WillByDefault(
-          [&](auto, auto, auto, BYTE** buffer, auto, DWORD* read, auto, UINT_PTR* resume) {
-            *resume = *resume == 0 ? 7 : 0;
-            *buffer = *resume == 0 ? nullptr : reinterpret_cast<BYTE*>(members);
-            *read = 3;
-            return DWORD{0};
-          });
-  ON_CALL(accounts, NetUserGetLocalGroups)
-      .WillByDefault([&](auto, auto, auto, auto, BYTE** buffer, auto, DWORD* read, DWORD* total) {
-        *buffer = reinterpret_cast<BYTE*>(&no_name);
-        *read = 1;
-        *total = 1000;
-        return DWORD{0};
-      });
-  NET_DISPLAY_USER display[2] = {};
-  ON_CALL(accounts, NetQueryDisplayInformation)
-      .WillByDefault([&](auto, auto, auto, auto, auto, DWORD* returned, void** buffer) {
-        *buffer = display;
-        *returned = 2;
-        return DWORD{0};
-      });
-  ON_CALL(accounts, NetUserEnum)
-      .WillByDefault([&](auto, auto, auto, BYTE**, auto, DWORD* read, auto, auto) {
-        *read = 5;
-        return DWORD{234};
-      });
+  std::uint8_t unsound_[8] = {1, 200, 0, 0, 0, 0, 0, 5};
+  std::uint8_t everyone_[12] = {1, 1, 0, 0, 0, 0, 0, 1};
+  LOCALGROUP_MEMBERS_INFO_0 members_[3] = {{unsound_}, {nullptr}, {everyone_}};
+  LPWSTR no_name_ = nullptr;
+  NET_DISPLAY_USER display_[2] = {};
+};
+
+TEST(OddRecords, AreNotReadBeyondWhatTheyHold) {
   AccountsWorld world;
   const Ref<CServer> server = world.Server(u"SRV");
   server->ServerType();
   const Ref<CGroup> group = world.Group(u"Ops", GT_LocalGroup, u"SRV");
   const Ref<CUser> user = world.User(u"x", UT_LocalUser, u"SRV");
-  Platform mixed = Mixed(world.platform, {.accounts = &accounts});
+  OddAccounts accounts(world.simulated.session());
+  Platform mixed = Mixed(world.platform, accounts);
   Apartment::End();
   Apartment::Start(mixed);
   Ref<CGroups> groups;

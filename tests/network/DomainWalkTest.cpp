@@ -195,7 +195,7 @@ TEST(ResourceWalks, KeepToTheirBufferAndComeToAnEndWhateverTheProviderAnswers) {
     simulated::SimulatedPlatform simulated;
     ScriptedProvider provider;
     provider.script = c.script;
-    Platform mixed = Mixed(simulated.platform(), {.network_provider = &provider});
+    Platform mixed = Mixed(simulated.platform(), provider);
     Apartment::Start(mixed);
     const auto run = [&](auto&& walk) {
       std::string found;

@@ -330,7 +330,7 @@ class Questions : public testing::Test {
 
   simulated::SimulatedPlatform simulated_;
   Questioned security_{simulated_.session()};
-  Platform platform_ = Mixed(simulated_.platform(), {.security = &security_});
+  Platform platform_ = Mixed(simulated_.platform(), security_);
 };
 
 TEST_F(Questions, OfASaveNameTheObjectTheProtectionAndTheListThatIsWritten) {

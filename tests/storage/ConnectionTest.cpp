@@ -52,7 +52,7 @@ class Providers : public testing::Test {
 
   simulated::SimulatedPlatform simulated_;
   StubProvider provider_{simulated_.session()};
-  Platform platform_ = Mixed(simulated_.platform(), {.network_provider = &provider_});
+  Platform platform_ = Mixed(simulated_.platform(), provider_);
 };
 
 TEST_F(Providers, TellTheShareOfAMappedDriveAndGiveItAReadableName) {

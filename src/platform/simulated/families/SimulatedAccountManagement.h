@@ -7,7 +7,7 @@ namespace veldmark::simulated {
 
 // The accounts of an estate's computers and domains. The journal notes a call's server as it was
 // given, "-" for null, then the account and the level or flags; never a password.
-class SimulatedAccountManagement final : public AccountManagement {
+class SimulatedAccountManagement : public AccountManagement {
  public:
   explicit SimulatedAccountManagement(Session& session) : session_(session) {}
 
