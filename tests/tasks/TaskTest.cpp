@@ -303,7 +303,7 @@ TEST_F(Tasks, HaveTriggersWhoseMembersGoByTheirType) {
           FailureOf([&] { Call(*trigger, member, MemberKind::kPut, {Variant(--value)}); });
       const std::vector<std::int16_t> after = words();
       const auto put = std::ranges::mismatch(before, after).in1 - before.begin();
-      EXPECT_EQ(failure, put == 4 ? ToText(kBadType) + u"||Invalid trigger type" : u"");
+      EXPECT_EQ(failure, put == 4 ? ToText(kBadType) + u"|Veldmark2|Invalid trigger type" : u"");
       puts += put == 4 ? '-' : static_cast<char>('0' + put);
       std::int32_t got = 99;
       const auto error = ErrorOf([&] { got = ToLong(Call(*trigger, member, MemberKind::kGet)); });
