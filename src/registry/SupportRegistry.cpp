@@ -54,7 +54,6 @@ struct FoundValue {
 /// Reads the data, and type and size anew, as often as it has grown since its size was told.
 LSTATUS ReadData(const KeyForReading& opened, const Text& name, FoundValue& value) {
   for (;;) {
-    value.data.clear();
     if (!IsReadType(value.type)) return 0;
     const std::size_t room =
         IsTextType(value.type) ? std::size_t{value.size} * 2 + 1 : std::size_t{value.size};

@@ -85,7 +85,7 @@ TEST(OddRecords, AreNotReadBeyondWhatTheyHold) {
   const Ref<CGroup> group = world.Group(u"Ops", GT_LocalGroup, u"SRV");
   const Ref<CUser> user = world.User(u"x", UT_LocalUser, u"SRV");
   OddAccounts accounts(world.simulated.session());
-  Platform mixed = Mixed(world.platform, {.accounts = &accounts});
+  Platform mixed = Mixed(world.platform, accounts);
   Apartment::End();
   Apartment::Start(mixed);
   Ref<CGroups> groups;

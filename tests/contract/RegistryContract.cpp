@@ -244,6 +244,10 @@ TEST_F(RegistryKeys, TellTheNamesBelowThem) {
   EXPECT_EQ(longest, 6u);
   EXPECT_EQ(registry_.RegDeleteKeyW(key_.Get(), u"Second"), 0);
   EXPECT_EQ(registry_.RegEnumKeyW(child.Get(), 0, name, 1024), 1018);
+  DWORD room = 1024;
+  EXPECT_EQ(
+      registry_.RegEnumValueW(child.Get(), 0, name, &room, nullptr, nullptr, nullptr, nullptr),
+      1018);
   EXPECT_EQ(registry_.RegEnumKeyW(HKEY{0}, 0, name, 1024), kBadHandle);
 }
 

@@ -173,7 +173,7 @@ TEST(ResourceWalks, KeepToTheirBufferAndComeToAnEndWhateverTheProviderAnswers) {
     simulated::SimulatedPlatform simulated;
     ScriptedProvider provider(simulated.session());
     provider.script = c.script;
-    Platform mixed = Mixed(simulated.platform(), {.network_provider = &provider});
+    Platform mixed = Mixed(simulated.platform(), provider);
     Apartment::Start(mixed);
     const auto run = [&](auto&& walk) {
       provider.next = 0;

@@ -277,7 +277,7 @@ class Questions : public ApartmentFixture {
   ~Questions() override { Apartment::End(); }
 
   Questioned security_{simulated.session()};
-  Platform mixed_ = Mixed(platform, {.security = &security_});
+  Platform mixed_ = Mixed(platform, security_);
 };
 
 TEST_F(Questions, OfASaveNameTheObjectTheProtectionAndTheListThatIsWritten) {

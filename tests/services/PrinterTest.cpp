@@ -8,6 +8,7 @@
 #include "services/CPrinter.h"
 #include "services/CPrinters.h"
 #include "support/MixedPlatform.h"
+#include "support/ValuesOf.h"
 
 namespace veldmark {
 namespace {
@@ -48,25 +49,13 @@ class PrintersWorld : public NetworkWorld {
 
 class Printers : public TestIn<PrintersWorld> {};
 
-/// The values of all properties in their order.
-std::string Shown(CPrinter& printer) {
-  std::string shown;
-  for (const Member& member : CPrinter::Describe().members) {
-    if (member.kind != MemberKind::kGet) continue;
-    const Variant value = Call(printer, member.name, MemberKind::kGet);
-    const Date* const date = value.If<Date>();
-    shown += (date ? std::to_string(static_cast<long>(date->days)) : ToUtf8(ToText(value))) + "|";
-  }
-  return shown;
-}
-
 TEST_F(Printers, ReadAsTheirRecordsSay) {
   const Ref<CPrinters> printers = Server()->GetPrinters();
-  EXPECT_EQ(Shown(*printers->ItemByKey(u"Laser")),
-            "Laser|Duplex|\\\\FS1\\Laser|-2147475384|30|4|2|99|60|-1|32768|RAW|PS|1st|p|"
-            "LPT1:,LPT2:|winprint|sep|LASER|FS1|");
-  EXPECT_EQ(Shown(*printers->ItemByKey(u"Plotter")),
-            "Plotter||\\\\FS1\\Plotter|64|0|0|0|1|0|0|0|||||||||FS1|");
+  EXPECT_EQ(ValuesOf(*printers->ItemByKey(u"Laser")),
+            "Laser|Duplex|\\\\FS1\\Laser|-2147475384|30|4|2|99|2/28/1900|12/29/1899|32768|RAW|PS|"
+            "1st|p|LPT1:,LPT2:|winprint|sep|LASER|FS1|");
+  EXPECT_EQ(ValuesOf(*printers->ItemByKey(u"Plotter")),
+            "Plotter||\\\\FS1\\Plotter|64|0|0|0|1|12:00:00 AM|12:00:00 AM|0|||||||||FS1|");
   EXPECT_EQ(Server(u"PC1")->GetPrinters()->Count(), 0);
 }
 
@@ -142,24 +131,24 @@ TEST_F(Printers, HaveTheDescriptorOfTheirNameOnTheirServer) {
 }
 
 /// The estate's printers, with something happening between the two calls, or to their answer.
-class TamperedPrinting final : public Printing {
+class TamperedPrinting final : public simulated::SimulatedPrinting {
  public:
   using Answer = void(PRINTER_INFO_2W* records, BYTE* end, DWORD& returned);
-  explicit TamperedPrinting(Printing& behind) : behind_(behind) {}
+  using SimulatedPrinting::SimulatedPrinting;
 
   BOOL EnumPrintersW(DWORD flags, LPCWSTR name, DWORD level, BYTE* buffer, DWORD size,
                      DWORD* needed, DWORD* returned) override {
     if (size != 0 && between) between();
-    if (!behind_.EnumPrintersW(flags, name, level, buffer, size, needed, returned)) return 0;
-    if (answer) answer(reinterpret_cast<PRINTER_INFO_2W*>(buffer), buffer + size, *returned);
-    return 1;
+    const BOOL done =
+        SimulatedPrinting::EnumPrintersW(flags, name, level, buffer, size, needed, returned);
+    if (done && answer) {
+      answer(reinterpret_cast<PRINTER_INFO_2W*>(buffer), buffer + size, *returned);
+    }
+    return done;
   }
 
   std::function<void()> between;
   Answer* answer = nullptr;
-
- private:
-  Printing& behind_;
 };
 
 WCHAR* Odd(const void* place) {
@@ -214,10 +203,10 @@ TEST(PrinterLists, ThatLeaveTheirBlockOrGrowOrCantBeHadAreErrors) {
     PrintersWorld world;
     if (c.furnish) c.furnish(world);
     const Ref<CServer> server = world.Server(c.server);
-    TamperedPrinting printing(world.platform.printers);
+    TamperedPrinting printing(world.simulated.session());
     printing.answer = c.answer;
     if (c.between) printing.between = [&] { c.between(world); };
-    Platform mixed = Mixed(world.platform, {.printers = &printing});
+    Platform mixed = Mixed(world.platform, printing);
     Apartment::End();
     Apartment::Start(mixed);
     Ref<CPrinters> printers;

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <functional>
 
-#include "apartment/CStatus.h"
 #include "apartment/CSupport.h"
 #include "automation/Conversion.h"
 #include "automation/Interface.h"
@@ -22,6 +21,7 @@
 #include "support/ErrorOf.h"
 #include "support/FaultSweep.h"
 #include "support/Listener.h"
+#include "support/ValuesOf.h"
 
 namespace veldmark {
 namespace {
@@ -53,6 +53,8 @@ class ServicesWorld : public SimulatedApartment {
     db.account = u".\\dba";
     db.description = u"Keeps the data";
     db.binary_path = u"C:\\db.exe -k";
+    db.load_order_group = u"Base";
+    db.tag = 7;
     db.start_type = kServiceAutoStart;
     srv->own_accounts().AddUser(u"dba");
     srv->AddService(u"Web").dependencies = {u"Db", u"Log"};
@@ -96,15 +98,12 @@ class Services : public TestIn<ServicesWorld> {};
 TEST_F(Services, ReadTheirConfigurationOnceWhenItIsFirstAskedFor) {
   const Ref<CService> db = Get(u"Db");
   EXPECT_FALSE(db->Stopped());  // nobody has filled the status yet
-  Text shown;
-  for (const TextView name :
-       {u"ErrorControl", u"StartType", u"TagId", u"BinaryPathName", u"LoadOrderGroup",
-        u"ServiceStartName", u"Dependencies", u"Description", u"DisplayName", u"ServiceType",
-        u"InteractsWithDesktop", u"Stopped", u"OwnProcess", u"AcceptStop"}) {
-    shown += ToText(Call(*db, name, MemberKind::kGet)) + u";";
-  }
-  EXPECT_EQ(shown,
-            u"1;2;0;C:\\db.exe -k;;\\\\SRV\\dba;Log;Keeps the data;Db;16;False;True;True;False;");
+  EXPECT_EQ(
+      ValuesOf(*db,
+               {u"ErrorControl", u"StartType", u"TagId", u"BinaryPathName", u"LoadOrderGroup",
+                u"ServiceStartName", u"Dependencies", u"Description", u"DisplayName",
+                u"ServiceType", u"InteractsWithDesktop", u"Stopped", u"OwnProcess", u"AcceptStop"}),
+      "1|2|7|C:\\db.exe -k|Base|\\\\SRV\\dba|Log|Keeps the data|Db|16|False|True|True|False|");
   EXPECT_EQ(Masks(), "[\\\\SRV - 4][Db 5]");
   service(u"Db").binary_path = u"C:\\other.exe";
   EXPECT_EQ(db->BinaryPathName(), u"C:\\db.exe -k");
@@ -118,6 +117,12 @@ TEST_F(Services, ReadTheirConfigurationOnceWhenItIsFirstAskedFor) {
   }
   const Variant got = Server()->GetService(u"Log");
   EXPECT_TRUE(static_cast<CService*>(got.If<Ref<Object>>()->Get())->Running());
+  // What can't be told now stays as it was, and the error stands.
+  faults().FailEvery("QueryServiceConfig2W", kErrorAccessDenied);
+  db->Refresh();
+  EXPECT_EQ(db->Description(), u"Keeps the data");
+  EXPECT_EQ(Err().Number(), 5);
+  faults().Clear();
   // Systems without descriptions have everything else.
   estate().local().description().version_major = 4;
   service(u"Db").account = u".";
@@ -131,14 +136,11 @@ TEST_F(Services, TestTheBitsOfTypeStateAndControls) {
   plain->PutServiceType(static_cast<ServiceTypesEnum>(1 | 32));
   plain->ControlsAccepted = static_cast<ServiceAcceptEnum>(2 | 4);
   plain->CurrentState = SERVICE_PAUSE_PENDING;
-  Text shown;
-  for (const TextView name :
-       {u"OwnProcess", u"ShareProcess", u"DeviceDriver", u"FileSystemDriver", u"Stopped",
-        u"StartPending", u"StopPending", u"Running", u"ContinuePending", u"PausePending", u"Paused",
-        u"AcceptStop", u"AcceptPauseContinue", u"AcceptShutdown"}) {
-    shown += ToBoolean(Call(*plain, name, MemberKind::kGet)) ? u'1' : u'0';
-  }
-  EXPECT_EQ(shown, u"01100000010011");
+  EXPECT_EQ(ValuesOf(*plain, {u"OwnProcess", u"ShareProcess", u"DeviceDriver", u"FileSystemDriver",
+                              u"Stopped", u"StartPending", u"StopPending", u"Running",
+                              u"ContinuePending", u"PausePending", u"Paused", u"AcceptStop",
+                              u"AcceptPauseContinue", u"AcceptShutdown"}),
+            "False|True|True|False|False|False|False|False|False|True|False|False|True|True|");
   EXPECT_THAT(journal().entries(), IsEmpty());
   plain->PutInteractsWithDesktop(true);
   EXPECT_EQ(plain->ServiceType(), 1 | 32 | 256);
@@ -157,6 +159,11 @@ TEST_F(Services, AreListedInSmallSlices) {
   EXPECT_EQ(list(319, 3), "Db Disk Log Web");
   EXPECT_EQ(list(1, 3), "Disk");
   journal().Clear();
+  service(u"Web").exit_code = 1066;
+  service(u"Web").specific_exit_code = 99;
+  service(u"Db").wait_hint = 20;
+  const auto now = estate().now();
+  service(u"Db").Move(kServiceStartPending, kServiceRunning, 60'000, now, now);
   for (int i = 0; i < 40; ++i) srv->AddService(u"Number " + ToText(i));
   const Ref<CServices> all = Server()->GetServices(SERVICE_TYPE_ALL, SERVICE_STATE_ALL);
   EXPECT_EQ(all->Count(), 44);
@@ -165,10 +172,14 @@ TEST_F(Services, AreListedInSmallSlices) {
   EXPECT_GT(slices.size(), 10u);
   EXPECT_EQ(slices[0], "319 3 256 0");
   const Ref<CService> log = all->ItemByKey(u"Log");
-  EXPECT_EQ(log->DisplayName() + log->ServerName + log->DomainName, u"Log of everythingSRVCORP");
-  EXPECT_TRUE(log->Running() && log->AcceptStop() && log->OwnProcess());
-  EXPECT_TRUE(log->Configuration().type.is_changed() &&
-              log->Configuration().display_name.is_changed());
+  EXPECT_EQ(ValuesOf(*log, {u"DisplayName", u"ServerName", u"DomainName", u"ServiceType",
+                            u"CurrentState", u"ControlsAccepted"}),
+            "Log of everything|SRV|CORP|16|4|3|");
+  EXPECT_EQ(ValuesOf(*all->ItemByKey(u"Db"), {u"CurrentState", u"CheckPoint", u"WaitHint"}),
+            "2|1|20|");
+  EXPECT_EQ(ValuesOf(*all->ItemByKey(u"Web"), {u"Win32ExitCode", u"ServiceSpecificExitCode"}),
+            "1066|99|");
+  EXPECT_TRUE(log->Configuration().type.is_changed() && log->Configuration().display_name.is_changed());
 
   // What goes wrong in the middle ends the walk quietly, at its begin it is raised.
   faults().FailNthOf("EnumServicesStatusW", 3, 1117);
@@ -188,30 +199,26 @@ TEST_F(Services, AreListedInSmallSlices) {
 TEST_F(Services, AreDeliveredOneByOneUntilAListenerCancels) {
   const Ref<CServer> server = Server();
   server->PutAsyncFetch(true);
-  std::vector<std::string> told;
-  Listen(*server, [&](std::int32_t event, std::span<Variant> arguments) {
-    auto* const found = static_cast<CService*>(arguments[0].If<Ref<Object>>()->Get());
-    told.push_back(std::to_string(event) + ToUtf8(found->ServiceName));
-    if (told.size() == 2) arguments[1].Assign(Variant(true));
-  });
+  std::string log;
+  Log(log, server.Get(), u"ServiceName", 2);
   EXPECT_EQ(server->GetServices(SERVICE_TYPE_ALL, SERVICE_STATE_ALL)->Count(), 0);
-  EXPECT_THAT(told, ElementsAre("4Db", "4Disk"));
+  EXPECT_EQ(log,
+            "Retrieving Services for Server SRV\n4 CService Db\nRetrieved Service Db\n"
+            "4 CService Disk\n");
   server->PutAsyncFetch(false);
 }
 
 TEST_F(Services, ChangeTheirStateWhileACallerWaitsByTheEstatesClock) {
-  std::vector<std::string> told;
-  Listen(StatusObject(), [&](std::int32_t, std::span<Variant> arguments) {
-    told.push_back(ToUtf8(ToText(arguments[0])));
-  });
+  std::string told;
+  Log(told);
   Service& log = service(u"Log");
   log.stop_time = 2500;
   log.pause_time = 10;
   log.wait_hint = 5000;  // of which the wait sleeps a second at most
   const Ref<CService> ours = Get(u"Log");
-  auto seconds = [&, begun = estate().milliseconds()]() mutable {
+  auto passed = [&, begun = estate().milliseconds()]() mutable {
     const auto now = estate().milliseconds();
-    return (now - std::exchange(begun, now)) / 1000;
+    return now - std::exchange(begun, now);
   };
   struct Step {
     ServiceControlsEnum control;
@@ -220,34 +227,53 @@ TEST_F(Services, ChangeTheirStateWhileACallerWaitsByTheEstatesClock) {
     std::uint64_t takes;
   };
   const Step steps[] = {{SERVICE_CONTROL_INTERROGATE, "[Log 128][Log 5]", SERVICE_RUNNING, 0},
-                        {SERVICE_CONTROL_PAUSE, "[Log 196][Log 5]", SERVICE_PAUSED, 1},
+                        {SERVICE_CONTROL_PAUSE, "[Log 196][Log 5]", SERVICE_PAUSED, 1000},
                         {SERVICE_CONTROL_CONTINUE, "[Log 196][Log 5]", SERVICE_RUNNING, 0},
-                        {SERVICE_CONTROL_STOP, "[Log 164][Log 5]", SERVICE_STOPPED, 3}};
+                        {SERVICE_CONTROL_STOP, "[Log 164][Log 5]", SERVICE_STOPPED, 3000}};
   for (const Step& step : steps) {
     EXPECT_TRUE(ours->SetServiceControl(step.control));
     EXPECT_EQ(Masks(), std::string("[\\\\SRV - 4][\\\\SRV - 4]") + step.masks);
     EXPECT_EQ(ours->CurrentState, step.state);
-    EXPECT_EQ(seconds(), step.takes) << step.control;
+    EXPECT_EQ(passed(), step.takes) << step.control;
   }
-  EXPECT_THAT(told, ElementsAre("Last Checkpoint = 1", "Last Checkpoint = 1", "Last Checkpoint = 2",
-                                "Last Checkpoint = 3"));
+  EXPECT_EQ(told,
+            "Last Checkpoint = 1\nLast Checkpoint = 1\nLast Checkpoint = 2\nLast Checkpoint = 3\n");
   log.start_time = 1500;
   EXPECT_TRUE(ours->Start());
+  EXPECT_THAT(Asked("ControlService"), ElementsAre("4", "4", "4")) << "each pass interrogates";
   EXPECT_EQ(Masks(), "[\\\\SRV - 4][Log 148]");
   EXPECT_TRUE(ours->Running());
-  EXPECT_EQ(seconds(), 2u);
+  EXPECT_EQ(passed(), 2000u);
+  // What a control leaves as an error may keep its state from being waited for, and what it told
+  // stays where the service can't be asked any more.
+  log.stop_time = 2500;
+  for (const DWORD error : {1062u, 1061u, 1052u, 997u, 0u, 5u}) {
+    log.SetState(kServiceRunning);
+    faults().LeaveEvery("ControlService", error);
+    ours->SetServiceControl(SERVICE_CONTROL_STOP);
+    EXPECT_EQ(ours->Stopped(), error != 5) << error;
+    faults().Clear();
+  }
+  log.SetState(kServiceRunning);
+  faults().FailEvery("QueryServiceConfigW", kErrorAccessDenied);
+  const Ref<CService> blind = Get(u"Log");
+  blind->SetServiceControl(SERVICE_CONTROL_INTERROGATE);
+  EXPECT_TRUE(blind->Running() && blind->OwnProcess());
+  blind->SetServiceControl(SERVICE_CONTROL_STOP);
+  EXPECT_TRUE(blind->Stopped());
+  faults().Clear();
+  log.SetState(kServiceRunning);
+  passed();
   // A hint of 0 brakes nothing; who never gets there is waited for a minute.
   log.wait_hint = 0;
   log.stop_time = kNever;
   EXPECT_EQ(FailureOf([&] { ours->SetServiceControl(SERVICE_CONTROL_STOP); }).substr(0, 24),
             u"1053|Veldmark2.CService|");
-  EXPECT_EQ(seconds(), 60u);
+  EXPECT_EQ(passed(), 60'000u);
 }
 
 TEST_F(Services, RefuseWithThePlatformsNumber) {
-  Service& log = service(u"Log");
-  service(u"Db").start_type = kServiceDisabled;
-  Service& idle = srv->AddService(u"Idle");
+  srv->AddService(u"Idle");
   srv->AddService(u"Circle").dependencies = {u"Other"};
   srv->AddService(u"Other").dependencies = {u"Circle"};
   srv->AddService(u"Lonely").dependencies = {u"Nobody"};
@@ -256,125 +282,100 @@ TEST_F(Services, RefuseWithThePlatformsNumber) {
   account.account = u".\\dba";
   srv->own_accounts().user(u"dba").password.emplace(u"right");
   account.password.emplace(u"wrong");
-  srv->AddService(u"Gone").is_marked_for_deletion = true;
-  srv->FindService(u"Gone")->SetState(kServiceRunning);
-  const auto start = [&](TextView name) { Get(name)->Start(); };
-  const auto control = [&](TextView name, std::int32_t value) {
-    Get(name)->SetServiceControl(static_cast<ServiceControlsEnum>(value));
+  service(u"Db").start_type = kServiceDisabled;
+  const auto start = [&](TextView name, TextView server = u"SRV") {
+    return ErrorOf([&] { Get(name, server)->Start(); });
   };
-  struct Case {
-    std::int32_t error;
-    std::function<void()> act;
-  };
-  const Case cases[] = {
-      {1056, [&] { start(u"Log"); }},
-      {1058, [&] { start(u"Db"); }},
-      {1068, [&] { start(u"Web"); }},
-      {1059, [&] { start(u"Circle"); }},
-      {1075, [&] { start(u"Lonely"); }},
-      {2, [&] { start(u"Broken"); }},
-      {1069, [&] { start(u"Account"); }},
-      {1060, [&] { start(u"None"); }},
-      {123, [&] { start(u""); }},
-      {1722, [&] { Get(u"Log", u"NOBODY")->Start(); }},
-      {1062, [&] { control(u"Idle", 1); }},
-      {1052, [&] { control(u"Log", 6); }},
-      {87, [&] { control(u"Log", 5); }},
-      {87, [&] { control(u"Log", 77); }},
-      {1072, [&] { Get(u"Gone")->Remove(); }},
-      {1072,
-       [&] {
-         const Ref<CService> gone = Get(u"Gone");
-         gone->PutStartType(SERVICE_DISABLED);
-         gone->SaveServiceInfo();
-       }},
-      {1051,
-       [&] {
-         service(u"Web").SetState(kServiceRunning);
-         control(u"Log", 1);
-       }},
-      {1055,
-       [&] {
-         srv->service_manager().is_locked = true;
-         start(u"Idle");
-       }},
-      {1055, [&] { Get(u"Idle")->Remove(); }},
-      {1055, [&] { Get(u"Idle")->SaveServiceInfo(); }},
-  };
-  for (const Case& test : cases) EXPECT_EQ(ErrorOf(test.act), test.error);
+  const std::pair<TextView, std::int32_t> cases[] = {{u"Web", 1068},     {u"Circle", 1059},
+                                                     {u"Lonely", 1075},  {u"Broken", 2},
+                                                     {u"Account", 1069}, {u"", 123}};
+  for (const auto& [name, error] : cases) EXPECT_EQ(start(name), error);
+  EXPECT_EQ(start(u"Log", u"NOBODY"), 1722);
+  EXPECT_EQ(ErrorOf([&] { Get(u"Log")->SetServiceControl(SERVICE_CONTROL_PARAMCHANGE); }), 1052);
+  Service& gone = srv->AddService(u"Gone");
+  gone.is_marked_for_deletion = true;
+  gone.SetState(kServiceRunning);
+  const Ref<CService> changed = Get(u"Gone");
+  changed->PutStartType(SERVICE_DISABLED);
+  EXPECT_EQ(ErrorOf([&] { changed->SaveServiceInfo(); }), 1072);
+  srv->service_manager().is_locked = true;
+  EXPECT_EQ(start(u"Idle"), 1055);
+  EXPECT_EQ(ErrorOf([&] { Get(u"Idle")->Remove(); }), 1055);
+  EXPECT_EQ(ErrorOf([&] { Get(u"Idle")->SaveServiceInfo(); }), 1055);
   srv->service_manager().is_locked = false;
-
-  // Each operation is denied where one bit of its mask is.
-  const auto guard = [](DWORD mask) {
-    return simulated::SecurityBlock::Make(simulated::DescriptorOf(
-        u"O:SYG:SYD:(A;;" + ToText(std::int64_t{0xF01FF & ~mask}) + u";;;BA)"));
-  };
-  for (const auto& [bit, act] : std::initializer_list<std::pair<DWORD, std::function<void()>>>{
-           {kServiceStart, [&] { start(u"Log"); }},
-           {kServiceStop, [&] { control(u"Log", 1); }},
-           {kServicePauseContinue, [&] { control(u"Log", 2); }},
-           {kServiceInterrogate, [&] { control(u"Log", 4); }},
-           {kServiceChangeConfig, [&] { Get(u"Log")->SaveServiceInfo(); }},
-           {kServiceEnumerateDependents,
-            [&] { Get(u"Log")->GetServicesDependentOnMe(SERVICE_STATE_ALL); }},
-           {kDelete, [&] { Get(u"Log")->Remove(); }},
-           {kReadControl, [&] { Get(u"Log")->GetSecurityDescriptor(); }}}) {
-    log.security = guard(bit);
-    EXPECT_EQ(ErrorOf(act), 5) << bit;
-  }
-  log.security = guard(0);
+  // A list denies what its mask lacks, and who may not administer the computer starts nothing.
+  service(u"Idle").security = simulated::SecurityBlock::Make(simulated::DescriptorOf(
+      u"O:SYG:SYD:(A;;" + ToText(std::int64_t{0xF01FF & ~kServiceStart}) + u";;;BA)"));
+  EXPECT_EQ(start(u"Idle"), 5);
+  Get(u"Idle")->SaveServiceInfo();
   srv->SetMayBeAdministered(false);
-  EXPECT_EQ(ErrorOf([&] { start(u"Idle"); }), 5);
-  EXPECT_EQ(idle.StateAt(estate().now()), kServiceStopped);
-  EXPECT_EQ(Get(u"Log")->DisplayName() + Get(u"Db")->BinaryPathName(), u"C:\\db.exe -k");
+  EXPECT_EQ(start(u"Broken"), 5);
+  EXPECT_EQ(Get(u"Db")->BinaryPathName(), u"C:\\db.exe -k");
 }
 
 TEST_F(Services, AreSavedInTheOrderThatOlderSystemsAccept) {
-  const auto changes = [&](const std::function<void(CService&)>& change, TextView name = u"Db") {
-    const Ref<CService> ours = Get(name);
+  srv->description().version_major = 5;
+  struct Row {
+    void (*change)(CService&);
+    const char* calls;
+  };
+  const Row rows[] = {
+      {[](CService& s) { s.PutServiceType(SERVICE_WIN32_SHARE_PROCESS); }, "32 -1 -1 - - - - - -;"},
+      {[](CService& s) { s.PutServiceType(SERVICE_WIN32_OWN_PROCESS); }, "16 -1 -1 - - - - - -;"},
+      {[](CService& s) { s.PutStartType(SERVICE_AUTO_START); }, "-1 2 -1 - - - - - -;"},
+      {[](CService& s) { s.PutErrorControl(SERVICE_ERROR_SEVERE); }, "-1 -1 2 - - - - - -;"},
+      {[](CService& s) { s.PutBinaryPathName(u"a"); }, "-1 -1 -1 a - - - - -;"},
+      {[](CService& s) { s.PutLoadOrderGroup(u"f"); }, "-1 -1 -1 - f - - - -;"},
+      {[](CService& s) { s.PutDependencies(u"Log|Disk"); }, "-1 -1 -1 - - Log|Disk - - -;"},
+      {[](CService& s) { s.PutDisplayName(u"d"); }, "-1 -1 -1 - - - - - d;"},
+      {[](CService& s) {
+         s.PutDescription(u"x");
+         s.PutTagId(3);
+         s.PutDisplayName(s.DisplayName());
+         s.PutServiceStartName(u"\\\\SRV\\dba");
+         s.PutPassword(Secret(u"x"));
+         s.PutPassword(Secret(u""));
+       },
+       ""},
+      {[](CService& s) {
+         s.PutPassword(Secret(u"x"));
+         s.Refresh();
+       },
+       ""},
+      {[](CService& s) { s.PutPassword(Secret(u"secret")); },
+       "-1 -1 -1 - - - \\\\SRV\\dba password -;"},
+      {[](CService& s) {
+         s.PutServiceStartName(u"LocalSystem");
+         s.PutInteractsWithDesktop(true);
+         s.PutPassword(Secret(u"x"));
+       },
+       "-1 -1 -1 - - - LocalSystem password -;272 -1 -1 - - - - - -;"},
+      {[](CService& s) {
+         s.PutInteractsWithDesktop(false);
+         s.PutServiceStartName(u"\\\\SRV\\dba");
+       },
+       "16 -1 -1 - - - - - -;-1 -1 -1 - - - SRV\\dba  -;"},
+      {[](CService& s) {
+         s.PutServiceStartName(u"LocalSystem");
+         s.PutServiceType(SERVICE_WIN32_SHARE_PROCESS);
+       },
+       "32 -1 -1 - - - - - -;-1 -1 -1 - - - LocalSystem  -;"}};
+  for (const Row& row : rows) {
+    const Ref<CService> ours = Get(u"Db");
     ours->Refresh();
-    change(*ours);
+    row.change(*ours);
     journal().Clear();
     ours->SaveServiceInfo();
-    EXPECT_EQ(Asked("OpenServiceW"), std::vector<std::string>{ToUtf8(name) + " 2"});
-    EXPECT_EQ(Asked("OpenSCManagerW"), std::vector<std::string>{"\\\\SRV - 983103"});
-    EXPECT_EQ(Asked("LockServiceDatabase").size() + Asked("UnlockServiceDatabase").size(), 2u);
+    std::string calls;
+    for (const std::string& call : Asked("ChangeServiceConfigW")) calls += call + ";";
+    EXPECT_EQ(calls, row.calls);
+    EXPECT_EQ(journal().Count("LockServiceDatabase") + journal().Count("UnlockServiceDatabase"),
+              2u);
+    EXPECT_EQ(Masks(), "[\\\\SRV - 983103][Db 2]");
     EXPECT_EQ(ours->Password(), nullptr);
-    return Asked("ChangeServiceConfigW");
-  };
-  srv->description().version_major = 5;
-  EXPECT_THAT(changes([](CService&) {}), IsEmpty());
-  EXPECT_THAT(changes([](CService& s) { s.PutStartType(SERVICE_AUTO_START); }),
-              ElementsAre("-1 2 -1 - - - - - -"));
-  EXPECT_THAT(changes([](CService& s) {
-                s.PutDescription(u"x");
-                s.PutTagId(3);
-                s.PutDisplayName(s.DisplayName());
-                s.PutServiceStartName(u"\\\\SRV\\dba");
-              }),
-              IsEmpty());
+  }
   EXPECT_EQ(service(u"Db").description, u"Keeps the data");
-  EXPECT_THAT(changes([](CService& s) {
-                s.PutBinaryPathName(u"b");
-                s.PutLoadOrderGroup(u"g");
-                s.PutDependencies(u"Log|Disk");
-                s.PutDisplayName(u"d");
-                s.PutErrorControl(SERVICE_ERROR_SEVERE);
-                s.PutPassword(Secret(u"secret"));
-              }),
-              ElementsAre("-1 -1 2 b g Log|Disk - - d", "-1 -1 -1 - - - \\\\SRV\\dba password -"));
   EXPECT_EQ(service(u"Db").dependencies, std::vector<Text>{u"Log|Disk"});
-  EXPECT_THAT(changes([](CService& s) {
-                s.PutServiceStartName(u"LocalSystem");
-                s.PutInteractsWithDesktop(true);
-                s.PutPassword(Secret(u"x"));
-              }),
-              ElementsAre("-1 -1 -1 - - - LocalSystem password -", "272 -1 -1 - - - - - -"));
-  EXPECT_THAT(changes([](CService& s) {
-                s.PutInteractsWithDesktop(false);
-                s.PutServiceStartName(u"\\\\SRV\\dba");
-              }),
-              ElementsAre("16 -1 -1 - - - - - -", "-1 -1 -1 - - - SRV\\dba  -"));
   // What is listed writes its type and display name, too.
   const Ref<CService> listed =
       Server()->GetServices(SERVICE_WIN32, SERVICE_ACTIVE)->ItemByKey(u"Log");
@@ -382,9 +383,6 @@ TEST_F(Services, AreSavedInTheOrderThatOlderSystemsAccept) {
   journal().Clear();
   listed->SaveServiceInfo();
   EXPECT_THAT(Asked("ChangeServiceConfigW"), ElementsAre("16 4 -1 - - - - - Log of everything"));
-  for (const auto& call : journal().entries()) {
-    EXPECT_EQ(call.argument.find("secret"), std::string::npos) << call.operation;
-  }
   // A computer of an old version is asked once for what it is.
   simulated::Computer& old = estate().AddMember(u"WORKGROUP", u"OLD", simulated::Role::Server);
   old.description().version_major = 4;
@@ -406,14 +404,21 @@ TEST_F(Services, AreSavedInTheOrderThatOlderSystemsAccept) {
 TEST_F(Services, AreInstalledAndRemoved) {
   const Ref<CService> made = Server()->CreateServiceObject();
   EXPECT_THAT(journal().entries(), IsEmpty());
-  const auto missing = [&] { EXPECT_EQ(ErrorOf([&] { made->Install(); }), 87); };
-  missing();
-  made->ServiceName = u"New";
-  made->PutBinaryPathName(u"C:\\new.exe");
-  missing();
-  made->PutServiceType(SERVICE_WIN32_OWN_PROCESS);
-  missing();
-  made->PutStartType(SERVICE_DEMAND_START);
+  const auto furnish = [&] {
+    made->ServiceName = u"New";
+    made->PutBinaryPathName(u"C:\\new.exe");
+    made->PutServiceType(SERVICE_WIN32_OWN_PROCESS);
+    made->PutStartType(SERVICE_DEMAND_START);
+  };
+  const std::function<void()> lacks[] = {
+      [&] { made->ServiceName.clear(); }, [&] { made->PutBinaryPathName(u""); },
+      [&] { made->PutServiceType({}); }, [&] { made->PutStartType(SERVICE_BOOT_START); }};
+  for (const auto& lack : lacks) {
+    furnish();
+    lack();
+    EXPECT_EQ(ErrorOf([&] { made->Install(); }), 87);
+  }
+  furnish();
   made->PutPassword(Secret(u"x"));
   EXPECT_EQ(Asked("OpenSCManagerW").size(), 0u);
   made->Install();
@@ -421,21 +426,6 @@ TEST_F(Services, AreInstalledAndRemoved) {
   EXPECT_EQ(service(u"New").display_name + service(u"New").account, u"NewLocalSystem");
   EXPECT_EQ(FailureOf([&] { made->Install(); }),
             u"1073|Veldmark2.CService|The specified service already exists.");
-  const auto other = [&](auto change) {
-    const Ref<CService> service = Server()->CreateServiceObject();
-    service->ServiceName = u"Other";
-    service->PutBinaryPathName(u"x");
-    service->PutServiceType(SERVICE_WIN32_OWN_PROCESS);
-    service->PutStartType(SERVICE_DEMAND_START);
-    change(*service);
-    return ErrorOf([&] { service->Install(); });
-  };
-  EXPECT_EQ(other([](CService& s) { s.ServiceName = u"a\\b"; }), 123);
-  EXPECT_EQ(other([](CService& s) { s.PutDisplayName(u"LOG OF EVERYTHING"); }), 1078);
-  EXPECT_EQ(other([](CService& s) { s.PutServiceStartName(u"nobody"); }), 1057);
-  EXPECT_EQ(other([](CService& s) { s.PutDependencies(u"Other"); }), 1059);
-  EXPECT_EQ(other([](CService& s) { s.PutServiceType(SERVICE_WIN32); }), 87);
-  EXPECT_EQ(srv->FindService(u"Other"), nullptr);
   journal().Clear();
   made->Remove();
   EXPECT_EQ(Masks(), "[\\\\SRV - 983103][New 65536]");
@@ -449,7 +439,9 @@ TEST_F(Services, AreInstalledAndRemoved) {
 
 TEST_F(Services, KnowWhatTheyDependOnAndWhatDependsOnThem) {
   const auto dependents = [&](TextView name, std::int32_t states = 3) {
-    return Get(name)->GetServicesDependentOnMe(static_cast<ServiceStatesMaskEnum>(states));
+    const Ref<CService> asked = Get(name);
+    asked->DomainName = u"CORP";
+    return asked->GetServicesDependentOnMe(static_cast<ServiceStatesMaskEnum>(states));
   };
   EXPECT_EQ(Names(dependents(u"Log")), "Web Db");
   EXPECT_EQ(Masks(), "[\\\\SRV - 983103][Log 10]");
@@ -460,8 +452,9 @@ TEST_F(Services, KnowWhatTheyDependOnAndWhatDependsOnThem) {
   EXPECT_EQ(Names(active), "Db");
   const Ref<CService> db = active->ItemByIndex(1);
   EXPECT_TRUE(db->Running() && db->OwnProcess());
-  EXPECT_EQ(db->ServerName + db->DisplayName(), u"SRVDb");
+  EXPECT_EQ(db->ServerName + db->DomainName + db->DisplayName(), u"SRVCORPDb");
   EXPECT_EQ(Names(Get(u"Web")->GetMyDependentServices()), "Db Log");
+  EXPECT_EQ(db->GetMyDependentServices()->ItemByIndex(1)->DomainName, u"CORP");
   EXPECT_EQ(Names(Get(u"Log")->GetMyDependentServices()), "");
   EXPECT_TRUE(Get(u"Db")->GetMyDependentServices()->ItemByIndex(1)->Running());
   // Starting one starts what it depends on before.
@@ -576,48 +569,35 @@ TEST(ServiceFaults, LeaveNoHandleOpenAndNoDatabaseLocked) {
   // What gives back reports its failure, and it is none of the caller's; a fetch never raises.
   const std::set<std::string> closing = {"CloseServiceHandle", "FormatMessageW", "LocalFree",
                                          "lstrlenW"};
-  const std::set<std::string> twice = {"OpenSCManagerW", "OpenServiceW", "QueryServiceStatus"};
-  const auto with = [&](std::set<std::string> more) {
-    more.insert(closing.begin(), closing.end());
-    return more;
-  };
-  SweepFaults<RunningWorld>(
-      closing, [](auto& w) { w.Get(u"Db")->Start(); }, unlocked);
-  SweepFaults<RunningWorld>(
-      with({"QueryServiceConfigW", "QueryServiceConfig2W"}),
-      [](auto& w) { w.Get(u"Log")->SetServiceControl(SERVICE_CONTROL_STOP); }, unlocked, twice);
+  const std::set<std::string> twice = {"OpenSCManagerW", "OpenServiceW", "QueryServiceStatus",
+                                       "EnumServicesStatusW"};
+  std::set<std::string> fetching = closing;
+  fetching.insert({"QueryServiceConfigW", "QueryServiceConfig2W"});
   SweepFaults<RunningWorld>(
       closing,
       [](auto& w) {
+        w.Get(u"Log")->GetServicesDependentOnMe(SERVICE_STATE_ALL);
         const Ref<CService> service = w.Get(u"Db");
+        service->Start();
         service->PutStartType(SERVICE_DISABLED);
         service->PutServiceStartName(u"LocalSystem");
         service->PutPassword(Secret(u"x"));
         service->SaveServiceInfo();
-      },
-      unlocked);
-  SweepFaults<RunningWorld>(
-      closing,
-      [](auto& w) {
-        const Ref<CService> service = w.Get(u"New");
+        service->Remove();
+        service->ServiceName = u"New";
         service->PutBinaryPathName(u"x");
         service->PutServiceType(SERVICE_WIN32_OWN_PROCESS);
-        service->PutStartType(SERVICE_AUTO_START);
         service->Install();
       },
       unlocked);
   SweepFaults<RunningWorld>(
-      closing, [](auto& w) { w.Get(u"Db")->Remove(); }, unlocked);
-  SweepFaults<RunningWorld>(
-      closing, [](auto& w) { w.Get(u"Log")->GetServicesDependentOnMe(SERVICE_STATE_ALL); },
-      unlocked);
-  SweepFaults<RunningWorld>(
-      with({"OpenSCManagerW", "OpenServiceW", "QueryServiceConfigW", "QueryServiceStatus",
-            "QueryServiceConfig2W"}),
-      [](auto& w) { w.Get(u"Web")->GetMyDependentServices(); }, unlocked);
-  SweepFaults<RunningWorld>(
-      with({"EnumServicesStatusW"}),
-      [](auto& w) { w.Server()->GetServices(SERVICE_TYPE_ALL, SERVICE_STATE_ALL); }, unlocked);
+      fetching,
+      [](auto& w) {
+        w.Get(u"Log")->SetServiceControl(SERVICE_CONTROL_STOP);
+        w.Get(u"Web")->GetMyDependentServices();
+        w.Server()->GetServices(SERVICE_TYPE_ALL, SERVICE_STATE_ALL);
+      },
+      unlocked, twice);
 }
 
 }  // namespace

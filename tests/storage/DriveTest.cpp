@@ -243,7 +243,7 @@ class StubProvider final : public simulated::SimulatedNetworkProvider {
 TEST(Providers, TellTheShareOfAMappedDriveToGiveItAReadableName) {
   simulated::SimulatedPlatform simulated;
   StubProvider provider(simulated.session());
-  Platform platform = Mixed(simulated.platform(), {.network_provider = &provider});
+  Platform platform = Mixed(simulated.platform(), provider);
   Apartment::Start(platform);
   for (const auto& [name, readable] : {std::pair{u"\\\\srv\\share\\sub\\", u"Share\\sub on 'Srv'"},
                                        {u"\\\\srv\\share", u"Shar on 'Srv'"},

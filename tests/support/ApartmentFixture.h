@@ -44,6 +44,16 @@ class SimulatedApartment {
     zone.DaylightBias = daylight;
     estate().SetTimeZone(zone, current);
   }
+  /// The calls since the last time that have this mark in their names, told by what is behind it.
+  std::string Called(std::string_view mark) {
+    std::string calls;
+    for (const auto& call : journal().entries()) {
+      const std::size_t at = call.operation.find(mark);
+      if (at != std::string::npos) calls += call.operation.substr(at + mark.size()) + " ";
+    }
+    journal().Clear();
+    return calls;
+  }
   /// The bytes of a file of this computer; "no file" where there is none.
   std::string ContentOf(TextView path) {
     const auto file = local().Find(path);

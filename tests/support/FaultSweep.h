@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <optional>
 #include <set>
 #include <string>
@@ -25,15 +24,6 @@ template <class World, class Scenario, class After>
 void SweepFaults(const std::set<std::string>& swallowed, Scenario&& scenario, After&& after,
                  const std::set<std::string>& either = {}) {
   constexpr DWORD kFault = 1117;
-  // What can't fail isn't counted.
-  const std::set<std::string> unfailing = {"CoTaskMemFree",
-                                           "lstrlenW",
-                                           "DoEvents",
-                                           "ModuleFolder",
-                                           "GetSecurityDescriptorLength",
-                                           "LsaNtStatusToWinError",
-                                           "GetLocalTime",
-                                           "Sleep"};
   for (std::size_t nth = 1;; ++nth) {
     World world;
     world.journal().Clear();
@@ -51,12 +41,7 @@ void SweepFaults(const std::set<std::string>& swallowed, Scenario&& scenario, Af
       EXPECT_GT(nth, 1u) << "the scenario asked nothing of the platform";
       return;
     }
-    std::size_t counted = 0;
-    const auto& calls = world.journal().entries();
-    const auto failed = std::ranges::find_if(calls, [&](const auto& call) {
-      return !unfailing.contains(call.operation) && ++counted == nth;
-    });
-    const std::string operation = failed->operation;
+    const std::string operation = world.faults().last_fired();
     SCOPED_TRACE("call " + std::to_string(nth) + ", " + operation);
     if (swallowed.contains(operation)) {
       EXPECT_EQ(raised, std::nullopt);

@@ -1,37 +1,21 @@
 #pragma once
 
+#include <type_traits>
+
 #include "platform/operations/Platform.h"
 
 namespace veldmark {
 
-/// Families of a test's own; null where the platform keeps its own.
-struct Replacements {
-  NetworkProvider* network_provider = nullptr;
-  Security* security = nullptr;
-  AccountManagement* accounts = nullptr;
-  Printing* printers = nullptr;
-  EventLog* event_logs = nullptr;
-};
-
-/// The platform with other families in these places.
-inline Platform Mixed(const Platform& whole, const Replacements& own) {
-  return {whole.files,
-          own.network_provider == nullptr ? whole.network_provider : *own.network_provider,
-          whole.messages,
-          whole.registry,
-          whole.system,
-          whole.timers,
-          own.security == nullptr ? whole.security : *own.security,
-          whole.network_management,
-          whole.version_information,
-          whole.multimedia,
-          own.accounts == nullptr ? whole.accounts : *own.accounts,
-          whole.authority,
-          whole.sockets,
-          whole.services,
-          own.printers == nullptr ? whole.printers : *own.printers,
-          own.event_logs == nullptr ? whole.event_logs : *own.event_logs,
-          whole.tasks};
+/// The platform with a test's own family in place of the one of its kind.
+template <class Own>
+Platform Mixed(const Platform& whole, Own& own) {
+  const auto pick = [&own]<class Family>(Family& family) -> Family& {
+    if constexpr (std::is_base_of_v<Family, Own>) return own;
+    return family;
+  };
+  const auto& [a, b, c, d, e, f, g, h, i, j, k, l, m, n, o, p, q] = whole;
+  return {pick(a), pick(b), pick(c), pick(d), pick(e), pick(f), pick(g), pick(h), pick(i),
+          pick(j), pick(k), pick(l), pick(m), pick(n), pick(o), pick(p), pick(q)};
 }
 
 }  // namespace veldmark

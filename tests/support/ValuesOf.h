@@ -1,20 +1,23 @@
 #pragma once
 
-#include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "automation/Conversion.h"
 #include "automation/Interface.h"
 
 namespace veldmark {
 
-/// Properties of an object as texts, "FS1|CORP|500"; a date as its number.
-inline std::string ValuesOf(Object& object, std::initializer_list<TextView> properties) {
+/// The values of an object's properties as texts, "FS1|CORP|500"; of all where none are named.
+inline std::string ValuesOf(Object& object, std::vector<TextView> properties = {}) {
+  if (properties.empty()) {
+    for (const Member& member : object.GetInterface().members) {
+      if (member.kind == MemberKind::kGet) properties.push_back(member.name);
+    }
+  }
   std::string values;
   for (const TextView property : properties) {
-    const Variant value = Call(object, property, MemberKind::kGet);
-    const Date* const date = value.If<Date>();
-    values += ToUtf8(ToText(date ? Variant(date->days) : value)) + "|";
+    values += ToUtf8(ToText(Call(object, property, MemberKind::kGet))) + "|";
   }
   if (!values.empty()) values.pop_back();
   return values;

@@ -34,7 +34,10 @@ FaultHook::Effect FaultHook::Next(std::string_view operation) {
     if (effect.leaves == 0) effect.leaves = rule->effect.leaves;
     rule = rule->countdown == 0 ? rule + 1 : rules_.erase(rule);
   }
-  if (effect.fails != 0 || effect.leaves != 0) ++fired_;
+  if (effect.fails != 0 || effect.leaves != 0) {
+    ++fired_;
+    last_fired_ = operation;
+  }
   return effect;
 }
 

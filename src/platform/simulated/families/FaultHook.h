@@ -42,6 +42,8 @@ class FaultHook {
 
   std::size_t calls() const { return calls_; }
   std::size_t fired() const { return fired_; }
+  // The call that did something else last.
+  const std::string& last_fired() const { return last_fired_; }
 
   // Counts a call.
   Effect Next(std::string_view operation);
@@ -56,6 +58,7 @@ class FaultHook {
   std::vector<Rule> rules_;
   std::size_t calls_ = 0;
   std::size_t fired_ = 0;
+  std::string last_fired_;
 };
 
 }  // namespace veldmark::simulated

@@ -11,7 +11,7 @@
 namespace veldmark::simulated {
 
 // The event logs of an estate's computers, and files of records on their drives.
-class SimulatedEventLog final : public EventLog {
+class SimulatedEventLog : public EventLog {
  public:
   explicit SimulatedEventLog(Session& session) : session_(session) {}
 

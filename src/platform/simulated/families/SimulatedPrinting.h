@@ -6,7 +6,7 @@
 namespace veldmark::simulated {
 
 // The printers of an estate's computers.
-class SimulatedPrinting final : public Printing {
+class SimulatedPrinting : public Printing {
  public:
   explicit SimulatedPrinting(Session& session) : session_(session) {}
 
