@@ -97,7 +97,6 @@ TEST(Permissions, AreToldByAllTheRightsBehindAWordAndByNoFewer) {
       {"key's codes", Codes(u"CRegKey"), 0x1511D5AD},
       {"printer's codes", Codes(u"CPrinter"), 0xEA157994},
       {"other codes", Codes(u""), 0x7AF17609},
-      {"service's other codes", Codes(u"Service"), 0x7AF17609},
       {"key's other codes", Codes(u"RegKey"), 0xD794A6C6},
       {"printer's other codes", Codes(u"Printer"), 0x682E4694},
       {"printer 2, codes", PrinterCodes(2), 0xC9BF6EF5},
