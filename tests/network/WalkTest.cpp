@@ -1,3 +1,4 @@
+#include "accounts/CUsers.h"
 #include "network/NetworkFixture.h"
 #include "network/ServerNames.h"
 #include "storage/CFolder.h"

@@ -80,16 +80,27 @@ TEST(Permissions, AreToldByAllTheRightsBehindAWordAndByNoFewer) {
     Words words;
     std::uint32_t sum;
   } cases[] = {
-      {"file", Verdict(u"CFile"), 0},           {"folder", Verdict(u"CFolder"), 0},
-      {"share", Verdict(u"CShare"), 0},         {"service", Verdict(u"CService"), 0},
-      {"key", Verdict(u"CRegKey"), 0},          {"printer", Verdict(u"CPrinter"), 0},
-      {"printer 11", PrinterVerdict(27), 0},    {"printer 10", PrinterVerdict(14), 0},
-      {"printer 9", PrinterVerdict(9), 0},      {"printer 8", PrinterVerdict(8), 0},
-      {"printer 3", PrinterVerdict(3), 0},      {"file's codes", Codes(u"CFile"), 0},
-      {"folder's codes", Codes(u"CFolder"), 0}, {"service's codes", Codes(u"CService"), 0},
-      {"key's codes", Codes(u"CRegKey"), 0},    {"printer's codes", Codes(u"CPrinter"), 0},
-      {"other codes", Codes(u""), 0},           {"printer 2, codes", PrinterCodes(2), 0},
-      {"printer 1, codes", PrinterCodes(1), 0},
+      {"file", Verdict(u"CFile"), 0x670A8816},
+      {"folder", Verdict(u"CFolder"), 0x670A8816},
+      {"share", Verdict(u"CShare"), 0xA5EC43EC},
+      {"service", Verdict(u"CService"), 0x5738DC30},
+      {"key", Verdict(u"CRegKey"), 0xCFC8E36B},
+      {"printer", Verdict(u"CPrinter"), 0x59FF8BBD},
+      {"printer 11", PrinterVerdict(27), 0x80CF0F47},
+      {"printer 10", PrinterVerdict(14), 0x89EA27B8},
+      {"printer 9", PrinterVerdict(9), 0xF15EE8E1},
+      {"printer 8", PrinterVerdict(8), 0x7FCD9767},
+      {"printer 3", PrinterVerdict(3), 0x7FCD9767},
+      {"file's codes", Codes(u"CFile"), 0x7AF17609},
+      {"folder's codes", Codes(u"CFolder"), 0x7980E902},
+      {"service's codes", Codes(u"CService"), 0x67330915},
+      {"key's codes", Codes(u"CRegKey"), 0x1511D5AD},
+      {"printer's codes", Codes(u"CPrinter"), 0xEA157994},
+      {"other codes", Codes(u""), 0x7AF17609},
+      {"key's other codes", Codes(u"RegKey"), 0xD794A6C6},
+      {"printer's other codes", Codes(u"Printer"), 0x682E4694},
+      {"printer 2, codes", PrinterCodes(2), 0xC9BF6EF5},
+      {"printer 1, codes", PrinterCodes(1), 0xB79FD769},
   };
   for (const auto& c : cases) EXPECT_EQ(Sum(c.words), c.sum) << c.routine;
 }
