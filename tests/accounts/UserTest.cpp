@@ -31,8 +31,8 @@ TEST_F(Users, AreFetchedWithEveryFieldOfTheirRecord) {
                       u"NumLogons", u"PasswordExpired", u"PasswordAge", u"LastLogon", u"LastLogoff",
                       u"AccountExpires", u"ServerName", u"DomainName"}),
             "ann|0|Ann Example||a comment|her "
-            "own|\\\\SRV\\ann|H:|logon.cmd|\\\\SRV\\profiles|7|True|60|0|"
-            "0|0|srv|");
+            "own|\\\\SRV\\ann|H:|logon.cmd|\\\\SRV\\profiles|7|True|60|"
+            "12:00:00 AM|12:00:00 AM|12:00:00 AM|srv|");
 }
 
 TEST_F(Users, HaveDatesInLocalTimeAndZeroForNever) {

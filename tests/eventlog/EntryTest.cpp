@@ -74,7 +74,7 @@ class Entries : public TestIn<MessageWorld> {
 
 TEST_F(Entries, TellTheirNumbersAndTypesInParts) {
   const std::pair<std::uint32_t, const char*> ids[] = {
-      {0x40060012, "18|6|"}, {0xC0060012, "18|4090|"}, {0x0000FFFE, "-2|0|"}, {0x80000001, "1|0|"}};
+      {0x40060012, "18|6"}, {0xC0060012, "18|4090"}, {0x0000FFFE, "-2|0"}, {0x80000001, "1|0"}};
   for (const auto& [id, parts] : ids) {
     EXPECT_EQ(ValuesOf(*Entry(static_cast<std::int32_t>(id)), {u"EventCode", u"FacilityCode"}),
               parts);

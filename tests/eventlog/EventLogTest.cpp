@@ -171,7 +171,7 @@ TEST_F(EventLogs, HandTheWholeRecordOver) {
   };
   for (const auto& entry : both) {
     EXPECT_EQ(shown(*entry),
-              "11/14/2023 9:13:20 AM|11/14/2023 9:14:20 AM|5|2|7|Kettle|STOVE|System|");
+              "11/14/2023 9:13:20 AM|11/14/2023 9:14:20 AM|5|2|7|Kettle|STOVE|System");
     EXPECT_EQ(ToUtf8(entry->Sid()->SidText()), "S-1-5-18");
     EXPECT_EQ(sids(), counted) << "one that nobody has read counts as well";
     EXPECT_EQ(entry->StringsArray(), Variant(TextArray({u"one", u"", u"three"}, 1)));
@@ -188,7 +188,7 @@ TEST_F(EventLogs, HandTheWholeRecordOver) {
              .generated = 0x80000000});
   const auto bare = NewLog()->GetEventLogEntry(0);
   EXPECT_EQ(shown(*bare),
-            "12/13/1901 7:45:52 AM|12/31/1969 11:00:00 AM|-1073741823|-1|-1|||System|");
+            "12/13/1901 7:45:52 AM|12/31/1969 11:00:00 AM|-1073741823|-1|-1|||System");
   EXPECT_EQ(bare->Sid(), nullptr);
   EXPECT_EQ(bare->StringsArray().Type(), VariantType::kEmpty);
   EXPECT_EQ(bare->Data().Type(), VariantType::kEmpty);

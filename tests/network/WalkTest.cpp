@@ -1,3 +1,4 @@
+#include "accounts/CUser.h"
 #include "accounts/CUsers.h"
 #include "network/NetworkFixture.h"
 #include "network/ServerNames.h"

@@ -53,9 +53,9 @@ TEST_F(Printers, ReadAsTheirRecordsSay) {
   const Ref<CPrinters> printers = Server()->GetPrinters();
   EXPECT_EQ(ValuesOf(*printers->ItemByKey(u"Laser")),
             "Laser|Duplex|\\\\FS1\\Laser|-2147475384|30|4|2|99|2/28/1900|12/29/1899|32768|RAW|PS|"
-            "1st|p|LPT1:,LPT2:|winprint|sep|LASER|FS1|");
+            "1st|p|LPT1:,LPT2:|winprint|sep|LASER|FS1");
   EXPECT_EQ(ValuesOf(*printers->ItemByKey(u"Plotter")),
-            "Plotter||\\\\FS1\\Plotter|64|0|0|0|1|12:00:00 AM|12:00:00 AM|0|||||||||FS1|");
+            "Plotter||\\\\FS1\\Plotter|64|0|0|0|1|12:00:00 AM|12:00:00 AM|0|||||||||FS1");
   EXPECT_EQ(Server(u"PC1")->GetPrinters()->Count(), 0);
 }
 

@@ -98,12 +98,11 @@ class Services : public TestIn<ServicesWorld> {};
 TEST_F(Services, ReadTheirConfigurationOnceWhenItIsFirstAskedFor) {
   const Ref<CService> db = Get(u"Db");
   EXPECT_FALSE(db->Stopped());  // nobody has filled the status yet
-  EXPECT_EQ(
-      ValuesOf(*db,
-               {u"ErrorControl", u"StartType", u"TagId", u"BinaryPathName", u"LoadOrderGroup",
-                u"ServiceStartName", u"Dependencies", u"Description", u"DisplayName",
-                u"ServiceType", u"InteractsWithDesktop", u"Stopped", u"OwnProcess", u"AcceptStop"}),
-      "1|2|7|C:\\db.exe -k|Base|\\\\SRV\\dba|Log|Keeps the data|Db|16|False|True|True|False|");
+  EXPECT_EQ(ValuesOf(*db, {u"ErrorControl", u"StartType", u"TagId", u"BinaryPathName",
+                           u"LoadOrderGroup", u"ServiceStartName", u"Dependencies", u"Description",
+                           u"DisplayName", u"ServiceType", u"InteractsWithDesktop", u"Stopped",
+                           u"OwnProcess", u"AcceptStop"}),
+            "1|2|7|C:\\db.exe -k|Base|\\\\SRV\\dba|Log|Keeps the data|Db|16|False|True|True|False");
   EXPECT_EQ(Masks(), "[\\\\SRV - 4][Db 5]");
   service(u"Db").binary_path = u"C:\\other.exe";
   EXPECT_EQ(db->BinaryPathName(), u"C:\\db.exe -k");
@@ -140,7 +139,7 @@ TEST_F(Services, TestTheBitsOfTypeStateAndControls) {
                               u"Stopped", u"StartPending", u"StopPending", u"Running",
                               u"ContinuePending", u"PausePending", u"Paused", u"AcceptStop",
                               u"AcceptPauseContinue", u"AcceptShutdown"}),
-            "False|True|True|False|False|False|False|False|False|True|False|False|True|True|");
+            "False|True|True|False|False|False|False|False|False|True|False|False|True|True");
   EXPECT_THAT(journal().entries(), IsEmpty());
   plain->PutInteractsWithDesktop(true);
   EXPECT_EQ(plain->ServiceType(), 1 | 32 | 256);
@@ -174,12 +173,13 @@ TEST_F(Services, AreListedInSmallSlices) {
   const Ref<CService> log = all->ItemByKey(u"Log");
   EXPECT_EQ(ValuesOf(*log, {u"DisplayName", u"ServerName", u"DomainName", u"ServiceType",
                             u"CurrentState", u"ControlsAccepted"}),
-            "Log of everything|SRV|CORP|16|4|3|");
+            "Log of everything|SRV|CORP|16|4|3");
   EXPECT_EQ(ValuesOf(*all->ItemByKey(u"Db"), {u"CurrentState", u"CheckPoint", u"WaitHint"}),
-            "2|1|20|");
+            "2|1|20");
   EXPECT_EQ(ValuesOf(*all->ItemByKey(u"Web"), {u"Win32ExitCode", u"ServiceSpecificExitCode"}),
-            "1066|99|");
-  EXPECT_TRUE(log->Configuration().type.is_changed() && log->Configuration().display_name.is_changed());
+            "1066|99");
+  EXPECT_TRUE(log->Configuration().type.is_changed() &&
+              log->Configuration().display_name.is_changed());
 
   // What goes wrong in the middle ends the walk quietly, at its begin it is raised.
   faults().FailNthOf("EnumServicesStatusW", 3, 1117);
