@@ -29,8 +29,9 @@ void Try(std::initializer_list<std::int32_t> settled, Action&& action) {
 
 /// An apartment on an estate, for all inputs of a run.
 struct World {
-  explicit World(simulated::Estate estate = {})
-      : simulated(std::move(estate)), platform(simulated.platform()) {
+  template <class... Estate>
+  explicit World(Estate&&... estate)
+      : simulated(std::forward<Estate>(estate)...), platform(simulated.platform()) {
     Apartment::Start(platform);
   }
   ~World() { Apartment::End(); }

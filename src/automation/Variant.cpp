@@ -10,7 +10,7 @@ Variant::Variant(Variant&& other) noexcept = default;
 Variant& Variant::operator=(const Variant& other) = default;
 Variant& Variant::operator=(Variant&& other) noexcept = default;
 Variant::~Variant() = default;
-bool Variant::operator==(const Variant& other) const = default;
+bool Variant::operator==(const Variant& other) const { return storage_ == other.storage_; }
 
 Variant Variant::Dereferenced() const {
   const Reference* reference = If<Reference>();

@@ -73,6 +73,7 @@ Ref<CSids> CSupport::GetAccountsWithUserRight(const Text& server_name, const Tex
     if (status != 0) {
       const DWORD error = authority.LsaNtStatusToWinError(status);
       if (error != kErrorNoMoreItems) RaisePlatformError(static_cast<std::int32_t>(error));
+      count = 0;
     }
     for (const auto& record : RecordsIn<LSA_ENUMERATION_INFORMATION>(buffer.Get(), count)) {
       const Bytes bytes = SidBytesAt(record.Sid);

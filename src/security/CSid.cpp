@@ -336,7 +336,8 @@ Ref<Object> CSid::Finished(CGroup& group) const {
 }
 
 void CSid::LoadAccountOnce() {
-  if (!account_loaded_ && !sid_.empty()) LoadAccountInfo();
+  // A SID of its own takes three words; what is shorter can't be looked up.
+  if (!account_loaded_ && sid_.size() > 1) LoadAccountInfo();
 }
 
 }  // namespace veldmark

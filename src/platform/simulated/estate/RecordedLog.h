@@ -61,6 +61,8 @@ class RecordedLog {
   void Clear();
 
   bool is_empty() const { return records_.empty(); }
+  // Neither are there records nor any to come.
+  bool is_new() const { return is_empty() && announced_.empty(); }
   DWORD count() const { return static_cast<DWORD>(records_.size()); }
   // Of the first record.
   DWORD oldest() const { return oldest_; }

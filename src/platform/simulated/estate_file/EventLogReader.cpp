@@ -52,7 +52,7 @@ void ReadEventLogs(const Node& node, Computer& computer, Estate& estate) {
     const Node name = described.Required("name");
     RecordedLog& log =
         name.Try([&]() -> RecordedLog& { return computer.AddEventLog(name.String()); });
-    if (!log.is_empty()) name.Complain("the computer has this log already");
+    if (!log.is_new()) name.Complain("the computer has this log already");
     if (const auto oldest = described.Field("oldest")) {
       log.StartAt(static_cast<DWORD>(oldest->Integer(1, std::numeric_limits<LONG>::max())));
     }
