@@ -38,7 +38,7 @@ T ReadArgument(const Variant& argument) {
   }
 }
 
-/// The late-bound adapter that all members of a signature share.
+/// The late-bound road to all members of a signature.
 template <class Result, class... A>
 struct LateBound {
   using Target = Result (*)(Object& self, std::remove_reference_t<A>&... values);
@@ -192,8 +192,8 @@ class Declare {
     constexpr auto kTarget = &Form::Target;
     Member::Thunk thunk = nullptr;
 #ifdef _WIN32
-    using Adapter = typename Form::template Apply<EarlyBound>;
-    thunk = reinterpret_cast<Member::Thunk>(&Adapter::template Thunk<kTarget>);
+    using Road = typename Form::template Apply<EarlyBound>;
+    thunk = reinterpret_cast<Member::Thunk>(&Road::template Thunk<kTarget>);
 #endif
     declaration::Append(table_, kind,
                         {Form::template Apply<declaration::SignatureOf>::kValue,

@@ -167,7 +167,7 @@ struct EarlyBoundBody {
   }
 };
 
-/// The early-bound adapter that all members of a signature share. `Thunk` is the function behind one slot of a
+/// The early-bound road to all members of a signature. `Thunk` is the function behind one slot of a
 /// dual interface.
 template <class Result, class... A>
 struct EarlyBound : EarlyBoundBody<Result, A...> {

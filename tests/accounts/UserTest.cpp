@@ -36,9 +36,7 @@ TEST_F(Users, AreFetchedWithEveryFieldOfTheirRecord) {
 }
 
 TEST_F(Users, HaveDatesInLocalTimeAndZeroForNever) {
-  TIME_ZONE_INFORMATION zone{};
-  zone.Bias = -360;
-  estate().SetTimeZone(zone, kTimeZoneIdStandard);
+  SetZone(-360);
   const struct {
     DWORD logon, expires;
     double logon_date, expiry_date;

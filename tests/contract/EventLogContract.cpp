@@ -1,5 +1,4 @@
 #include <cstring>
-#include <functional>
 #include <string>
 #include <vector>
 

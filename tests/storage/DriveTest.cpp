@@ -10,6 +10,7 @@
 #include "storage/CVolumes.h"
 #include "storage/StorageFixture.h"
 #include "support/MixedPlatform.h"
+#include "support/ValuesOf.h"
 
 namespace veldmark {
 namespace {
@@ -153,17 +154,6 @@ TEST_F(Drives, MoveTheDoorOfThePlayerForDiscsAndRemovableMediaOnly) {
   }
 }
 
-/// What an object's properties give, in the order of its table.
-std::string Values(Object& object) {
-  std::string values;
-  for (const Member& member : object.GetInterface().members) {
-    std::vector<Variant> none;
-    if (member.kind != MemberKind::kGet) continue;
-    values += ToUtf8(ToText(Call(object, member, none))) + "|";
-  }
-  return values;
-}
-
 TEST_F(StorageTest, VolumesAreTheDisksThatAreSharedForAdministrationAndReadOnce) {
   simulated::Computer& machine = *estate().FindComputer(u"SRV");
   for (const char16_t letter : {u'D', u'E'}) machine.AddDrive(letter);
@@ -180,14 +170,14 @@ TEST_F(StorageTest, VolumesAreTheDisksThatAreSharedForAdministrationAndReadOnce)
   EXPECT_EQ(root->Path() + root->FolderName, u"\\\\SRV\\C$\\");
   journal().Clear();
   EXPECT_FALSE(system->IsReady()) << "nothing has been read";
-  EXPECT_EQ(Values(*system),
-            "C:|SRV|\\\\SRV\\C$|68719476736|17179869184|1A2B-3C4D|NTFS|255|459007|");
+  EXPECT_EQ(ValuesOf(*system),
+            "C:|SRV|\\\\SRV\\C$|68719476736|17179869184|1A2B-3C4D|NTFS|255|459007");
   EXPECT_EQ(system->VolumeName, u"System");
   EXPECT_TRUE(system->IsReady());
   EXPECT_EQ(journal().entries().size(), 2u);
   const Ref<CVolume> empty = volumes->ItemByKey(u"E:");
   empty->PutFileSystem(u"as it was put");
-  EXPECT_EQ(Values(*empty) + ToUtf8(empty->VolumeName),
+  EXPECT_EQ(ValuesOf(*empty) + "|" + ToUtf8(empty->VolumeName),
             "E:|SRV|\\\\SRV\\E$||||as it was put|0|0|E:");
   EXPECT_FALSE(empty->IsReady());
 
@@ -197,7 +187,7 @@ TEST_F(StorageTest, VolumesAreTheDisksThatAreSharedForAdministrationAndReadOnce)
   }
   std::string seen;
   Listen(*server, [&](std::int32_t event, std::span<Variant> arguments) {
-    seen += std::to_string(event) + Values(*ToObject(arguments[0]));
+    seen += std::to_string(event) + ValuesOf(*ToObject(arguments[0]));
     arguments[1].Assign(true);
   });
   server->PutAsyncFetch(true);
@@ -218,8 +208,8 @@ TEST_F(StorageTest, SharesTellWhatTheirRecordHoldsUntilTheyEnd) {
   tape.details_denied = true;
   const Ref<CShares> shares = Make<SystemRoot>()->GetServer(u"SRV", u"")->GetShares();
   const Ref<CShare> share = shares->ItemByKey(u"Full");
-  EXPECT_EQ(Values(*share), "Full|SRV|C:\\Shared|\\\\SRV\\Full|All|0|3|7|2||");
-  EXPECT_EQ(Values(*shares->ItemByKey(u"Tape")), "Tape|SRV||\\\\SRV\\Tape|Old|2|0|0|0||");
+  EXPECT_EQ(ValuesOf(*share), "Full|SRV|C:\\Shared|\\\\SRV\\Full|All|0|3|7|2|");
+  EXPECT_EQ(ValuesOf(*shares->ItemByKey(u"Tape")), "Tape|SRV||\\\\SRV\\Tape|Old|2|0|0|0|");
   const Ref<CFolder> root = share->GetRootFolder();
   EXPECT_EQ(root->Path() + root->FolderName, u"\\\\SRV\\Full\\");
   EXPECT_TRUE(share->Delete());
