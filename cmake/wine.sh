@@ -63,7 +63,7 @@ wine_fetch_x86() {
 # a pipe open long after the program that started them.
 wine_keep_server() {
   "$wineserver" -k0 </dev/null >/dev/null 2>&1 && return 0
-  "$wineserver" -p30 </dev/null >/dev/null 2>&1 || true
+  "$wineserver" -p120 </dev/null >/dev/null 2>&1 || true
   "$wine64" wineboot </dev/null >/dev/null 2>&1 || true
 }
 

@@ -2,6 +2,8 @@
 ' the message.
 '
 '   ./run --sandbox examples/recent-errors.vbs [COMPUTER | FILE.evt]
+'
+' A saved log is a file of this computer: C:\Windows\Logs\ledger-2023.evt is one on the sample estate.
 Option Explicit
 
 Const ERROR_TYPE = 1

@@ -352,7 +352,8 @@ class SchemaWalk {
 
   void ExpectListed(const std::string& introduction, const std::set<std::string>& names) const {
     try {
-      ReadEstate(estate_.dump());
+      const std::filesystem::path folder(VELDMARK_SOURCE_DIR "/examples");
+      ReadEstate(estate_.dump(), {}, &folder);
       ADD_FAILURE() << introduction << *names.begin();
     } catch (const EstateFileError& error) {
       const std::string text = error.what();
