@@ -57,9 +57,8 @@ void WalkNetworkPages(const std::optional<Text>& source, Ask&& ask, Each&& each)
     const bool is_last =
         kLastPage == LastPage::kByStatus ? status != kErrorMoreData : resume_handle == 0;
     if (is_last) return;
-    if (resume_handle == 0 || (records.empty() && resume_handle == before)) {
-      RaisePlatformError(kErrorMoreData, source);
-    }
+    const bool leads_nowhere = records.empty() && resume_handle == before;
+    if (leads_nowhere) RaisePlatformError(kErrorMoreData, source);
   }
 }
 

@@ -323,7 +323,7 @@ TEST_F(EventLogs, StayOpenForSingleRecordsAndCounts) {
   EXPECT_NE(handle, 0);
   EXPECT_TRUE(log->CloseLog());
   ASSERT_EQ(ledger().still_open().size(), 1u) << "the first one is whoever's was told it";
-  platform.event_logs.CloseEventLog(reinterpret_cast<HANDLE>(ledger().still_open()[0].value));
+  platform.event_logs.CloseEventLog(reinterpret_cast<HANDLE>(ledger().still_open().begin()->first.value));
   log->OpenLog();
   log = nullptr;
   EXPECT_TRUE(ledger().IsClean()) << "it ends with the object";

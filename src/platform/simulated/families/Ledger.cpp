@@ -1,6 +1,5 @@
 #include "platform/simulated/families/Ledger.h"
 
-#include <algorithm>
 #include <array>
 
 namespace veldmark::simulated {
@@ -21,19 +20,16 @@ std::string Name(Resource resource) {
 
 void Ledger::Opened(Resource resource, std::uintptr_t value, std::string_view operation,
                     std::string detail) {
-  open_.push_back({resource, value, std::string(operation), std::move(detail)});
+  open_.emplace(Item{resource, value}, Origin{std::string(operation), std::move(detail)});
 }
 
 bool Ledger::Closed(Resource resource, std::uintptr_t value, std::string_view operation) {
-  // The latest is the likeliest to go first.
-  const auto found = std::find_if(open_.rbegin(), open_.rend(), [&](const Entry& entry) {
-    return entry.resource == resource && entry.value == value;
-  });
-  if (found == open_.rend()) {
+  const auto found = open_.find({resource, value});
+  if (found == open_.end()) {
     Misused(resource, value, operation);
     return false;
   }
-  open_.erase(std::next(found).base());
+  open_.erase(found);
   return true;
 }
 
@@ -44,9 +40,9 @@ void Ledger::Misused(Resource resource, std::uintptr_t value, std::string_view o
 
 std::string Ledger::Report() const {
   std::string report;
-  for (const Entry& entry : open_) {
-    report +=
-        "open " + Name(entry.resource) + " of " + entry.operation + "(" + entry.detail + ")\n";
+  for (const auto& [item, origin] : open_) {
+    report += "open " + Name(item.resource) + " of " + origin.operation + "(" + origin.detail +
+              ")\n";
   }
   for (const std::string& fault : faults_) report += "fault: " + fault + "\n";
   return report;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,9 +32,13 @@ enum class Resource {
 // leak; what came back twice, or was never handed out, is a fault of the caller.
 class Ledger {
  public:
-  struct Entry {
+  struct Item {
     Resource resource;
     std::uintptr_t value;
+
+    auto operator<=>(const Item&) const = default;
+  };
+  struct Origin {
     std::string operation;  // the one that handed it out
     std::string detail;     // what it was asked for
   };
@@ -40,13 +46,14 @@ class Ledger {
   void Opened(Resource resource, std::uintptr_t value, std::string_view operation,
               std::string detail);
 
-  // Takes an entry out. False, and a fault, if it isn't open.
+  // Takes an item out. False, and a fault, if it isn't open.
   bool Closed(Resource resource, std::uintptr_t value, std::string_view operation);
 
   // Notes the use of a handle that isn't open.
   void Misused(Resource resource, std::uintptr_t value, std::string_view operation);
 
-  const std::vector<Entry>& still_open() const { return open_; }
+  // One that was opened several times stands there as often.
+  const std::multimap<Item, Origin>& still_open() const { return open_; }
   const std::vector<std::string>& faults() const { return faults_; }
   bool IsClean() const { return open_.empty() && faults_.empty(); }
 
@@ -54,7 +61,7 @@ class Ledger {
   std::string Report() const;
 
  private:
-  std::vector<Entry> open_;
+  std::multimap<Item, Origin> open_;
   std::vector<std::string> faults_;
 };
 
