@@ -3,11 +3,11 @@
 // with their number. `bytes` is what an entry takes beside its texts and data.
 
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 #include <cstring>
 #include <vector>
 
+#include "HeapBytes.h"
 #include "apartment/Apartment.h"
 #include "apartment/CSupport.h"
 #include "eventlog/CEventLogEntries.h"
@@ -63,9 +63,9 @@ void LoadEntries(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 
-  const std::size_t before = mallinfo2().uordblks;
+  const std::size_t before = HeapBytes();
   const auto entries = Engine().LoadEventLogEntries(kServer, kLog, {}, 0, false);
-  const std::size_t taken = mallinfo2().uordblks - before;
+  const std::size_t taken = HeapBytes() - before;
   Variant index(1);
   const Ref<CEventLogEntry> entry = entries->Item(index);
   const Variant strings = entry->StringsArray();

@@ -3,12 +3,12 @@
 // `bytes` is what a listed user takes beside its texts.
 
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 #include <array>
 #include <memory>
 #include <vector>
 
+#include "HeapBytes.h"
 #include "accounts/CUser.h"
 #include "accounts/CUsers.h"
 #include "apartment/Apartment.h"
@@ -64,7 +64,7 @@ void GetUsers(benchmark::State& state) {
 
   // What the allocator counts moves by the blocks of the calls, too: these are all gone again.
   world.ForgetCalls();
-  const std::size_t before = mallinfo2().uordblks;
+  const std::size_t before = HeapBytes();
   const Ref<CUsers> users = Engine().GetUsers(world.server(), false);
   world.ForgetCalls();
   std::size_t texts = 0;
@@ -78,8 +78,7 @@ void GetUsers(benchmark::State& state) {
       count(*text);
     }
   }
-  state.counters["bytes"] =
-      static_cast<double>(mallinfo2().uordblks - before - texts) / users->Count();
+  state.counters["bytes"] = static_cast<double>(HeapBytes() - before - texts) / users->Count();
 }
 
 void BareLoop(benchmark::State& state) {

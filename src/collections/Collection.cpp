@@ -87,14 +87,14 @@ std::int64_t PositionIn(const Variant& number) {
   }
 }
 
-/// Where a slot's entry is.
+/// Where a slot's item and key are.
 struct Place {
   explicit Place(std::uint32_t slot) {
     const std::uint32_t from_first = slot + kFirstChunk;
     chunk = static_cast<std::size_t>(std::bit_width(from_first) - std::bit_width(kFirstChunk));
     index = from_first - std::bit_floor(from_first);
   }
-  static constexpr std::uint32_t kFirstChunk = 4;  ///< how many entries it has
+  static constexpr std::uint32_t kFirstChunk = 4;  ///< how many items it has
 
   std::size_t chunk, index;
 };
@@ -145,14 +145,18 @@ void Collection::Add(Variant item, CollectionKey key, const Variant& before, con
     keyed_.Reserve();
   }
   const std::uint32_t slot = FreeSlot();
+  const Place place(slot);
+  Chunk& chunk = chunks_[place.chunk];
+  if (!key.IsNone()) chunk.keys.resize(chunk.items.capacity());
   order_.insert(order_.begin() + static_cast<std::ptrdiff_t>(position), slot);
 
   // From here on nothing fails.
   free_.pop_back();
-  if (!key.IsNone()) keyed_.Insert(hash, slot);
-  Entry& entry = At(slot);
-  entry.item = std::move(item);
-  entry.key = std::move(key);
+  if (!key.IsNone()) {
+    keyed_.Insert(hash, slot);
+    chunk.keys[place.index] = std::move(key);
+  }
+  chunk.items[place.index] = std::move(item);
   for (CollectionEnumerator* enumerator : enumerators_) enumerator->OnInserted(position);
 }
 
@@ -162,7 +166,7 @@ const Variant& Collection::Item(const Variant& index) const {
   return ItemAt(PositionOf(index));
 }
 
-const Variant& Collection::Item(const CollectionKey& key) const { return At(SlotOf(key)).item; }
+const Variant& Collection::Item(const CollectionKey& key) const { return ItemIn(SlotOf(key)); }
 
 void Collection::Remove(const Variant& index) { RemoveAt(PositionOf(index)); }
 
@@ -170,13 +174,19 @@ void Collection::Remove(const CollectionKey& key) { RemoveAt(PositionOf(SlotOf(k
 
 Ref<Enumerator> Collection::NewEnum() { return Make<CollectionEnumerator>(this); }
 
-Collection::Entry& Collection::At(std::uint32_t slot) {
+const Variant& Collection::ItemIn(std::uint32_t slot) const {
   const Place place(slot);
-  return chunks_[place.chunk][place.index];
+  return chunks_[place.chunk].items[place.index];
+}
+
+CollectionKey* Collection::KeyIn(std::uint32_t slot) {
+  const Place place(slot);
+  std::vector<CollectionKey>& keys = chunks_[place.chunk].keys;
+  return keys.empty() || keys[place.index].IsNone() ? nullptr : &keys[place.index];
 }
 
 std::uint32_t Collection::Find(const CollectionKey& key, std::uint32_t hash) const {
-  return keyed_.Find(hash, [&](std::uint32_t slot) { return At(slot).key == key; });
+  return keyed_.Find(hash, [&](std::uint32_t slot) { return *KeyIn(slot) == key; });
 }
 
 CollectionKey Collection::BySortKey(const CollectionKey& key) const {
@@ -185,17 +195,17 @@ CollectionKey Collection::BySortKey(const CollectionKey& key) const {
 }
 
 void Collection::TurnToSortKeys() {
-  std::vector<std::pair<std::uint32_t, CollectionKey>> keys;
+  std::vector<std::pair<CollectionKey*, CollectionKey>> keys;
   KeyIndex keyed;
   for (const std::uint32_t slot : order_) {
-    const CollectionKey& key = At(slot).key;
-    if (key.IsNone()) continue;
-    if (key.IsByLetters()) keys.emplace_back(slot, key.BySortKey());
+    CollectionKey* const key = KeyIn(slot);
+    if (!key) continue;
+    if (key->IsByLetters()) keys.emplace_back(key, key->BySortKey());
     keyed.Reserve();
-    keyed.Insert((key.IsByLetters() ? keys.back().second : key).Hash(), slot);
+    keyed.Insert((key->IsByLetters() ? keys.back().second : *key).Hash(), slot);
   }
   // From here on nothing fails.
-  for (auto& [slot, key] : keys) At(slot).key = std::move(key);
+  for (auto& [key, by_sort_key] : keys) *key = std::move(by_sort_key);
   keyed_ = std::move(keyed);
   by_sort_keys_ = true;
 }
@@ -236,12 +246,12 @@ std::uint32_t Collection::FreeSlot() {
   if (free_.empty()) {
     const auto slot = static_cast<std::uint32_t>(order_.size());
     if (Place(slot).chunk == chunks_.size()) {
-      std::vector<Entry> chunk;
-      chunk.reserve(std::size_t{Place::kFirstChunk} << chunks_.size());
+      Chunk chunk;
+      chunk.items.reserve(std::size_t{Place::kFirstChunk} << chunks_.size());
       chunks_.push_back(std::move(chunk));
     }
     free_.push_back(slot);
-    chunks_.back().emplace_back();
+    chunks_.back().items.emplace_back();
   }
   return free_.back();
 }
@@ -250,8 +260,12 @@ void Collection::RemoveAt(std::size_t position) {
   const std::uint32_t slot = order_[position];
   free_.push_back(slot);
   // The item may end with this, and what it does then must find the list in order.
-  const Entry entry = std::exchange(At(slot), {});
-  if (!entry.key.IsNone()) keyed_.Erase(entry.key.Hash(), slot);
+  const Place place(slot);
+  const Variant item = std::exchange(chunks_[place.chunk].items[place.index], {});
+  if (CollectionKey* const key = KeyIn(slot)) {
+    keyed_.Erase(key->Hash(), slot);
+    *key = {};
+  }
   order_.erase(order_.begin() + static_cast<std::ptrdiff_t>(position));
   for (CollectionEnumerator* enumerator : enumerators_) enumerator->OnRemoved(position);
 }

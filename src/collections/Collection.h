@@ -82,15 +82,20 @@ class Collection : public ReferenceCounted {
  private:
   friend class CollectionEnumerator;
 
-  struct Entry {
-    Variant item;
-    CollectionKey key;
+  /// Items with their keys, which take no room where none of them has one.
+  struct Chunk {
+    std::vector<Variant> items;
+    std::vector<CollectionKey> keys;
   };
 
-  Entry& At(std::uint32_t slot);
-  const Entry& At(std::uint32_t slot) const { return const_cast<Collection&>(*this).At(slot); }
-  const Variant& ItemAt(std::size_t position) const { return At(order_[position]).item; }
-  /// The slot of the entry with this key; `KeyIndex::kNone` if there is none.
+  const Variant& ItemIn(std::uint32_t slot) const;
+  const Variant& ItemAt(std::size_t position) const { return ItemIn(order_[position]); }
+  /// Null where the item has none.
+  CollectionKey* KeyIn(std::uint32_t slot);
+  const CollectionKey* KeyIn(std::uint32_t slot) const {
+    return const_cast<Collection&>(*this).KeyIn(slot);
+  }
+  /// The slot of the item with this key; `KeyIndex::kNone` if there is none.
   std::uint32_t Find(const CollectionKey& key, std::uint32_t hash) const;
   /// The same, of a key of either form; raises 5 if there is none.
   std::uint32_t SlotOf(const CollectionKey& key) const;
@@ -108,10 +113,10 @@ class Collection : public ReferenceCounted {
   std::uint32_t FreeSlot();
   void RemoveAt(std::size_t position);
 
-  /// Entries by slot. An entry keeps its slot and its address: a chunk never grows beyond what was
-  /// set aside for it, each being twice as large as the one before.
-  std::vector<std::vector<Entry>> chunks_;
-  std::vector<std::uint32_t> free_;  ///< slots without an entry
+  /// By slot. An item keeps its slot and its address: a chunk never grows beyond what was set aside
+  /// for it, each being twice as large as the one before.
+  std::vector<Chunk> chunks_;
+  std::vector<std::uint32_t> free_;  ///< slots without an item
   std::deque<std::uint32_t> order_;  ///< the slot at each position
   KeyIndex keyed_;
   bool by_sort_keys_ = false;  ///< once a plain key that isn't all ASCII was added or looked up

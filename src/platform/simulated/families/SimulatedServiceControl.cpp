@@ -33,10 +33,12 @@ constexpr DWORD kFirstVersionWithoutControls = 6;
 
 // What the service manager logs, by the published numbers with severity and facility.
 constexpr TextView kLogSource = u"Service Control Manager";
-constexpr DWORD kEventStartFailed = 0xC0001B58;       // 7000
-constexpr DWORD kEventDependencyFailed = 0xC0001B59;  // 7001
-constexpr DWORD kEventControlSent = 0x40001B7B;       // 7035
-constexpr DWORD kEventStateEntered = 0x40001B7C;      // 7036
+constexpr DWORD kEventStartFailed = 0xC0001B58;        // 7000
+constexpr DWORD kEventDependencyFailed = 0xC0001B59;   // 7001
+constexpr DWORD kEventDependencyMissing = 0xC0001B5B;  // 7003
+constexpr DWORD kEventControlSent = 0x40001B7B;        // 7035
+constexpr DWORD kEventStateEntered = 0x40001B7C;       // 7036
+constexpr DWORD kErrorSeverity = 3;
 constexpr WORD kErrorEvent = 1;
 
 bool IsServiceName(TextView name) {
@@ -666,7 +668,11 @@ DWORD SimulatedServiceControl::Start(Computer& computer, Service& service,
   for (const Text& name : service.dependencies) {
     if (name.starts_with(u'+')) continue;
     Service* const needed = computer.FindService(name);
-    if (needed == nullptr || needed->is_marked_for_deletion) return kErrorServiceDependencyDeleted;
+    if (needed == nullptr) {
+      Report(computer, now(), kEventDependencyMissing, {service.display_name, name});
+      return kErrorServiceDependencyDeleted;
+    }
+    if (needed->is_marked_for_deletion) return kErrorServiceDependencyDeleted;
     if (needed->StateAt(now()) == kServiceStopped) {
       const DWORD error = Start(computer, *needed, starting);
       if (error == kErrorCircularDependency) return error;
@@ -708,7 +714,7 @@ RecordedLog::Announced SimulatedServiceControl::Report(Computer& computer, Ticks
   const auto log = computer.FindEventLog(kSystemEventLog);
   if (log == nullptr) return {};
   Event event{.source = Text(kLogSource), .id = id};
-  if (id == kEventStartFailed || id == kEventDependencyFailed) event.type = kErrorEvent;
+  if (id >> 30 == kErrorSeverity) event.type = kErrorEvent;
   event.generated = event.written = UnixTimeOf(when);
   event.computer = computer.name();
   if (id == kEventControlSent) event.user = session_.estate.token().user();
