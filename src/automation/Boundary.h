@@ -176,7 +176,8 @@ struct ParameterForm<Class*> {
   static Class* Pass(Value& value) { return value.Get(); }
 };
 
-/// A parameter as the calling roads see it: `Value&` for a by-reference one, `Value` for any other.
+/// A parameter as the calling adapters see it: `Value&` for a by-reference one, `Value` for any
+/// other.
 template <class P>
 using ArgumentOf =
     std::conditional_t<ParameterForm<P>::kByReference, typename ParameterForm<P>::Value&,

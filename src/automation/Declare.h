@@ -38,7 +38,7 @@ T ReadArgument(const Variant& argument) {
   }
 }
 
-/// The late-bound road to all members of a signature.
+/// The late-bound adapter of all members of a signature.
 template <class Result, class... A>
 struct LateBound {
   using Target = Result (*)(Object& self, std::remove_reference_t<A>&... values);

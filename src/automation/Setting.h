@@ -15,13 +15,13 @@ class Setting {
     changed_ = true;
   }
   /// The same value again is no change.
-  void PutIfOther(const Value& value) {
+  void PutIfDifferent(const Value& value) {
     if (!(value == value_)) Put(value);
   }
   /// Stores what was read, which is no change.
   void Load(Value value) { value_ = std::move(value); }
   /// Takes the mark back.
-  void Keep() { changed_ = false; }
+  void ClearChanged() { changed_ = false; }
 
  private:
   Value value_{};

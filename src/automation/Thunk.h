@@ -167,8 +167,8 @@ struct EarlyBoundBody {
   }
 };
 
-/// The early-bound road to all members of a signature. `Thunk` is the function behind one slot of a
-/// dual interface.
+/// The early-bound adapter of all members of a signature. `Thunk` is the function behind one slot
+/// of a dual interface.
 template <class Result, class... A>
 struct EarlyBound : EarlyBoundBody<Result, A...> {
   using RawResult = typename RawForm<Result>::Raw;

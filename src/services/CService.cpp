@@ -121,10 +121,10 @@ const Interface& CService::Describe() {
 void ServiceConfiguration::ForgetChanges() {
   for (Setting<Text>* const text :
        {&display_name, &binary_path, &load_order_group, &account, &dependencies, &description}) {
-    text->Keep();
+    text->ClearChanged();
   }
-  error_control.Keep();
-  start_type.Keep();
+  error_control.ClearChanged();
+  start_type.ClearChanged();
 }
 
 template <class Work>

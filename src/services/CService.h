@@ -46,12 +46,12 @@ class CService : public Exported<CService>, Counted<Counter::kService> {
   Ref<CSecurityDescriptor> GetSecurityDescriptor();
 
   const Text& DisplayName() const { return configuration_.display_name.Get(); }
-  void PutDisplayName(const Text& value) { configuration_.display_name.PutIfOther(value); }
+  void PutDisplayName(const Text& value) { configuration_.display_name.PutIfDifferent(value); }
   Text ServiceName;
   Text ServerName;
   Text DomainName;
   ServiceTypesEnum ServiceType() const { return configuration_.type.Get(); }
-  void PutServiceType(ServiceTypesEnum value) { configuration_.type.PutIfOther(value); }
+  void PutServiceType(ServiceTypesEnum value) { configuration_.type.PutIfDifferent(value); }
 
   ServiceStatesEnum CurrentState{};
   ServiceAcceptEnum ControlsAccepted{};
@@ -70,14 +70,16 @@ class CService : public Exported<CService>, Counted<Counter::kService> {
   Text BinaryPathName() { return Loaded().binary_path.Get(); }
   void PutBinaryPathName(const Text& value) { configuration_.binary_path.Put(value); }
   Text LoadOrderGroup() { return Loaded().load_order_group.Get(); }
-  void PutLoadOrderGroup(const Text& value) { configuration_.load_order_group.PutIfOther(value); }
+  void PutLoadOrderGroup(const Text& value) {
+    configuration_.load_order_group.PutIfDifferent(value);
+  }
   Text ServiceStartName() { return Loaded().account.Get(); }
   /// Another name than the stored one is stored without a leading "\\".
   void PutServiceStartName(const Text& value);
   Text Dependencies() { return Loaded().dependencies.Get(); }
-  void PutDependencies(const Text& value) { configuration_.dependencies.PutIfOther(value); }
+  void PutDependencies(const Text& value) { configuration_.dependencies.PutIfDifferent(value); }
   Text Description() { return Loaded().description.Get(); }
-  void PutDescription(const Text& value) { configuration_.description.PutIfOther(value); }
+  void PutDescription(const Text& value) { configuration_.description.PutIfDifferent(value); }
   /// Lives until the next fetch or the account's change.
   void PutPassword(const Secret& value);
 

@@ -331,7 +331,7 @@ void CSupport::SaveServiceInfo(CService& service) {
     if (is_old && account.is_changed() && !is_systems) {
       ChangeType(opened.handle, kServiceOwnProcess);
       ChangeAccount(opened.handle, service);
-      account.Keep();
+      account.ClearChanged();
       ChangeType(opened.handle, kServiceShareProcess);
     }
     // A service that interacts must be LocalSystem's before.
@@ -339,7 +339,7 @@ void CSupport::SaveServiceInfo(CService& service) {
         fields.type.is_changed() && (type & kServiceInteractiveProcess) != 0;
     if (is_systems && account.is_changed() && is_interactive) {
       ChangeAccount(opened.handle, service);
-      account.Keep();
+      account.ClearChanged();
     }
     if (fields.type.is_changed() || fields.start_type.is_changed() ||
         fields.error_control.is_changed() || fields.binary_path.is_changed() ||

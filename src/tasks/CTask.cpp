@@ -244,13 +244,13 @@ void CTask::LoadTaskFields() {
 
   for (Setting<Text>* const changed : {&Name, &ApplicationName, &WorkingDirectory, &FileName,
                                        &CommandLine, &AccountInformation, &Comment, &Creator}) {
-    changed->Keep();
+    changed->ClearChanged();
   }
-  ErrorRetryCount.Keep();
-  ErrorRetryInterval.Keep();
-  Flags.Keep();
-  MaxRunTime.Keep();
-  Priority.Keep();
+  ErrorRetryCount.ClearChanged();
+  ErrorRetryInterval.ClearChanged();
+  Flags.ClearChanged();
+  MaxRunTime.ClearChanged();
+  Priority.ClearChanged();
   password_.reset();
 }
 

@@ -337,9 +337,9 @@ TEST_F(EventLogs, GoOnForAReaderAsTheEstatesClockDoes) {
   const auto log = NewLog();
   while (ErrorOf([&] { log->GetEventLogEntry(0); }) == 0) continue;
   const simulated::Ticks now = estate().now();
-  this->log().Announce(now + 2 * simulated::kTicksPerSecond, Told(51));
-  this->log().Announce(now + simulated::kTicksPerSecond, Told(50));
-  this->log().Announce(now + 2 * simulated::kTicksPerSecond, Told(52));
+  this->log().Schedule(now + 2 * simulated::kTicksPerSecond, Told(51));
+  this->log().Schedule(now + simulated::kTicksPerSecond, Told(50));
+  this->log().Schedule(now + 2 * simulated::kTicksPerSecond, Told(52));
   estate().Advance(999);
   EXPECT_EQ(log->GetNumberOfEntries(), 5);
   EXPECT_EQ(ErrorOf([&] { log->GetEventLogEntry(0); }), 38);
@@ -351,7 +351,7 @@ TEST_F(EventLogs, GoOnForAReaderAsTheEstatesClockDoes) {
   for (const std::int32_t number : {10, 11, 12}) {
     const auto entry = log->GetEventLogEntry(0);
     EXPECT_EQ(entry->RecordNumber(), number);
-    EXPECT_EQ(entry->EventID(), number + 40) << "by their moments, and as they were announced";
+    EXPECT_EQ(entry->EventID(), number + 40) << "by their moments, and as they were scheduled";
   }
   EXPECT_EQ(ErrorOf([&] { log->GetEventLogEntry(0); }), 38);
 }

@@ -5,7 +5,7 @@
 namespace scripthost {
 namespace {
 
-class ValueEnumerator final : public Counted<IEnumVARIANT> {
+class ValueEnumerator final : public ComObject<IEnumVARIANT> {
  public:
   explicit ValueEnumerator(std::vector<Value> values, std::size_t next = 0)
       : values_(std::move(values)), next_(next) {}
@@ -34,7 +34,7 @@ class ValueEnumerator final : public Counted<IEnumVARIANT> {
   }
 
  private:
-  bool Answers(REFIID iid) const override { return IsEqualIID(iid, IID_IEnumVARIANT); }
+  bool Implements(REFIID iid) const override { return IsEqualIID(iid, IID_IEnumVARIANT); }
 
   std::vector<Value> values_;
   std::size_t next_;

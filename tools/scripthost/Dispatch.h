@@ -99,16 +99,16 @@ struct Call {
 
 // An object with one interface and a count of its references, of which its maker has the first.
 template <typename Interface>
-class Counted : public Interface {
+class ComObject : public Interface {
  public:
-  Counted() = default;
-  virtual ~Counted() = default;
-  Counted(const Counted&) = delete;
-  Counted& operator=(const Counted&) = delete;
+  ComObject() = default;
+  virtual ~ComObject() = default;
+  ComObject(const ComObject&) = delete;
+  ComObject& operator=(const ComObject&) = delete;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
     *object = nullptr;
-    if (!IsEqualIID(iid, IID_IUnknown) && !Answers(iid)) return E_NOINTERFACE;
+    if (!IsEqualIID(iid, IID_IUnknown) && !Implements(iid)) return E_NOINTERFACE;
     AddRef();
     *object = static_cast<Interface*>(this);
     return S_OK;
@@ -122,14 +122,14 @@ class Counted : public Interface {
 
  protected:
   // Whether this identifies the interface.
-  virtual bool Answers(REFIID iid) const = 0;
+  virtual bool Implements(REFIID iid) const = 0;
 
  private:
   ULONG references_ = 1;
 };
 
 // An automation object that no type library describes.
-class Undescribed : public Counted<IDispatch> {
+class UntypedDispatch : public ComObject<IDispatch> {
  public:
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
     *count = 0;
@@ -138,11 +138,11 @@ class Undescribed : public Counted<IDispatch> {
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
 
  protected:
-  bool Answers(REFIID iid) const override { return IsEqualIID(iid, IID_IDispatch); }
+  bool Implements(REFIID iid) const override { return IsEqualIID(iid, IID_IDispatch); }
 };
 
 // An automation object whose members are a table. The first member is the default one.
-class Scriptable : public Undescribed {
+class Scriptable : public UntypedDispatch {
  public:
   struct Member {
     std::wstring name;

@@ -10,7 +10,7 @@ namespace scripthost {
 
 // Listens to an object's default event interface and calls the script's procedures of the same
 // names behind a prefix.
-class EventSink final : public Undescribed {
+class EventSink final : public UntypedDispatch {
  public:
   // Subscribes; the sink belongs to the returned reference. Empty when the object has no events
   // that can be found out from its type library. `on_failure` is called after a procedure failed,
@@ -29,8 +29,8 @@ class EventSink final : public Undescribed {
                                    VARIANT* result, EXCEPINFO*, UINT*) override;
 
  private:
-  bool Answers(REFIID iid) const override {
-    return Undescribed::Answers(iid) || IsEqualIID(iid, events_);
+  bool Implements(REFIID iid) const override {
+    return UntypedDispatch::Implements(iid) || IsEqualIID(iid, events_);
   }
 
   DWORD cookie_ = 0;

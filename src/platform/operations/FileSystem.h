@@ -13,7 +13,6 @@ inline constexpr DWORD kFileAttributeDirectory = 0x10;
 inline constexpr DWORD kFileAttributeArchive = 0x20;
 inline constexpr DWORD kFileAttributeNormal = 0x80;
 inline constexpr DWORD kFileAttributeTemporary = 0x100;
-inline constexpr DWORD kFileAttributeSparseFile = 0x200;
 inline constexpr DWORD kFileAttributeReparsePoint = 0x400;
 inline constexpr DWORD kFileAttributeCompressed = 0x800;
 inline constexpr DWORD kFileAttributeOffline = 0x1000;
@@ -47,7 +46,6 @@ inline constexpr DWORD kFileFlagSequentialScan = 0x08000000;
 inline constexpr DWORD kInvalidFileSize = 0xFFFFFFFF;
 inline constexpr int kGetFileExInfoStandard = 0;
 
-inline constexpr UINT kDriveUnknown = 0;
 inline constexpr UINT kDriveNoRootDir = 1;
 inline constexpr UINT kDriveRemovable = 2;
 inline constexpr UINT kDriveFixed = 3;

@@ -11,7 +11,6 @@ inline constexpr DWORD kServerTypeWorkstation = 0x1;
 inline constexpr DWORD kServerTypeServer = 0x2;
 inline constexpr DWORD kServerTypeDomainController = 0x8;
 inline constexpr DWORD kServerTypeBackupController = 0x10;
-inline constexpr DWORD kServerTypeDomainMember = 0x100;
 inline constexpr DWORD kServerTypeNt = 0x1000;
 inline constexpr DWORD kServerTypeServerNt = 0x8000;
 inline constexpr DWORD kServerTypeAll = 0xFFFFFFFF;

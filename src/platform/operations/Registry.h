@@ -13,7 +13,6 @@ inline constexpr DWORD kKeyQueryValue = 0x0001;
 inline constexpr DWORD kKeySetValue = 0x0002;
 inline constexpr DWORD kKeyCreateSubKey = 0x0004;
 inline constexpr DWORD kKeyEnumerateSubKeys = 0x0008;
-inline constexpr DWORD kKeyNotify = 0x0010;
 inline constexpr DWORD kKeyRead = 0x20019;
 inline constexpr DWORD kKeyWrite = 0x20006;
 inline constexpr DWORD kKeyAllAccess = 0xF003F;

@@ -29,15 +29,12 @@ inline constexpr DWORD kServiceUserDefinedControl = 0x0100;
 inline constexpr DWORD kServiceAllAccess = 0xF01FF;
 
 inline constexpr DWORD kServiceKernelDriver = 0x01;
-inline constexpr DWORD kServiceFileSystemDriver = 0x02;
 inline constexpr DWORD kServiceOwnProcess = 0x10;
 inline constexpr DWORD kServiceShareProcess = 0x20;
 inline constexpr DWORD kServiceWin32 = 0x30;
 inline constexpr DWORD kServiceInteractiveProcess = 0x100;
 inline constexpr DWORD kServiceTypeAll = 0x13F;
 
-inline constexpr DWORD kServiceBootStart = 0;
-inline constexpr DWORD kServiceSystemStart = 1;
 inline constexpr DWORD kServiceAutoStart = 2;
 inline constexpr DWORD kServiceDemandStart = 3;
 inline constexpr DWORD kServiceDisabled = 4;

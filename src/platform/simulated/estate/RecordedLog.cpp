@@ -59,16 +59,16 @@ RecordedLog::RecordedLog(std::vector<RawRecord> records)
   }
 }
 
-RecordedLog::Announced RecordedLog::Announce(Ticks when, Event event) {
-  const Announced announced{when, ++announcements_};
-  announced_.emplace(announced, std::move(event));
-  return announced;
+RecordedLog::Scheduled RecordedLog::Schedule(Ticks when, Event event) {
+  const Scheduled scheduled{when, ++schedulings_};
+  scheduled_.emplace(scheduled, std::move(event));
+  return scheduled;
 }
 
-void RecordedLog::CatchUp(Ticks now) {
-  while (!announced_.empty() && announced_.begin()->first.first <= now) {
-    Add(announced_.begin()->second);
-    announced_.erase(announced_.begin());
+void RecordedLog::WriteDue(Ticks now) {
+  while (!scheduled_.empty() && scheduled_.begin()->first.first <= now) {
+    Add(scheduled_.begin()->second);
+    scheduled_.erase(scheduled_.begin());
   }
 }
 

@@ -49,20 +49,20 @@ class RecordedLog {
   // Bytes that may be no record.
   void AddRaw(RawRecord record) { records_.push_back(std::move(record)); }
 
-  // An event to come, by the moment that it is written at and its turn among those announced.
-  using Announced = std::pair<Ticks, std::uint64_t>;
-  Announced Announce(Ticks when, Event event);
+  // An event to come, by the moment that it is written at and its turn among those scheduled.
+  using Scheduled = std::pair<Ticks, std::uint64_t>;
+  Scheduled Schedule(Ticks when, Event event);
   // Takes back what isn't written yet.
-  void Withdraw(const Announced& announced) { announced_.erase(announced); }
-  // Writes what was announced for a moment up to this one.
-  void CatchUp(Ticks now);
+  void Cancel(const Scheduled& scheduled) { scheduled_.erase(scheduled); }
+  // Writes what was scheduled for a moment up to this one.
+  void WriteDue(Ticks now);
 
   // Empties the log, which begins with 1 again. Who has it open can't read on.
   void Clear();
 
   bool is_empty() const { return records_.empty(); }
   // Neither are there records nor any to come.
-  bool is_new() const { return is_empty() && announced_.empty(); }
+  bool is_new() const { return is_empty() && scheduled_.empty(); }
   DWORD count() const { return static_cast<DWORD>(records_.size()); }
   // Of the first record.
   DWORD oldest() const { return oldest_; }
@@ -86,8 +86,8 @@ class RecordedLog {
   Text name_;
   DWORD oldest_ = 1;
   std::deque<RawRecord> records_;
-  std::map<Announced, Event> announced_;
-  std::uint64_t announcements_ = 0;
+  std::map<Scheduled, Event> scheduled_;
+  std::uint64_t schedulings_ = 0;
   std::uint32_t clearings_ = 0;
   DWORD unreadable_ = 0;
 };

@@ -47,7 +47,7 @@ class Service : public NamedObject {
   DWORD start_error = 0;  // the code that starting it ends with
   bool is_marked_for_deletion = false;
   // What its computer's log will say when the last change of its state is over.
-  RecordedLog::Announced announced{};
+  RecordedLog::Scheduled scheduled{};
 
   // Running, stopped or paused, all the time so far.
   void SetState(DWORD state);

@@ -62,7 +62,7 @@ void ReadEventLogs(const Node& node, Computer& computer, Estate& estate) {
         Event event = ReadEvent(record, computer, estate);
         const Ticks when = kUnixStart + event.written * kTicksPerSecond;
         if (when > estate.now()) {
-          log.Announce(when, std::move(event));
+          log.Schedule(when, std::move(event));
         } else {
           log.Add(event);
         }

@@ -88,7 +88,7 @@ SimulatedEventLog::OpenLog* SimulatedEventLog::Lookup(HANDLE event_log,
                                                       std::string_view operation) {
   const auto found = logs_.find(ValueOf(event_log));
   if (found != logs_.end()) {
-    found->second.log->CatchUp(session_.estate.now());
+    found->second.log->WriteDue(session_.estate.now());
     return &found->second;
   }
   session_.ledger.Misused(Resource::EventLog, ValueOf(event_log), operation);

@@ -700,16 +700,16 @@ void SimulatedServiceControl::Move(Computer& computer, Service& service, DWORD p
   const Ticks moment = now();
   // What it was on its way to it never enters.
   const auto log = computer.FindEventLog(kSystemEventLog);
-  if (log != nullptr && moment < service.settles()) log->Withdraw(service.announced);
+  if (log != nullptr && moment < service.settles()) log->Cancel(service.scheduled);
   service.Move(pending, state, milliseconds, moment, std::max(start, moment));
   if (computer.description().version_major < kFirstVersionWithoutControls) {
     Report(computer, moment, kEventControlSent, {service.display_name, NameOf(pending)});
   }
-  service.announced = Report(computer, service.settles(), kEventStateEntered,
+  service.scheduled = Report(computer, service.settles(), kEventStateEntered,
                              {service.display_name, NameOf(state)});
 }
 
-RecordedLog::Announced SimulatedServiceControl::Report(Computer& computer, Ticks when, DWORD id,
+RecordedLog::Scheduled SimulatedServiceControl::Report(Computer& computer, Ticks when, DWORD id,
                                                        std::vector<Text> strings) {
   const auto log = computer.FindEventLog(kSystemEventLog);
   if (log == nullptr) return {};
@@ -719,7 +719,7 @@ RecordedLog::Announced SimulatedServiceControl::Report(Computer& computer, Ticks
   event.computer = computer.name();
   if (id == kEventControlSent) event.user = session_.estate.token().user();
   event.strings = std::move(strings);
-  return log->Announce(when, std::move(event));
+  return log->Schedule(when, std::move(event));
 }
 
 bool SimulatedServiceControl::HasActiveDependents(Computer& computer, const Service& service) {

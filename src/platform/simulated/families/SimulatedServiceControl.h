@@ -85,7 +85,7 @@ class SimulatedServiceControl final : public ServiceControl {
   void Move(Computer& computer, Service& service, DWORD pending, DWORD state, DWORD milliseconds,
             Ticks start = 0);
   // Has the computer's system log, if there is one, tell of an event at its moment.
-  RecordedLog::Announced Report(Computer& computer, Ticks when, DWORD id,
+  RecordedLog::Scheduled Report(Computer& computer, Ticks when, DWORD id,
                                 std::vector<Text> strings);
   bool HasActiveDependents(Computer& computer, const Service& service);
   void CollectDependents(Computer& computer, const Service& service,

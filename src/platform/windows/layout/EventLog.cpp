@@ -6,9 +6,10 @@
 
 namespace veldmark {
 
-SAME_LAYOUT(EVENTLOGRECORD, Length, Reserved, RecordNumber, TimeGenerated, TimeWritten, EventID,
-            EventType, NumStrings, EventCategory, ReservedFlags, ClosingRecordNumber, StringOffset,
-            UserSidLength, UserSidOffset, DataLength, DataOffset);
+VELDMARK_SAME_LAYOUT(EVENTLOGRECORD, Length, Reserved, RecordNumber, TimeGenerated, TimeWritten,
+                     EventID, EventType, NumStrings, EventCategory, ReservedFlags,
+                     ClosingRecordNumber, StringOffset, UserSidLength, UserSidOffset, DataLength,
+                     DataOffset);
 
 static_assert(kEventlogSequentialRead == EVENTLOG_SEQUENTIAL_READ);
 static_assert(kEventlogSeekRead == EVENTLOG_SEEK_READ);

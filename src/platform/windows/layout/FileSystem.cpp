@@ -6,12 +6,13 @@
 
 namespace veldmark {
 
-SAME_LAYOUT(FILETIME, dwLowDateTime, dwHighDateTime);
-SAME_LAYOUT(WIN32_FIND_DATAW, dwFileAttributes, ftCreationTime, ftLastAccessTime, ftLastWriteTime,
-            nFileSizeHigh, nFileSizeLow, dwReserved0, dwReserved1, cFileName, cAlternateFileName);
-SAME_LAYOUT(WIN32_FILE_ATTRIBUTE_DATA, dwFileAttributes, ftCreationTime, ftLastAccessTime,
-            ftLastWriteTime, nFileSizeHigh, nFileSizeLow);
-SAME_LAYOUT(SECURITY_ATTRIBUTES, nLength, lpSecurityDescriptor, bInheritHandle);
+VELDMARK_SAME_LAYOUT(FILETIME, dwLowDateTime, dwHighDateTime);
+VELDMARK_SAME_LAYOUT(WIN32_FIND_DATAW, dwFileAttributes, ftCreationTime, ftLastAccessTime,
+                     ftLastWriteTime, nFileSizeHigh, nFileSizeLow, dwReserved0, dwReserved1,
+                     cFileName, cAlternateFileName);
+VELDMARK_SAME_LAYOUT(WIN32_FILE_ATTRIBUTE_DATA, dwFileAttributes, ftCreationTime, ftLastAccessTime,
+                     ftLastWriteTime, nFileSizeHigh, nFileSizeLow);
+VELDMARK_SAME_LAYOUT(SECURITY_ATTRIBUTES, nLength, lpSecurityDescriptor, bInheritHandle);
 
 static_assert(kMaxPath == MAX_PATH);
 static_assert(kFileAttributeReadOnly == FILE_ATTRIBUTE_READONLY);
@@ -21,7 +22,6 @@ static_assert(kFileAttributeDirectory == FILE_ATTRIBUTE_DIRECTORY);
 static_assert(kFileAttributeArchive == FILE_ATTRIBUTE_ARCHIVE);
 static_assert(kFileAttributeNormal == FILE_ATTRIBUTE_NORMAL);
 static_assert(kFileAttributeTemporary == FILE_ATTRIBUTE_TEMPORARY);
-static_assert(kFileAttributeSparseFile == FILE_ATTRIBUTE_SPARSE_FILE);
 static_assert(kFileAttributeReparsePoint == FILE_ATTRIBUTE_REPARSE_POINT);
 static_assert(kFileAttributeCompressed == FILE_ATTRIBUTE_COMPRESSED);
 static_assert(kFileAttributeOffline == FILE_ATTRIBUTE_OFFLINE);
@@ -49,7 +49,6 @@ static_assert(kFileFlagDeleteOnClose == FILE_FLAG_DELETE_ON_CLOSE);
 static_assert(kFileFlagSequentialScan == FILE_FLAG_SEQUENTIAL_SCAN);
 static_assert(kInvalidFileSize == INVALID_FILE_SIZE);
 static_assert(kGetFileExInfoStandard == ::GetFileExInfoStandard);
-static_assert(kDriveUnknown == DRIVE_UNKNOWN);
 static_assert(kDriveNoRootDir == DRIVE_NO_ROOT_DIR);
 static_assert(kDriveRemovable == DRIVE_REMOVABLE);
 static_assert(kDriveFixed == DRIVE_FIXED);

@@ -8,11 +8,11 @@
 
 namespace veldmark {
 
-SAME_LAYOUT(NETRESOURCEW, dwScope, dwType, dwDisplayType, dwUsage, lpLocalName, lpRemoteName,
-            lpComment, lpProvider);
-SAME_LAYOUT(NETINFOSTRUCT, cbStructure, dwProviderVersion, dwStatus, dwCharacteristics, dwHandle,
-            wNetType, dwPrinters, dwDrives);
-SAME_LAYOUT(UNIVERSAL_NAME_INFOW, lpUniversalName);
+VELDMARK_SAME_LAYOUT(NETRESOURCEW, dwScope, dwType, dwDisplayType, dwUsage, lpLocalName,
+                     lpRemoteName, lpComment, lpProvider);
+VELDMARK_SAME_LAYOUT(NETINFOSTRUCT, cbStructure, dwProviderVersion, dwStatus, dwCharacteristics,
+                     dwHandle, wNetType, dwPrinters, dwDrives);
+VELDMARK_SAME_LAYOUT(UNIVERSAL_NAME_INFOW, lpUniversalName);
 
 static_assert(kUniversalNameInfoLevel == UNIVERSAL_NAME_INFO_LEVEL);
 static_assert(kRemoteNameInfoLevel == REMOTE_NAME_INFO_LEVEL);

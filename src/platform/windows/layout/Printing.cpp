@@ -8,10 +8,10 @@
 
 namespace veldmark {
 
-SAME_LAYOUT(PRINTER_INFO_2W, pServerName, pPrinterName, pShareName, pPortName, pDriverName,
-            pComment, pLocation, pDevMode, pSepFile, pPrintProcessor, pDatatype, pParameters,
-            pSecurityDescriptor, Attributes, Priority, DefaultPriority, StartTime, UntilTime,
-            Status, cJobs, AveragePPM);
+VELDMARK_SAME_LAYOUT(PRINTER_INFO_2W, pServerName, pPrinterName, pShareName, pPortName, pDriverName,
+                     pComment, pLocation, pDevMode, pSepFile, pPrintProcessor, pDatatype,
+                     pParameters, pSecurityDescriptor, Attributes, Priority, DefaultPriority,
+                     StartTime, UntilTime, Status, cJobs, AveragePPM);
 
 static_assert(kPrinterEnumName == PRINTER_ENUM_NAME);
 static_assert(kPrinterAttributeShared == PRINTER_ATTRIBUTE_SHARED);

@@ -8,7 +8,6 @@ static_assert(kKeyQueryValue == KEY_QUERY_VALUE);
 static_assert(kKeySetValue == KEY_SET_VALUE);
 static_assert(kKeyCreateSubKey == KEY_CREATE_SUB_KEY);
 static_assert(kKeyEnumerateSubKeys == KEY_ENUMERATE_SUB_KEYS);
-static_assert(kKeyNotify == KEY_NOTIFY);
 static_assert(kKeyRead == KEY_READ);
 static_assert(kKeyWrite == KEY_WRITE);
 static_assert(kKeyAllAccess == KEY_ALL_ACCESS);

@@ -5,7 +5,7 @@
 /// Proves at compile time that a record of ours, named together with its fields, has the size and
 /// the alignment of the SDK's record of that name, and each field the place and the size that it
 /// has there. A macro, because no template can ask two types for their fields of one name.
-#define SAME_LAYOUT(record, ...)                                                 \
+#define VELDMARK_SAME_LAYOUT(record, ...)                                        \
   VELDMARK_RESCAN(VELDMARK_SAME_FIELDS(record, __VA_ARGS__))                     \
   static_assert(sizeof(record) == sizeof(::record), "The size of " #record "."); \
   static_assert(alignof(record) == alignof(::record), "The alignment of " #record ".")

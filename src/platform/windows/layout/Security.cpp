@@ -8,12 +8,12 @@
 
 namespace veldmark {
 
-SAME_LAYOUT(LUID, LowPart, HighPart);
-SAME_LAYOUT(LUID_AND_ATTRIBUTES, Luid, Attributes);
-SAME_LAYOUT(TOKEN_PRIVILEGES, PrivilegeCount, Privileges);
-SAME_LAYOUT(GENERIC_MAPPING, GenericRead, GenericWrite, GenericExecute, GenericAll);
-SAME_LAYOUT(GUID, Data1, Data2, Data3, Data4);
-SAME_LAYOUT(OBJECT_TYPE_LIST, Level, Sbz, ObjectType);
+VELDMARK_SAME_LAYOUT(LUID, LowPart, HighPart);
+VELDMARK_SAME_LAYOUT(LUID_AND_ATTRIBUTES, Luid, Attributes);
+VELDMARK_SAME_LAYOUT(TOKEN_PRIVILEGES, PrivilegeCount, Privileges);
+VELDMARK_SAME_LAYOUT(GENERIC_MAPPING, GenericRead, GenericWrite, GenericExecute, GenericAll);
+VELDMARK_SAME_LAYOUT(GUID, Data1, Data2, Data3, Data4);
+VELDMARK_SAME_LAYOUT(OBJECT_TYPE_LIST, Level, Sbz, ObjectType);
 
 static_assert(kOwnerSecurityInformation == OWNER_SECURITY_INFORMATION);
 static_assert(kGroupSecurityInformation == GROUP_SECURITY_INFORMATION);

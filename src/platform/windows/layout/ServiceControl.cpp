@@ -6,12 +6,13 @@
 
 namespace veldmark {
 
-SAME_LAYOUT(SERVICE_STATUS, dwServiceType, dwCurrentState, dwControlsAccepted, dwWin32ExitCode,
-            dwServiceSpecificExitCode, dwCheckPoint, dwWaitHint);
-SAME_LAYOUT(ENUM_SERVICE_STATUSW, lpServiceName, lpDisplayName, ServiceStatus);
-SAME_LAYOUT(QUERY_SERVICE_CONFIGW, dwServiceType, dwStartType, dwErrorControl, lpBinaryPathName,
-            lpLoadOrderGroup, dwTagId, lpDependencies, lpServiceStartName, lpDisplayName);
-SAME_LAYOUT(SERVICE_DESCRIPTIONW, lpDescription);
+VELDMARK_SAME_LAYOUT(SERVICE_STATUS, dwServiceType, dwCurrentState, dwControlsAccepted,
+                     dwWin32ExitCode, dwServiceSpecificExitCode, dwCheckPoint, dwWaitHint);
+VELDMARK_SAME_LAYOUT(ENUM_SERVICE_STATUSW, lpServiceName, lpDisplayName, ServiceStatus);
+VELDMARK_SAME_LAYOUT(QUERY_SERVICE_CONFIGW, dwServiceType, dwStartType, dwErrorControl,
+                     lpBinaryPathName, lpLoadOrderGroup, dwTagId, lpDependencies,
+                     lpServiceStartName, lpDisplayName);
+VELDMARK_SAME_LAYOUT(SERVICE_DESCRIPTIONW, lpDescription);
 
 static_assert(kManagerConnect == SC_MANAGER_CONNECT);
 static_assert(kManagerCreateService == SC_MANAGER_CREATE_SERVICE);

@@ -6,6 +6,6 @@
 
 namespace veldmark {
 
-SAME_LAYOUT(HOSTENT, h_name, h_aliases, h_addrtype, h_length, h_addr_list);
+VELDMARK_SAME_LAYOUT(HOSTENT, h_name, h_aliases, h_addrtype, h_length, h_addr_list);
 
 }  // namespace veldmark

@@ -6,9 +6,10 @@
 
 namespace veldmark {
 
-SAME_LAYOUT(SYSTEMTIME, wYear, wMonth, wDayOfWeek, wDay, wHour, wMinute, wSecond, wMilliseconds);
-SAME_LAYOUT(TIME_ZONE_INFORMATION, Bias, StandardName, StandardDate, StandardBias, DaylightName,
-            DaylightDate, DaylightBias);
+VELDMARK_SAME_LAYOUT(SYSTEMTIME, wYear, wMonth, wDayOfWeek, wDay, wHour, wMinute, wSecond,
+                     wMilliseconds);
+VELDMARK_SAME_LAYOUT(TIME_ZONE_INFORMATION, Bias, StandardName, StandardDate, StandardBias,
+                     DaylightName, DaylightDate, DaylightBias);
 
 static_assert(kTimeZoneIdUnknown == TIME_ZONE_ID_UNKNOWN);
 static_assert(kTimeZoneIdStandard == TIME_ZONE_ID_STANDARD);

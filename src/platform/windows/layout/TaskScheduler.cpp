@@ -8,9 +8,10 @@
 
 namespace veldmark {
 
-SAME_LAYOUT(TASK_TRIGGER, cbTriggerSize, Reserved1, wBeginYear, wBeginMonth, wBeginDay, wEndYear,
-            wEndMonth, wEndDay, wStartHour, wStartMinute, MinutesDuration, MinutesInterval, rgFlags,
-            TriggerType, Type, Reserved2, wRandomMinutesInterval);
+VELDMARK_SAME_LAYOUT(TASK_TRIGGER, cbTriggerSize, Reserved1, wBeginYear, wBeginMonth, wBeginDay,
+                     wEndYear, wEndMonth, wEndDay, wStartHour, wStartMinute, MinutesDuration,
+                     MinutesInterval, rgFlags, TriggerType, Type, Reserved2,
+                     wRandomMinutesInterval);
 
 // The words of `Type` beyond the first, which stand for the fields of a union.
 static_assert(offsetof(::WEEKLY, rgfDaysOfTheWeek) == 2 &&

@@ -6,9 +6,9 @@
 
 namespace veldmark {
 
-SAME_LAYOUT(VS_FIXEDFILEINFO, dwSignature, dwStrucVersion, dwFileVersionMS, dwFileVersionLS,
-            dwProductVersionMS, dwProductVersionLS, dwFileFlagsMask, dwFileFlags, dwFileOS,
-            dwFileType, dwFileSubtype, dwFileDateMS, dwFileDateLS);
+VELDMARK_SAME_LAYOUT(VS_FIXEDFILEINFO, dwSignature, dwStrucVersion, dwFileVersionMS,
+                     dwFileVersionLS, dwProductVersionMS, dwProductVersionLS, dwFileFlagsMask,
+                     dwFileFlags, dwFileOS, dwFileType, dwFileSubtype, dwFileDateMS, dwFileDateLS);
 
 static_assert(kFixedFileInfoSignature == VS_FFI_SIGNATURE);
 
