@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "automation/Error.h"
@@ -40,7 +39,7 @@ simulated::Ticks RealTime() {
 
 simulated::Estate LoadEstate() {
   const std::filesystem::path path = EstateFile();
-  if (!std::ifstream(path)) {
+  if (!std::filesystem::exists(path)) {
     Raise(kFileNotFound, {}, u"There is no estate file " + path.u16string());
   }
   try {

@@ -159,9 +159,7 @@ Estate ReadEstateFile(const std::filesystem::path& file, Estate::Clock real_time
   try {
     return ReadEstate(text, std::move(real_time), &folder);
   } catch (const EstateFileError& error) {
-    throw EstateFileError(
-        name + ": " + (error.place().empty() ? "/" : error.place()),
-        std::string(error.what()).substr((error.place().empty() ? 1 : error.place().size()) + 2));
+    throw EstateFileError(name + ": " + error.place(), error.problem());
   }
 }
 

@@ -13,14 +13,15 @@ namespace veldmark::simulated {
 // "/computers/0/drives/C:/children/2/size", or a line and column where the text is no JSON.
 class EstateFileError : public std::runtime_error {
  public:
-  EstateFileError(std::string place, const std::string& problem)
-      : std::runtime_error((place.empty() ? "/" : place) + ": " + problem),
-        place_(std::move(place)) {}
+  EstateFileError(const std::string& place, std::string problem)
+      : std::runtime_error(place + ": " + problem), place_(place), problem_(std::move(problem)) {}
 
   const std::string& place() const { return place_; }
+  const std::string& problem() const { return problem_; }
 
  private:
   std::string place_;
+  std::string problem_;
 };
 
 // The estate that a JSON text describes (docs/estate.md). Throws EstateFileError. `real_time` moves

@@ -21,7 +21,9 @@ std::string Listed(std::initializer_list<std::string_view> words) {
 
 }  // namespace
 
-void Node::Complain(const std::string& problem) const { throw EstateFileError(place_, problem); }
+void Node::Complain(const std::string& problem) const {
+  throw EstateFileError(place_.empty() ? "/" : place_, problem);
+}
 
 bool Node::IsText() const { return json_.is_string(); }
 bool Node::IsNumber() const { return json_.is_number(); }
