@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <string>
+#include <type_traits>
 #include <vector>
 
 #include "accounts/CGroup.h"
@@ -19,20 +21,18 @@
 
 namespace veldmark {
 
-/// Name, type, server and domain, "bob|1|DC1|CORP".
-inline std::string Shown(Object& account) {
-  const bool is_user = dynamic_cast<CUser*>(&account) != nullptr;
-  return ValuesOf(account, {is_user ? u"UserName" : u"GroupName",
-                            is_user ? u"UserType" : u"GroupType", u"ServerName", u"DomainName"});
-}
+inline const std::vector<TextView> kOfUser = {u"UserName", u"UserType", u"ServerName",
+                                              u"DomainName"};
+inline const std::vector<TextView> kOfGroup = {u"GroupName", u"GroupType", u"ServerName",
+                                               u"DomainName"};
 
-/// The same of each in a list; "Nothing" without a list.
+/// Name, type, server and domain, "bob|1|DC1|CORP", of an account or of each in a list.
+inline std::string Shown(Object& account) {
+  return ValuesOf(account, dynamic_cast<CUser*>(&account) ? kOfUser : kOfGroup);
+}
 template <class List>
-std::vector<std::string> Shown(const Ref<List>& list) {
-  if (!list) return {"Nothing"};
-  std::vector<std::string> shown;
-  for (std::int32_t i = 1; i <= list->Count(); ++i) shown.push_back(Shown(*list->ItemByIndex(i)));
-  return shown;
+std::string Shown(const Ref<List>& accounts) {
+  return ListOf(accounts, std::is_same_v<List, CUsers> ? kOfUser : kOfGroup);
 }
 
 /// CORP with its controller DC1 and its members LOCALHOST and SRV. It trusts FAR, of which only a
@@ -56,11 +56,6 @@ class AccountsWorld : public SimulatedApartment {
   simulated::AccountDatabase& corp() { return *estate().FindDomain(u"CORP")->accounts; }
   simulated::AccountDatabase& far() { return *estate().FindDomain(u"FAR")->accounts; }
 
-  static Ref<CServer> Server(TextView name) {
-    auto server = Make<CServer>();
-    server->ServerName = name;
-    return server;
-  }
   static Ref<CGroup> Group(TextView name, GroupTypeEnum type, TextView server,
                            TextView domain = {}) {
     auto group = Make<CGroup>();
@@ -77,14 +72,6 @@ class AccountsWorld : public SimulatedApartment {
     user->SetServerName(Text(server));
     user->SetDomainName(Text(domain));
     return user;
-  }
-  /// What was asked in the calls of an operation.
-  std::vector<std::string> Asked(std::string_view operation) {
-    std::vector<std::string> arguments;
-    for (const auto& call : journal().entries()) {
-      if (call.operation == operation) arguments.push_back(call.argument);
-    }
-    return arguments;
   }
 
   simulated::Computer* dc;

@@ -8,7 +8,6 @@ namespace {
 
 using simulated::Sid;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 using Groups = AccountsTest;
 
@@ -29,13 +28,11 @@ TEST_F(Groups, HaveMembersOfAnyKindAndOfAnyDomainThatTheirListShowsWhole) {
   group->GetGroupMembers(groups, users);
   // Each distinct member is looked up once.
   EXPECT_EQ(journal().Count("LookupAccountSidW"), 10u);
-  EXPECT_THAT(Shown(users),
-              ElementsAre("ann|0|SRV|", "bob|1|DC1|CORP", "bob|1|DC1|CORP", "eve|0|FAR|",
-                          ToUtf8(u"O'Neil (x) \x263A|0|SRV|"), "(Account Unknown)|2||"));
+  EXPECT_EQ(Shown(users), ToUtf8(u"ann|0|SRV|, bob|1|DC1|CORP, bob|1|DC1|CORP, eve|0|FAR|, "
+                                 u"O'Neil (x) \x263A|0|SRV|, (Account Unknown)|2||"));
   // A domain is no member that can be shown. No primary controller answers for the group of FAR; of
   // two of a name the first stays.
-  EXPECT_THAT(Shown(groups), ElementsAre("Staff|1|DC1|CORP", "Readers|1||FAR",
-                                         "Authenticated Users|2||NT AUTHORITY"));
+  EXPECT_EQ(Shown(groups), "Staff|1|DC1|CORP, Readers|1||FAR, Authenticated Users|2||NT AUTHORITY");
   journal().Clear();
   EXPECT_EQ(users->ItemByIndex(2)->GetSid()->SidText(), corp().SidOf(u"bob").ToText());
   EXPECT_EQ(groups->ItemByIndex(1)->GetSid()->SidText(), corp().SidOf(u"Staff").ToText());
@@ -79,25 +76,18 @@ class OddAccounts final : public simulated::SimulatedAccountManagement {
 };
 
 TEST(OddRecords, AreNotReadBeyondWhatTheyHold) {
-  AccountsWorld world;
-  const Ref<CServer> server = world.Server(u"SRV");
-  server->ServerType();
+  MixedWorld<AccountsWorld, OddAccounts> world;
   const Ref<CGroup> group = world.Group(u"Ops", GT_LocalGroup, u"SRV");
   const Ref<CUser> user = world.User(u"x", UT_LocalUser, u"SRV");
-  OddAccounts accounts(world.simulated.session());
-  Platform mixed = Mixed(world.platform, accounts);
-  Apartment::End();
-  Apartment::Start(mixed);
   Ref<CGroups> groups;
   Ref<CUsers> users;
   group->GetGroupMembers(groups, users);
-  EXPECT_THAT(Shown(users), ElementsAre("(Account Unknown)|2||", "(Account Unknown)|2||"));
-  EXPECT_THAT(Shown(groups), ElementsAre("Everyone|2||"));
-  EXPECT_THAT(Shown(user->GetGroups()), ElementsAre("|0|SRV|"));
-  EXPECT_THAT(Shown(Engine().GetUsers(*server, false)), ElementsAre("|0|SRV|", "|0|SRV|"));
+  EXPECT_EQ(Shown(users), "(Account Unknown)|2||, (Account Unknown)|2||");
+  EXPECT_EQ(Shown(groups), "Everyone|2||");
+  EXPECT_EQ(Shown(user->GetGroups()), "|0|SRV|");
+  EXPECT_EQ(Shown(Engine().GetUsers(*world.Server(u"SRV"), false)), "|0|SRV|, |0|SRV|");
   EXPECT_EQ(ErrorOf([&] { user->Comment(); }), 13);
   EXPECT_EQ(ErrorOf([&] { group->Comment(); }), 13);
-  Apartment::End();
 }
 
 TEST_F(Groups, GiveGlobalAndWellKnownOnesUsersOrNothing) {
@@ -106,7 +96,7 @@ TEST_F(Groups, GiveGlobalAndWellKnownOnesUsersOrNothing) {
   Ref<CUsers> users;
   staff->GetGroupMembers(groups, users);
   EXPECT_EQ(groups, nullptr);
-  EXPECT_THAT(Shown(users), ElementsAre("bob|1|\\\\DC1|CORP"));
+  EXPECT_EQ(Shown(users), "bob|1|\\\\DC1|CORP");
   EXPECT_EQ(staff->GetGroups(), nullptr);
   for (const GroupTypeEnum type : {GT_WellKnownGroup, GT_AccountUnknown}) {
     const Ref<CGroup> group = Group(u"Staff", type, u"DC1");
@@ -132,11 +122,11 @@ TEST_F(Groups, DeliverTheirMembersByEventsAndThemselvesInTheirGroupsPlace) {
                     (object == Ref<Object>(group) ? " itself" : ""));
     if (heard.size() == most) arguments[1].Assign(Variant(true));
   });
-  EXPECT_THAT(Shown(group->GetUsers()), IsEmpty());
+  EXPECT_EQ(Shown(group->GetUsers()), "");
   EXPECT_THAT(heard, ElementsAre("2CGroup itself", "1CUser", "2CGroup itself"));
   for (most = 1; most <= 2; ++most) {
     heard.clear();
-    EXPECT_THAT(Shown(group->GetGroups()), IsEmpty());
+    EXPECT_EQ(Shown(group->GetGroups()), "");
     EXPECT_EQ(heard.size(), most);
   }
 }
@@ -146,7 +136,7 @@ TEST_F(Groups, FetchCommentNumberAndAttributesOnce) {
   staff->PutComment(u"overwritten by the fetch");
   EXPECT_EQ(static_cast<DWORD>(staff->GroupId()), corp().group(u"Staff").number);
   EXPECT_EQ(ValuesOf(*staff, {u"Comment", u"GroupName", u"Attributes"}), "All of us|Staff|7");
-  EXPECT_THAT(Asked("NetGroupGetInfo"), ElementsAre("\\\\DC1 staff 2"));
+  EXPECT_EQ(Called({"NetGroupGetInfo"}), "\\\\DC1 staff 2;");
   staff->PutComment(u"kept");
   EXPECT_EQ(staff->Comment(), u"kept");
   EXPECT_EQ(ErrorOf([&] { Group(u"x", GT_GlobalGroup, u"DC1", u"NONE")->GroupId(); }), 5);
@@ -178,12 +168,10 @@ TEST_F(Groups, AndUsersAreDisplayedWithTheirComputerOrDomain) {
   };
   EXPECT_EQ(shown(0, u"SRV", u""), u"\\\\SRV\\x \\\\SRV\\x");
   EXPECT_EQ(shown(0, u"\\\\SRV", u""), u"\\\\SRV\\x \\\\SRV\\x");
-  EXPECT_EQ(shown(0, u"", u""), u"\\\\\\x \\\\\\x");
   EXPECT_EQ(shown(0, u"DC1", u"CORP"), u"\\\\DC1\\x CORP\\x");
   EXPECT_EQ(shown(1, u"DC1", u"CORP"), u"CORP\\x CORP\\x");
   EXPECT_EQ(shown(1, u"DC1", u""), u"x x");
   EXPECT_EQ(shown(2, u"DC1", u"CORP"), u"x CORP\\x");
-  EXPECT_EQ(shown(2, u"DC1", u""), u"x x");
   EXPECT_EQ(shown(3, u"DC1", u"CORP"), u"x x");
 }
 
@@ -218,18 +206,13 @@ TEST_F(Groups, AreWrittenAsNewOnesOrAsTheyAre) {
   made->Update();
   EXPECT_EQ(corp().group(u"Global").comment, u"new");
 
-  const Ref<CGroup> local_group = Group(u"Made", GT_LocalGroup, u"SRV");
-  local_group->PutComment(u"changed");
-  local_group->Update();
-  EXPECT_EQ(srv->own_accounts().local_group(u"Made").comment, u"changed");
-  const Ref<CGroup> global = Group(u"Staff", GT_GlobalGroup, u"DC1");
-  global->PutComment(u"changed too");
-  global->Update();
-  EXPECT_EQ(corp().group(u"Staff").comment, u"changed too");
-  for (const char* name :
-       {"NetLocalGroupAdd", "NetGroupAdd", "NetLocalGroupSetInfo", "NetGroupSetInfo"}) {
-    EXPECT_EQ(journal().Count(name), name == std::string("NetLocalGroupAdd") ? 2u : 1u) << name;
+  for (const auto& group :
+       {Group(u"Made", GT_LocalGroup, u"SRV"), Group(u"Staff", GT_GlobalGroup, u"DC1")}) {
+    group->PutComment(u"changed");
+    group->Update();
   }
+  EXPECT_EQ(srv->own_accounts().local_group(u"Made").comment, u"changed");
+  EXPECT_EQ(corp().group(u"Staff").comment, u"changed");
 }
 
 /// A world in which every walk of accounts has something to find.
@@ -245,17 +228,13 @@ struct FullWorld : AccountsWorld {
 
 TEST(AccountFaults, AreRaisedOrSwallowedAndLeaveNothingOpen) {
   const std::set<std::string> frees = {"NetApiBufferFree", "WNetCloseEnum"};
-  const auto nothing = [](FullWorld&, const std::string&, bool) {};
-  SweepFaults<FullWorld>(
-      frees,
-      [](FullWorld& world) {
-        Engine().GetUsers(*world.Server(u"SRV"), false);
-        const auto users = Engine().GetCompleteUserAccounts(*world.Server(u"DC1"), false);
-        users->ItemByIndex(1)->GetGroups();
-        Engine().GetLocalGroups(world.Server(u"SRV").Get(), false);
-        SystemRoot().GetDomain(u"CORP")->GetGroups()->ItemByIndex(1)->GetUsers();
-      },
-      nothing);
+  SweepFaults<FullWorld>(frees, [](FullWorld& world) {
+    Engine().GetUsers(*world.Server(u"SRV"), false);
+    const auto users = Engine().GetCompleteUserAccounts(*world.Server(u"DC1"), false);
+    users->ItemByIndex(1)->GetGroups();
+    Engine().GetLocalGroups(world.Server(u"SRV").Get(), false);
+    SystemRoot().GetDomain(u"CORP")->GetGroups()->ItemByIndex(1)->GetUsers();
+  });
   // Whatever can't be found out about a member, the list stays whole.
   SweepFaults<FullWorld>(
       {"NetApiBufferFree", "LookupAccountSidW", "NetWkstaGetInfo", "NetGetDCName"},
@@ -265,8 +244,7 @@ TEST(AccountFaults, AreRaisedOrSwallowedAndLeaveNothingOpen) {
         Ref<CUsers> users;
         group->GetGroupMembers(groups, users);
         EXPECT_EQ(groups->Count() + users->Count(), 3);
-      },
-      nothing);
+      });
   SweepFaults<FullWorld>(
       frees,
       [](FullWorld&) {

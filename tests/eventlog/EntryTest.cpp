@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "apartment/CSupport.h"
-#include "apartment/Errors.h"
 #include "automation/Conversion.h"
 #include "automation/Interface.h"
 #include "automation/LateBound.h"
@@ -22,31 +20,24 @@ constexpr TextView kKey = u"SYSTEM\\CurrentControlSet\\Services\\EventLog\\Syste
 /// parameters and categories; a second source shares its event file.
 struct MessageWorld : SimulatedApartment {
   MessageWorld() {
-    estate().AddComputer(u"SRV");
-    AddSource(u"App");
-    simulated::Computer& server = *estate().FindComputer(u"SRV");
-    server.AddDrive(u'C');
-    server.AddFile(u"C:\\Msg\\first.dll").Messages({{1, u"One.\r\n"}});
-    server.AddFile(u"C:\\Msg\\second.dll")
+    key(u"App")
+        .String(u"EventMessageFile", u"C:\\Msg\\first.dll;C:\\Msg\\second.dll", kRegExpandSz)
+        .String(u"ParameterMessageFile", u"C:\\Msg\\third.dll", kRegExpandSz)
+        .String(u"CategoryMessageFile", u"C:\\Msg\\third.dll", kRegExpandSz);
+    srv.AddDrive(u'C');
+    srv.AddFile(u"C:\\Msg\\first.dll").Messages({{1, u"One.\r\n"}});
+    srv.AddFile(u"C:\\Msg\\second.dll")
         .Messages({{2, u"%1 and %2.\r\n\r\n\r\n\r\nEnd%0"},
                    {3, u"[%99!*.*s!][%100][%5]"},
                    {8, u"[%99!.*s!][%100][%5]"},
                    {4, u"%1!30000s!%2!30000s!%1!30000s!"}});
-    server.AddFile(u"C:\\Msg\\third.dll")
-        .Messages({{5, u"five  \r\n"}, {6, u""}, {7, u"Seven\r\n"}});
+    srv.AddFile(u"C:\\Msg\\third.dll").Messages({{5, u"five  \r\n"}, {6, u""}, {7, u"Seven\r\n"}});
     key(u"Other").String(u"EventMessageFile", u"C:\\Msg\\second.dll;C:\\Msg\\second.dll",
                          kRegExpandSz);
-    log = Make<CEventLog>();
     journal().Clear();
   }
   simulated::RegistryNode& key(TextView source) {
-    return estate().FindComputer(u"SRV")->local_machine().Key(Text(kKey).append(source));
-  }
-  void AddSource(TextView source) {
-    key(source)
-        .String(u"EventMessageFile", u"C:\\Msg\\first.dll;C:\\Msg\\second.dll", kRegExpandSz)
-        .String(u"ParameterMessageFile", u"C:\\Msg\\third.dll", kRegExpandSz)
-        .String(u"CategoryMessageFile", u"C:\\Msg\\third.dll", kRegExpandSz);
+    return srv.local_machine().Key(Text(kKey).append(source));
   }
   static Ref<CEventLogEntry> Entry(std::int32_t id, std::vector<Text> strings = {},
                                    Text source = u"App", Text server = u"SRV",
@@ -64,7 +55,8 @@ struct MessageWorld : SimulatedApartment {
     return entry;
   }
 
-  Ref<CEventLog> log;
+  simulated::Computer& srv = estate().AddComputer(u"SRV");
+  Ref<CEventLog> log = Make<CEventLog>();
 };
 
 class Entries : public TestIn<MessageWorld> {
@@ -99,17 +91,15 @@ TEST_F(Entries, HaveTheTextOfTheFirstFileThatHasTheirNumber) {
     std::vector<Text> strings;
     Text message, raw;
   };
+  const Text two = u"%1 and %2.\r\n\r\nEnd";
   const Text missing =
       u"The system cannot find message text for message number 0x9 in the message file for "
       u"\\\\SRV\\System\\App.";
   const std::vector<Row> rows = {
       {1, {}, u"One.", u"One."},
-      {2, {u"A", u"B"}, u"A and B.\r\n\r\nEnd", u"%1 and %2.\r\n\r\nEnd"},
-      {2, {u"%{X}", u"%{"}, u"%{X} and %{}.\r\n\r\nEnd", u"%1 and %2.\r\n\r\nEnd"},
-      {2,
-       {u"100%%5", u"9% %x%"},
-       u"100five  \r\n and 9% %x%.\r\n\r\nEnd",
-       u"%1 and %2.\r\n\r\nEnd"},
+      {2, {u"A", u"B"}, u"A and B.\r\n\r\nEnd", two},
+      {2, {u"%{X}", u"%{"}, u"%{X} and %{}.\r\n\r\nEnd", two},
+      {2, {u"100%%5", u"9% %x%"}, u"100five  \r\n and 9% %x%.\r\n\r\nEnd", two},
       {9, {}, missing, missing},
   };
   for (const Row& row : rows) {
@@ -153,19 +143,17 @@ TEST_F(Entries, ShowNoInsertsAtTheFirstLookUpOfASharedFile) {
 }
 
 TEST_F(Entries, LoadTheFilesOfManySourcesOnceEach) {
-  constexpr int kSources = 20;
   const auto name = [](int source) { return u"Source" + ToText(std::int64_t{source}); };
-  for (int source = 0; source < kSources; ++source) {
+  for (int source = 0; source < 20; ++source) {
     const Text file = u"C:\\Msg\\" + name(source) + u".dll";
-    const Text message = name(source) + u"\r\n";
-    estate().FindComputer(u"SRV")->AddFile(file).Messages({{1, message}});
+    srv.AddFile(file).Messages({{1, name(source) + u"\r\n"}});
     key(name(source)).String(u"EventMessageFile", file, kRegExpandSz);
   }
-  for (int event = 0; event < 100 * kSources; ++event) {
-    const Text source = name(event % kSources);
+  for (int event = 0; event < 2000; ++event) {
+    const Text source = name(event % 20);
     ASSERT_EQ(Entry(1, {}, source)->EventMessage(), source) << "the text of its own file";
   }
-  EXPECT_EQ(journal().Count("LoadLibraryExW"), std::size_t{kSources});
+  EXPECT_EQ(journal().Count("LoadLibraryExW"), 20u);
 }
 
 TEST_F(Entries, LoseTheParameterFileWithANumberThatItLacks) {
@@ -204,10 +192,8 @@ TEST_F(Entries, TellTheirCategory) {
 }
 
 TEST_F(Entries, AskTheRegistryOfThisComputerWhereTheOtherHasNoSuchSource) {
-  local()
-      .local_machine()
-      .Key(Text(kKey) + u"Mine")
-      .String(u"EventMessageFile", u"C:\\Msg\\first.dll", kRegSz);
+  simulated::RegistryNode& mine = local().local_machine().Key(Text(kKey) + u"Mine");
+  mine.String(u"EventMessageFile", u"C:\\Msg\\first.dll", kRegSz);
   EXPECT_EQ(Entry(1, {}, u"Mine")->EventMessage(), u"One.") << "the file is still SRV's";
   EXPECT_EQ(journal().Count("DoEvents"), 1u);
   EXPECT_EQ(GetRemoteMessageFilePath(u"C:\\a.dll", u"\\\\H"), u"\\\\H\\C$\\a.dll");

@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <string>
+#include <string_view>
 
 #include "accounts/CGroups.h"
 #include "apartment/Apartment.h"
 #include "collections/Collection.h"
+#include "network/CServer.h"
 #include "platform/simulated/families/SimulatedPlatform.h"
 
 namespace veldmark {
@@ -44,15 +47,26 @@ class SimulatedApartment {
     zone.DaylightBias = daylight;
     estate().SetTimeZone(zone, current);
   }
-  /// The calls since the last time that have this mark in their names, told by what is behind it.
-  std::string Called(std::string_view mark) {
+  /// The calls since the last time whose names begin with one of `starts`, each told by the rest of
+  /// its name and what it asked: "GetInfo \\\\SRV ann 3;" for "NetUser". Frees are left out.
+  std::string Called(std::initializer_list<std::string_view> starts) {
     std::string calls;
-    for (const auto& call : journal().entries()) {
-      const std::size_t at = call.operation.find(mark);
-      if (at != std::string::npos) calls += call.operation.substr(at + mark.size()) + " ";
+    for (const auto& [operation, argument] : journal().entries()) {
+      for (const std::string_view start : starts) {
+        if (!operation.starts_with(start) || operation.ends_with("Free")) continue;
+        const std::string rest = operation.substr(start.size());
+        calls += rest + (rest.empty() || argument.empty() ? "" : " ") + argument + ";";
+      }
     }
     journal().Clear();
     return calls;
+  }
+  /// A server object of which nothing is known but its name and domain.
+  static Ref<CServer> Server(TextView name, TextView domain = {}) {
+    auto server = Make<CServer>();
+    server->ServerName = name;
+    server->DomainName = domain;
+    return server;
   }
   /// The bytes of a file of this computer; "no file" where there is none.
   std::string ContentOf(TextView path) {

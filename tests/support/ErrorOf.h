@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "automation/Error.h"
 
@@ -15,6 +16,14 @@ std::int32_t ErrorOf(Action&& action) {
   } catch (const AutomationError& error) {
     return error.number;
   }
+}
+
+/// The text that `action` gives, or "error 5" for the error that it raises.
+template <class Action>
+std::string OutcomeOf(Action&& action) {
+  std::string outcome;
+  const std::int32_t error = ErrorOf([&] { outcome = action(); });
+  return error == 0 ? outcome : "error " + std::to_string(error);
 }
 
 /// The whole error that `action` raises, "5|Veldmark2.CFolder|Access is denied."; empty for none.

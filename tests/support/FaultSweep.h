@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
@@ -20,9 +22,11 @@ namespace veldmark {
 ///
 /// `World` is a `SimulatedApartment` that its constructor furnishes. `after(world, failed, raised)`
 /// looks at what a run left behind: the name of the call that failed, and whether the run raised.
-template <class World, class Scenario, class After>
-void SweepFaults(const std::set<std::string>& swallowed, Scenario&& scenario, After&& after,
-                 const std::set<std::string>& either = {}) {
+template <class World, class Scenario, class After = void (*)(World&, const std::string&, bool)>
+void SweepFaults(
+    const std::set<std::string>& swallowed, Scenario&& scenario,
+    After&& after = [](World&, const std::string&, bool) {},
+    const std::set<std::string>& either = {}) {
   constexpr DWORD kFault = 1117;
   for (std::size_t nth = 1;; ++nth) {
     World world;

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
+#include <utility>
 
 #include "apartment/CStatus.h"
 #include "apartment/CSupport.h"

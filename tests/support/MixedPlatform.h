@@ -2,6 +2,7 @@
 
 #include <type_traits>
 
+#include "apartment/Apartment.h"
 #include "platform/operations/Platform.h"
 
 namespace veldmark {
@@ -17,5 +18,18 @@ Platform Mixed(const Platform& whole, Own& own) {
   return {pick(a), pick(b), pick(c), pick(d), pick(e), pick(f), pick(g), pick(h), pick(i),
           pick(j), pick(k), pick(l), pick(m), pick(n), pick(o), pick(p), pick(q)};
 }
+
+/// A world in whose platform a test's own family stands, once the world is furnished.
+template <class World, class Own>
+struct MixedWorld : World {
+  MixedWorld() {
+    Apartment::End();
+    Apartment::Start(mixed);
+  }
+  ~MixedWorld() { Apartment::End(); }
+
+  Own own{this->simulated.session()};
+  Platform mixed = Mixed(this->platform, own);
+};
 
 }  // namespace veldmark

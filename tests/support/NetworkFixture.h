@@ -1,8 +1,5 @@
 #pragma once
 
-#include <string>
-#include <string_view>
-
 #include "apartment/CStatus.h"
 #include "apartment/CSupport.h"
 #include "network/CDomain.h"
@@ -50,41 +47,7 @@ class NetworkWorld : public SimulatedApartment {
   }
 
   simulated::Computer& computer(TextView name) { return *estate().FindComputer(name); }
-  /// A server that nothing is known of but its name.
-  static Ref<CServer> Named(TextView name) {
-    auto server = Make<CServer>();
-    server->ServerName = name;
-    return server;
-  }
-  /// The calls of the network operations since the last time, each with what it was asked for.
-  std::string Calls() {
-    std::string calls;
-    for (const auto& [operation, argument] : journal().entries()) {
-      const bool is_one = operation.starts_with("Net") || operation.starts_with("Lsa");
-      if (!is_one || operation == "NetApiBufferFree") continue;
-      calls += operation + " " + argument + "\n";
-    }
-    journal().Clear();
-    return calls;
-  }
-  /// The same as the number of calls of one operation.
-  std::size_t Count(std::string_view operation) {
-    const std::size_t count = journal().Count(operation);
-    journal().Clear();
-    return count;
-  }
 };
-
-/// The values of a property in a list, a blank before each.
-template <class List>
-std::string NamesIn(const Ref<List>& list, TextView property) {
-  std::string names;
-  for (std::int32_t i = 1; i <= list->Count(); ++i) {
-    Variant position(i);
-    names += " " + ToUtf8(ToText(Call(*list->Item(position), property, MemberKind::kGet)));
-  }
-  return names;
-}
 
 /// A test in that world; it fails when an object or a handle outlives it.
 class NetworkTest : public TestIn<NetworkWorld> {
