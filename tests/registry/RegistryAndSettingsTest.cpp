@@ -26,6 +26,7 @@
 #include "support/ErrorOf.h"
 #include "support/FaultSweep.h"
 #include "support/Listener.h"
+#include "support/MixedPlatform.h"
 #include "support/ValuesOf.h"
 
 namespace veldmark {
@@ -191,6 +192,28 @@ TEST_F(RegistryTest, ValuesReadByTheTypeThatTheyHaveWhateverTheirSize) {
   // Data that doesn't fit, and needs no more room all the same, isn't asked for for ever.
   faults().FailNthOf("RegQueryValueExW", 2, kErrorMoreData);
   EXPECT_EQ(ErrorOf([&] { Value(u"Count"); }), 234);
+}
+
+/// The estate's registry, but that once something happens behind a query.
+class GrowingRegistry final : public simulated::SimulatedRegistry {
+ public:
+  using SimulatedRegistry::SimulatedRegistry;
+  LSTATUS RegQueryValueExW(HKEY key, LPCWSTR name, DWORD* reserved, DWORD* type, BYTE* data,
+                           DWORD* size) override {
+    const LSTATUS status =
+        SimulatedRegistry::RegQueryValueExW(key, name, reserved, type, data, size);
+    if (grow) std::exchange(grow, {})();
+    return status;
+  }
+  std::function<void()> grow;
+};
+
+TEST(GrowingValues, AreReadAgainWithTheirNewSize) {
+  MixedWorld<RegistryWorld, GrowingRegistry> world;
+  const Text grown(100, u'x');
+  world.own.grow = [&] { world.App().String(u"", grown); };
+  EXPECT_EQ(world.registry.GetValue(HKEY_LOCAL_MACHINE, u"Software\\App", u"", REG_SZ),
+            Variant(grown));
 }
 
 TEST_F(RegistryTest, ListsHoldWhatIsThereAndSayWhatTheyFind) {
