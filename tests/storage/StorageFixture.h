@@ -1,10 +1,16 @@
 #pragma once
 
+#include <cstdint>
+#include <span>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
 #include "apartment/CStatus.h"
 #include "apartment/CSupport.h"
 #include "apartment/Conversions.h"
 #include "automation/Conversion.h"
-#include "automation/Events.h"
 #include "automation/Interface.h"
 #include "platform/operations/Handles.h"
 #include "security/CSecurityDescriptor.h"
@@ -17,6 +23,7 @@
 #include "support/ErrorOf.h"
 #include "support/FaultSweep.h"
 #include "support/Listener.h"
+#include "support/ValuesOf.h"
 
 namespace veldmark {
 
@@ -26,21 +33,6 @@ Ref<Item> At(const Text& path) {
   auto item = Make<Item>();
   item->PutPath(path);
   return item;
-}
-
-/// What `show` says of each element of a list, a blank before each; "Nothing" without a list.
-template <class List, class Show>
-std::string Listed(const Ref<List>& list, Show show) {
-  if (!list) return "Nothing";
-  std::string listed;
-  for (std::int32_t i = 1; i <= list->Count(); ++i) {
-    listed += " " + ToUtf8(show(*list->ItemByIndex(i)));
-  }
-  return listed;
-}
-template <class List>
-std::string PathsIn(const Ref<List>& list) {
-  return Listed(list, [](auto& element) { return element.Path(); });
 }
 
 /// A few folders on this computer and on another.
@@ -56,7 +48,6 @@ class StorageWorld : public SimulatedApartment {
     local().Find(u"C:\\Secret")->DenyList();
     local().AddDrive(u'E');
     local().AddFile(u"E:\\one");
-    simulated::Computer& server = estate().AddComputer(u"SRV");
     server.AddDrive(u'C');
     server.AddFile(u"C:\\Shared\\Deep\\f");
     server.AddShare(u"Share", u"C:\\Shared");
@@ -67,6 +58,8 @@ class StorageWorld : public SimulatedApartment {
                       platform.files.CreateFileW(path.c_str(), access, share, nullptr,
                                                  kOpenExisting, 0, nullptr));
   }
+
+  simulated::Computer& server = estate().AddComputer(u"SRV");
 };
 
 using StorageTest = TestIn<StorageWorld>;
