@@ -71,7 +71,7 @@ void Apartment::ReleaseState() noexcept {
   // its object goes.
   guid_resolver = nullptr;
   message_files.clear();
-  known_modules.clear();
+  known_modules = nullptr;
   timer = nullptr;
   for (const auto& [id, hold] : running_timers) platform.timers.KillTimer(nullptr, id);
   running_timers.clear();

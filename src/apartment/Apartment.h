@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -64,10 +63,9 @@ class Apartment {
   std::vector<std::pair<UINT_PTR, std::unique_ptr<ModuleHold>>> running_timers;
   /// The message files that are loaded, one entry a load.
   std::vector<Module> message_files;
-  /// The handles that the texts in `message_modules` name, by their keys as they were spelled.
-  std::unordered_map<Text, std::shared_ptr<const std::vector<HMODULE>>> known_modules;
-  /// Room for such a key and for a message, kept from one look-up to the next.
-  Text module_key;
+  /// What the texts in `message_modules` say, read already.
+  Ref<ReferenceCounted> known_modules;
+  /// Room for a message, kept from one look-up to the next.
   std::unique_ptr<char16_t[]> message_buffer;
   Ref<Object> guid_resolver;
 

@@ -162,12 +162,13 @@ std::optional<Text> TextToNul(std::span<const std::uint8_t> bytes) {
   return ByteArrayToString(bytes.first(length * sizeof(char16_t)));
 }
 
-Text TrimAtNul(TextView text) { return Text(text.substr(0, text.find(u'\0'))); }
+Text TrimAtNul(TextView text) { return Text(text.substr(0, FindUnit(text, u'\0'))); }
 
-Text TrimAtNulRight(TextView text) {
-  Text trimmed = TrimAtNul(text);
-  trimmed.erase(trimmed.find_last_not_of(u' ') + 1);
-  return trimmed;
+Text TrimAtNulRight(TextView text) { return Text(PartToNulRight(text)); }
+
+TextView PartToNulRight(TextView text) {
+  text = text.substr(0, FindUnit(text, u'\0'));
+  return text.substr(0, text.find_last_not_of(u' ') + 1);
 }
 
 std::int32_t ReadLongAt(const void* address) {

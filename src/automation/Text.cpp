@@ -1,6 +1,7 @@
 #include "automation/Text.h"
 
 #include <cstdint>
+#include <cstring>
 
 namespace veldmark {
 namespace {
@@ -37,6 +38,21 @@ void AppendUtf16(Text& out, char32_t point) {
 Text ToText(std::int64_t number) {
   const std::string digits = std::to_string(number);
   return Text(digits.begin(), digits.end());
+}
+
+std::size_t FindUnit(TextView text, char16_t unit) noexcept {
+  // Four at a time: the borrow of a difference reaches the top bit of a zero among them.
+  constexpr std::uint64_t kOnes = 0x0001'0001'0001'0001;
+  constexpr std::uint64_t kTopBits = 0x8000'8000'8000'8000;
+  std::size_t position = 0;
+  for (; text.size() - position >= 4; position += 4) {
+    std::uint64_t four;
+    std::memcpy(&four, text.data() + position, sizeof four);
+    four ^= kOnes * unit;
+    if (((four - kOnes) & ~four & kTopBits) != 0) break;
+  }
+  while (position < text.size() && text[position] != unit) ++position;
+  return position;
 }
 
 Text LowerAscii(TextView name) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -17,6 +18,9 @@ Text ToText(std::int64_t number);
 /// The text with ASCII letters lowered, for names that are ASCII: those of members, classes and
 /// arguments.
 Text LowerAscii(TextView name);
+
+/// Where the first such unit of the text stands; its length where there is none.
+std::size_t FindUnit(TextView text, char16_t unit) noexcept;
 
 /// UTF-8 of a text; an unpaired surrogate becomes U+FFFD.
 std::string ToUtf8(TextView text);

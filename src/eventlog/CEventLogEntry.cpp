@@ -180,8 +180,6 @@ Variant CEventLogEntry::StringsArray() {
 }
 
 void CEventLogEntry::ResolveStrings() {
-  if (fields_.strings.empty()) return;
-  const MessageSource source = Source();
   for (Text& element : fields_.strings) {
     if (element.find(u'%') == Text::npos) continue;
     if (Apartment::Current().debug) {
@@ -191,7 +189,7 @@ void CEventLogEntry::ResolveStrings() {
     }
     // The look-up lets the caller's messages in, which may ask for the strings in the meantime.
     const Text unresolved = element;
-    element = GetParameterMessage(source, unresolved);
+    element = GetParameterMessage(Source(), unresolved);
   }
   strings_resolved_ = true;
 }

@@ -1,8 +1,10 @@
 #include "eventlog/EventMessages.h"
 
 #include <algorithm>
-#include <memory>
+#include <functional>
+#include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "apartment/Apartment.h"
 #include "apartment/CSupport.h"
@@ -21,8 +23,6 @@
 namespace veldmark {
 namespace {
 
-using ModuleList = std::shared_ptr<const std::vector<HMODULE>>;
-
 constexpr TextView kEventLogKey = u"SYSTEM\\CurrentControlSet\\Services\\EventLog\\";
 constexpr TextView kServerStart = u"\\\\";
 constexpr TextView kLineEnd = u"\r\n";
@@ -39,16 +39,11 @@ Collection& Existing(const Ref<Collection>& cache) {
 
 Collection& ModuleCache() { return Existing(Apartment::Current().message_modules); }
 
-/// A source's key in the caches, until the next one is asked for.
-const Text& KeyText(const MessageSource& source, TextView kind) {
-  Text& key = Apartment::Current().module_key;
-  (key.assign(source.server) += u'|').append(source.log) += u'|';
-  (key.append(source.source) += u'|').append(kind);
-  return key;
-}
-
+/// A source's key in the caches.
 CollectionKey KeyOf(const MessageSource& source, TextView kind) {
-  return CollectionKey::Plain(KeyText(source, kind));
+  Text key(source.server);
+  (key.append(1, u'|').append(source.log) += u'|').append(source.source) += u'|';
+  return CollectionKey::Plain(key.append(kind));
 }
 
 CollectionKey KeyOfPath(const Text& path) { return CollectionKey::Plain(ToUpper(path)); }
@@ -108,27 +103,75 @@ Text LoadEventFiles(const MessageSource& source, TextView files) {
   return handles;
 }
 
-/// The modules that the cache names for a source; null where it doesn't.
-ModuleList CachedModules(const MessageSource& source, TextView kind) {
-  const Text& key = KeyText(source, kind);
-  auto& known = Apartment::Current().known_modules;
-  if (const auto found = known.find(key); found != known.end()) return found->second;
-  ModuleList modules;
+/// The modules of a source.
+struct ModuleList : ReferenceCounted {
+  explicit ModuleList(TextView handles) : modules(HandlesIn(handles)) {}
+  const std::vector<HMODULE> modules;
+};
+
+/// The modules that the cache names, by the texts of their sources as they were spelled.
+class KnownModules : public ReferenceCounted {
+ public:
+  static KnownModules& Current() {
+    Ref<ReferenceCounted>& known = Apartment::Current().known_modules;
+    if (!known) known = Make<KnownModules>();
+    return static_cast<KnownModules&>(*known);
+  }
+
+  Ref<ModuleList> Find(const MessageSource& source, TextView kind) const {
+    const auto found = lists_.find(View{source, kind});
+    return found == lists_.end() ? nullptr : found->second;
+  }
+  void Keep(const MessageSource& source, TextView kind, Ref<ModuleList> list) {
+    lists_.emplace(Key{Text(source.server), Text(source.log), Text(source.source), Text(kind)},
+                   std::move(list));
+  }
+
+ private:
+  struct View {
+    MessageSource source;
+    TextView kind;
+  };
+  struct Key {
+    operator View() const { return {{server, log, source}, kind}; }
+    Text server, log, source, kind;
+  };
+  struct Hash {
+    using is_transparent = void;
+    std::size_t operator()(const View& view) const {
+      return std::hash<TextView>()(view.source.source);
+    }
+  };
+  struct Equal {
+    using is_transparent = void;
+    bool operator()(const View& a, const View& b) const {
+      return a.source.source == b.source.source && a.source.server == b.source.server &&
+             a.source.log == b.source.log && a.kind == b.kind;
+    }
+  };
+
+  std::unordered_map<Key, Ref<ModuleList>, Hash, Equal> lists_;
+};
+
+/// The modules that the cache names for a source; Nothing where it doesn't.
+Ref<ModuleList> CachedModules(const MessageSource& source, TextView kind) {
+  KnownModules& known = KnownModules::Current();
+  Ref<ModuleList> modules = known.Find(source, kind);
+  if (modules) return modules;
   Swallow([&] {
-    const Text handles = ToText(ModuleCache().Item(CollectionKey::Plain(key)));
-    modules = std::make_shared<const std::vector<HMODULE>>(HandlesIn(handles));
-    known.emplace(key, modules);
+    modules = Make<ModuleList>(ToText(ModuleCache().Item(KeyOf(source, kind))));
+    known.Keep(source, kind, modules);
   });
   return modules;
 }
 
-ModuleList EventModules(const MessageSource& source) {
+Ref<ModuleList> EventModules(const MessageSource& source) {
   Err().Clear();
-  if (ModuleList modules = CachedModules(source, u"Event")) return modules;
+  if (Ref<ModuleList> modules = CachedModules(source, u"Event")) return modules;
   const Text handles =
       LoadEventFiles(source, ReadFileNames(FindSourceKey(source), u"EventMessageFile"));
   Swallow([&] { ModuleCache().Add(Variant(handles), KeyOf(source, u"Event")); });
-  return std::make_shared<const std::vector<HMODULE>>(HandlesIn(handles));
+  return Make<ModuleList>(handles);
 }
 
 HMODULE FirstOf(const std::vector<HMODULE>& modules) {
@@ -136,7 +179,7 @@ HMODULE FirstOf(const std::vector<HMODULE>& modules) {
 }
 
 HMODULE ParameterModule(const MessageSource& source) {
-  if (const ModuleList modules = CachedModules(source, u"Parameter")) return FirstOf(*modules);
+  if (const auto known = CachedModules(source, u"Parameter")) return FirstOf(known->modules);
   const Text path = GetRemoteMessageFilePath(
       ReadFileNames(FindSourceKey(source), u"ParameterMessageFile"), source.server);
   Err().Clear();
@@ -179,12 +222,17 @@ std::span<const Text> InsertsFor(const MessageSource& source, TextView strings_t
 /// no message.
 bool ReadMessage(const MessageSource& source, HMODULE module, std::int32_t event_id,
                  MessageInsertArgs* inserts, Text& text) {
-  const TextView message =
+  TextView message =
       FormatFileMessage(module, static_cast<DWORD>(event_id), kLongestMessage, inserts);
   if (!message.empty()) {
-    text = TrimAtNulRight(message);
-    if (text.ends_with(kLineEnd)) text.resize(text.size() - kLineEnd.size());
-    if (text.find(kTwoLineEnds) != Text::npos) text = ReplaceAll(text, kTwoLineEnds, kLineEnd);
+    message = PartToNulRight(message);
+    if (message.ends_with(kLineEnd)) message.remove_suffix(kLineEnd.size());
+    // Most messages are one line.
+    if (FindUnit(message, kLineEnd.front()) == message.size()) {
+      text = message;
+    } else {
+      text = ReplaceAll(message, kTwoLineEnds, kLineEnd);
+    }
     return true;
   }
   if (const auto error = static_cast<std::int32_t>(LastPlatformError())) {
@@ -244,8 +292,8 @@ std::optional<Text> CategoryText(const MessageSource& source, const Module& modu
 Text GetEventMessage(const MessageSource& source, std::int32_t event_id, TextView strings_text,
                      std::span<const Text> strings, Text& raw) {
   Text message;
-  const ModuleList modules = EventModules(source);
-  for (const HMODULE module : *modules) {
+  const Ref<ModuleList> list = EventModules(source);
+  for (const HMODULE module : list->modules) {
     std::vector<Text> resolved;
     const std::span<const Text> texts = InsertsFor(source, strings_text, strings, resolved);
     if (module == HMODULE{0}) {

@@ -10,11 +10,12 @@
 /// apartment's event logs.
 namespace veldmark {
 
-/// Whose message files are asked: a source of a log of a computer, which has no leading "\\".
+/// Whose message files are asked: a source of a log of a computer, which has no leading "\\". The
+/// texts are another's, and must outlive the look-up.
 struct MessageSource {
-  Text server;
-  Text log;
-  Text source;
+  TextView server;
+  TextView log;
+  TextView source;
 };
 
 /// The text of an event with its inserts filled in, from the first of the source's files that has

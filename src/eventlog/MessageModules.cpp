@@ -80,7 +80,7 @@ std::vector<HMODULE> HandlesIn(TextView text) {
 void ReleaseMessageModulesOfLastLog() noexcept {
   Apartment* const apartment = Apartment::TryCurrent();
   if (!apartment || apartment->counters[Counter::kEventLog] != 1) return;
-  apartment->known_modules.clear();
+  apartment->known_modules = nullptr;
   while (!apartment->message_files.empty()) apartment->message_files.pop_back();
   const Ref<Collection> cache = apartment->message_modules;
   for (std::int32_t position = cache ? cache->Count() : 0; position > 0; --position) {

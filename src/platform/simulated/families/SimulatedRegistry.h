@@ -9,7 +9,7 @@
 namespace veldmark::simulated {
 
 // The registries of an estate's computers.
-class SimulatedRegistry final : public Registry {
+class SimulatedRegistry : public Registry {
  public:
   explicit SimulatedRegistry(Session& session) : session_(session) {}
 
