@@ -9,8 +9,6 @@
 #include "storage/VolumeData.h"
 
 namespace veldmark {
-namespace {}  // namespace
-
 Ref<CDrives> CSupport::GetDrives() {
   return ReRaising([&] {
     auto drives = Make<CDrives>();
