@@ -1,3 +1,6 @@
+#include <tuple>
+#include <vector>
+
 #include "accounts/CGroup.h"
 #include "accounts/CGroups.h"
 #include "accounts/CUser.h"
@@ -60,12 +63,7 @@ TEST_F(Accounts, BecomeTheObjectOfTheirKind) {
   estate().AddKnownAccount({gone(u"3"), u"OLD", u"bad", SidUse::Invalid});
   const std::string host = ToUtf8(Host());
   const Text corp(kCorp);
-  struct Case {
-    Text sid, server;
-    std::string account, name;
-    std::int32_t type;
-  };
-  const Case cases[] = {
+  const std::tuple<Text, Text, std::string, std::string, std::int32_t> cases[] = {
       {corp + u"-1104", u"", "user 1|CORP|DC1|ann", "CORP\\ann", 1},
       {OwnSid(u"-1001"), Host(), "user 0||" + host + "|bob", "\\\\" + host + "\\bob", 1},
       {OwnSid(u"-1001"), u"\\\\" + Host(), "user 0||" + host + "|bob", "\\\\" + host + "\\bob", 1},
@@ -86,17 +84,17 @@ TEST_F(Accounts, BecomeTheObjectOfTheirKind) {
       {u"S-1-5-21-9-9-9-2", u"", "user 0|||(Deleted Account)", "\\\\\\(Deleted Account)", 6},
       {u"S-1-5-21-9-9-9-3", u"", "user 1|OLD||(Account Invalid)", "OLD\\(Account Invalid)", 7},
   };
-  for (const Case& c : cases) {
+  for (const auto& [text, server, account, name, type] : cases) {
     Apartment::Current().sid_cache = Make<Collection>();
     Apartment::Current().account_cache = Make<Collection>();
-    SCOPED_TRACE(ToUtf8(c.sid + u" on " + c.server));
-    const auto sid = SidOf(c.sid, c.server);
+    SCOPED_TRACE(ToUtf8(text + u" on " + server));
+    const auto sid = SidOf(text, server);
     EXPECT_EQ(sid->SIDType(), 0);
-    EXPECT_EQ(AccountOf(*sid), c.account);
-    EXPECT_EQ(ToUtf8(sid->AccountDisplayName()), c.name);
-    EXPECT_EQ(sid->SIDType(), c.type);
-    EXPECT_EQ(sid->IsBuiltin(), c.sid.starts_with(u"S-1-5-32") || c.sid.ends_with(u"-9-9-2"));
-    EXPECT_EQ(sid->AccountUnknown(), c.name == "(Account Unknown)");
+    EXPECT_EQ(AccountOf(*sid), account);
+    EXPECT_EQ(ToUtf8(sid->AccountDisplayName()), name);
+    EXPECT_EQ(sid->SIDType(), type);
+    EXPECT_EQ(sid->IsBuiltin(), text.starts_with(u"S-1-5-32") || text.ends_with(u"-9-9-2"));
+    EXPECT_EQ(sid->AccountUnknown(), name == "(Account Unknown)");
   }
 }
 

@@ -1,3 +1,4 @@
+#include <initializer_list>
 #include <tuple>
 
 #include "apartment/CStatus.h"
@@ -269,17 +270,7 @@ class Questioned final : public simulated::SimulatedSecurity {
   }
 };
 
-class Questions : public ApartmentFixture {
- protected:
-  Questions() {
-    Apartment::End();
-    Apartment::Start(mixed_);
-  }
-  ~Questions() override { Apartment::End(); }
-
-  Questioned security_{simulated.session()};
-  Platform mixed_ = Mixed(platform, security_);
-};
+using Questions = TestIn<MixedWorld<SimulatedApartment, Questioned>>;
 
 TEST_F(Questions, OfASaveNameTheObjectTheProtectionAndTheListThatIsWritten) {
   const auto descriptor = Make<CSecurityDescriptor>();
@@ -289,7 +280,7 @@ TEST_F(Questions, OfASaveNameTheObjectTheProtectionAndTheListThatIsWritten) {
   const auto asked = [&](const char16_t* type, const char16_t* path) {
     descriptor->SetParentObject(type, path);
     ErrorOf([&] { descriptor->Save(); });
-    return security_.asked;
+    return own.asked;
   };
   const std::tuple<const char16_t*, const char16_t*, const char*> objects[] = {
       {u"CFile", u"C:\\x", "C:\\x 1"},        {u"CFolder", u"C:", "C:\\ 1"},
@@ -299,12 +290,7 @@ TEST_F(Questions, OfASaveNameTheObjectTheProtectionAndTheListThatIsWritten) {
   for (const auto& [type, path, object] : objects) {
     EXPECT_EQ(asked(type, path), object + std::string(" 20000004 2 8 "));
   }
-  struct Entry {
-    int type, flags, mask;
-    bool object_type, inherited_object_type;
-    const char* written;
-  };
-  const Entry entries[] = {
+  const std::tuple<int, int, int, bool, bool, const char*> entries[] = {
       {0, 0, 0, false, false, "(0;00;0;SY)"},
       {0, 19, 1, false, false, "(0;13;1;SY)"},
       {1, 2, 1, false, false, "(1;02;1;SY)"},
@@ -323,21 +309,21 @@ TEST_F(Questions, OfASaveNameTheObjectTheProtectionAndTheListThatIsWritten) {
   list->IsProtected = true;
   std::string written;
   unsigned size = 8, revision = 2;
-  for (const Entry& entry : entries) {
+  for (const auto& [type, flags, mask, has_object, has_inherited_object, told] : entries) {
     const auto ace = Make<CAce>();
-    ace->AceType = static_cast<AceTypeEnum>(entry.type);
-    ace->AceFlags = static_cast<std::uint8_t>(entry.flags);
-    ace->AccessMask = entry.mask;
-    if (entry.object_type) ace->ObjectTypeGUID = u"{4FC59CAB-7EDE-F8D8-B1B0-000102030AFF}";
-    if (entry.inherited_object_type) {
+    ace->AceType = static_cast<AceTypeEnum>(type);
+    ace->AceFlags = static_cast<std::uint8_t>(flags);
+    ace->AccessMask = mask;
+    if (has_object) ace->ObjectTypeGUID = u"{4FC59CAB-7EDE-F8D8-B1B0-000102030AFF}";
+    if (has_inherited_object) {
       ace->InheritedObjectTypeGUID = u"7fc59cab-7EDE-F8D8-B1B0-000102030AFF.";
     }
     ace->SetSid(Engine().GetSidFromText(u"S-1-5-18", u""));
     list->GetAces()->Add(ace.Get());
-    written += entry.written;
+    written += told;
     // An object entry is given room for both of its types.
-    if (*entry.written) size += 12 + (entry.type < 5 ? 8 : 52);
-    if (*entry.written && entry.type >= 5) revision = 4;
+    if (*told) size += 12 + (type < 5 ? 8 : 52);
+    if (*told && type >= 5) revision = 4;
     EXPECT_EQ(asked(u"LDAP", u"CN=x"),
               "CN=x 8 80000004 " + Hex(revision) + " " + Hex(size) + " " + written);
   }
@@ -346,21 +332,21 @@ TEST_F(Questions, OfASaveNameTheObjectTheProtectionAndTheListThatIsWritten) {
 TEST_F(Questions, OfAnAccessCheckGiveTheRightsTheTypeAndTheRoom) {
   const auto descriptor =
       Engine().GetNamedSD({}, SE_DS_OBJECT, nullptr, {}, {}, {}, Text(kObjectEntries));
-  const HANDLE client = security_.OpenClientToken(u"S-1-5-21-1-2-3-1000", {u"S-1-5-32-544"});
+  const HANDLE client = own.OpenClientToken(u"S-1-5-21-1-2-3-1000", {u"S-1-5-32-544"});
   const auto check = [&](std::int32_t mask, const Text& type, std::int32_t level = 0) {
-    security_.asked.clear();
+    own.asked.clear();
     const auto handle = static_cast<std::int32_t>(reinterpret_cast<std::intptr_t>(client));
     return descriptor->CheckAccess(handle, mask, type, level);
   };
   const Text type = u"{00000001-0002-0003-0405-060708090A0B}";
   const std::string mapping = " 20094 20028 20004 f01ff";
   EXPECT_TRUE(check(4, {}));
-  EXPECT_EQ(security_.asked, " 4" + mapping + " 0 0 4" + mapping + " 0 14");
+  EXPECT_EQ(own.asked, " 4" + mapping + " 0 0 4" + mapping + " 0 14");
   EXPECT_TRUE(check(4, type));
-  EXPECT_EQ(security_.asked, " 4" + mapping + " 1 0 0 0 1 4" + mapping + " 1 14 0 0 1");
+  EXPECT_EQ(own.asked, " 4" + mapping + " 1 0 0 0 1 4" + mapping + " 1 14 0 0 1");
   EXPECT_FALSE(check(0x100, type));
   EXPECT_EQ(ErrorOf([&] { check(4, type, 2); }), 87);
-  EXPECT_EQ(security_.asked, " 4" + mapping + " 1 0 2 0 1");
+  EXPECT_EQ(own.asked, " 4" + mapping + " 1 0 2 0 1");
   EXPECT_EQ(ErrorOf([&] { check(4, u"no guid"); }), static_cast<std::int32_t>(0x800401F3u));
   faults().FailEvery("AccessCheckByType", 6);
   EXPECT_EQ(FailureOf([&] { check(4, {}); }),
@@ -381,7 +367,7 @@ TEST_F(Questions, OfAPrivilegeGoToTheTokenEvenWhereThereIsNoneOfThatName) {
   for (const auto& [name, enable, asked] : cases) {
     Err().Set(AutomationError(1, u"Before", u"Before"));
     EXPECT_TRUE(root.SetPrivilege(u"", name, enable));
-    EXPECT_EQ(security_.asked, asked);
+    EXPECT_EQ(own.asked, asked);
     EXPECT_EQ(Err().Number(), 0);
   }
   for (const auto& [operation, mark] : {std::pair{"GetCurrentProcess", u""},

@@ -1,10 +1,10 @@
 #include "security/PermissionText.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
+#include <map>
+#include <tuple>
 
-#include "automation/Text.h"
+#include "security/SecurityFixture.h"
 
 namespace veldmark {
 namespace {
@@ -18,111 +18,120 @@ Words Verdict(TextView kind) {
 Words Codes(TextView kind) {
   return [kind](std::int32_t mask) { return GetExtendedPermString(mask, kind); };
 }
-Words PrinterVerdict(int flags) {
-  const auto ace_flags = static_cast<std::uint8_t>(flags);
-  return [=](std::int32_t mask) { return GetSimplifiedPrinterPermString(mask, ace_flags); };
+Words PrinterVerdict(std::uint8_t flags) {
+  return [flags](std::int32_t mask) { return GetSimplifiedPrinterPermString(mask, flags); };
 }
-Words PrinterCodes(int flags) {
-  const auto ace_flags = static_cast<std::uint8_t>(flags);
-  return [=](std::int32_t mask) { return GetExtendedPrinterPermString(mask, ace_flags); };
+Words PrinterCodes(std::uint8_t flags) {
+  return [flags](std::int32_t mask) { return GetExtendedPrinterPermString(mask, flags); };
 }
 
-/// A checksum of all that a routine says: of each right and each two rights, alone and missing.
-std::uint32_t Sum(const Words& words) {
-  std::uint32_t sum = 0;
+/// What is said of each mask that differs from this one in a single right of `rights`, with these
+/// rights behind the words: "Read: 2 4 R; Special: 1 W; ". There too stand R, W, X and A for each
+/// of the generic rights alone, and "rest" for this mask with all the bits that mean nothing.
+std::string Around(const Words& words, std::uint32_t mask, std::uint32_t rights) {
   EXPECT_EQ(words(0), u"");
-  for (int bit = 0; bit < 32; ++bit) {
-    for (int other = bit; other < 32; ++other) {
-      const std::uint32_t rights = 1u << bit | 1u << other;
-      for (const std::uint32_t mask : {rights, ~rights & 0x0FFFFFFF, ~rights & 0x001F01FF}) {
-        for (const char16_t unit : words(static_cast<std::int32_t>(mask)) + u';') {
-          sum = sum * 31 + unit;
-        }
-      }
-    }
-  }
-  return sum;
-}
-
-TEST(Permissions, AreToldAsTheirObjectsKindHasThem) {
-  const struct {
-    Words words;
-    std::uint32_t mask;
-    const char16_t* text;
-  } cases[] = {
-      {Verdict(u"CFile"), 0x1F01FF, u"Full Control"},
-      {Verdict(u"CFolder"), 0x1F01BF, u"RWXDPO"},
-      {Verdict(u"CFolder"), 0x80000000, u"R"},
-      {Verdict(u"CFile"), 0x40, u"Special"},
-      {Verdict(u"CShare"), 0x1301BF, u"Change"},
-      {Verdict(u"CShare"), 0x1200A9, u"Read"},
-      {Verdict(u"CRegKey"), 0x20019, u"Read"},
-      {Verdict(u"CPrinter"), 0xF000C, u"Full Control"},
-      {Verdict(u""), 0x1F01FF, u""},
-      {PrinterVerdict(9), 0x10, u"Manage Documents"},
-      {PrinterVerdict(0), 0x10000000, u"Manage Printers"},
-      {Codes(u"CFolder"), 0xFFFFFFF, u"LfRaRxCsCfWaWxTfDsRpCpDeTo"},
-      {Codes(u"CFile"), 0xFFFFFFF, u"RdRaRxWdAdWaWxExRpCpDeTo"},
-      {Codes(u"CRegKey"), 0xFFFFFFF, u"RdWdExQvSvCsEsNoClRpCpDeTo"},
-      {Codes(u"CService"), 0xFFFFFFF, u"QcCcQsEdSaSoPcInUd"},
-      {Codes(u"CPrinter"), 0xFFFFFFF, u"AdPrEsAsAjRpCpDeTo"},
-      {PrinterCodes(2), 0xFFFFFFF, u"PrMpRpCpTo"},
-      {PrinterCodes(1), 0xFFFFFFF, u"PrMdRpCpTo"},
+  std::map<std::string, std::string> told;
+  const auto ask = [&](std::uint32_t asked, const std::string& name) {
+    told[ToUtf8(words(static_cast<std::int32_t>(asked)))] += " " + name;
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(ToUtf8(c.words(static_cast<std::int32_t>(c.mask))), ToUtf8(c.text));
+  for (std::uint32_t right = 1; right <= rights; right <<= 1) {
+    if ((rights & right) != 0) ask(mask ^ right, Hex(right));
   }
+  ask(0x80000000, "R");
+  ask(0x40000000, "W");
+  ask(0x20000000, "X");
+  ask(0x10000000, "A");
+  ask(mask | 0x0FE0FE00, "rest");
+  std::string text;
+  for (const auto& [said, masks] : told) text += said + ":" + masks + "; ";
+  return text;
 }
 
 TEST(Permissions, AreToldByAllTheRightsBehindAWordAndByNoFewer) {
-  const struct {
-    const char* routine;
-    Words words;
-    std::uint32_t sum;
-  } cases[] = {
-      {"file", Verdict(u"CFile"), 0x670A8816},
-      {"folder", Verdict(u"CFolder"), 0x670A8816},
-      {"share", Verdict(u"CShare"), 0xA5EC43EC},
-      {"service", Verdict(u"CService"), 0x5738DC30},
-      {"key", Verdict(u"CRegKey"), 0xCFC8E36B},
-      {"printer", Verdict(u"CPrinter"), 0x59FF8BBD},
-      {"printer 11", PrinterVerdict(27), 0x80CF0F47},
-      {"printer 10", PrinterVerdict(14), 0x89EA27B8},
-      {"printer 9", PrinterVerdict(9), 0xF15EE8E1},
-      {"printer 8", PrinterVerdict(8), 0x7FCD9767},
-      {"printer 3", PrinterVerdict(3), 0x7FCD9767},
-      {"file's codes", Codes(u"CFile"), 0x7AF17609},
-      {"folder's codes", Codes(u"CFolder"), 0x7980E902},
-      {"service's codes", Codes(u"CService"), 0x67330915},
-      {"key's codes", Codes(u"CRegKey"), 0x1511D5AD},
-      {"printer's codes", Codes(u"CPrinter"), 0xEA157994},
-      {"other codes", Codes(u""), 0x7AF17609},
-      {"key's other codes", Codes(u"RegKey"), 0xD794A6C6},
-      {"printer's other codes", Codes(u"Printer"), 0x682E4694},
-      {"printer 2, codes", PrinterCodes(2), 0xC9BF6EF5},
-      {"printer 1, codes", PrinterCodes(1), 0xB79FD769},
-  };
-  for (const auto& c : cases) EXPECT_EQ(Sum(c.words), c.sum) << c.routine;
+  constexpr std::uint32_t kAny = 0x1F01FF;
+  EXPECT_EQ(Around(Verdict(u"CFile"), kAny, kAny),
+            "Full Control: A rest; R: R; RWDPO: 20; RWXDO: 40000; RWXDP: 80000; RWXDPO: 40; "
+            "RWXPO: 10000; RXDPO: 2 4 10 100; Special: 1 8 80 20000 100000 W X; ");
+  EXPECT_EQ(Around(Verdict(u"CFolder"), kAny, kAny), Around(Verdict(u"CFile"), kAny, kAny));
+  // A part of a letter makes special what else would read as the letters behind it.
+  EXPECT_EQ(Around(Verdict(u"CFile"), 0x10040, kAny),
+            "D: 40 40000 rest; DO: 80000; Full Control: A; R: R; "
+            "Special: 1 2 4 8 10 20 80 100 10000 20000 100000 W X; ");
+  EXPECT_EQ(Around(Verdict(u"CFile"), 0x80040, kAny),
+            "DO: 10000; Full Control: A; O: 40 rest; R: R; "
+            "Special: 1 2 4 8 10 20 80 100 20000 40000 80000 100000 W X; ");
+  EXPECT_EQ(Around(Verdict(u"CShare"), 0x1301BF, kAny),
+            ": 1 8 20 80 20000 100000 R W X; Change: 40 40000 80000 rest; Full Control: A; "
+            "Read: 2 4 10 100 10000; ");
+  EXPECT_EQ(Around(Verdict(u"CService"), 0xF01FF, 0xF01FF),
+            "Full Control: A rest; "
+            "Special: 1 2 4 8 10 20 40 80 100 10000 20000 40000 80000 R W X; ");
+  EXPECT_EQ(Around(Verdict(u"CRegKey"), 0xF003F, 0xF003F),
+            "Full Control: A rest; Read: 2 4 20 10000 40000 80000 R X; Special: 1 8 10 20000 W; ");
+  EXPECT_EQ(Around(Verdict(u"CPrinter"), 0xF000C, 0xF000C),
+            ": 8 20000; Full Control: A rest; Print: 4 10000 40000 80000 R W X; ");
+  EXPECT_EQ(Around(Verdict(u""), 0, 0), ": R W X A rest; ");
+  EXPECT_EQ(Around(PrinterVerdict(11), 0xF000C, 0xF000C),
+            ": 20000; Full Control: A rest; Print: 4 10000 40000 80000 R W X; Read: 8; ");
+  EXPECT_EQ(Around(PrinterVerdict(10), 0xF000C, 0xF000C),
+            "Invalid: 20000; Read Permissions: 4 8 10000 40000 80000 R W X A rest; ");
+  EXPECT_EQ(Around(PrinterVerdict(9), 0x20010, 0x20018),
+            "Manage Documents: 8 20000 A rest; Print: R W X; Read: 10; ");
+  EXPECT_EQ(Around(PrinterVerdict(8), 0xF000C, 0xF000C),
+            ": 20000; Manage Printers: A rest; Print: 4 10000 40000 80000 R W X; Read: 8; ");
+  EXPECT_EQ(Around(PrinterVerdict(3), 0, 0), ": rest; Manage Printers: A; Print: R W X; ");
+  EXPECT_EQ(Around(Codes(u"CFolder"), 0, kAny),
+            ": 100000 rest; Cf: 2; Cp: 40000; Cs: 4; CsCfWaWxRp: W; De: 10000; Ds: 40; Lf: 1; "
+            "LfRaRxCsCfWaWxTfDsRpCpDeTo: A; LfRaRxRp: R; Ra: 80; RaTfRp: X; Rp: 20000; Rx: 8; "
+            "Tf: 20; To: 80000; Wa: 100; Wx: 10; ");
+  EXPECT_EQ(Around(Codes(u"CFile"), 0, kAny),
+            ": 40 100000 rest; Ad: 4; Cp: 40000; De: 10000; Ex: 20; Ra: 80; RaExRp: X; Rd: 1; "
+            "RdRaRxRp: R; RdRaRxWdAdWaWxExRpCpDeTo: A; Rp: 20000; Rx: 8; To: 80000; Wa: 100; "
+            "Wd: 2; WdAdWaWxRp: W; Wx: 10; ");
+  EXPECT_EQ(Around(Codes(u"CService"), 0, kAny),
+            ": 10000 20000 40000 80000 100000 rest; Cc: 2; CcQsSaUd: W; Ed: 8; In: 80; Pc: 40; "
+            "Qc: 1; QcCcQsEdSaSoPcInUd: A; QcEdIn: R; Qs: 4; Sa: 10; So: 20; SoIn: X; Ud: 100; ");
+  EXPECT_EQ(Around(Codes(u"CRegKey"), 0, kAny),
+            ": 40 80 100 100000 rest; Cl: 20; Cp: 40000; Cs: 4; De: 10000; Es: 8; No: 10; Qv: 1; "
+            "RdExQvEsNoRp: R X; RdWdExQvSvCsEsNoClRpCpDeTo: A; Rp: 20000; Sv: 2; To: 80000; "
+            "WdSvCsRp: W; ");
+  EXPECT_EQ(Around(Codes(u"CRegKey"), 0x2001F, 0x2001F),
+            "QvSvCsEsNo: 20000; RdExQvCsEsNoRp: 2; RdExQvEsNoRp: R X; RdExQvSvEsNoRp: 4; "
+            "RdWdExQvSvCsEsNoClRpCpDeTo: A; RdWdExQvSvCsEsNoRp: rest; WdQvSvCsEsRp: 10; "
+            "WdQvSvCsNoRp: 8; WdSvCsEsNoRp: 1; WdSvCsRp: W; ");
+  EXPECT_EQ(Around(Codes(u"CPrinter"), 0x1F, 0x1F),
+            "AdEsAsAj: 8; AdPrAsAj: 2; AdPrEsAj: 1; AdPrEsAs: 10; AdPrEsAsAj: rest; "
+            "AdPrRpCpDeTo: A; PrEsAsAj: 4; PrRp: R W X; ");
+  EXPECT_EQ(Around(PrinterCodes(2), 0, kAny),
+            ": 1 2 20 40 80 100 10000 100000 rest; Cp: 40000; Md: 10; Mp: 4; Pr: 8; "
+            "PrMpRpCpTo: A; PrRp: R W X; Rp: 20000; To: 80000; ");
+  EXPECT_EQ(Around(PrinterCodes(1), 0, kAny),
+            ": 1 2 20 40 80 100 10000 100000 rest; Cp: 40000; Md: 4 10; Pr: 8; PrMdRpCpTo: A; "
+            "PrRp: R W X; Rp: 20000; To: 80000; ");
+  // Any other kind has a file's codes, and the generic rights of the class that it shortens.
+  EXPECT_EQ(Around(Codes(u""), 0, 0),
+            ": rest; RaExRp: X; RdRaRxRp: R; RdRaRxWdAdWaWxExRpCpDeTo: A; WdAdWaWxRp: W; ");
+  EXPECT_EQ(Around(Codes(u"RegKey"), 0, 0),
+            ": rest; RdRxWdAdWxExRpCpDeTo: A; RdRxWxRp: R X; WdAdRp: W; ");
+  EXPECT_EQ(Around(Codes(u"Printer"), 0, 0), ": rest; RxAdRpCpDeTo: A; RxRp: R W X; ");
 }
 
 TEST(Permissions, TellWhereTheyApply) {
   constexpr const char *kFolder = "This folder only", *kPrinter = "This printer only";
-  const struct {
-    int flags;
-    const char *folder, *printer;
-  } cases[] = {{0, kFolder, kPrinter},
-               {1, "This folder and files", kPrinter},
-               {2, "This folder and subfolders", kPrinter},
-               {3, "This folder, subfolders and files", kPrinter},
-               {8, kFolder, kPrinter},
-               {9, "Files only", "Documents only"},
-               {10, "Subfolders only", kPrinter},
-               {11, "Subfolders and files only", "This printer and documents"}};
+  const std::tuple<int, const char*, const char*> cases[] = {
+      {0, kFolder, kPrinter},
+      {1, "This folder and files", kPrinter},
+      {2, "This folder and subfolders", kPrinter},
+      {3, "This folder, subfolders and files", kPrinter},
+      {8, kFolder, kPrinter},
+      {9, "Files only", "Documents only"},
+      {10, "Subfolders only", kPrinter},
+      {11, "Subfolders and files only", "This printer and documents"}};
   for (int flags = 0; flags <= 0xFF; ++flags) {
-    for (const auto& c : cases) {
-      if ((flags & 11) != c.flags) continue;
-      EXPECT_EQ(ToUtf8(GetInheritanceString(static_cast<std::uint8_t>(flags))), c.folder) << flags;
-      EXPECT_EQ(ToUtf8(GetPrinterInheritanceString(static_cast<std::uint8_t>(flags))), c.printer);
+    for (const auto& [scope, folder, printer] : cases) {
+      if ((flags & 11) != scope) continue;
+      EXPECT_EQ(ToUtf8(GetInheritanceString(static_cast<std::uint8_t>(flags))), folder) << flags;
+      EXPECT_EQ(ToUtf8(GetPrinterInheritanceString(static_cast<std::uint8_t>(flags))), printer);
     }
   }
 }

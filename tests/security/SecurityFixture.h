@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
+#include <string>
 
 #include "apartment/CSupport.h"
 #include "apartment/Conversions.h"

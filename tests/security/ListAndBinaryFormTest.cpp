@@ -1,6 +1,8 @@
 #include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <vector>
 
 #include "security/AccessRights.h"
 #include "security/BinaryDescriptor.h"
@@ -84,7 +86,9 @@ TEST_F(Lists, EntriesChangeInPlace) {
   EXPECT_EQ(ace->PermissionsString() + ace->ExtendedPermissionsString(), u"PrintPrRp");
 }
 
-TEST_F(Lists, GuidsReadFromTextsWithAndWithoutBraces) {
+using Guids = ApartmentFixture;
+
+TEST_F(Guids, ReadFromTextsWithAndWithoutBraces) {
   EXPECT_EQ(ConvertGUIDToString(kGuid), kGuidText);
   EXPECT_EQ(ConvertStringToGUID2(u"{4fc59cab-7EDE-f8d8-b1b0-000102030aff}"), kGuid);
   for (const TextView text :
@@ -181,10 +185,10 @@ TEST_F(Lists, AreReadByTheirTypesAndLengthsAndRefusedWhereThoseLie) {
       {{{68, 1}}, "1336", "owned 0 5"},
       {{{68, 4}}, "1336", "owned 0 5"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(testing::PrintToString(c.replaced));
-    EXPECT_EQ(ReadWith(c.replaced, false), c.read);
-    EXPECT_EQ(ReadWith(c.replaced, true), c.plainly);
+  for (const auto& [replaced, read, plainly] : cases) {
+    SCOPED_TRACE(testing::PrintToString(replaced));
+    EXPECT_EQ(ReadWith(replaced, false), read);
+    EXPECT_EQ(ReadWith(replaced, true), plainly);
   }
   EXPECT_EQ(ErrorOf([] { BinaryDescriptor(std::vector<std::uint8_t>(19)); }), 1338);
 }
