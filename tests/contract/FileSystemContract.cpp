@@ -1,5 +1,6 @@
 #include <cstring>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "automation/Text.h"
@@ -14,15 +15,19 @@ namespace {
 constexpr int kSkip = -1;
 constexpr DWORD kShareAll = kFileShareRead | kFileShareWrite | kFileShareDelete;
 
-class FileContract : public Contract {
+class FilesAndFolders : public Contract {
  protected:
+  FilesAndFolders() {
+    Touch(u"\\file.txt", "text");
+    for (const char16_t* name : {u"\\dir", u"\\empty"}) {
+      EXPECT_TRUE(files_.CreateDirectoryW(In(name).c_str(), nullptr));
+    }
+    Touch(u"\\dir\\in.txt");
+  }
+
   FileHandle Open(TextView path, DWORD access, DWORD share, DWORD disposition, DWORD flags = 0) {
     return FileHandle(files_, files_.CreateFileW(Text(path).c_str(), access, share, nullptr,
                                                  disposition, flags, nullptr));
-  }
-
-  void Folder(TextView name) {
-    ASSERT_TRUE(files_.CreateDirectoryW(In(name).c_str(), nullptr)) << ToUtf8(name);
   }
 
   std::string ContentOf(TextView name) {
@@ -84,17 +89,7 @@ class FileContract : public Contract {
   }
 };
 
-class FilesAndFolders : public FileContract {
- protected:
-  FilesAndFolders() {
-    Touch(u"\\file.txt", "text");
-    Folder(u"\\dir");
-    Touch(u"\\dir\\in.txt");
-    Folder(u"\\empty");
-  }
-};
-
-TEST_F(FilesAndFolders, FailWithTheCodeOfWhatIsWrongWithThePath) {
+TEST_F(FilesAndFolders, FailWithTheCodeOfWhatIsWrongWithThePathOrItsDriveOrServer) {
   Expect({{In(u"\\none"), 2, 2, kSkip, 2, 2, 2},
           {In(u"\\none\\x"), 3, 3, 3, 3, 3, 3},
           {In(u"\\none\\*"), 3, 123, 123, 123, 123, 123},
@@ -113,55 +108,40 @@ TEST_F(FilesAndFolders, FailWithTheCodeOfWhatIsWrongWithThePath) {
           {u"\\\\?\\" + In(u"\\dir\\*.*"), 0, 123, 123, 123, 123, 123},
           {u"\\\\?\\" + In(u"\\.\\file.txt"), 123, 123, 123, 123, 123, 123},
           {u"\\\\?\\" + In(u"\\none\\x"), 3, 3, 3, 3, 3, 3},
-          {In(u"").substr(0, 3), 2, kSkip, kSkip, kSkip, 5, 5}});
-}
-
-TEST_F(FilesAndFolders, FailOnMissingDrivesAndServersWhereverTheseStand) {
-  Expect({{u"Q:\\x", 3, 3, 3, 3, 3, 3},
+          {In(u"").substr(0, 3), 2, kSkip, kSkip, kSkip, 5, 5},
+          {u"Q:\\x", 3, 3, 3, 3, 3, 3},
           {u"\\\\?\\Q:\\x\\y", 3, 3, 3, 3, 3, 3},
           {u"\\\\no-such-srv\\share\\x", 53, 53, 53, 53, 53, 53},
           {u"\\\\?\\UNC\\no-such-srv\\share\\x", 53, 53, 53, 53, 53, 53}});
 }
 
-TEST_F(FilesAndFolders, FailOnNamesThatCantBe) {
-  if (const char* why = WhyNot(Trait::InvalidCharacters)) GTEST_SKIP() << why;
-  Expect({{In(u"\\a|b"), 123, 123, 123, 123, 123, 123},
-          {In(u"\\a\"b"), 2, 123, 123, 123, 123, 123},
-          {In(u"\\a\u0001b"), 123, 123, 123, 123, 123, 123}});
-}
-
-TEST_F(FilesAndFolders, FailBeyondTheLimitsOfNamesAndPlainPaths) {
-  if (const char* why = WhyNot(Trait::NameLimits)) GTEST_SKIP() << why;
+TEST_F(FilesAndFolders, HaveNamesAndPathsWithinThePublishedRules) {
+  if (const char* why = WhyNot(Trait::PathRules)) GTEST_SKIP() << why;
   const auto padded = [&](std::size_t length) {
     return In(u"\\") + Text(length - In(u"\\").size(), u'p');
   };
   const Text long_name = u"\\\\?\\" + In(u"\\") + Text(256, u'n');
-  Expect({{padded(259), 2, 2, 206, 2, 2, 2},
-          {padded(260), 3, 3, 206, 3, 3, 3},
+  Expect({{In(u"\\a|b"), 123, 123, 123, 123, 123, 123},
+          {In(u"\\a\"b"), 2, 123, 123, 123, 123, 123},
+          {In(u"\\a\u0001b"), 123, 123, 123, 123, 123, 123},
+          {padded(247), 2, 2, 0, 0, 2, 2},
           {padded(248), 2, 2, 206, 2, 2, 2},
+          {padded(259), 2, 2, 206, 2, 2, 2},
+          {padded(260), 3, 3, 206, 3, 3, 3},
           {u"\\\\?\\" + padded(262), 2, 2, kSkip, 2, 2, 2},
-          {long_name, 123, 123, 123, 123, 123, 123}});
-  Expect({{padded(247), 2, 2, 0, 0, 2, 2},
-          {long_name.substr(0, long_name.size() - 1), 2, 2, 0, 0, 2, 2}});
-}
-
-TEST_F(FilesAndFolders, TakeLongFormsWordForWord) {
-  if (const char* why = WhyNot(Trait::VerbatimLongForms)) GTEST_SKIP() << why;
-  Expect({{u"\\\\?\\" + In(u"/dir"), 123, 123, 123, 123, 123, 123},
+          {long_name, 123, 123, 123, 123, 123, 123},
+          {long_name.substr(0, long_name.size() - 1), 2, 2, 0, 0, 2, 2},
+          {u"\\\\?\\" + In(u"/dir"), 123, 123, 123, 123, 123, 123},
           {u"\\\\?\\" + In(u"\\file.txt."), 2, 2, kSkip, 2, 2, 2},
-          {u"\\\\?\\" + In(u"\\dir\\\\in.txt"), 123, 123, 123, 123, 123, 123}});
-  // A folder named so is out of reach of plain paths.
+          {u"\\\\?\\" + In(u"\\dir\\\\in.txt"), 123, 123, 123, 123, 123, 123},
+          {In(u"\\file.txt\\*"), 267, kSkip, kSkip, kSkip, kSkip, kSkip},
+          {In(u"\\file.txt\\"), 267, 123, kSkip, kSkip, kSkip, kSkip},
+          {In(u"\\none\\"), 3, 2, kSkip, 2, kSkip, kSkip}});
+  // A folder of this name is out of reach of plain paths.
   const Text odd = u"\\\\?\\" + In(u"\\odd.");
   EXPECT_TRUE(files_.CreateDirectoryW(odd.c_str(), nullptr));
   EXPECT_EQ(Attributes(In(u"\\odd.")), 0u);
   EXPECT_TRUE(files_.RemoveDirectoryW(odd.c_str()));
-}
-
-TEST_F(FilesAndFolders, TellFilesFromMissingFoldersInListings) {
-  if (const char* why = WhyNot(Trait::FilesAsFolders)) GTEST_SKIP() << why;
-  Expect({{In(u"\\file.txt\\*"), 267, kSkip, kSkip, kSkip, kSkip, kSkip},
-          {In(u"\\file.txt\\"), 267, 123, kSkip, kSkip, kSkip, kSkip},
-          {In(u"\\none\\"), 3, 2, kSkip, 2, kSkip, kSkip}});
 }
 
 TEST_F(FilesAndFolders, ComeInListingsAfterTheFolderAndItsParent) {
@@ -184,38 +164,28 @@ TEST_F(FilesAndFolders, MatchPatternsByLongAndShortNames) {
                                u"\\.hidden", u"\\a.b.c", u"\\UPPER.TXT"}) {
     Touch(name);
   }
-  const std::vector<std::pair<const char16_t*, const char*>> table = {
-      {u"\\*.txt", "alpha.txt file.txt UPPER.TXT "},
-      {u"\\?????.txt", "alpha.txt file.txt UPPER.TXT "},
-      {u"\\B*", "beta.html "},
-      {u"\\*.htm", "beta.html "},
-      {u"\\n?ext", "noext "},
-      {u"\\a*.*", "a.b.c alpha.txt "},
-      {u"\\*.b.*", "a.b.c "},
-      {u"\\noext.*", "noext "},
-      {u"\\.h*", ".hidden "},
-      {u"\\upper.TXT", "UPPER.TXT "},
-      {u"\\*.zzz", "!2"}};
-  for (const auto& [pattern, names] : table) {
-    // Without numbers for short names, "?" at a name's end may find less; see the next test.
-    if (Text(pattern) == u"\\?????.txt" && WhyNot(Trait::DosWildcards)) continue;
-    EXPECT_EQ(List(In(pattern)), names) << ToUtf8(pattern);
-  }
-}
-
-TEST_F(FilesAndFolders, MatchDosWildcards) {
-  if (const char* why = WhyNot(Trait::DosWildcards)) GTEST_SKIP() << why;
-  for (const char16_t* name : {u"\\noext", u"\\a.b.c", u"\\ab"}) Touch(name);
-  EXPECT_EQ(List(In(u"\\*.")), ". .. ab dir empty noext ");
-  EXPECT_EQ(List(In(u"\\file.txt?")), "file.txt ");
-  EXPECT_EQ(List(In(u"\\ab.??")), "ab ");
+  EXPECT_EQ(List(In(u"\\*.txt")), "alpha.txt file.txt UPPER.TXT ");
+  EXPECT_EQ(List(In(u"\\B*")), "beta.html ");
+  EXPECT_EQ(List(In(u"\\*.htm")), "beta.html ");
+  EXPECT_EQ(List(In(u"\\n?ext")), "noext ");
+  EXPECT_EQ(List(In(u"\\a*.*")), "a.b.c alpha.txt ");
+  EXPECT_EQ(List(In(u"\\*.b.*")), "a.b.c ");
   EXPECT_EQ(List(In(u"\\*.c")), "a.b.c ");
+  EXPECT_EQ(List(In(u"\\noext.*")), "noext ");
+  EXPECT_EQ(List(In(u"\\.h*")), ".hidden ");
+  EXPECT_EQ(List(In(u"\\upper.TXT")), "UPPER.TXT ");
+  EXPECT_EQ(List(In(u"\\*.zzz")), "!2");
+  if (const char* why = WhyNot(Trait::DosWildcards)) GTEST_SKIP() << why;
+  EXPECT_EQ(List(In(u"\\*.")), ". .. .hidden dir empty noext ");
+  EXPECT_EQ(List(In(u"\\file.txt?")), "file.txt ");
+  EXPECT_EQ(List(In(u"\\?????.txt")), "alpha.txt file.txt UPPER.TXT ");
+  EXPECT_EQ(List(In(u"\\noext.??")), "noext ");
   EXPECT_EQ(List(In(u"\\a.?.?")), "a.b.c ");
 }
 
 TEST_F(FilesAndFolders, GetShortNamesWhereTheirNamesAreNoneThemselves) {
   if (const char* why = WhyNot(Trait::ShortNames)) GTEST_SKIP() << why;
-  const std::vector<std::pair<const char16_t*, const char*>> table = {
+  const std::pair<const char16_t*, const char*> table[] = {
       {u"\\LongFileName.text", "LONGFI~1.TEX"},
       {u"\\LongFileOther.txt", "LONGFI~1.TXT"},
       {u"\\Long File Three.txt", "LONGFI~2.TXT"},
@@ -282,19 +252,19 @@ TEST_F(FilesAndFolders, KeepTheAttributesThatCanBeSet) {
   EXPECT_TRUE(files_.DeleteFileW(file.c_str()));
 }
 
-TEST_F(FilesAndFolders, WithoutAnyAttributeAreNormal) {
-  if (const char* why = WhyNot(Trait::PlainAttributes)) GTEST_SKIP() << why;
+TEST_F(FilesAndFolders, AreGuardedByTheirAttributesAndByTheAccessAskedFor) {
+  if (const char* why = WhyNot(Trait::FileGuards)) GTEST_SKIP() << why;
   const Text file = In(u"\\file.txt");
+  const Text folder = In(u"\\empty");
+  EXPECT_EQ(Code(Open(file, kGenericRead, 0, kTruncateExisting)), kErrorInvalidParameter);
   for (const DWORD attributes : {0u, kFileAttributeNormal, kFileAttributeDirectory}) {
     EXPECT_TRUE(files_.SetFileAttributesW(file.c_str(), attributes));
     EXPECT_EQ(Attributes(file), kFileAttributeNormal);
   }
-}
-
-TEST_F(FilesAndFolders, ReadOnlyOrGuardedAreNotWritten) {
-  if (const char* why = WhyNot(Trait::ReadOnlyGuard)) GTEST_SKIP() << why;
-  const Text file = In(u"\\file.txt");
-  const Text folder = In(u"\\empty");
+  files_.SetFileAttributesW(file.c_str(), kFileAttributeHidden);
+  EXPECT_EQ(Code(Open(file, kGenericWrite, 0, kCreateAlways)), kErrorAccessDenied);
+  EXPECT_TRUE(Open(file, kGenericWrite, 0, kCreateAlways, kFileAttributeHidden));
+  EXPECT_EQ(Attributes(file), kFileAttributeHidden | kFileAttributeArchive);
   files_.SetFileAttributesW(file.c_str(), kFileAttributeReadOnly);
   for (const DWORD disposition : {kOpenExisting, kCreateAlways, kOpenAlways, kTruncateExisting}) {
     EXPECT_EQ(Code(Open(file, kGenericWrite, 0, disposition)), kErrorAccessDenied);
@@ -303,15 +273,6 @@ TEST_F(FilesAndFolders, ReadOnlyOrGuardedAreNotWritten) {
             kErrorAccessDenied);
   files_.SetFileAttributesW(folder.c_str(), kFileAttributeReadOnly);
   EXPECT_EQ(Code(files_.RemoveDirectoryW(folder.c_str())), kErrorAccessDenied);
-}
-
-TEST_F(FilesAndFolders, HiddenAreReplacedOnlyByName) {
-  if (const char* why = WhyNot(Trait::SystemFileGuard)) GTEST_SKIP() << why;
-  const Text file = In(u"\\file.txt");
-  files_.SetFileAttributesW(file.c_str(), kFileAttributeHidden);
-  EXPECT_EQ(Code(Open(file, kGenericWrite, 0, kCreateAlways)), kErrorAccessDenied);
-  EXPECT_TRUE(Open(file, kGenericWrite, 0, kCreateAlways, kFileAttributeHidden));
-  EXPECT_EQ(Attributes(file), kFileAttributeHidden | kFileAttributeArchive);
 }
 
 TEST_F(FilesAndFolders, OpenByTheirDisposition) {
@@ -341,15 +302,8 @@ TEST_F(FilesAndFolders, OpenByTheirDisposition) {
   EXPECT_EQ(ContentOf(u"\\file.txt"), "") << "truncated";
 }
 
-TEST_F(FilesAndFolders, AreTruncatedOnlyByThoseWhoWrite) {
-  if (const char* why = WhyNot(Trait::AccessChecks)) GTEST_SKIP() << why;
-  EXPECT_EQ(Code(Open(In(u"\\file.txt"), kGenericRead, 0, kTruncateExisting)),
-            kErrorInvalidParameter);
-}
-
 TEST_F(FilesAndFolders, AreSharedAsBothSidesAgree) {
-  constexpr DWORD kR = kGenericRead;
-  constexpr DWORD kW = kGenericWrite;
+  constexpr DWORD kR = kGenericRead, kW = kGenericWrite;
   const std::tuple<DWORD, DWORD, DWORD, DWORD, DWORD> table[] = {
       {kR, kFileShareRead, kR, kFileShareRead, 0},
       {kR, kFileShareRead, kR, 0, kErrorSharingViolation},
@@ -413,8 +367,7 @@ TEST_F(FilesAndFolders, AreReadAndWrittenAtAPosition) {
 }
 
 TEST_F(FilesAndFolders, RecordWhenTheyWereWritten) {
-  WIN32_FILE_ATTRIBUTE_DATA before;
-  WIN32_FILE_ATTRIBUTE_DATA after;
+  WIN32_FILE_ATTRIBUTE_DATA before, after;
   const Text path = In(u"\\file.txt");
   ASSERT_TRUE(files_.GetFileAttributesExW(path.c_str(), kGetFileExInfoStandard, &before));
   world_->LetPass(50);
@@ -432,30 +385,27 @@ TEST_F(FilesAndFolders, RecordWhenTheyWereWritten) {
 
 TEST_F(FilesAndFolders, AreCopiedWithContentAndAttributes) {
   const Text file = In(u"\\file.txt"), copy = In(u"\\copy"), away = u"\\\\no-such-srv\\share\\x";
-  const std::tuple<Text, Text, BOOL, DWORD> rows[] = {
-      {file, copy, 1, 0},
-      {file, copy, 1, kErrorFileExists},
-      {In(u"\\dir\\in.txt"), copy, 0, 0},
-      {In(u"\\none"), copy, 0, kErrorFileNotFound},
-      {In(u"\\dir"), In(u"\\copy2"), 0, kErrorAccessDenied},
-      {file, In(u"\\dir"), 0, kErrorAccessDenied},
-      {file, In(u"\\dir"), 1, kErrorFileExists},
-      {file, In(u"\\none\\x"), 1, kErrorPathNotFound},
-      {file, file, 0, kErrorSharingViolation},
-      {file, u"Q:\\x", 0, kErrorPathNotFound},
-      {u"Q:\\x", copy, 0, kErrorPathNotFound},
-      {file, away, 0, kErrorBadNetPath},
-      {away, copy, 0, kErrorBadNetPath},
-      {In(u"\\none"), u"Q:\\x", 0, kErrorFileNotFound},
-      {u"Q:\\x", away, 0, kErrorPathNotFound}};
-  for (const auto& [from, to, keep, error] : rows) {
-    EXPECT_EQ(Code(files_.CopyFileW(from.c_str(), to.c_str(), keep)), error)
-        << ToUtf8(from) << " to " << ToUtf8(to) << " " << keep;
-  }
+  const auto copied = [&](const Text& from, const Text& to, BOOL keep) {
+    return Code(files_.CopyFileW(from.c_str(), to.c_str(), keep));
+  };
+  EXPECT_EQ(copied(file, copy, 1), 0u);
+  EXPECT_EQ(copied(file, copy, 1), kErrorFileExists);
+  EXPECT_EQ(copied(In(u"\\dir\\in.txt"), copy, 0), 0u);
+  EXPECT_EQ(copied(In(u"\\none"), copy, 0), kErrorFileNotFound);
+  EXPECT_EQ(copied(In(u"\\dir"), In(u"\\copy2"), 0), kErrorAccessDenied);
+  EXPECT_EQ(copied(file, In(u"\\dir"), 0), kErrorAccessDenied);
+  EXPECT_EQ(copied(file, In(u"\\dir"), 1), kErrorFileExists);
+  EXPECT_EQ(copied(file, In(u"\\none\\x"), 1), kErrorPathNotFound);
+  EXPECT_EQ(copied(file, file, 0), kErrorSharingViolation);
+  EXPECT_EQ(copied(file, u"Q:\\x", 0), kErrorPathNotFound);
+  EXPECT_EQ(copied(u"Q:\\x", copy, 0), kErrorPathNotFound);
+  EXPECT_EQ(copied(file, away, 0), kErrorBadNetPath);
+  EXPECT_EQ(copied(away, copy, 0), kErrorBadNetPath);
+  EXPECT_EQ(copied(In(u"\\none"), u"Q:\\x", 0), kErrorFileNotFound);
+  EXPECT_EQ(copied(u"Q:\\x", away, 0), kErrorPathNotFound);
   EXPECT_EQ(ContentOf(u"\\copy"), "");
-  files_.SetFileAttributesW(In(u"\\file.txt").c_str(),
-                            kFileAttributeReadOnly | kFileAttributeArchive);
-  EXPECT_TRUE(files_.CopyFileW(In(u"\\file.txt").c_str(), In(u"\\copy3").c_str(), 1));
+  files_.SetFileAttributesW(file.c_str(), kFileAttributeReadOnly | kFileAttributeArchive);
+  EXPECT_EQ(copied(file, In(u"\\copy3"), 1), 0u);
   EXPECT_EQ(ContentOf(u"\\copy3"), "text");
   EXPECT_EQ(Attributes(In(u"\\copy3")), kFileAttributeReadOnly | kFileAttributeArchive);
 }
@@ -480,12 +430,12 @@ TEST_F(FilesAndFolders, StandOnDrivesOfAType) {
   ASSERT_EQ(files_.GetLogicalDriveStringsW(128, roots), needed - 1);
   EXPECT_NE(Text(roots, needed).find(TextView(u"C:\\\0", 4)), Text::npos);
   EXPECT_EQ(Text(roots, needed).substr(needed - 2), TextView(u"\0\0", 2));
-  const std::vector<std::pair<const char16_t*, UINT>> table = {{u"C:\\", kDriveFixed},
-                                                               {u"c:", kDriveFixed},
-                                                               {u"Q:\\", kDriveNoRootDir},
-                                                               {u"C:\\no such", kDriveNoRootDir},
-                                                               {nullptr, kDriveFixed}};
-  for (const auto& [root, type] : table) EXPECT_EQ(files_.GetDriveTypeW(root), type);
+  for (const char16_t* fixed : {u"C:\\", u"c:", LPCWSTR{nullptr}}) {
+    EXPECT_EQ(files_.GetDriveTypeW(fixed), kDriveFixed);
+  }
+  for (const char16_t* none : {u"Q:\\", u"C:\\no such"}) {
+    EXPECT_EQ(files_.GetDriveTypeW(none), kDriveNoRootDir);
+  }
 }
 
 class Volumes : public Contract {
@@ -509,8 +459,8 @@ TEST_F(Volumes, TellTheirSpaceFromAnyFolderOnThem) {
   for (const auto& [folder, error] : rows) {
     SCOPED_TRACE(ToUtf8(folder));
     std::uint64_t to_caller = 0, total = 0, total_free = 0;
-    const BOOL told = files_.GetDiskFreeSpaceExW(folder.c_str(), &to_caller, &total, &total_free);
-    EXPECT_EQ(told ? 0 : LastPlatformError(), error);
+    EXPECT_EQ(Code(files_.GetDiskFreeSpaceExW(folder.c_str(), &to_caller, &total, &total_free)),
+              error);
     EXPECT_EQ(total > 0, error == 0);
     EXPECT_LE(to_caller, total_free);
     EXPECT_LE(total_free, total);
@@ -523,8 +473,11 @@ TEST_F(Volumes, TellTheirSpaceFromAnyFolderOnThem) {
 TEST_F(Volumes, DescribeThemselvesAtTheirRootOnly) {
   WCHAR label[260] = u"?", file_system[260] = u"";
   DWORD serial = 0, longest = 0, flags = 0;
-  ASSERT_TRUE(files_.GetVolumeInformationW(Root().c_str(), label, 260, &serial, &longest, &flags,
-                                           file_system, 260));
+  const auto describe = [&](const Text& root) {
+    return Code(files_.GetVolumeInformationW(root.c_str(), label, 260, &serial, &longest, &flags,
+                                             file_system, 260));
+  };
+  ASSERT_EQ(describe(Root()), 0u);
   EXPECT_NE(Text(label), u"?");
   EXPECT_NE(Text(file_system), u"");
   EXPECT_GE(longest, 110u);
@@ -534,16 +487,11 @@ TEST_F(Volumes, DescribeThemselvesAtTheirRootOnly) {
     EXPECT_TRUE(
         files_.GetVolumeInformationW(root, nullptr, 0, nullptr, nullptr, nullptr, nullptr, 0));
   }
-  const std::pair<Text, DWORD> rows[] = {{In(u""), kErrorDirNotRoot},
-                                         {In(u"\\"), kErrorDirNotRoot},
-                                         {In(u"\\none\\"), kErrorDirNotRoot},
-                                         {u"Q:\\", kErrorPathNotFound},
-                                         {u"\\\\nobody-there\\share\\", kErrorBadNetPath}};
-  for (const auto& [asked, error] : rows) {
-    EXPECT_FALSE(files_.GetVolumeInformationW(asked.c_str(), label, 260, &serial, &longest, &flags,
-                                              file_system, 260));
-    EXPECT_EQ(LastPlatformError(), error) << ToUtf8(asked);
-  }
+  EXPECT_EQ(describe(In(u"")), kErrorDirNotRoot);
+  EXPECT_EQ(describe(In(u"\\")), kErrorDirNotRoot);
+  EXPECT_EQ(describe(In(u"\\none\\")), kErrorDirNotRoot);
+  EXPECT_EQ(describe(u"Q:\\"), kErrorPathNotFound);
+  EXPECT_EQ(describe(u"\\\\nobody-there\\share\\"), kErrorBadNetPath);
 }
 
 TEST_F(Volumes, TakeMediaCommandsWithoutWaitingForADevice) {

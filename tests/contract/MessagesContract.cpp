@@ -1,6 +1,6 @@
 #include <array>
 #include <string>
-#include <vector>
+#include <tuple>
 
 #include "automation/Text.h"
 #include "contract/World.h"
@@ -29,6 +29,10 @@ class MessageTexts : public Contract {
     EXPECT_EQ(text.Get()[length], u'\0');
     return ToUtf8({text.Get(), length});
   }
+  Module Load(const Text& file, DWORD flags = kLoadLibraryAsDatafile) {
+    return Module(platform_.messages,
+                  platform_.messages.LoadLibraryExW(file.c_str(), nullptr, flags));
+  }
 };
 
 TEST_F(MessageTexts, OfTheSystemEndInALineEnd) {
@@ -41,29 +45,23 @@ TEST_F(MessageTexts, OfTheSystemEndInALineEnd) {
   EXPECT_EQ(Format(kFormatMessageIgnoreInserts, nullptr, 5), "!87") << "no source";
   WCHAR buffer[4];
   EXPECT_EQ(
-      platform_.messages.FormatMessageW(kFormatMessageFromSystem | kFormatMessageIgnoreInserts,
-                                        nullptr, 5, 0, buffer, 4, nullptr),
-      0u);
-  EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
+      Code(platform_.messages.FormatMessageW(kFormatMessageFromSystem | kFormatMessageIgnoreInserts,
+                                             nullptr, 5, 0, buffer, 4, nullptr)),
+      kErrorInsufficientBuffer);
 }
 
-TEST_F(MessageTexts, OfTheSystemAreThePublishedOnes) {
+TEST_F(MessageTexts, AreThePublishedOnesOfAModuleBeforeTheSystems) {
   if (const char* why = WhyNot(Trait::PublishedTexts)) GTEST_SKIP() << why;
   EXPECT_EQ(Format(kFromSystem, nullptr, 5), "Access is denied.\r\n");
   EXPECT_EQ(Format(kFromSystem, nullptr, 2, 0), "The system cannot find the file specified.\r\n");
   EXPECT_EQ(Format(kFromSystem, nullptr, 193, 0x409), "%1 is not a valid Win32 application.\r\n");
   EXPECT_EQ(Format(kFromSystem, nullptr, 0x800401F3), "Invalid class string\r\n");
-}
-
-TEST_F(MessageTexts, ComeFromModulesBeforeTheSystem) {
-  if (const char* why = WhyNot(Trait::NetworkMessages)) GTEST_SKIP() << why;
-  const Module module(platform_.messages, platform_.messages.LoadLibraryExW(
-                                              u"netmsg.dll", nullptr, kLoadLibraryAsDatafile));
+  const Module module = Load(u"netmsg.dll");
   ASSERT_TRUE(module);
   const auto* const source = reinterpret_cast<const void*>(module.Get());
   constexpr DWORD kBoth = kFromSystem | kFormatMessageFromHmodule;
   EXPECT_EQ(Format(kBoth, source, 2221), "The user name could not be found.\r\n");
-  EXPECT_EQ(Format(kBoth, source, 5), Format(kFromSystem, nullptr, 5));
+  EXPECT_EQ(Format(kBoth, source, 5), "Access is denied.\r\n");
   EXPECT_EQ(Format(kFormatMessageFromHmodule, source, 5), "!317");
 }
 
@@ -87,12 +85,7 @@ TEST_F(MessageTexts, PutInsertsInOrLeaveThem) {
 TEST_F(MessageTexts, OfAFileAreFoundByLanguageWithInsertsInOrLeft) {
   constexpr DWORD kFilled = kFormatMessageFromHmodule | kFormatMessageArgumentArray;
   constexpr DWORD kLeft = kFormatMessageFromHmodule | kFormatMessageIgnoreInserts;
-  const auto load = [&] {
-    return Module(platform_.messages,
-                  platform_.messages.LoadLibraryExW(world_->event_texts().c_str(), nullptr,
-                                                    kLoadLibraryAsDatafile));
-  };
-  const Module module = load();
+  const Module module = Load(world_->event_texts());
   ASSERT_TRUE(module) << LastPlatformError();
   const auto* const source = reinterpret_cast<const void*>(module.Get());
   // What "%99!*.*s!" takes for width, precision and text lies behind the 99 fields.
@@ -112,25 +105,17 @@ TEST_F(MessageTexts, OfAFileAreFoundByLanguageWithInsertsInOrLeft) {
   }
   EXPECT_EQ(Format(kLeft, source, 2, 0), "[%99!*.*s!][%100][%5]");
   EXPECT_EQ(Format(kFilled, source, 2, 0, arguments.data()), "[][(null)0][(null)]");
-  {
-    const Module second = load();
-    EXPECT_TRUE(second);
-  }
+  EXPECT_TRUE(Load(world_->event_texts()));
   EXPECT_EQ(Format(kLeft, source, 3, 0), "Network\r\n") << "each load is given back by itself";
 }
 
 TEST_F(MessageTexts, NeedAModuleThatIsThere) {
   for (const char16_t* name : {u"no-such.dll", u"C:\\no such\\no-such.dll", u"C:\\no-such.dll"}) {
-    EXPECT_EQ(platform_.messages.LoadLibraryExW(name, nullptr, kLoadLibraryAsDatafile), HMODULE{0});
-    EXPECT_EQ(LastPlatformError(), kErrorFileNotFound) << ToUtf8(name);
+    EXPECT_EQ(Code(Load(name)), kErrorFileNotFound) << ToUtf8(name);
   }
   Touch(u"\\text", "no module, but long enough for the head of one, which takes sixty-four bytes");
-  EXPECT_EQ(
-      platform_.messages.LoadLibraryExW(In(u"\\text").c_str(), nullptr, kLoadLibraryAsDatafile),
-      HMODULE{0});
-  EXPECT_EQ(LastPlatformError(), 193u);
-  EXPECT_EQ(platform_.messages.LoadLibraryExW(u"no-such.dll", nullptr, 0), HMODULE{0});
-  EXPECT_EQ(LastPlatformError(), kErrorModNotFound);
+  EXPECT_EQ(Code(Load(In(u"\\text"))), 193u);
+  EXPECT_EQ(Code(Load(u"no-such.dll", 0)), kErrorModNotFound);
   EXPECT_EQ(platform_.system.LocalFree(nullptr), nullptr);
 }
 

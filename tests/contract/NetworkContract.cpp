@@ -1,10 +1,10 @@
 #include <algorithm>
-#include <cstring>
+#include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "automation/CaseMapping.h"
-#include "automation/LastError.h"
 #include "automation/Text.h"
 #include "contract/World.h"
 #include "platform/operations/ErrorCodes.h"
@@ -41,9 +41,8 @@ TEST_F(Servers, TellOfThemselvesLevelByLevel) {
   const Text server = u"\\\\" + own;
   for (const LPCWSTR name : {LPCWSTR{nullptr}, own.c_str(), server.c_str()}) {
     ASSERT_EQ(Ask(&NetworkManagement::NetServerGetInfo, name, 102), 0u);
+    const auto record = First<SERVER_INFO_102>();
     const NetworkBuffer whole = std::move(buffer);
-    SERVER_INFO_102 record;
-    std::memcpy(&record, whole.Get(), sizeof record);
     EXPECT_NE(record.sv102_userpath, nullptr);
     ASSERT_EQ(Ask(&NetworkManagement::NetServerGetInfo, name, 101), 0u);
     const auto brief = First<SERVER_INFO_101>();
@@ -104,9 +103,8 @@ TEST_F(Accounts, OfUsersAreListedReadAndRefused) {
     EXPECT_EQ(list(kFilterWorkstationTrustAccount | kFilterServerTrustAccount), Names()) << level;
   }
   ASSERT_EQ(Ask(&AccountManagement::NetUserGetInfo, nullptr, user.c_str(), 3), 0u);
+  const auto record = First<USER_INFO_3>();
   const NetworkBuffer whole = std::move(buffer);
-  USER_INFO_3 record;
-  std::memcpy(&record, whole.Get(), sizeof record);
   ASSERT_EQ(Ask(&AccountManagement::NetUserGetInfo, nullptr, user.c_str(), 10), 0u);
   const auto brief = First<USER_INFO_10>();
   EXPECT_EQ(Text(record.usri3_name), Text(brief.usri10_name));
@@ -308,19 +306,16 @@ TEST_F(Hosts, AreResolvedWhileTheLibraryIsStarted) {
   ASSERT_EQ(host->h_length, 4);
   ASSERT_NE(host->h_addr_list[0], nullptr);
   EXPECT_EQ(host->h_addr_list[0][0], 127);
-  EXPECT_EQ(sockets.gethostbyname("no.such.host.invalid"), nullptr);
-  EXPECT_NE(LastPlatformError(), 0u);
+  EXPECT_NE(Code(sockets.gethostbyname("no.such.host.invalid")), 0u);
   EXPECT_EQ(sockets.WSACleanup(), 0);
   if (const char* why = WhyNot(Trait::SocketStarts)) GTEST_SKIP() << why;
-  EXPECT_EQ(sockets.gethostbyname("localhost"), nullptr);
-  EXPECT_EQ(LastPlatformError(), 10093u);
+  EXPECT_EQ(Code(sockets.gethostbyname("localhost")), 10093u);
 }
 
 TEST_F(Hosts, OfferPipesOrNot) {
   const auto open = [&](LPCSTR name) {
-    const FileHandle pipe(
-        files_, files_.CreateFileA(name, 0xC0000000, 3, nullptr, kOpenExisting, 0, nullptr));
-    return pipe ? 0 : LastPlatformError();
+    return Code(FileHandle(
+        files_, files_.CreateFileA(name, 0xC0000000, 3, nullptr, kOpenExisting, 0, nullptr)));
   };
   EXPECT_EQ(open("\\\\.\\PIPE\\veldmark2-no-such-pipe"), kErrorFileNotFound);
   EXPECT_EQ(open("\\\\nobody-there\\PIPE\\NETAPPSVC"), kErrorBadNetPath);

@@ -2,7 +2,6 @@
 #include <vector>
 
 #include "automation/CaseMapping.h"
-#include "automation/LastError.h"
 #include "automation/Text.h"
 #include "contract/World.h"
 #include "platform/operations/ErrorCodes.h"
@@ -50,7 +49,7 @@ class PrintingContract : public Contract {
 TEST_F(PrintingContract, ListsEachPrinterUnderItsServersNameWhereOneIsNamed) {
   const Text own = u"\\\\" + OwnName();
   for (const char16_t* const name : {u"Contract printer", u"Contract plotter"}) {
-    Text printer = name, comment = u"Of the contract", location = u"here";
+    Text printer = name, comment = u"Of the contract, ", location = u"here";
     PRINTER_INFO_2W record{};
     record.pPrinterName = printer.data();
     record.pComment = comment.data();
@@ -73,12 +72,10 @@ TEST_F(PrintingContract, ListsEachPrinterUnderItsServersNameWhereOneIsNamed) {
         EXPECT_TRUE(IsInBlock(record->pServerName));
       }
       EXPECT_TRUE(IsInBlock(record->pPrinterName) && IsInBlock(record->pComment));
-      EXPECT_EQ(Text(record->pComment), u"Of the contract");
-      EXPECT_EQ(Text(record->pLocation), u"here");
-      EXPECT_EQ(record->Priority, 7u);
-      EXPECT_EQ(record->StartTime, 60u);
-      EXPECT_EQ(record->UntilTime, 1439u);
-      EXPECT_EQ(record->cJobs, 0u);
+      EXPECT_EQ(ToUtf8(record->pComment) + ToUtf8(record->pLocation), "Of the contract, here");
+      EXPECT_EQ(
+          (std::vector{record->Priority, record->StartTime, record->UntilTime, record->cJobs}),
+          (std::vector<DWORD>{7, 60, 1439, 0}));
     }
     const DWORD size = needed_ - 1;
     EXPECT_EQ(Ask(name, reinterpret_cast<BYTE*>(table_.data()), size), kErrorInsufficientBuffer);

@@ -1,5 +1,8 @@
+#include <array>
 #include <set>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "automation/Text.h"
@@ -20,40 +23,50 @@ constexpr LSTATUS kNoMore = 259;
 
 class RegistryKeys : public Contract {
  protected:
-  RegistryKeys() : key_(registry_) {
+  RegistryKeys() {
     DWORD disposition = 0;
-    EXPECT_EQ(
-        registry_.RegCreateKeyExW(kHkeyCurrentUser, (world_->scratch_key() + u"\\Key").c_str(), 0,
-                                  nullptr, 0, kKeyAllAccess, nullptr, key_.Receive(), &disposition),
-        0);
+    EXPECT_EQ(Create(kHkeyCurrentUser, path_.c_str(), key_, &disposition), 0);
     EXPECT_EQ(disposition, kRegCreatedNewKey);
   }
 
-  LSTATUS Set(LPCWSTR name, DWORD type, const void* data, DWORD size) {
-    return registry_.RegSetValueExW(key_.Get(), name, 0, type, static_cast<const BYTE*>(data),
-                                    size);
+  LSTATUS Set(const RegistryKey& key, LPCWSTR name, DWORD type, const void* data, DWORD size) {
+    return registry_.RegSetValueExW(key.Get(), name, 0, type, static_cast<const BYTE*>(data), size);
   }
-  LSTATUS Query(LPCWSTR name, DWORD* type, BYTE* data, DWORD* size) {
-    return registry_.RegQueryValueExW(key_.Get(), name, nullptr, type, data, size);
+  LSTATUS Query(const RegistryKey& key, LPCWSTR name, DWORD* type, BYTE* data, DWORD* size) {
+    return registry_.RegQueryValueExW(key.Get(), name, nullptr, type, data, size);
   }
   LSTATUS Open(HKEY parent, LPCWSTR path, DWORD access, RegistryKey& result) {
     return registry_.RegOpenKeyExW(parent, path, 0, access, result.Receive());
   }
-  LSTATUS Create(HKEY parent, LPCWSTR path, RegistryKey& result, DWORD& disposition) {
+  LSTATUS Create(HKEY parent, LPCWSTR path, RegistryKey& result, DWORD* disposition = nullptr) {
     return registry_.RegCreateKeyExW(parent, path, 0, nullptr, 0, kKeyAllAccess, nullptr,
-                                     result.Receive(), &disposition);
+                                     result.Receive(), disposition);
+  }
+  // "Kind{ 1, 7, 4, 2, 9, 12 }": a key's class; its keys, with the greatest lengths of their names
+  // and classes; and its values, with those of their names and data.
+  std::string Described(const RegistryKey& key) {
+    WCHAR kind[8];
+    DWORD length = 8;
+    std::array<DWORD, 6> n{};
+    FILETIME written{};
+    EXPECT_EQ(registry_.RegQueryInfoKeyW(key.Get(), kind, &length, nullptr, &n[0], &n[1], &n[2],
+                                         &n[3], &n[4], &n[5], nullptr, &written),
+              0);
+    EXPECT_NE(written.dwHighDateTime, 0u);
+    return ToUtf8({kind, length}) + testing::PrintToString(n);
   }
 
-  RegistryKey key_;
+  const Text path_ = world_->scratch_key() + u"\\Key";
+  RegistryKey key_{registry_};
 };
 
 TEST_F(RegistryKeys, HoldValuesOfAnyTypeUnderNamesWithoutCase) {
   // The NUL behind a text counts, although the size given leaves it out.
-  EXPECT_EQ(Set(u"Text", kRegSz, u"abc", 6), 0);
-  EXPECT_EQ(Set(u"Number", kRegDword, "\x2a\0\0", 4), 0);
-  EXPECT_EQ(Set(nullptr, kRegExpandSz, u"%x%", 8), 0);
-  EXPECT_EQ(Set(u"Nothing", kRegSz, nullptr, 0), 0);
-  EXPECT_EQ(Set(u"NUMBER", kRegBinary, "123", 3), 0) << "replaced, under the old name";
+  EXPECT_EQ(Set(key_, u"Text", kRegSz, u"abc", 6), 0);
+  EXPECT_EQ(Set(key_, u"Number", kRegDword, "\x2a\0\0", 4), 0);
+  EXPECT_EQ(Set(key_, nullptr, kRegExpandSz, u"%x%", 8), 0);
+  EXPECT_EQ(Set(key_, u"Nothing", kRegSz, nullptr, 0), 0);
+  EXPECT_EQ(Set(key_, u"NUMBER", kRegBinary, "123", 3), 0) << "replaced, under the old name";
   const std::tuple<LPCWSTR, DWORD, DWORD, DWORD, LSTATUS> rows[] = {
       {u"text", 64, kRegSz, 8, 0},        {u"TEXT", 8, kRegSz, 8, 0},
       {u"text", 7, kRegSz, 8, kMoreData}, {u"number", 64, kRegBinary, 3, 0},
@@ -63,31 +76,23 @@ TEST_F(RegistryKeys, HoldValuesOfAnyTypeUnderNamesWithoutCase) {
     BYTE data[64];
     DWORD type = 0;
     DWORD size = room;
-    EXPECT_EQ(Query(name, &type, data, &size), status);
+    EXPECT_EQ(Query(key_, name, &type, data, &size), status);
     if (status == kMissing) continue;
     EXPECT_EQ(size, length) << ToUtf8(name == nullptr ? u"" : name);
     EXPECT_EQ(type, kind);
     DWORD needed = 0;
-    EXPECT_EQ(Query(name, nullptr, nullptr, &needed), 0) << "the size alone";
+    EXPECT_EQ(Query(key_, name, nullptr, nullptr, &needed), 0) << "the size alone";
     EXPECT_EQ(needed, length);
   }
   BYTE data[8];
-  EXPECT_EQ(Query(u"text", nullptr, data, nullptr), kBadParameter);
+  EXPECT_EQ(Query(key_, u"text", nullptr, data, nullptr), kBadParameter);
 }
 
 TEST_F(RegistryKeys, EnumerateEachValueOnceAndTellTheGreatestLengths) {
-  DWORD values = 0;
-  DWORD longest_name = 0;
-  DWORD largest = 0;
-  Set(u"a", kRegSz, u"12345", 12);
-  Set(u"long name", kRegDword, "\1\0\0", 4);
-  Set(u"", kRegSz, u"", 2);
-  ASSERT_EQ(registry_.RegQueryInfoKeyW(key_.Get(), nullptr, nullptr, nullptr, nullptr, nullptr,
-                                       nullptr, &values, &longest_name, &largest, nullptr, nullptr),
-            0);
-  EXPECT_EQ(values, 3u);
-  EXPECT_EQ(longest_name, 9u);
-  EXPECT_EQ(largest, 12u);
+  Set(key_, u"a", kRegSz, u"12345", 12);
+  Set(key_, u"long name", kRegDword, "\1\0\0", 4);
+  Set(key_, u"", kRegSz, u"", 2);
+  EXPECT_EQ(Described(key_), "{ 0, 0, 0, 3, 9, 12 }");
   std::set<Text> names;
   WCHAR name[10];
   BYTE data[12];
@@ -98,36 +103,33 @@ TEST_F(RegistryKeys, EnumerateEachValueOnceAndTellTheGreatestLengths) {
     return registry_.RegEnumValueW(key_.Get(), index, name, &length, nullptr, &type, data, &size);
   };
   for (const DWORD index : {0u, 1u, 2u}) {
-    ASSERT_EQ(enumerate(index, longest_name + 1, largest), 0);
+    ASSERT_EQ(enumerate(index, 10, 12), 0);
     EXPECT_EQ(Text(name), Text(name, length));
     EXPECT_EQ(type, length == 9 ? kRegDword : kRegSz);
     names.emplace(name, length);
     const DWORD whole = size;
-    EXPECT_EQ(enumerate(index, length, largest), kMoreData) << "no room for the NUL";
-    EXPECT_EQ(enumerate(index, longest_name + 1, 1), kMoreData);
+    EXPECT_EQ(enumerate(index, length, 12), kMoreData) << "no room for the NUL";
+    EXPECT_EQ(enumerate(index, 10, 1), kMoreData);
     EXPECT_EQ(size, whole);
   }
-  EXPECT_EQ(enumerate(3, longest_name + 1, largest), kNoMore);
+  EXPECT_EQ(enumerate(3, 10, 12), kNoMore);
   EXPECT_EQ(names, (std::set<Text>{u"", u"a", u"long name"}));
 }
 
 TEST_F(RegistryKeys, AreCreatedWithTheWayToThemAndDeletedWithoutSubKeys) {
-  RegistryKey leaf(registry_);
-  RegistryKey same(registry_);
+  RegistryKey leaf(registry_), same(registry_);
   DWORD disposition = 0;
-  EXPECT_EQ(Create(key_.Get(), u"Some\\Deep\\Leaf", leaf, disposition), 0);
+  EXPECT_EQ(Create(key_.Get(), u"Some\\Deep\\Leaf", leaf, &disposition), 0);
   EXPECT_EQ(disposition, kRegCreatedNewKey);
-  EXPECT_EQ(Create(key_.Get(), u"SOME\\deep\\Leaf\\", same, disposition), 0);
+  EXPECT_EQ(Create(key_.Get(), u"SOME\\deep\\Leaf\\", same, &disposition), 0);
   EXPECT_EQ(disposition, kRegOpenedExistingKey);
   EXPECT_EQ(registry_.RegDeleteKeyW(key_.Get(), u"Some\\Deep"), kDenied) << "it has a sub-key";
   EXPECT_EQ(registry_.RegDeleteKeyW(key_.Get(), u"None"), kMissing);
   EXPECT_EQ(registry_.RegDeleteKeyW(key_.Get(), nullptr), kBadParameter);
   EXPECT_EQ(registry_.RegDeleteKeyW(key_.Get(), u"Some\\Deep\\Leaf"), 0);
   DWORD size = 0;
-  EXPECT_EQ(registry_.RegQueryValueExW(leaf.Get(), u"x", nullptr, nullptr, nullptr, &size), 1018);
-  EXPECT_EQ(registry_.RegSetValueExW(leaf.Get(), u"x", 0, kRegDword,
-                                     reinterpret_cast<const BYTE*>("123"), 4),
-            1018);
+  EXPECT_EQ(Query(leaf, u"x", nullptr, nullptr, &size), 1018);
+  EXPECT_EQ(Set(leaf, u"x", kRegDword, "123", 4), 1018);
   EXPECT_EQ(Open(leaf.Get(), u"x", kKeyRead, same), 1018);
   RegistryKey deep(registry_);
   EXPECT_EQ(Open(key_.Get(), u"Some\\Deep", kKeyAllAccess, deep), 0);
@@ -137,8 +139,7 @@ TEST_F(RegistryKeys, AreCreatedWithTheWayToThemAndDeletedWithoutSubKeys) {
 
 TEST_F(RegistryKeys, HaveAClassAndLastOrNot) {
   Text kind = u"Kind";
-  RegistryKey passing(registry_);
-  RegistryKey below(registry_);
+  RegistryKey passing(registry_), below(registry_);
   const auto create = [&](HKEY parent, DWORD options, RegistryKey& made) {
     return registry_.RegCreateKeyExW(parent, u"Passing", 0, kind.data(), options, kKeyAllAccess,
                                      nullptr, made.Receive(), nullptr);
@@ -146,31 +147,18 @@ TEST_F(RegistryKeys, HaveAClassAndLastOrNot) {
   ASSERT_EQ(create(key_.Get(), kRegOptionVolatile, passing), 0);
   EXPECT_EQ(create(passing.Get(), 0, below), 1021);
   EXPECT_EQ(create(passing.Get(), kRegOptionVolatile, below), 0);
-  WCHAR text[8];
-  DWORD length = 8, longest = 0;
-  FILETIME written{};
-  EXPECT_EQ(registry_.RegQueryInfoKeyW(passing.Get(), text, &length, nullptr, nullptr, nullptr,
-                                       &longest, nullptr, nullptr, nullptr, nullptr, &written),
-            0);
-  EXPECT_EQ(Text(text, length), kind);
-  EXPECT_EQ(longest, kind.size());
-  EXPECT_NE(written.dwHighDateTime, 0u);
+  EXPECT_EQ(Described(passing), "Kind{ 1, 7, 4, 0, 0, 0 }");
 }
 
 TEST_F(RegistryKeys, GiveWhatTheirHandleWasOpenedFor) {
-  const Text path = world_->scratch_key() + u"\\Key";
-  RegistryKey reader(registry_);
-  RegistryKey writer(registry_);
+  RegistryKey reader(registry_), writer(registry_);
   DWORD size = 0;
-  Set(u"x", kRegDword, "123", 4);
-  ASSERT_EQ(Open(kHkeyCurrentUser, path.c_str(), kKeyRead, reader), 0);
-  ASSERT_EQ(Open(kHkeyCurrentUser, path.c_str(), kKeySetValue, writer), 0);
-  EXPECT_EQ(registry_.RegSetValueExW(reader.Get(), u"y", 0, kRegDword,
-                                     reinterpret_cast<const BYTE*>("123"), 4),
-            kDenied);
+  Set(key_, u"x", kRegDword, "123", 4);
+  ASSERT_EQ(Open(kHkeyCurrentUser, path_.c_str(), kKeyRead, reader), 0);
+  ASSERT_EQ(Open(kHkeyCurrentUser, path_.c_str(), kKeySetValue, writer), 0);
+  EXPECT_EQ(Set(reader, u"y", kRegDword, "123", 4), kDenied);
   EXPECT_EQ(registry_.RegDeleteValueW(reader.Get(), u"x"), kDenied);
-  EXPECT_EQ(registry_.RegQueryValueExW(writer.Get(), u"x", nullptr, nullptr, nullptr, &size),
-            kDenied);
+  EXPECT_EQ(Query(writer, u"x", nullptr, nullptr, &size), kDenied);
   EXPECT_EQ(registry_.RegDeleteValueW(writer.Get(), u"X"), 0);
   EXPECT_EQ(registry_.RegDeleteValueW(writer.Get(), u"x"), kMissing);
 }
@@ -203,8 +191,7 @@ TEST_F(RegistryKeys, FailWithTheCodeOfWhatIsWrongWithTheKey) {
 
 TEST_F(RegistryKeys, OfComputersAreReachedByNameAndByTheirRoots) {
   const Text name = u"\\\\" + OwnName();
-  RegistryKey root(registry_);
-  RegistryKey software(registry_);
+  RegistryKey root(registry_), software(registry_);
   for (const LPCWSTR form : {LPCWSTR{nullptr}, name.c_str(), name.c_str() + 2}) {
     EXPECT_EQ(registry_.RegConnectRegistryW(form, kHkeyLocalMachine, root.Receive()), 0);
     EXPECT_EQ(Open(root.Get(), u"SOFTWARE", kKeyRead, software), 0);
@@ -221,9 +208,9 @@ TEST_F(RegistryKeys, OfComputersAreReachedByNameAndByTheirRoots) {
 
 TEST_F(RegistryKeys, TellTheNamesBelowThem) {
   RegistryKey child(registry_);
-  DWORD disposition = 0;
-  Create(key_.Get(), u"First", child, disposition);
-  Create(key_.Get(), u"Second", child, disposition);
+  for (const LPCWSTR name : {u"First", u"Second"}) {
+    EXPECT_EQ(Create(key_.Get(), name, child), 0);
+  }
   WCHAR name[1025];
   std::set<Text> names;
   for (const DWORD index : {0u, 1u}) {
@@ -235,12 +222,7 @@ TEST_F(RegistryKeys, TellTheNamesBelowThem) {
   }
   EXPECT_EQ(names, (std::set<Text>{u"First", u"Second"}));
   EXPECT_EQ(registry_.RegEnumKeyW(key_.Get(), 2, name, 1024), kNoMore);
-  DWORD count = 0, longest = 0;
-  EXPECT_EQ(registry_.RegQueryInfoKeyW(key_.Get(), nullptr, nullptr, nullptr, &count, &longest,
-                                       nullptr, nullptr, nullptr, nullptr, nullptr, nullptr),
-            0);
-  EXPECT_EQ(count, 2u);
-  EXPECT_EQ(longest, 6u);
+  EXPECT_EQ(Described(key_), "{ 2, 6, 0, 0, 0, 0 }");
   EXPECT_EQ(registry_.RegDeleteKeyW(key_.Get(), u"Second"), 0);
   EXPECT_EQ(registry_.RegEnumKeyW(child.Get(), 0, name, 1024), 1018);
   DWORD room = 1024;
@@ -259,7 +241,7 @@ TEST_F(RegistryKeys, HandOutDataAsItIsStoredHoweverOdd) {
   for (const auto& [kind, bytes] : rows) {
     // What stands behind isn't taken for the end of a text.
     const std::string with_rest = bytes + "more";
-    ASSERT_EQ(Set(u"Odd", kind, with_rest.data(), static_cast<DWORD>(bytes.size())), 0);
+    ASSERT_EQ(Set(key_, u"Odd", kind, with_rest.data(), static_cast<DWORD>(bytes.size())), 0);
     WCHAR name[8];
     DWORD length = 8;
     DWORD listed = 0;
@@ -272,15 +254,14 @@ TEST_F(RegistryKeys, HandOutDataAsItIsStoredHoweverOdd) {
     BYTE data[32];
     DWORD size = 2 * needed + 1;
     DWORD type = 0;
-    EXPECT_EQ(Query(u"odd", &type, data, &size), 0);
+    EXPECT_EQ(Query(key_, u"odd", &type, data, &size), 0);
     EXPECT_EQ(type, kind);
     EXPECT_EQ(std::string(data, data + size), bytes) << kind;
   }
 }
 
 TEST_F(RegistryKeys, TellTheirDescriptorAndOpenForThoseWhoBackUp) {
-  const Text path = world_->scratch_key() + u"\\Key";
-  const Text name = u"CURRENT_USER\\" + path;
+  const Text name = u"CURRENT_USER\\" + path_;
   const DWORD information = kOwnerSecurityInformation | kDaclSecurityInformation;
   std::vector<std::uint8_t> descriptor(1);
   DWORD size = 1;
@@ -292,22 +273,21 @@ TEST_F(RegistryKeys, TellTheirDescriptorAndOpenForThoseWhoBackUp) {
   EXPECT_EQ(registry_.RegGetKeySecurity(HKEY{0x7770}, information, descriptor.data(), &size),
             kBadHandle);
   RegistryKey blind(registry_);
-  ASSERT_EQ(Open(kHkeyCurrentUser, path.c_str(), kKeySetValue, blind), 0);
+  ASSERT_EQ(Open(kHkeyCurrentUser, path_.c_str(), kKeySetValue, blind), 0);
   EXPECT_EQ(registry_.RegGetKeySecurity(blind.Get(), information, descriptor.data(), &size),
             kDenied);
 
   ASSERT_EQ(SetList(name, 4, u"D:P(A;;KA;;;SY)", kProtectedList), 0u);
   RegistryKey opened(registry_);
   const auto back_up = [&] {
-    DWORD disposition = 0;
-    return registry_.RegCreateKeyExW(kHkeyCurrentUser, path.c_str(), 0, nullptr,
+    return registry_.RegCreateKeyExW(kHkeyCurrentUser, path_.c_str(), 0, nullptr,
                                      kRegOptionBackupRestore, kKeyRead, nullptr, opened.Receive(),
-                                     &disposition);
+                                     nullptr);
   };
-  const LSTATUS denied = Open(kHkeyCurrentUser, path.c_str(), kKeyRead, opened);
+  const LSTATUS denied = Open(kHkeyCurrentUser, path_.c_str(), kKeyRead, opened);
   const LSTATUS without_privilege = back_up();
   EXPECT_EQ(SetList(name, 4, u"D:P(A;;KA;;;WD)", kProtectedList), 0u);
-  EXPECT_EQ(Open(kHkeyCurrentUser, path.c_str(), kKeyRead, opened), 0);
+  EXPECT_EQ(Open(kHkeyCurrentUser, path_.c_str(), kKeyRead, opened), 0);
   EXPECT_EQ(denied, kDenied);
   EXPECT_EQ(without_privilege, kDenied);
 }

@@ -1,6 +1,8 @@
 #include <array>
 #include <cstring>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "automation/Text.h"
@@ -32,14 +34,6 @@ class SecurityContract : public Contract {
                                         nullptr, nullptr, descriptor.Receive());
     if (code != 0) return "!" + std::to_string(code);
     return SecurityText::OfDescriptor(descriptor.Get());
-  }
-
-  BOOL Convert(LPCWSTR string, LocalMemory<std::uint8_t>& descriptor, DWORD* size = nullptr) {
-    void* block = nullptr;
-    const BOOL result = security_.ConvertStringSecurityDescriptorToSecurityDescriptorW(
-        string, kSddlRevision1, &block, size);
-    if (result != 0) descriptor.Reset(static_cast<std::uint8_t*>(block));
-    return result;
   }
 
   FileHandle ProcessToken(DWORD access) {
@@ -87,16 +81,16 @@ TEST_F(SecurityContract, ReadsWholeDescriptorsIntoBuffersThatAreLargeEnough) {
       EXPECT_TRUE(SecurityText::OfDescriptor(buffer.data()).starts_with("D:"));
     }
   }
-  DWORD needed = 0;
   const FileHandle data_only(
       files_, files_.CreateFileW(In(u"\\a.txt").c_str(), kFileReadData, kFileShareRead, nullptr,
                                  kOpenExisting, 0, nullptr));
-  EXPECT_FALSE(security_.GetKernelObjectSecurity(data_only.Get(), kOwnerAndList, buffer.data(),
-                                                 1024, &needed));
-  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied) << "opened without the right to read it";
-  EXPECT_FALSE(
-      security_.GetKernelObjectSecurity(nullptr, kOwnerAndList, buffer.data(), 1024, &needed));
-  EXPECT_EQ(LastPlatformError(), kErrorInvalidHandle);
+  const auto read = [&](HANDLE handle) {
+    DWORD needed = 0;
+    return Code(
+        security_.GetKernelObjectSecurity(handle, kOwnerAndList, buffer.data(), 1024, &needed));
+  };
+  EXPECT_EQ(read(data_only.Get()), kErrorAccessDenied) << "opened without the right to read it";
+  EXPECT_EQ(read(nullptr), kErrorInvalidHandle);
 }
 
 TEST_F(SecurityContract, ReadsAndStoresTheListOfADrivesRoot) {
@@ -137,8 +131,8 @@ TEST_F(SecurityContract, TellsWhatIsMissingByThePublishedCodes) {
     EXPECT_EQ(SetList(name, type, u"D:(A;;GA;;;WD)", kProtectedList), code) << ToUtf8(name);
     if (type != kFile) continue;
     DWORD needed = 0;
-    EXPECT_FALSE(security_.GetFileSecurityW(name.c_str(), kOwnerAndList, nullptr, 0, &needed));
-    EXPECT_EQ(LastPlatformError(), code) << ToUtf8(name);
+    EXPECT_EQ(Code(security_.GetFileSecurityW(name.c_str(), kOwnerAndList, nullptr, 0, &needed)),
+              code);
   }
   EXPECT_EQ(security_.GetNamedSecurityInfoW(Key().c_str(), kKey, kOwnerAndList, nullptr, nullptr,
                                             nullptr, nullptr, nullptr),
@@ -203,26 +197,25 @@ TEST_F(SecurityContract, BuildsDescriptorsOfStrings) {
     EXPECT_EQ(good ? security_.GetSecurityDescriptorLength(descriptor.Get()) : 0, size);
   }
   void* block = nullptr;
-  EXPECT_FALSE(
-      security_.ConvertStringSecurityDescriptorToSecurityDescriptorW(u"D:", 2, &block, nullptr));
-  EXPECT_EQ(LastPlatformError(), kErrorUnknownRevision);
+  EXPECT_EQ(Code(security_.ConvertStringSecurityDescriptorToSecurityDescriptorW(u"D:", 2, &block,
+                                                                                nullptr)),
+            kErrorUnknownRevision);
 }
 
 TEST_F(SecurityContract, SwitchesThePrivilegesThatTheTokenHas) {
   LUID luid{77, 77};
-  EXPECT_FALSE(security_.LookupPrivilegeValueW(nullptr, u"SeNoSuchPrivilege", &luid));
-  EXPECT_EQ(LastPlatformError(), kErrorNoSuchPrivilege);
-  EXPECT_FALSE(security_.LookupPrivilegeValueW(u"\\\\vk-missing", u"SeBackupPrivilege", &luid));
-  EXPECT_EQ(LastPlatformError(), kErrorRpcServerUnavailable);
+  EXPECT_EQ(Code(security_.LookupPrivilegeValueW(nullptr, u"SeNoSuchPrivilege", &luid)),
+            kErrorNoSuchPrivilege);
+  EXPECT_EQ(Code(security_.LookupPrivilegeValueW(u"\\\\vk-missing", u"SeBackupPrivilege", &luid)),
+            kErrorRpcServerUnavailable);
   EXPECT_EQ(luid.LowPart, 77u);
   EXPECT_TRUE(security_.LookupPrivilegeValueW(u"", u"sechangenotifyprivilege", &luid));
 
   constexpr DWORD kRoom = sizeof(TOKEN_PRIVILEGES);
   const FileHandle token = ProcessToken(kTokenAdjustPrivileges | kTokenQuery);
-  const DWORD was = kSePrivilegeEnabled;
   const std::tuple<LUID, DWORD, DWORD, BOOL, DWORD, DWORD, DWORD> rows[] = {
       {luid, 0, kRoom - 1, 0, kErrorInsufficientBuffer, 0, 0},
-      {luid, 0, kRoom, 1, 0, 1, was},
+      {luid, 0, kRoom, 1, 0, 1, kSePrivilegeEnabled},
       {luid, kSePrivilegeEnabled, kRoom, 1, 0, 1, 0},
       {{0, 0}, kSePrivilegeEnabled, kRoom, 1, kErrorNotAllAssigned, 0, 0}};
   for (const auto& [own, attributes, room, result, error, count, state] : rows) {
@@ -237,10 +230,10 @@ TEST_F(SecurityContract, SwitchesThePrivilegesThatTheTokenHas) {
   }
   const TOKEN_PRIVILEGES wanted{1, {{luid, kSePrivilegeEnabled}}};
   const FileHandle query = ProcessToken(kTokenQuery);
-  EXPECT_FALSE(security_.AdjustTokenPrivileges(query.Get(), 0, &wanted, 0, nullptr, nullptr));
-  EXPECT_EQ(LastPlatformError(), kErrorAccessDenied);
-  EXPECT_FALSE(security_.AdjustTokenPrivileges(nullptr, 0, &wanted, 0, nullptr, nullptr));
-  EXPECT_EQ(LastPlatformError(), kErrorInvalidHandle);
+  for (const auto& [asked, error] :
+       {std::pair(query.Get(), kErrorAccessDenied), {nullptr, kErrorInvalidHandle}}) {
+    EXPECT_EQ(Code(security_.AdjustTokenPrivileges(asked, 0, &wanted, 0, nullptr, nullptr)), error);
+  }
   HANDLE none = nullptr;
   EXPECT_EQ(Code(security_.OpenProcessToken(nullptr, kTokenQuery, &none)), kErrorInvalidHandle);
 }
@@ -255,7 +248,7 @@ TEST_F(SecurityContract, ChecksAClientsAccessAgainstADescriptor) {
     DWORD error;  // of the call, or 0 where the test could be made
     bool allowed;
   };
-  const std::vector<Row> table = {
+  const Row table[] = {
       {u"O:BGG:BAD:(A;;0x3;;;WD)", client.Get(), 1, 0, true},
       {u"O:BGG:BAD:(A;;0x3;;;WD)", client.Get(), 4, 0, false},
       {u"O:BGG:BAD:(A;;0x1;;;AN)", client.Get(), 1, 0, false},
@@ -274,29 +267,27 @@ TEST_F(SecurityContract, ChecksAClientsAccessAgainstADescriptor) {
       {u"D:(A;;0x3;;;WD)", client.Get(), 1, kErrorInvalidSecurityDescriptor, false}};
   GENERIC_MAPPING mapping{0x20094, 0x20028, 0x20004, 0xF01FF};
   for (const Row& row : table) {
-    const auto& [string, token, desired, error, allowed] = row;
+    SCOPED_TRACE(ToUtf8(row.descriptor) + " " + std::to_string(row.desired));
     LocalMemory<std::uint8_t> descriptor(platform_.system);
-    ASSERT_TRUE(Convert(string, descriptor));
-    const auto check = [&](void* privileges, DWORD& room, DWORD& granted, BOOL& status) {
-      return security_.AccessCheckByType(descriptor.Get(), nullptr, row.token, row.desired, nullptr,
-                                         0, &mapping, privileges, &room, &granted, &status);
-    };
+    ASSERT_TRUE(Convert(row.descriptor, descriptor));
+    alignas(8) std::uint8_t privileges[64];
     DWORD room = 0;
     DWORD granted = 77;
     BOOL status = 77;
-    if (error == 0) {
-      EXPECT_EQ(Code(check(nullptr, room, granted, status)), kErrorInsufficientBuffer);
+    const auto check = [&](void* place) {
+      return Code(security_.AccessCheckByType(descriptor.Get(), nullptr, row.token, row.desired,
+                                              nullptr, 0, &mapping, place, &room, &granted,
+                                              &status));
+    };
+    if (row.error == 0) {
+      EXPECT_EQ(check(nullptr), kErrorInsufficientBuffer);
       EXPECT_GE(room, 20u);
     }
-    alignas(8) std::uint8_t privileges[64];
     room = sizeof privileges;
-    EXPECT_EQ(check(privileges, room, granted, status), error == 0 ? 1 : 0) << ToUtf8(string);
-    if (error != 0) {
-      EXPECT_EQ(LastPlatformError(), error) << ToUtf8(string);
-    } else {
-      EXPECT_EQ(status != 0, allowed) << ToUtf8(string) << " " << desired;
-      EXPECT_EQ(granted, allowed ? desired : 0u) << ToUtf8(string);
-    }
+    EXPECT_EQ(check(privileges), row.error);
+    if (row.error != 0) continue;
+    EXPECT_EQ(status != 0, row.allowed);
+    EXPECT_EQ(granted, row.allowed ? row.desired : 0u);
   }
 }
 

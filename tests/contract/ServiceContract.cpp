@@ -28,6 +28,8 @@ class ServiceContract : public Contract {
     for (const LPCWSTR name : {kTwo, kOne, kNobody}) Remove(name);
   }
 
+  void SetUp() override { ASSERT_TRUE(one_ && two_) << LastPlatformError(); }
+
   ServiceHandle Make(LPCWSTR name, LPCWSTR dependencies) {
     const Text command = u"\"" + world_->service_program() + u"\" " + name;
     return ServiceHandle(
@@ -112,7 +114,6 @@ class ServiceContract : public Contract {
 using ServiceManagers = ServiceContract;
 
 TEST_F(ServiceManagers, ListServicesInSlicesAndAllAtOnce) {
-  ASSERT_TRUE(one_ && two_);
   const std::vector<Text> all = Walk(60'000);
   EXPECT_EQ(Walk(512), all);
   for (const LPCWSTR name : {kOne, kTwo}) {
@@ -138,7 +139,6 @@ TEST_F(ServiceManagers, ListServicesInSlicesAndAllAtOnce) {
 }
 
 TEST_F(ServiceManagers, KeepConfigurations) {
-  ASSERT_TRUE(one_ && two_);
   EXPECT_EQ(QueryConfig(0), kErrorInsufficientBuffer);
   ASSERT_EQ(QueryConfig(needed_), 0u);
   const auto* const config = Records<QUERY_SERVICE_CONFIGW>();
@@ -166,7 +166,6 @@ TEST_F(ServiceManagers, KeepConfigurations) {
 }
 
 TEST_F(ServiceManagers, StartStopAndRemoveServices) {
-  ASSERT_TRUE(one_ && two_);
   EXPECT_EQ(Control(one_, kServiceControlStop), kErrorServiceNotActive);
   ASSERT_EQ(Start(one_), 0u);
   EXPECT_TRUE(ReachesState(one_, kServiceRunning));
@@ -197,7 +196,6 @@ TEST_F(ServiceManagers, StartStopAndRemoveServices) {
 }
 
 TEST_F(ServiceManagers, RefuseWithTheirNumbers) {
-  ASSERT_TRUE(one_ && two_);
   const ServiceHandle weak = Open(kOne, kServiceQueryConfig);
   const ServiceHandle visitor(services_,
                               services_.OpenSCManagerW(u"", u"ServicesActive", kManagerConnect));

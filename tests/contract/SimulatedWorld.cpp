@@ -8,24 +8,21 @@ namespace {
 class SimulatedWorld final : public World {
  public:
   SimulatedWorld() : simulated_(simulated::Estate(u"HARBOUR")) {
-    simulated_.estate().local().AddFolder(scratch_);
-    simulated_.estate()
-        .local()
-        .AddFile(u"C:\\Windows\\System32\\kernel32.dll")
+    simulated::Computer& local = simulated_.estate().local();
+    local.AddFolder(scratch_);
+    local.AddFile(u"C:\\Windows\\System32\\kernel32.dll")
         .Version(simulated::VersionDescription{.file = {6, 1, 7601, 0}}.Build());
-    simulated_.estate()
-        .local()
-        .AddFile(event_texts())
+    local.AddFile(event_texts())
         .Messages({{1, u"Nobody but %1 knows %2.\r\n"},
                    {2, u"[%99!*.*s!][%100][%5]%0"},
                    {3, u"Network\r\n"}})
         .Messages({{1, u"Niemand kennt %2, nur %1.\r\n"}, {2, u"[%5]%0"}, {3, u"Netzwerk\r\n"}},
                   0x407);
-    simulated::AccountDatabase& accounts = simulated_.estate().local().own_accounts();
+    simulated::AccountDatabase& accounts = local.own_accounts();
     accounts.AddUser(user_, 1001);
     accounts.local_group(u"Administrators").members.push_back(accounts.SidOf(user_));
     simulated_.estate().current_user().Key(scratch_key_);
-    simulated::RecordedLog& log = simulated_.estate().local().AddEventLog(u"Contract");
+    simulated::RecordedLog& log = local.AddEventLog(u"Contract");
     log.StartAt(3);
     for (DWORD id = 3; id < 7; ++id) log.Add({.source = u"Contract", .id = id});
   }

@@ -1,5 +1,7 @@
 #include <cstring>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "automation/Text.h"
@@ -133,50 +135,44 @@ TEST_F(SystemCalls, ConvertBytesOfACodePage) {
       {kCodePageAnsi, 0x4000000, "abc", 3, 9, kErrorInvalidFlags},
       {kCodePageUtf8, kMultiByteErrInvalidChars, "a\xFF", 2, 9, kErrorNoUnicodeTranslation}};
   for (const auto& [page, flags, bytes, size, room, error] : rows) {
-    EXPECT_EQ(system_.MultiByteToWideChar(page, flags, bytes, size, wide, room), 0);
-    EXPECT_EQ(LastPlatformError(), error) << page << " " << size;
+    EXPECT_EQ(Code(system_.MultiByteToWideChar(page, flags, bytes, size, wide, room)), error)
+        << page << " " << size;
   }
 }
 
 TEST_F(SystemCalls, ConvertTextsToACodePage) {
   char bytes[16] = {};
-  const std::tuple<UINT, DWORD, Text, std::string> rows[] = {
-      {1252, 0, u"a\u20ac\u00e9\u0081", "a\x80\xE9\x81"},
-      {1252, 0, u"\u4e2d!", "?!"},
-      {1252, 0, u"\xD83D\xDE00", "??"},
-      {1252, 0, Text(u"a\0b", 3), std::string("a\0b", 3)},
-      {kCodePageUtf8, 0, u"\u00e9\xD83D\xDE00", "\xC3\xA9\xF0\x9F\x98\x80"},
-      {kCodePageUtf8, 0, u"a\xDE00", "a\xEF\xBF\xBD"},
-      {kCodePageAnsi, 0, u"plain", "plain"}};
-  for (const auto& [page, flags, text, expected] : rows) {
+  const auto convert = [&](UINT page, DWORD flags, LPCWSTR text, INT size, INT room) {
+    return system_.WideCharToMultiByte(page, flags, text, size, room == 0 ? nullptr : bytes, room,
+                                       nullptr, nullptr);
+  };
+  const std::tuple<UINT, Text, std::string> rows[] = {
+      {1252, u"a\u20ac\u00e9\u0081", "a\x80\xE9\x81"},
+      {1252, u"\u4e2d!", "?!"},
+      {1252, u"\xD83D\xDE00", "??"},
+      {1252, Text(u"a\0b", 3), std::string("a\0b", 3)},
+      {kCodePageUtf8, u"\u00e9\xD83D\xDE00", "\xC3\xA9\xF0\x9F\x98\x80"},
+      {kCodePageUtf8, u"a\xDE00", "a\xEF\xBF\xBD"},
+      {kCodePageAnsi, u"plain", "plain"}};
+  for (const auto& [page, text, expected] : rows) {
     SCOPED_TRACE(expected);
     const auto size = static_cast<INT>(text.size());
     const auto needed = static_cast<INT>(expected.size());
-    EXPECT_EQ(
-        system_.WideCharToMultiByte(page, flags, text.c_str(), size, nullptr, 0, nullptr, nullptr),
-        needed);
-    ASSERT_EQ(
-        system_.WideCharToMultiByte(page, flags, text.c_str(), size, bytes, 16, nullptr, nullptr),
-        needed);
+    EXPECT_EQ(convert(page, 0, text.c_str(), size, 0), needed);
+    ASSERT_EQ(convert(page, 0, text.c_str(), size, 16), needed);
     EXPECT_EQ(std::string(bytes, expected.size()), expected);
-    EXPECT_EQ(system_.WideCharToMultiByte(page, flags, text.c_str(), size, bytes, needed - 1,
-                                          nullptr, nullptr),
-              0);
-    EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
+    EXPECT_EQ(Code(convert(page, 0, text.c_str(), size, needed - 1)), kErrorInsufficientBuffer);
   }
   BOOL used_default = 0;
   EXPECT_EQ(system_.WideCharToMultiByte(1252, 0, u"\u4e2dx", -1, bytes, 16, "*", &used_default), 3);
   EXPECT_EQ(std::string(bytes), "*x");
   EXPECT_TRUE(used_default);
-  const auto error = [&](UINT page, DWORD flags, LPCWSTR text, INT size) {
-    EXPECT_EQ(system_.WideCharToMultiByte(page, flags, text, size, bytes, 16, nullptr, nullptr), 0);
-    return LastPlatformError();
-  };
-  EXPECT_EQ(error(4711, 0, u"a", 1), kErrorInvalidParameter);
-  EXPECT_EQ(error(1252, 0, u"a", 0), kErrorInvalidParameter);
-  EXPECT_EQ(error(1252, 0, nullptr, 1), kErrorInvalidParameter);
-  EXPECT_EQ(error(1252, 0x4000000, u"a", 1), kErrorInvalidFlags);
-  EXPECT_EQ(error(kCodePageUtf8, kWideErrInvalidChars, u"\xDE00", 1), kErrorNoUnicodeTranslation);
+  EXPECT_EQ(Code(convert(4711, 0, u"a", 1, 16)), kErrorInvalidParameter);
+  EXPECT_EQ(Code(convert(1252, 0, u"a", 0, 16)), kErrorInvalidParameter);
+  EXPECT_EQ(Code(convert(1252, 0, nullptr, 1, 16)), kErrorInvalidParameter);
+  EXPECT_EQ(Code(convert(1252, 0x4000000, u"a", 1, 16)), kErrorInvalidFlags);
+  EXPECT_EQ(Code(convert(kCodePageUtf8, kWideErrInvalidChars, u"\xDE00", 1, 16)),
+            kErrorNoUnicodeTranslation);
 }
 
 TEST_F(SystemCalls, GiveOneSortKeyToTextsThatCompareEqual) {
@@ -188,29 +184,27 @@ TEST_F(SystemCalls, GiveOneSortKeyToTextsThatCompareEqual) {
     const INT size = map(nullptr, 0);
     std::string bytes(static_cast<std::size_t>(size), 'x');
     auto* const room = reinterpret_cast<LPWSTR>(bytes.data());
-    EXPECT_EQ(map(room, size - 1), 0);
-    EXPECT_EQ(LastPlatformError(), kErrorInsufficientBuffer);
+    EXPECT_EQ(Code(map(room, size - 1)), kErrorInsufficientBuffer);
     EXPECT_EQ(map(room, size), size);
     EXPECT_EQ(bytes.back(), '\0');
     return bytes;
   };
-  struct Row {
-    TextView one, other;
-    bool equal;
-  };
-  for (const Row& row :
-       {Row{u"Straße", u"STRASSE", true}, Row{u"\u1E9E", u"ss", true},
-        Row{u"\u00C4\u010D", u"a\u0308C\u030C", true}, Row{u"\u0439", u"\u0418\u0306", true},
-        Row{u"\u0130", u"i\u0307", true}, Row{u"\u00C6\u0153\u00DE", u"aeOETh", true},
-        Row{u"\u212A\u2126\u212B", u"k\u03C9\u00E5", true},
-        Row{u"\uFEFF-a\u00ADb\u200D", u"-AB", true}, Row{TextView(u"a\0b", 3), u"ab", true},
-        Row{u"\u00B5", u"\u03BC", false}, Row{u"\u0131", u"i", false}, Row{u"\u00E4", u"a", false},
-        Row{u"a\u0001", u"a", false}, Row{u"co-op", u"coop", false}, Row{u"\u00F8", u"o", false},
-        Row{u"a b", u"a\u00A0b", false}}) {
-    EXPECT_EQ(key(row.one) == key(row.other), row.equal) << ToUtf8(row.one);
-  }
-  EXPECT_EQ(system_.LCMapStringW(kLocaleInvariant, kLcmapSortKey, u"", 0, nullptr, 0), 0);
-  EXPECT_EQ(LastPlatformError(), kErrorInvalidParameter);
+  const std::pair<TextView, TextView> equals[] = {{u"Straße", u"STRASSE"},
+                                                  {u"\u1E9E", u"ss"},
+                                                  {u"\u00C4\u010D", u"a\u0308C\u030C"},
+                                                  {u"\u0439", u"\u0418\u0306"},
+                                                  {u"\u0130", u"i\u0307"},
+                                                  {u"\u00C6\u0153\u00DE", u"aeOETh"},
+                                                  {u"\u212A\u2126\u212B", u"k\u03C9\u00E5"},
+                                                  {u"\uFEFF-a\u00ADb\u200D", u"-AB"},
+                                                  {TextView(u"a\0b", 3), u"ab"}};
+  for (const auto& [one, other] : equals) EXPECT_EQ(key(one), key(other)) << ToUtf8(one);
+  const TextView others[][2] = {{u"\u00B5", u"\u03BC"}, {u"\u0131", u"i"},   {u"\u00E4", u"a"},
+                                {u"a\u0001", u"a"},     {u"co-op", u"coop"}, {u"\u00F8", u"o"},
+                                {u"a b", u"a\u00A0b"}};
+  for (const auto& [one, other] : others) EXPECT_NE(key(one), key(other)) << ToUtf8(one);
+  EXPECT_EQ(Code(system_.LCMapStringW(kLocaleInvariant, kLcmapSortKey, u"", 0, nullptr, 0)),
+            kErrorInvalidParameter);
 }
 
 class TimerCalls : public Contract {

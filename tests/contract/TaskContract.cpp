@@ -1,4 +1,6 @@
-#include <gtest/gtest.h>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "contract/World.h"
 #include "platform/operations/ErrorCodes.h"
@@ -33,13 +35,12 @@ class TaskContract : public Contract {
   std::u16string Save() {
     Ref<ITask> task;
     EXPECT_EQ(scheduler_->NewWorkItem(kName, &task), kOk);
-    EXPECT_EQ(task->SetComment(u"note"), kOk);
-    EXPECT_EQ(task->SetCreator(u"me"), kOk);
-    EXPECT_EQ(task->SetParameters(u"/q"), kOk);
-    EXPECT_EQ(task->SetWorkingDirectory(u"C:\\"), kOk);
-    EXPECT_EQ(task->SetApplicationName(u"a.exe"), kOk);
-    EXPECT_EQ(task->SetFlags(kTaskFlagDisabled), kOk);
-    EXPECT_EQ(task->SetMaxRunTime(5000), kOk);
+    for (const HRESULT result :
+         {task->SetComment(u"note"), task->SetCreator(u"me"), task->SetParameters(u"/q"),
+          task->SetWorkingDirectory(u"C:\\"), task->SetApplicationName(u"a.exe"),
+          task->SetFlags(kTaskFlagDisabled), task->SetMaxRunTime(5000)}) {
+      EXPECT_EQ(result, kOk);
+    }
     Ref<ITaskTrigger> trigger;
     WORD index = 7;
     EXPECT_EQ(task->CreateTrigger(&index, &trigger), kOk);
@@ -66,8 +67,7 @@ TEST_F(TaskContract, SavedTasksAreListedReadAndDeleted) {
     TaskMemory<LPWSTR> names(platform_.system);
     DWORD fetched = 0;
     if (items->Next(1, names.Receive(), &fetched) != kOk) {
-      EXPECT_EQ(fetched, 0u);
-      EXPECT_FALSE(names);
+      EXPECT_TRUE(fetched == 0 && !names);
       break;
     }
     const TaskMemory<WCHAR> name(platform_.system, *names.Get());
@@ -83,16 +83,12 @@ TEST_F(TaskContract, SavedTasksAreListedReadAndDeleted) {
                   TextOf(*task, &ITask::GetWorkingDirectory) +
                   TextOf(*task, &ITask::GetApplicationName),
               u"noteme/qC:\\a.exe");
-    DWORD value = 0;
-    EXPECT_EQ(task->GetFlags(&value), kOk);
-    EXPECT_EQ(value, kTaskFlagDisabled);
-    EXPECT_EQ(task->GetMaxRunTime(&value), kOk);
-    EXPECT_EQ(value, 5000u);
-    EXPECT_EQ(task->GetPriority(&value), kOk);
-    EXPECT_EQ(value, kNormalPriorityClass);
-    WORD count = 0;
-    EXPECT_EQ(task->GetTriggerCount(&count), kOk);
-    EXPECT_EQ(count, 1);
+    DWORD flags = 0, limit = 0, priority = 0;
+    WORD triggers = 0;
+    EXPECT_TRUE(task->GetFlags(&flags) == kOk && task->GetMaxRunTime(&limit) == kOk &&
+                task->GetPriority(&priority) == kOk && task->GetTriggerCount(&triggers) == kOk);
+    EXPECT_EQ((std::vector<DWORD>{flags, limit, priority, triggers}),
+              (std::vector<DWORD>{kTaskFlagDisabled, 5000, kNormalPriorityClass, 1}));
   }
   EXPECT_EQ(scheduler_->Delete(u""), kInvalidArgument);
   EXPECT_EQ(scheduler_->Delete(kName), kOk);
@@ -137,21 +133,18 @@ TEST_F(TaskContract, TriggersAreTakenAsTheyAreSound) {
   record.wBeginMonth = record.wBeginDay = 3;
   record.wStartHour = 9;
   record.wStartMinute = 5;
-  struct Row {
-    void (*change)(TASK_TRIGGER&);
-    bool sound;
-  };
-  for (const Row& row :
-       {Row{[](TASK_TRIGGER&) {}, true},
-        Row{[](TASK_TRIGGER& r) { r.cbTriggerSize = kShortTriggerSize; }, true},
-        Row{[](TASK_TRIGGER& r) { r.cbTriggerSize = 47; }, false},
-        Row{[](TASK_TRIGGER& r) { r.wStartHour = 24; }, false},
-        Row{[](TASK_TRIGGER& r) { r.wBeginMonth = 13; }, false},
-        Row{[](TASK_TRIGGER& r) { r.rgFlags = kTriggerHasEndDate; }, false},
-        Row{[](TASK_TRIGGER& r) { r.MinutesInterval = r.MinutesDuration = 10; }, false}}) {
+  const std::pair<void (*)(TASK_TRIGGER&), HRESULT> rows[] = {
+      {[](TASK_TRIGGER&) {}, kOk},
+      {[](TASK_TRIGGER& r) { r.cbTriggerSize = kShortTriggerSize; }, kOk},
+      {[](TASK_TRIGGER& r) { r.cbTriggerSize = 47; }, kInvalidArgument},
+      {[](TASK_TRIGGER& r) { r.wStartHour = 24; }, kInvalidArgument},
+      {[](TASK_TRIGGER& r) { r.wBeginMonth = 13; }, kInvalidArgument},
+      {[](TASK_TRIGGER& r) { r.rgFlags = kTriggerHasEndDate; }, kInvalidArgument},
+      {[](TASK_TRIGGER& r) { r.MinutesInterval = r.MinutesDuration = 10; }, kInvalidArgument}};
+  for (const auto& [change, result] : rows) {
     TASK_TRIGGER changed = record;
-    row.change(changed);
-    EXPECT_EQ(trigger->SetTrigger(&changed), row.sound ? kOk : kInvalidArgument);
+    change(changed);
+    EXPECT_EQ(trigger->SetTrigger(&changed), result);
   }
   EXPECT_EQ(TextOf(*trigger, &ITaskTrigger::GetTriggerString),
             u"At 9:05 AM every day, starting 3/3/2030");

@@ -58,8 +58,8 @@ TEST_F(VersionContract, AFileWithoutAResourceSaysWhy) {
   };
   for (const auto& [path, error] : cases) {
     DWORD handle = 7;
-    EXPECT_EQ(versions_.GetFileVersionInfoSizeW(path.c_str(), &handle), 0u);
-    EXPECT_EQ(LastPlatformError(), error) << ToUtf8(path);
+    EXPECT_EQ(Code(versions_.GetFileVersionInfoSizeW(path.c_str(), &handle)), error)
+        << ToUtf8(path);
     EXPECT_EQ(handle, 0u);
     std::uint8_t bytes[64];
     EXPECT_EQ(Code(versions_.GetFileVersionInfoW(path.c_str(), 0, sizeof bytes, bytes)), error)

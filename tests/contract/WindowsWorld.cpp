@@ -4,10 +4,12 @@
 #include <objbase.h>
 #include <winspool.h>
 
-#include <algorithm>
 #include <array>
 #include <cstring>
+#include <filesystem>
 #include <map>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "contract/World.h"
@@ -28,10 +30,12 @@ const wchar_t* Wide(const std::u16string& text) {
   return reinterpret_cast<const wchar_t*>(text.c_str());
 }
 
-// ASCII only.
-std::wstring Wide8(std::string_view text) { return {text.begin(), text.end()}; }
-
 std::u16string Utf16(std::wstring_view text) { return {text.begin(), text.end()}; }
+
+// A file of the build tree.
+std::u16string Built(const char* name) {
+  return (std::filesystem::path("Z:" VELDMARK_BINARY_DIR) / name).make_preferred().u16string();
+}
 
 void RemoveTree(const std::wstring& folder) {
   ::WIN32_FIND_DATAW entry;
@@ -57,9 +61,11 @@ class WindowsWorld final : public World {
  public:
   WindowsWorld() {
     ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    static int worlds = 0;
-    const std::wstring name =
-        L"vk" + std::to_wstring(::GetCurrentProcessId()) + L"-" + std::to_wstring(worlds++);
+    // The number of this process won't do: Wine soon gives it to another one, which would find what
+    // a process that was ended has left behind.
+    ::GUID fresh{};
+    ::CoCreateGuid(&fresh);
+    const std::wstring name = L"vk" + std::to_wstring(fresh.Data1);
     std::array<wchar_t, MAX_PATH + 1> temporary{};
     ::GetTempPathW(static_cast<::DWORD>(temporary.size()), temporary.data());
     // The user part of that path may be in its short form.
@@ -75,8 +81,7 @@ class WindowsWorld final : public World {
 
     scratch_key_ = u"Software\\Veldmark2 contract\\" + Utf16(name);
     ::HKEY key = nullptr;
-    ::RegCreateKeyExW(kCurrentUser, Wide(scratch_key_), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                      &key, nullptr);
+    ::RegCreateKeyW(kCurrentUser, Wide(scratch_key_), &key);
     ::RegCloseKey(key);
   }
 
@@ -86,7 +91,6 @@ class WindowsWorld final : public World {
       ::ClosePrinter(printer);
     }
     ::RegDeleteTreeW(kCurrentUser, Wide(scratch_key_));
-    ::RegDeleteKeyW(kCurrentUser, Wide(scratch_key_));
     RemoveTree(std::wstring(Wide(scratch_)));
     ::CoUninitialize();
   }
@@ -95,17 +99,8 @@ class WindowsWorld final : public World {
   const std::u16string& scratch() const override { return scratch_; }
   const std::u16string& scratch_key() const override { return scratch_key_; }
   const std::u16string& user() const override { return user_; }
-  std::u16string event_texts() const override {
-    std::wstring path = L"Z:" + Wide8(VELDMARK_BINARY_DIR "/event_texts.dll");
-    std::replace(path.begin(), path.end(), L'/', L'\\');
-    return Utf16(path);
-  }
-  std::u16string service_program() const override {
-    std::array<wchar_t, MAX_PATH + 1> path{};
-    ::GetModuleFileNameW(nullptr, path.data(), MAX_PATH);
-    const std::u16string program = Utf16(path.data());
-    return program.substr(0, program.rfind(u'\\') + 1) + u"service_program.exe";
-  }
+  std::u16string event_texts() const override { return Built("event_texts.dll"); }
+  std::u16string service_program() const override { return Built("service_program.exe"); }
   void LetPass(unsigned milliseconds) override { ::Sleep(milliseconds); }
 
   HANDLE OpenImpersonationToken() override {
@@ -120,22 +115,18 @@ class WindowsWorld final : public World {
 
   // On the port of a file, by a driver that only has to be there.
   void AddPrinter(const PRINTER_INFO_2W& record) override {
-    static std::wstring driver_name = L"Veldmark2 contract";
-    static std::wstring driver_file = L"wineps.drv";
-    static std::wstring port = L"FILE:";
-    static std::wstring processor = L"WinPrint";
-    static std::wstring datatype = L"RAW";
+    const auto text = [](const wchar_t* only_read) { return const_cast<wchar_t*>(only_read); };
     ::DRIVER_INFO_3W driver{};
     driver.cVersion = 3;
-    driver.pName = driver_name.data();
-    driver.pDriverPath = driver.pConfigFile = driver.pDataFile = driver_file.data();
+    driver.pName = text(L"Veldmark2 contract");
+    driver.pDriverPath = driver.pConfigFile = driver.pDataFile = text(L"wineps.drv");
     ::AddPrinterDriverExW(nullptr, 3, reinterpret_cast<BYTE*>(&driver), APD_COPY_NEW_FILES);
     ::PRINTER_INFO_2W printer{};
     std::memcpy(&printer, &record, sizeof printer);
-    printer.pDriverName = driver_name.data();
-    printer.pPortName = port.data();
-    printer.pPrintProcessor = processor.data();
-    printer.pDatatype = datatype.data();
+    printer.pDriverName = driver.pName;
+    printer.pPortName = text(L"FILE:");
+    printer.pPrintProcessor = text(L"WinPrint");
+    printer.pDatatype = text(L"RAW");
     const ::HANDLE handle = ::AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&printer));
     ASSERT_NE(handle, nullptr) << ::GetLastError();
     printers_.push_back(handle);
@@ -145,31 +136,21 @@ class WindowsWorld final : public World {
     static const std::map<Trait, const char*> missing_under_wine = {
         {Trait::ShortNames, "Wine makes short names of a hash"},
         {Trait::DosWildcards, "Wine's listings know \"*\" and \"?\" only"},
-        {Trait::ReadOnlyGuard, "Wine leaves it to the host, which lets its superuser write"},
-        {Trait::SystemFileGuard, "Wine replaces hidden files without asking"},
-        {Trait::PlainAttributes, "Wine gives every file the archive bit"},
-        {Trait::AccessChecks, "Wine truncates without write access"},
-        {Trait::NameLimits, "Wine takes names and plain paths as long as the host does"},
-        {Trait::InvalidCharacters, "Wine looks for such names and finds none"},
-        {Trait::VerbatimLongForms, "Wine normalises the pattern of a listing"},
-        {Trait::FilesAsFolders, "Wine doesn't tell a file in a folder's place"},
+        {Trait::FileGuards, "Wine leaves it to the host, which lets its superuser write"},
+        {Trait::PathRules, "Wine takes what the host does, and normalises a listing's pattern"},
         {Trait::ListedFoldersStay, "Wine reads a listing at once and lets go of the folder"},
         {Trait::CreationTimes, "Wine takes the host's time of the last change for it"},
-        {Trait::NetworkMessages, "Wine has no netmsg.dll"},
-        {Trait::PublishedTexts, "Wine's texts are worded by itself"},
+        {Trait::PublishedTexts, "Wine's texts are worded by itself, and it has no netmsg.dll"},
         {Trait::Connections, "Wine has no network provider: whatever is asked, 1222"},
         {Trait::GlobalGroups, "Wine has none: it denies them, or doesn't have the operation"},
-        {Trait::LocalGroupChanges,
-         "Wine changes no local group: 50, in place of its empty success"},
+        {Trait::LocalGroupChanges, "Wine changes no local group: 50 for its empty success"},
         {Trait::UserRights, "Wine's security authority knows no rights: 259, whatever is asked"},
         {Trait::ClearedResults, "Wine leaves what the caller had there"},
         {Trait::SocketStarts, "Wine's library takes an end without a start"},
         {Trait::ServiceDependencies, "Wine starts and stops services without regard to others"},
         {Trait::ServiceChecks, "Wine takes what it is given"},
-        {Trait::EventRecords,
-         "Wine's event logs hold no records, whatever was reported, and look at no flags"},
-        {Trait::EmptyAccountNames,
-         "Wine takes an empty name for BUILTIN, and a wrong SID for none"},
+        {Trait::EventRecords, "Wine's event logs hold no records and look at no flags"},
+        {Trait::EmptyAccountNames, "Wine takes an empty name for BUILTIN, a wrong SID for none"},
     };
     if (!RunsUnderWine()) {
       return trait == Trait::EventRecords ? "there is no log \"Contract\" here" : nullptr;

@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "automation/LastError.h"
 #include "automation/Text.h"
@@ -19,18 +21,11 @@ constexpr DWORD kProtectedList = kDaclSecurityInformation | kProtectedDaclSecuri
 enum class Trait {
   ShortNames,           // 8.3 names are numbered
   DosWildcards,         // "*." and a "?" at the end of a name match as of old
-  ReadOnlyGuard,        // read-only files aren't written, read-only folders not removed
-  SystemFileGuard,      // hidden and system files aren't replaced unknowingly
-  PlainAttributes,      // a file may be without the archive bit
-  AccessChecks,         // dispositions are checked against the access asked for
-  NameLimits,           // names over 255 characters and plain paths over 259 are refused
-  InvalidCharacters,    // a listing refuses patterns that no name can match
-  VerbatimLongForms,    // nothing in a path of the long form is normalised
-  FilesAsFolders,       // a listing tells a file in the folder's place from a missing folder
+  FileGuards,           // attributes and the access asked for keep files from being written
+  PathRules,            // names and paths are held to their limits, long forms are not normalised
   ListedFoldersStay,    // a folder isn't removed while it is listed
   CreationTimes,        // a change leaves the time of creation alone
-  NetworkMessages,      // netmsg.dll has its texts
-  PublishedTexts,       // the system's texts are the published English ones
+  PublishedTexts,       // the texts of the system and netmsg.dll are the published English ones
   Connections,          // a network provider shows networks and takes connections
   GlobalGroups,         // a computer has global groups and tells who is in them
   LocalGroupChanges,    // local groups are made and changed
@@ -40,7 +35,6 @@ enum class Trait {
   EmptyAccountNames,    // no account has an empty name, and no SID is one of another kind
   ServiceDependencies,  // a service needs those that it depends on
   ServiceChecks,        // names, accounts, controls and locks of services are checked
-  DeniedKeys,           // a key's descriptor decides who may open it
   EventRecords,         // event logs have records, and a log "Contract" those of 3 to 6
 };
 
@@ -117,12 +111,18 @@ class Contract : public testing::Test {
     return {name, size};
   }
 
+  BOOL Convert(LPCWSTR string, LocalMemory<std::uint8_t>& descriptor, DWORD* size = nullptr) {
+    void* block = nullptr;
+    const BOOL result = platform_.security.ConvertStringSecurityDescriptorToSecurityDescriptorW(
+        string, kSddlRevision1, &block, size);
+    if (result != 0) descriptor.Reset(static_cast<std::uint8_t*>(block));
+    return result;
+  }
+
   // Stores the list of a string descriptor as that of a named object.
   DWORD SetList(const Text& name, DWORD type, LPCWSTR string, DWORD information) {
-    void* block = nullptr;
-    EXPECT_TRUE(platform_.security.ConvertStringSecurityDescriptorToSecurityDescriptorW(
-        string, kSddlRevision1, &block, nullptr));
-    const LocalMemory<std::uint8_t> made(platform_.system, static_cast<std::uint8_t*>(block));
+    LocalMemory<std::uint8_t> made(platform_.system);
+    EXPECT_TRUE(Convert(string, made));
     DWORD list = 0;
     std::memcpy(&list, made.Get() + 16, sizeof list);
     return platform_.security.SetNamedSecurityInfoW(

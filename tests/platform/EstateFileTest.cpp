@@ -78,14 +78,17 @@ TEST(EstateFile, DescribesComputersDrivesAndFiles) {
 }
 
 TEST(EstateFile, KeepsRecordsBackUntilTheClockIsThere) {
-  Estate estate = ReadEstate(Described(R"("eventLogs": [{"name": "Log", "oldest": 7, "records": [
+  Estate estate =
+      ReadEstate(Described(R"("eventLogs": [{"name": "Log", "oldest": 7, "unreadable": 5,
+      "records": [
       {"source": "a", "id": 3, "time": "2024-03-05T14:30:02Z"},
       {"source": "a", "id": 2, "time": "2024-03-05T14:30:00Z", "written": "2024-03-05T14:30:01Z"},
       {"source": "a", "id": 0, "time": "2024-03-05T14:30:00Z"}, {"source": "a", "id": 1},
       {"source": "a", "id": 4, "time": "2024-03-05T14:30:02Z"}]}])"));
   const auto log = estate.local().FindEventLog(u"Log");
+  EXPECT_EQ(log->unreadable(), 5u);
   for (const DWORD written : {2, 3, 5}) {
-    log->CatchUp(estate.now());
+    log->WriteDue(estate.now());
     EXPECT_EQ(log->count(), written);
     estate.Advance(1000);
   }
@@ -160,28 +163,26 @@ TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
       EXPECT_EQ(error.place(), place) << error.what() << " in " << json;
     }
   };
-  const std::pair<std::string, const char*> whole[] = {
-      {"", "line 1, column 1"},
-      {"{\n  \"computers\": }", "line 2, column 16"},
-      {"[]", ""},
-      {"{}", ""},
-      {R"({"computers": []})", "/computers"},
-      {R"({"computers": {}})", "/computers"},
-      {R"({"computers": [{}]})", "/computers/0"},
-      {R"({"computers": [{"name": 5}]})", "/computers/0/name"},
-      {R"({"computers": [{"name": "A"}, {"name": "a"}]})", "/computers/1/name"},
-      {R"({"computers": [{"name": "A NAME THAT IS TOO LONG"}]})", "/computers/0/name"},
-      {Described(Drive(R"({"name": "a*b"})")), "/computers/0/drives/C:/children/0/name"},
-      {Described(Drive(R"({"name": ".."})")), "/computers/0/drives/C:/children/0/name"},
-      {Described(Drive(R"({"name": "x"}, {"name": "X"})")),
-       "/computers/0/drives/C:/children/1/name"},
-      {"{\"\xC3(\": 1}", "line 1, column 4"},
-      {R"({"\ud800": 1})", "line 1, column 9"},
-      {R"({"computers": [{"name": "A"}, {"name": "B", "registry": {"HKCU": {}}}]})",
-       "/computers/1/registry/HKCU"},
-      {Described("", R"("domains": [{"name": "HARBOUR"}])"), "/computers/0/name"},
-      {Described(R"("role": "primaryController")"), "/computers/0"}};
-  for (const auto& [json, place] : whole) expect(json, place);
+  expect("", "line 1, column 1");
+  expect("{\n  \"computers\": }", "line 2, column 16");
+  expect("[]", "/");
+  expect("{}", "/");
+  expect(R"({"computers": []})", "/computers");
+  expect(R"({"computers": {}})", "/computers");
+  expect(R"({"computers": [{}]})", "/computers/0");
+  expect(R"({"computers": [{"name": 5}]})", "/computers/0/name");
+  expect(R"({"computers": [{"name": "A"}, {"name": "a"}]})", "/computers/1/name");
+  expect(R"({"computers": [{"name": "A NAME THAT IS TOO LONG"}]})", "/computers/0/name");
+  expect(Described(Drive(R"({"name": "a*b"})")), "/computers/0/drives/C:/children/0/name");
+  expect(Described(Drive(R"({"name": ".."})")), "/computers/0/drives/C:/children/0/name");
+  expect(Described(Drive(R"({"name": "x"}, {"name": "X"})")),
+         "/computers/0/drives/C:/children/1/name");
+  expect("{\"\xC3(\": 1}", "line 1, column 4");
+  expect(R"({"\ud800": 1})", "line 1, column 9");
+  expect(R"({"computers": [{"name": "A"}, {"name": "B", "registry": {"HKCU": {}}}]})",
+         "/computers/1/registry/HKCU");
+  expect(Described("", R"("domains": [{"name": "HARBOUR"}])"), "/computers/0/name");
+  expect(Described(R"("role": "primaryController")"), "/computers/0");
   const std::pair<const char*, const char*> tops[] = {
       {R"("clock": "2023-02-28T24:00:00Z")", "/clock"},
       {R"("clock": "2023-02-28T00:60:00Z")", "/clock"},
@@ -202,18 +203,12 @@ TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
       {R"("domains": [{"name": "D", "groups": [{"name": "Guest"}]}])", "/domains/0/groups/0/name"},
       {R"("domains": [{"name": "D", "groups": [{"name": "g", "members": ["u"]}]}])",
        "/domains/0/groups/0/members/0"},
-      {R"("hosts": {"h": ["10.0.0.256"]})", "/hosts/h/0"},
-      {R"("knownAccounts": [{"sid": "S-1-1-0", "name": "All", "type": "x"}])",
-       "/knownAccounts/0/type"}};
+      {R"("hosts": {"h": ["10.0.0.256"]})", "/hosts/h/0"}};
   for (const auto& [members, place] : tops) expect(Described("", members), place);
   const std::pair<const char*, const char*> computers[] = {
-      {R"("colour": 1)", "/colour"},
       {R"("eventLogs": [{"name": "a\\b"}])", "/eventLogs/0/name"},
-      {R"("eventLogs": [{"name": "a", "records": [{"source": "s", "id": 1, "type": "?"}]}])",
-       "/eventLogs/0/records/0/type"},
       {R"("a/b~c": 1)", "/a~1b~0c"},
       {R"("drives": {"CC": {}})", "/drives/CC"},
-      {R"("drives": {"C:": {"type": "tape"}})", "/drives/C:/type"},
       {R"("shares": [{"name": "x", "path": "C:\\none"}])", "/shares/0/path"},
       {R"("drives": {"C:": {"total": 10, "free": 11}})", "/drives/C:/free"},
       {R"("drives": {"C:": {"freeToCaller": 17179869185}})", "/drives/C:/freeToCaller"},
@@ -223,8 +218,6 @@ TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
       {R"("registry": {"HKLM": {"values": {"v": 1, "V": 2}}})", "/registry/HKLM/values/v"},
       {R"("registry": {"HKLM": {"values": {"v": 4294967296}}})", "/registry/HKLM/values/v"},
       {R"("drives": {"C:": {"security": "D"}})", "/drives/C:/security"},
-      {R"("registry": {"HKLM": {"security": 1}})", "/registry/HKLM/security"},
-      {R"("shares": [{"name": "x", "type": "tape"}])", "/shares/0/type"},
       {R"("shares": [{"name": "x"}])", "/shares/0"},
       {R"("services": [{"name": "x"}, {"name": "X"}])", "/services/1/name"},
       {R"("services": [{"name": "x", "type": "adapter", "interactive": true}])",
@@ -384,15 +377,6 @@ TEST(EstateFile, IsWhatItsSchemaSays) {
     const bool tells = rule.contains("properties") || rule.contains("items");
     EXPECT_TRUE(!tells || walk.seen.contains(name)) << "the example has no " << name;
   }
-}
-
-TEST(EstateFile, OfTheExampleIsSound) {
-  Estate estate = ReadEstateFile(VELDMARK_SOURCE_DIR "/examples/estate.json");
-  EXPECT_EQ(ToUtf8(estate.local().name()), "HARBOUR");
-  Computer* const lantern = estate.ReachComputer(u"LANTERN");
-  ASSERT_NE(lantern, nullptr);
-  EXPECT_EQ(lantern->FindEventLog(u"security")->unreadable(), 5u);
-  EXPECT_EQ(lantern->FindEventLog(u"system")->next(), 9105u);
 }
 
 TEST(EstateFile, TakesContentFromFilesBesideIt) {

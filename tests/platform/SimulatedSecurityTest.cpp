@@ -241,31 +241,27 @@ TEST_F(SimulatedSecurityTest, LetsATokenDoWhatTheDescriptorsGrant) {
     return CodeOf(files_.GetFileAttributesExW(path, kGetFileExInfoStandard, &record));
   };
   const DWORD backup = kFileFlagBackupSemantics;
-  const std::vector<std::pair<DWORD, DWORD>> outcomes = {
-      {Open(u"C:\\Read\\file", kGenericWrite), 5},
-      {Open(u"C:\\Read\\file", kGenericRead, 0, kCreateAlways), 5},
-      {Open(u"C:\\Read\\mine", kReadControl), 5},
-      {Open(u"C:\\Shut\\file", kReadControl, backup), 5},
-      {Open(u"C:\\Open\\new", kGenericWrite, 0, kCreateNew), 0},
-      {Open(u"C:\\Read\\new", kGenericWrite, 0, kCreateNew), 5},
-      {list(u"C:\\Shut\\*"), 5},
-      {CodeOf(files_.CreateDirectoryW(u"C:\\Read\\new", nullptr)), 5},
-      {CodeOf(files_.RemoveDirectoryW(u"C:\\Read\\sub")), 5},
-      {CodeOf(files_.SetFileAttributesW(u"C:\\Read\\file", 2)), 5},
-      {CodeOf(files_.SetFileAttributesW(u"C:\\Open\\file", 2)), 0},
-      {attributes(u"C:\\Shut\\file"), 5},
-      {attributes(u"C:\\Read\\mine"), 0},
-      {CodeOf(files_.CopyFileW(u"C:\\Read\\file", u"C:\\Open\\copy", 1)), 0},
-      {CodeOf(files_.CopyFileW(u"C:\\Read\\file", u"C:\\Open\\kept", 0)), 5},
-      {CodeOf(files_.CopyFileW(u"C:\\Shut\\file", u"C:\\Open\\other", 0)), 5},
-      {CodeOf(files_.DeleteFileW(u"C:\\Read\\file")), 5},
-      {CodeOf(files_.DeleteFileW(u"C:\\Read\\deletable")), 0},
-      {CodeOf(files_.DeleteFileW(u"C:\\Open\\kept")), 0},
-      {Open(u"\\\\LANTERN\\Public\\x", kGenericWrite), 5},
-      {Open(u"\\\\LANTERN\\d$\\Public\\x", kGenericWrite), 0}};
-  for (std::size_t index = 0; index < outcomes.size(); ++index) {
-    EXPECT_EQ(outcomes[index].first, outcomes[index].second) << index;
-  }
+  EXPECT_EQ(Open(u"C:\\Read\\file", kGenericWrite), 5u);
+  EXPECT_EQ(Open(u"C:\\Read\\file", kGenericRead, 0, kCreateAlways), 5u);
+  EXPECT_EQ(Open(u"C:\\Read\\mine", kReadControl), 5u);
+  EXPECT_EQ(Open(u"C:\\Shut\\file", kReadControl, backup), 5u);
+  EXPECT_EQ(Open(u"C:\\Open\\new", kGenericWrite, 0, kCreateNew), 0u);
+  EXPECT_EQ(Open(u"C:\\Read\\new", kGenericWrite, 0, kCreateNew), 5u);
+  EXPECT_EQ(list(u"C:\\Shut\\*"), 5u);
+  EXPECT_EQ(CodeOf(files_.CreateDirectoryW(u"C:\\Read\\new", nullptr)), 5u);
+  EXPECT_EQ(CodeOf(files_.RemoveDirectoryW(u"C:\\Read\\sub")), 5u);
+  EXPECT_EQ(CodeOf(files_.SetFileAttributesW(u"C:\\Read\\file", 2)), 5u);
+  EXPECT_EQ(CodeOf(files_.SetFileAttributesW(u"C:\\Open\\file", 2)), 0u);
+  EXPECT_EQ(attributes(u"C:\\Shut\\file"), 5u);
+  EXPECT_EQ(attributes(u"C:\\Read\\mine"), 0u);
+  EXPECT_EQ(CodeOf(files_.CopyFileW(u"C:\\Read\\file", u"C:\\Open\\copy", 1)), 0u);
+  EXPECT_EQ(CodeOf(files_.CopyFileW(u"C:\\Read\\file", u"C:\\Open\\kept", 0)), 5u);
+  EXPECT_EQ(CodeOf(files_.CopyFileW(u"C:\\Shut\\file", u"C:\\Open\\other", 0)), 5u);
+  EXPECT_EQ(CodeOf(files_.DeleteFileW(u"C:\\Read\\file")), 5u);
+  EXPECT_EQ(CodeOf(files_.DeleteFileW(u"C:\\Read\\deletable")), 0u);
+  EXPECT_EQ(CodeOf(files_.DeleteFileW(u"C:\\Open\\kept")), 0u);
+  EXPECT_EQ(Open(u"\\\\LANTERN\\Public\\x", kGenericWrite), 5u);
+  EXPECT_EQ(Open(u"\\\\LANTERN\\d$\\Public\\x", kGenericWrite), 0u);
   EXPECT_EQ(Get(u"C:\\Read\\mine").substr(0, 24), "O:S-1-5-21-1-2-3-9 D:P") << "owners may";
   EXPECT_EQ(Get(u"C:\\Open\\new"), "O:S-1-5-21-1-2-3-9 D:AI(0;10;1f01ff;WD)");
   EXPECT_EQ(Set(u"C:\\Shut\\file", 1, u"D:(A;;FA;;;WD)", kProtected), 5u);
@@ -305,16 +301,14 @@ TEST_F(SimulatedSecurityTest, KnowsNamedObjectsAndSharesOnEveryReachableComputer
   server.AddShare(u"Laser", u"Front desk", false, kShareTypePrintQueue);
   server.local_machine().Key(u"SOFTWARE\\App").Security(u"D:P(A;;KR;;;WD)");
   estate_.AddComputer(u"SHY").SetRemoteRegistry(RemoteRegistry::Denied);
-  const std::vector<std::tuple<DWORD, const char16_t*, std::string>> table = {
-      {2, u"\\\\lantern\\SPOOLER",
-       "O:SY D:(0;00;201fd;SY)(0;00;f01ff;BA)(0;00;2018d;S-1-5-4)(0;00;2018d;S-1-5-6)"},
-      {2, u"Spooler", "!1060"},
-      {4, u"\\\\LANTERN\\MACHINE\\SOFTWARE\\App", "O:BA D:P(0;00;20019;WD)"},
-      {4, u"\\\\SHY\\MACHINE\\SOFTWARE", "!5"},
-      {4, u"\\\\LANTERN\\CURRENT_USER", "!87"},
-      {5, u"\\\\LANTERN\\Plain", "none"},
-      {9, u"CN=None", "!2"}};
-  for (const auto& [type, name, text] : table) EXPECT_EQ(Get(name, type), text) << ToUtf8(name);
+  EXPECT_EQ(Get(u"\\\\lantern\\SPOOLER", 2),
+            "O:SY D:(0;00;201fd;SY)(0;00;f01ff;BA)(0;00;2018d;S-1-5-4)(0;00;2018d;S-1-5-6)");
+  EXPECT_EQ(Get(u"Spooler", 2), "!1060");
+  EXPECT_EQ(Get(u"\\\\LANTERN\\MACHINE\\SOFTWARE\\App", 4), "O:BA D:P(0;00;20019;WD)");
+  EXPECT_EQ(Get(u"\\\\SHY\\MACHINE\\SOFTWARE", 4), "!5");
+  EXPECT_EQ(Get(u"\\\\LANTERN\\CURRENT_USER", 4), "!87");
+  EXPECT_EQ(Get(u"\\\\LANTERN\\Plain", 5), "none");
+  EXPECT_EQ(Get(u"CN=None", 9), "!2");
   EXPECT_EQ(Set(u"\\\\LANTERN\\Plain", 5, u"D:(A;;FA;;;WD)", kProtected), 0u);
   EXPECT_EQ(Get(u"\\\\LANTERN\\Plain", 5), "D:P(0;00;1f01ff;WD)");
   EXPECT_EQ(Set(u"\\\\LANTERN\\Spooler", 2, u"D:(A;;GA;;;WD)", kUnprotected), 0u);

@@ -31,10 +31,6 @@ Set entry = folders.Item("TWO")
 Report "unknown name"
 root.CreateSD 0
 Report "obsolete"
-root.CreateSD "seven"
-Report "wrong type"
-root.GetFolder home, 1
-Report "too many arguments"
 On Error Goto 0
 WScript.Echo "removed: " & base.Delete(True, True)
 

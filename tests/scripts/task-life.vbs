@@ -10,8 +10,6 @@ Set server = root.GetServer(root.LocalComputerName)
 
 Set task = server.CreateTask("Veldmark2 test")
 task.ApplicationName = "C:\Windows\notepad.exe"
-task.CommandLine = "/p"
-task.WorkingDirectory = "C:\Windows"
 task.Comment = "One of the tests"
 task.MaxRunTime = 60000
 WScript.Echo "before it is saved: " & (Named("Veldmark2 test") Is Nothing)
@@ -28,8 +26,7 @@ task.CreateTrigger().Save
 task.Save
 
 Set found = Named("Veldmark2 test")
-WScript.Echo found.ApplicationName & " " & found.CommandLine & " in " & found.WorkingDirectory & ": " & found.Comment & _
-    ", " & found.MaxRunTime & " ms, by " & found.Creator
+WScript.Echo found.ApplicationName & ": " & found.Comment & ", " & found.MaxRunTime & " ms, by " & found.Creator
 Set trigger = found.GetTriggers().Item(1)
 WScript.Echo trigger.Text & ": " & trigger.TriggerType & " " & trigger.DaysInterval & " to " & trigger.EndDate
 found.Comment = "Changed"

@@ -1,11 +1,8 @@
 #include "windows/CSpecimen.h"
 
-#include <algorithm>
-
 namespace veldmark {
 namespace {
 
-/// Counts 1, 2, 3, telling the list's listeners, and fails at 4 when told to.
 class ThreeNumbers final : public Enumerator {
  public:
   ThreeNumbers(Ref<CSpecimen> list, std::int32_t position)
@@ -66,59 +63,6 @@ const Interface& CSpecimen::Describe() {
   return table;
 }
 
-Ref<CSpecimen> CSpecimen::Item(const Variant& index) {
-  Ref<CSpecimen> item = Make<CSpecimen>();
-  item->Name = u"item " + ToText(index);
-  return item;
-}
-
 Ref<Enumerator> CSpecimen::NewEnum() { return Make<ThreeNumbers>(this, 0); }
-
-Text CSpecimen::Join(TextView first, const Variant& second, std::int32_t times) {
-  Text joined;
-  for (; times > 0; --times) {
-    joined += first;
-    joined += second.IsMissing() ? Text(u"-") : ToText(second);
-  }
-  return joined;
-}
-
-void CSpecimen::Fail(std::int32_t number, TextView description) {
-  Raise(number, Text(u"Veldmark2.CSpecimen"), Text(description));
-}
-
-void CSpecimen::Change(Text& text, Variant& value, std::int32_t& number, bool& flag) {
-  text += u"!";
-  value = Variant(Text(u"changed"));
-  number += 1;
-  flag = !flag;
-}
-
-void CSpecimen::Leave(Text&, Variant&, std::int32_t&, bool&) {}
-
-void CSpecimen::ChangeAndFail(Text& text) {
-  text.clear();
-  Raise(13, Text(u"Veldmark2.CSpecimen"));
-}
-
-void CSpecimen::Create(Ref<CSpecimen>& made) {
-  made = made ? nullptr : Make<CSpecimen>();
-  if (made) made->Name = u"made";
-}
-
-Text CSpecimen::NameOf(CSpecimen* other) { return other ? other->Name : Text(u"Nothing"); }
-
-ByteArray CSpecimen::Reverse(ByteArray& bytes) {
-  ByteArray original = bytes;
-  std::ranges::reverse(bytes.elements);
-  return original;
-}
-
-bool CSpecimen::Tell(TextView message) {
-  bool cancel = false;
-  events_.Raise(*this, 1, {Variant(message), Variant::ByReference(cancel)});
-  Name += u"told";
-  return cancel;
-}
 
 }  // namespace veldmark

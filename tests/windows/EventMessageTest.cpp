@@ -12,7 +12,6 @@
 #include "apartment/Errors.h"
 #include "platform/operations/ErrorCodes.h"
 #include "platform/windows/WindowsPlatform.h"
-#include "support/ErrorOf.h"
 #include "windows/BuiltServer.h"
 
 namespace {
@@ -31,16 +30,11 @@ class RealMessages : public testing::Test {
   RealMessages() {
     ::SetCurrentDirectoryW(L"Z:\\");
     const std::wstring file = WindowsPath(VELDMARK_BINARY_DIR, L"event_texts.dll").substr(2);
-    ::HKEY key = nullptr;
-    EXPECT_EQ(::RegCreateKeyExW(kLocalMachine, kKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key,
-                                nullptr),
-              0);
+    const auto size = static_cast<::DWORD>((file.size() + 1) * sizeof(wchar_t));
     for (const wchar_t* name :
          {L"EventMessageFile", L"ParameterMessageFile", L"CategoryMessageFile"}) {
-      ::RegSetValueExW(key, name, 0, REG_EXPAND_SZ, reinterpret_cast<const ::BYTE*>(file.c_str()),
-                       static_cast<::DWORD>((file.size() + 1) * sizeof(wchar_t)));
+      EXPECT_EQ(::RegSetKeyValueW(kLocalMachine, kKey, name, REG_EXPAND_SZ, file.c_str(), size), 0);
     }
-    ::RegCloseKey(key);
     Apartment::Start(WindowsPlatform());
   }
   ~RealMessages() override {
@@ -86,12 +80,6 @@ TEST_F(RealMessages, AreReadFromARealFileThatStaysUntilTheLastLogEnds) {
   log = nullptr;
   EXPECT_TRUE(files.empty());
   EXPECT_FALSE(IsMapped(module));
-}
-
-TEST_F(RealMessages, TellAMissingNumberAsThePlatformDoes) {
-  const auto log = Make<CEventLog>();
-  EXPECT_EQ(ErrorOf([] { Entry(1, {u"%%404"})->StringsArray(); }), 317);
-  EXPECT_EQ(ErrorOf([] { Entry(1, {u"%%3"})->StringsArray(); }), 1812) << "it has been freed";
 }
 
 }  // namespace

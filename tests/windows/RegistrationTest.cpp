@@ -70,7 +70,8 @@ class Registration : public testing::Test {
   void SetUp() override {
     // Loaded before the keys are exchanged, so that its start-up sees the real ones.
     ASSERT_TRUE(server_.Factory(ObjectModel().front()->ClassIdentity()));
-    base_ = L"Software\\Veldmark2Tests\\" + std::to_wstring(GetCurrentProcessId());
+    // What a test that was ended has left behind stands below another moment.
+    base_ = L"Software\\Veldmark2Tests\\" + std::to_wstring(GetTickCount64());
     for (Root* root : {&machine_, &user_}) {
       root->key = MakeKey(HKEY_CURRENT_USER, base_ + root->name);
       for (const wchar_t* name : {L"CLSID", L"Interface", L"TypeLib"}) {
@@ -196,10 +197,9 @@ TEST_F(Registration, WhereTheMachineIsDeniedTheUserGetsIt) {
 TEST_F(Registration, AFailureLeavesEverythingAsItWas) {
   for (const Root* root : {&machine_, &user_}) {
     // An earlier registration, which the new one overwrites before it fails.
-    HKEY former = MakeKey(
-        root->key, L"Software\\Classes\\TypeLib\\" + Braced(LibraryIdentity()) + L"\\2.0\\HELPDIR");
-    RegSetValueExW(former, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(L"C:\\former"), 20);
-    RegCloseKey(former);
+    const std::wstring former =
+        L"Software\\Classes\\TypeLib\\" + Braced(LibraryIdentity()) + L"\\2.0\\HELPDIR";
+    RegSetKeyValueW(root->key, former.c_str(), nullptr, REG_SZ, L"C:\\former", 20);
     Deny(*root, L"Software\\Classes\\CLSID");
   }
   const Snapshot machine_before = TakeSnapshot(machine_);
