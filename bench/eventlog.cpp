@@ -7,7 +7,7 @@
 #include <cstring>
 #include <vector>
 
-#include "HeapBytes.h"
+#include "Heap.h"
 #include "apartment/Apartment.h"
 #include "apartment/CSupport.h"
 #include "eventlog/CEventLogEntries.h"
@@ -26,6 +26,7 @@ const Text kLog = u"System";
 class World {
  public:
   explicit World(std::int64_t records) : platform_(simulated_.platform()) {
+    KeepHeap();
     simulated_.journal().StopKeeping();
     simulated::RecordedLog& log = simulated_.estate().local().AddEventLog(kLog);
     simulated::Event event{.source = u"Service Control Manager",

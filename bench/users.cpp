@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-#include "HeapBytes.h"
+#include "Heap.h"
 #include "accounts/CUser.h"
 #include "accounts/CUsers.h"
 #include "apartment/Apartment.h"

@@ -118,7 +118,7 @@ class CSupport : public ReferenceCounted {
 
   /// The SID of a text, with the server to ask about it. Raises as the free `GetSidBufferFromText`
   /// does. The text that it tells is made from its binary form.
-  Ref<CSid> GetSidFromText(const Text& sid_text, const Text& server_name);
+  Ref<CSid> GetSidFromText(TextView sid_text, const Text& server_name);
   /// The SID at the beginning of an array of bytes. Raises 13 for anything else than such an array
   /// and 1337 where the SID leaves it.
   Ref<CSid> GetSidObjectFromSid(const Variant& object_sid, const Text& resides_on_server);

@@ -98,35 +98,26 @@ std::int16_t CEventLogEntry::FacilityCode() const {
   return static_cast<std::int16_t>(code);
 }
 
-CEventLogEntry::Texts& CEventLogEntry::LookedUp() {
-  if (!texts_) texts_ = std::make_unique<Texts>();
-  return *texts_;
-}
-
-Text CEventLogEntry::EventMessage() {
-  // The look-up lets the caller's messages in, and one of them may let go of the entry.
-  const Ref<CEventLogEntry> keep_alive(this);
-  if (LookedUp().message.empty()) ComputeMessage(*texts_);
+const Text& CEventLogEntry::EventMessage() {
+  if (message_.empty()) ComputeMessage();
   Err().Clear();
-  return texts_->message;
+  return message_;
 }
 
-Text CEventLogEntry::EventMessageRaw() {
-  const Ref<CEventLogEntry> keep_alive(this);
-  if (LookedUp().message.empty()) EventMessage();
-  return texts_->raw_message;
+const Text& CEventLogEntry::EventMessageRaw() {
+  if (message_.empty()) EventMessage();
+  return raw_message_;
 }
 
-void CEventLogEntry::ComputeMessage(Texts& texts) {
+void CEventLogEntry::ComputeMessage() {
   Swallow([&] { Trace(u"EM:1"); });
   if (!strings_resolved_) Swallow([&] { ResolveStrings(); });
   Swallow([&] { Trace(u"EM:2"); });
   Swallow([&] {
-    texts.message =
-        GetEventMessage(Source(), fields_.event_id, {}, fields_.strings, texts.raw_message);
+    message_ = GetEventMessage(Source(), fields_.event_id, {}, fields_.strings, raw_message_);
   });
   Swallow([&] { Trace(u"EM:3"); });
-  if (texts.message.empty()) Swallow([&] { texts.message = FallbackMessage(); });
+  if (message_.empty()) Swallow([&] { message_ = FallbackMessage(); });
 }
 
 Text CEventLogEntry::FallbackMessage() const {
@@ -140,7 +131,8 @@ Text CEventLogEntry::FallbackMessage() const {
 Text CEventLogEntry::EventCategoryDescription() {
   return ReRaisingAs(u"CEventLogEntry", [&] {
     const Ref<CEventLogEntry> keep_alive(this);
-    Text& text = LookedUp().category;
+    if (!category_text_) category_text_ = std::make_unique<Text>();
+    Text& text = *category_text_;
     if (text.empty()) {
       Trace(u"ECD:1");
       text = GetCategoryMessage(Source(), fields_.category);

@@ -48,7 +48,7 @@ class CEventLogEntry : public Exported<CEventLogEntry>, Counted<Counter::kEventL
   std::int16_t FacilityCode() const;
   /// The text with its inserts filled in. Where no message file could be loaded, a text that says
   /// so and lists the inserts. Never raises.
-  Text EventMessage();
+  const Text& EventMessage();
   /// "None" or the category's number in parentheses where there is no text. Raises the platform's
   /// error on the first read: 2 for a file that can't be loaded, 317 for a number that it lacks.
   Text EventCategoryDescription();
@@ -58,22 +58,15 @@ class CEventLogEntry : public Exported<CEventLogEntry>, Counted<Counter::kEventL
   /// none. Raises the platform's error for a number that the parameter file lacks.
   Variant StringsArray();
   /// The text with its inserts left in place; empty where no file has the message. Never raises.
-  Text EventMessageRaw();
+  const Text& EventMessageRaw();
 
  private:
   /// A SID that was not asked for yet counts as one like those that were.
   class UnreadSid : Counted<Counter::kSid> {};
-  struct Texts {
-    Text message;
-    Text raw_message;
-    Text category;
-  };
 
-  /// The texts that were looked up so far.
-  Texts& LookedUp();
   /// Replaces the strings by what they refer to. A string that fails is tried again next time.
   void ResolveStrings();
-  void ComputeMessage(Texts& texts);
+  void ComputeMessage();
   Text FallbackMessage() const;
   /// One line of the debug log.
   void Trace(TextView tag) const;
@@ -82,7 +75,9 @@ class CEventLogEntry : public Exported<CEventLogEntry>, Counted<Counter::kEventL
 
   EventFields fields_;
   Ref<CSid> sid_;
-  std::unique_ptr<Texts> texts_;
+  Text message_;
+  Text raw_message_;
+  std::unique_ptr<Text> category_text_;  ///< few are asked for it
   std::optional<UnreadSid> unread_sid_;
   bool strings_resolved_ = false;
 };

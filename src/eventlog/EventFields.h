@@ -27,9 +27,9 @@ struct EventOrigin : ReferenceCounted {
 
 /// What a raw record tells of an event, and where it was read: all that an entry begins with.
 struct EventFields {
-  std::int32_t record_number = 0;
   Date time_generated;  // local time, as is `time_written`
   Date time_written;
+  std::int32_t record_number = 0;
   std::int32_t event_id = 0;    // all 32 bits
   std::int32_t event_type = 0;  // an `EventLogTypesEnum`, or what else the record holds
   std::int16_t category = 0;

@@ -1,6 +1,6 @@
 #include <algorithm>
+#include <array>
 #include <limits>
-#include <vector>
 
 #include "apartment/CSupport.h"
 #include "apartment/Conversions.h"
@@ -71,6 +71,55 @@ std::size_t Next(TextView text, char16_t character, std::size_t at) {
   const std::size_t found = text.find(character, at);
   if (found == TextView::npos) Raise(runtime_error::kInvalidCall);
   return found;
+}
+
+/// The fields of an entry between its parentheses.
+class AceFields {
+ public:
+  explicit AceFields(TextView ace) {
+    if (ace.size() < 2) Raise(runtime_error::kInvalidCall);
+    TextView rest = ace.substr(1, ace.size() - 2);
+    bool is_last = rest.empty();
+    while (!is_last && count_ < fields_.size()) {
+      const std::size_t end = FindUnit(rest, u';');
+      fields_[count_++] = rest.substr(0, end);
+      is_last = end == rest.size();
+      if (!is_last) rest.remove_prefix(end + 1);
+    }
+  }
+
+  TextView operator[](std::size_t index) const {
+    if (index >= count_) Raise(runtime_error::kSubscriptOutOfRange);
+    return fields_[index];
+  }
+
+ private:
+  std::array<TextView, 6> fields_;  // what is behind them isn't looked at
+  std::size_t count_ = 0;
+};
+
+Text Braced(TextView guid) { return guid.empty() ? Text() : u"{" + Text(guid) + u"}"; }
+
+Ref<CAce> ReadAce(CSupport& engine, TextView text, const Text& server, const Text& forest_root) {
+  const AceFields fields(text);
+  auto ace = Make<CAce>();
+  ace->AceType = static_cast<AceTypeEnum>(ValueOf(kAceTypes, fields[0]));
+  ForEachPair(kAceFlags, fields[1], [&](std::uint32_t flag) {
+    // Added: a code that stands twice runs into the next flag.
+    const std::uint32_t sum = ace->AceFlags + flag;
+    if (sum > std::numeric_limits<std::uint8_t>::max()) Raise(runtime_error::kOverflow);
+    ace->AceFlags = static_cast<std::uint8_t>(sum);
+  });
+  ForEachPair(kRights, fields[2],
+              [&](std::uint32_t right) { ace->AccessMask |= static_cast<std::int32_t>(right); });
+  ace->ObjectTypeGUID = Braced(fields[3]);
+  ace->InheritedObjectTypeGUID = Braced(fields[4]);
+  if (const TextView account = fields[5]; account.starts_with(kSidStart)) {
+    ace->SetSid(engine.GetSidFromText(account, Text()));
+  } else if (!account.empty()) {
+    ace->SetSid(engine.TranslateSid(Text(account), server, forest_root));
+  }
+  return ace;
 }
 
 /// Walks a descriptor string, section after section. An account's alias is asked of the server.
@@ -160,9 +209,7 @@ class StringReader {
     }
     while (PartOf(text_, at_, 1) == u"(") {
       const std::size_t end = Next(text_, u')', at_) + 1;
-      aces->Add(
-          engine_.ConvertStringAceToAce(Text(text_.substr(at_, end - at_)), server_, forest_root_)
-              .Get());
+      aces->Add(ReadAce(engine_, text_.substr(at_, end - at_), server_, forest_root_).Get());
       at_ = end;
       // What is left of one character is not looked at, here as between sections.
       if (at_ + 1 >= text_.size()) break;
@@ -180,30 +227,6 @@ class StringReader {
   Ref<CSecurityDescriptor> descriptor_;
 };
 
-/// The fields of an entry between its parentheses.
-class AceFields {
- public:
-  explicit AceFields(TextView ace) {
-    if (ace.size() < 2) Raise(runtime_error::kInvalidCall);
-    TextView rest = ace.substr(1, ace.size() - 2);
-    if (rest.empty()) return;
-    for (std::size_t end; (end = rest.find(u';')) != TextView::npos; rest.remove_prefix(end + 1)) {
-      fields_.push_back(rest.substr(0, end));
-    }
-    fields_.push_back(rest);
-  }
-
-  TextView operator[](std::size_t index) const {
-    if (index >= fields_.size()) Raise(runtime_error::kSubscriptOutOfRange);
-    return fields_[index];
-  }
-
- private:
-  std::vector<TextView> fields_;
-};
-
-Text Braced(TextView guid) { return guid.empty() ? Text() : u"{" + Text(guid) + u"}"; }
-
 }  // namespace
 
 Ref<CSecurityDescriptor> CSupport::ConvertStringSDToSD(const Text& string_sd,
@@ -215,27 +238,7 @@ Ref<CSecurityDescriptor> CSupport::ConvertStringSDToSD(const Text& string_sd,
 
 Ref<CAce> CSupport::ConvertStringAceToAce(const Text& ace_string, const Text& sid_lookup_server,
                                           const Text& forest_root_dc) {
-  return ReRaising([&] {
-    const AceFields fields(ace_string);
-    auto ace = Make<CAce>();
-    ace->AceType = static_cast<AceTypeEnum>(ValueOf(kAceTypes, fields[0]));
-    ForEachPair(kAceFlags, fields[1], [&](std::uint32_t flag) {
-      // Added: a code that stands twice runs into the next flag.
-      const std::uint32_t sum = ace->AceFlags + flag;
-      if (sum > std::numeric_limits<std::uint8_t>::max()) Raise(runtime_error::kOverflow);
-      ace->AceFlags = static_cast<std::uint8_t>(sum);
-    });
-    ForEachPair(kRights, fields[2],
-                [&](std::uint32_t right) { ace->AccessMask |= static_cast<std::int32_t>(right); });
-    ace->ObjectTypeGUID = Braced(fields[3]);
-    ace->InheritedObjectTypeGUID = Braced(fields[4]);
-    if (const Text account(fields[5]); account.starts_with(kSidStart)) {
-      ace->SetSid(GetSidFromText(account, Text()));
-    } else if (!account.empty()) {
-      ace->SetSid(TranslateSid(account, sid_lookup_server, forest_root_dc));
-    }
-    return ace;
-  });
+  return ReRaising([&] { return ReadAce(*this, ace_string, sid_lookup_server, forest_root_dc); });
 }
 
 }  // namespace veldmark

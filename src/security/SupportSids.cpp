@@ -4,7 +4,7 @@
 
 namespace veldmark {
 
-Ref<CSid> CSupport::GetSidFromText(const Text& sid_text, const Text& server_name) {
+Ref<CSid> CSupport::GetSidFromText(TextView sid_text, const Text& server_name) {
   return ReRaising([&] {
     const auto sid = Make<CSid>();
     sid->PutSidBuffer(GetSidBufferFromText(sid_text));

@@ -2,15 +2,21 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstring>
 #include <fstream>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
 #include <string>
+#include <tuple>
+#include <variant>
 #include <vector>
 
+#include "platform/operations/EventLog.h"
 #include "platform/operations/Registry.h"
+#include "platform/simulated/estate/ScheduledTasks.h"
 #include "platform/simulated/estate/VersionDescription.h"
 
 namespace veldmark::simulated {
@@ -31,6 +37,7 @@ TEST(EstateFile, DescribesComputersDrivesAndFiles) {
       Described(Drive(R"({"name": "Data", "attributes": ["hidden"], "denied": ["list", "delete"],
                 "modified": "2001-02-03T04:05:06.5Z", "children": [
                   {"name": "a long name.txt", "text": "gr\u00fcn", "created": "1999-12-31T23:59:59Z"},
+                  {"name": "another long name", "shortName": "X"},
                   {"name": "raw", "hex": "00 ff", "size": 5000000000, "attributes": []},
                   {"name": "shut", "locked": true, "shortName": "", "messages": {"7": "seven"},
                    "version": {"file": "5.1.2600", "translations": ["040704E4"],
@@ -43,6 +50,7 @@ TEST(EstateFile, DescribesComputersDrivesAndFiles) {
   const Computer& local = estate.local();
   EXPECT_EQ(ToUtf8(local.name()), "HARBOUR");
   EXPECT_EQ(estate.bias(), 240);
+  EXPECT_EQ(LocalNow(estate), 13'222'310'400 - 240 * 60);
   EXPECT_EQ(Text(estate.time_zone().StandardName), u"East");
   EXPECT_EQ(estate.now(), 132'223'104'000'000'000u);
   EXPECT_EQ(estate.mapped_drives().at(u'Z'), u"\\\\HARBOUR\\D");
@@ -61,6 +69,8 @@ TEST(EstateFile, DescribesComputersDrivesAndFiles) {
   EXPECT_EQ(text->attributes(), kFileAttributeArchive);
   EXPECT_EQ(text->created(), 125'911'583'990'000'000u);
   EXPECT_EQ(text->written(), estate.now());
+  EXPECT_NE(local.Find(u"C:\\Data\\x"), nullptr);
+  EXPECT_EQ(local.Find(u"C:\\Data\\ANOTHE~1"), nullptr);
   const auto raw = local.Find(u"C:\\Data\\raw");
   EXPECT_EQ(raw->size(), 5'000'000'000u);
   char bytes[4] = {1, 2, 3, 4};
@@ -121,6 +131,99 @@ TEST(EstateFile, DescribesRegistryValuesOfEveryType) {
     EXPECT_EQ(value->data, data) << ToUtf8(name);
   }
   EXPECT_NE(estate.current_user().FindValue(u"mine"), nullptr);
+}
+
+TEST(EstateFile, KnowsTheWordsOfEveryList) {
+  const auto task = [](Computer& computer) {
+    return std::get<JobFile>(ReadJob(*computer.Find(u"C:\\Windows\\Tasks\\t.job")));
+  };
+  const auto trigger = [](const std::string& fields) {
+    return R"("drives": {"C:": {}}, "tasks": [{"name": "t", "triggers": [{)" + fields +
+           R"(, "start": "2024-01-01T08:00"}]}])";
+  };
+  // "@" stands for the word.
+  const struct {
+    std::string json;
+    std::string words;
+    std::function<std::int64_t(Computer&)> value;
+    std::string values;
+  } rows[] = {
+      {Drive(R"({"name": "f", "attributes": ["@"]})"),
+       "readOnly hidden system archive temporary compressed encrypted offline alias",
+       [](Computer& computer) { return computer.Find(u"C:\\f")->attributes(); },
+       "1 2 4 32 256 2048 16384 4096 1024 "},
+      {R"("shares": [{"name": "s", "type": "@"}])", "printQueue device ipc",
+       [](Computer& computer) { return computer.FindShare(u"s")->type; }, "1 2 3 "},
+      {R"("remoteRegistry": "@")", "allowed denied stopped",
+       [](Computer& computer) { return static_cast<std::int64_t>(computer.remote_registry()); },
+       "0 1 2 "},
+      {R"("accounts": {"users": [{"name": "u", "privilege": "@"}]})", "guest user administrator",
+       [](Computer& computer) { return computer.own_accounts().FindUser(u"u")->privilege; },
+       "0 1 2 "},
+      {R"("services": [{"name": "s", "type": "@"}])",
+       "kernelDriver fileSystemDriver adapter recognizerDriver ownProcess shareProcess",
+       [](Computer& computer) { return computer.FindService(u"s")->type; }, "1 2 4 8 16 32 "},
+      {R"("services": [{"name": "s", "startType": "@"}])", "boot system auto demand disabled",
+       [](Computer& computer) { return computer.FindService(u"s")->start_type; }, "0 1 2 3 4 "},
+      {R"("services": [{"name": "s", "errorControl": "@"}])", "ignore normal severe critical",
+       [](Computer& computer) { return computer.FindService(u"s")->error_control; }, "0 1 2 3 "},
+      {R"("services": [{"name": "s", "accepts": ["@"]}])",
+       "stop pauseContinue shutdown paramChange netBindChange",
+       [](Computer& computer) { return computer.FindService(u"s")->accepts; }, "1 2 4 8 16 "},
+      {R"("services": [{"name": "s", "state": "@"}])", "stopped running paused",
+       [](Computer& computer) { return computer.FindService(u"s")->StateAt(0); }, "1 4 7 "},
+      {R"("eventLogs": [{"name": "l", "records": [{"source": "a", "id": 1, "type": "@"}]}])",
+       "success error warning information auditSuccess auditFailure",
+       [](Computer& computer) {
+         return computer.FindEventLog(u"l")->record(1)[offsetof(EVENTLOGRECORD, EventType)];
+       },
+       "0 1 2 4 8 16 "},
+      {R"("drives": {"C:": {}}, "tasks": [{"name": "t", "flags": ["@"]}])",
+       "interactive deleteWhenDone disabled startOnlyIfIdle killOnIdleEnd dontStartIfOnBatteries "
+       "killIfGoingOnBatteries runOnlyIfDocked hidden runIfConnectedToInternet restartOnIdleResume",
+       [&](Computer& computer) { return task(computer).flags; },
+       "1 2 4 16 32 64 128 256 512 1024 2048 "},
+      {trigger(R"("type": "weekly", "weekDays": ["@"])"),
+       "sunday monday tuesday wednesday thursday friday saturday",
+       [&](Computer& computer) { return task(computer).triggers[0].Type[1]; }, "1 2 4 8 16 32 64 "},
+      {trigger(R"("type": "monthlyDate", "days": [17], "months": ["@"])"),
+       "january february march april may june july august september october november december",
+       [&](Computer& computer) { return task(computer).triggers[0].Type[2]; },
+       "1 2 4 8 16 32 64 128 256 512 1024 2048 "},
+      {trigger(R"("type": "monthlyWeekDay", "weekDays": [], "week": "@")"),
+       "first second third fourth last",
+       [&](Computer& computer) {
+         const TASK_TRIGGER& read = task(computer).triggers[0];
+         return read.Type[0] << 12 | read.Type[2];
+       },
+       "8191 12287 16383 20479 24575 "}};
+  for (const auto& row : rows) {
+    std::istringstream words(row.words);
+    std::string values;
+    for (std::string word; words >> word;) {
+      std::string json = row.json;
+      Estate estate = ReadEstate(Described(json.replace(json.find('@'), 1, word)));
+      values += std::to_string(row.value(estate.local())) + " ";
+    }
+    EXPECT_EQ(values, row.values) << row.json;
+  }
+}
+
+TEST(EstateFile, ReadsTheNumbersOfServicesAndServers) {
+  Estate estate = ReadEstate(Described(R"("about": {"type": 1, "users": 2, "disconnect": 3,
+      "announce": 4, "announceDelta": 5, "licenses": 6, "version": "5.2"}, "services": [{"name": "s",
+      "tag": 1, "exitCode": 2, "specificExitCode": 3, "startTime": 86400000, "stopTime": 5,
+      "pauseTime": 6, "continueTime": null, "waitHint": 8, "checkpointTime": 9, "startError": 10}])"));
+  const ServerDescription& about = estate.local().description();
+  EXPECT_EQ(
+      std::tie(about.type, about.users, about.disconnect_minutes, about.announce_seconds,
+               about.announce_delta, about.licenses, about.version_major, about.version_minor),
+      std::make_tuple(1u, 2u, 3, 4u, 5u, 6u, 5u, 2u));
+  const Service& service = *estate.local().FindService(u"s");
+  EXPECT_EQ(std::tie(service.tag, service.exit_code, service.specific_exit_code, service.start_time,
+                     service.stop_time, service.pause_time, service.continue_time,
+                     service.wait_hint, service.checkpoint_time, service.start_error),
+            std::make_tuple(1u, 2u, 3u, 86'400'000u, 5u, 6u, kNever, 8u, 9u, 10u));
 }
 
 TEST(EstateFile, DescribesTheUsersTokenAndWhatHasADescriptor) {
@@ -223,6 +326,9 @@ TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
       {R"("services": [{"name": "x", "type": "adapter", "interactive": true}])",
        "/services/0/interactive"},
       {R"("services": [{"name": "x", "startTime": -1}])", "/services/0/startTime"},
+      {R"("services": [{"name": "x", "startTime": 86400001}])", "/services/0/startTime"},
+      {R"("accounts": {"localGroups": [{"name": "A"}, {"name": "a"}]})",
+       "/accounts/localGroups/1/name"},
       {R"("printers": [{"name": ""}])", "/printers/0/name"},
       {R"("memberOf": "D")", "/memberOf"},
       {R"("about": {"version": "ten"})", "/about/version"},

@@ -115,6 +115,7 @@ TEST_F(RegistryTest, KeysAreFoundByTheirPathBelowARoot) {
                {HKEY_CURRENT_USER, u"Mine", "Mine|Mine||own"},
                {HKEY_LOCAL_MACHINE, u"Software\\App\\Two", "Two|Software\\App\\Two||42"},
                {HKEY_LOCAL_MACHINE, u"Software\\App\\Three", "Three|Software\\App\\Three||"},
+               {HKEY_DYN_DATA, u"", "error 6"},
                {HKEY_LOCAL_MACHINE, u"Software\\App", "App|Software\\App|\\\\SRV|there", "SRV"},
                {HKEY_LOCAL_MACHINE, u"Software\\App", "App|Software\\App|\\\\SRV|there", "\\\\SRV"},
                {HKEY_LOCAL_MACHINE, u"Software", "error 53", "NOBODY"},

@@ -50,6 +50,7 @@ TEST_F(Printers, ReadAsTheirRecordsSay) {
   EXPECT_EQ(ValuesOf(*printers->ItemByKey(u"Plotter")),
             "Plotter||\\\\FS1\\Plotter|64|0|0|0|1|12:00:00 AM|12:00:00 AM|0|||||||||FS1");
   EXPECT_EQ(Server(u"PC1")->GetPrinters()->Count(), 0);
+  EXPECT_EQ(ErrorOf([&] { Server(u"PC9")->GetPrinters(); }), 1722) << "switched off";
 }
 
 TEST_F(Printers, LoseAsManyCharactersAsTheirServersNameHas) {

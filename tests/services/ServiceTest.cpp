@@ -465,6 +465,8 @@ TEST_F(Services, HaveTheirChangesLoggedWhenTheyHappen) {
   service(u"Disk").start_error = 2;
   srv->AddService(u"Mount").dependencies = {u"Disk"};
   srv->AddService(u"Lonely").dependencies = {u"Nobody"};
+  srv->AddService(u"Going").is_marked_for_deletion = true;
+  srv->AddService(u"Last").dependencies = {u"Going"};
   // What is new, each with its type and second.
   auto logged = [&, first = 1]() mutable {
     std::vector<std::string> told;
@@ -485,7 +487,9 @@ TEST_F(Services, HaveTheirChangesLoggedWhenTheyHappen) {
   const auto control = [&](ServiceControlsEnum value) { Get(u"Log")->SetServiceControl(value); };
   EXPECT_TRUE(Get(u"Db")->Start());
   EXPECT_EQ(ErrorOf([&] { Get(u"Mount")->Start(); }), 1068);
-  EXPECT_EQ(ErrorOf([&] { Get(u"Lonely")->Start(); }), 1075);
+  for (const auto* name : {u"Lonely", u"Last"}) {
+    EXPECT_EQ(ErrorOf([&] { Get(name)->Start(); }), 1075);
+  }
   EXPECT_EQ(ErrorOf([&] { control(SERVICE_CONTROL_STOP); }), 1051);
   EXPECT_THAT(logged(), ElementsAre("02 7036 4, Log of everything, running",
                                     "02 7036 4, Db, running", "02 7000 1, Disk, code 2",
