@@ -131,7 +131,7 @@ TEST(Conversion, NumbersReadAsTextsOfFifteenDigits) {
 }
 
 TEST(Conversion, BooleansAreWordsOrNumbers) {
-  Check(Case{u"True", true}, Case{u"FALSE", false}, Case{u"#true#", true}, Case{u"0.1", true},
+  Check(Case{u"tRUE", true}, Case{u"FALSE", false}, Case{u"#true#", true}, Case{u"0.1", true},
         Case{u"0", false}, Case{u"&H0", false}, Case{u" True", false, 13}, Case{u"yes", false, 13},
         Case{u"", false, 13}, Case{0.4, true}, Case{Currency{1}, true}, Case{Date{0}, false},
         Case{Variant(), false});

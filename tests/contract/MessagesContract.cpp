@@ -71,7 +71,7 @@ TEST_F(MessageTexts, PutInsertsInOrLeaveThem) {
   const std::tuple<const char16_t*, const char*, const char*> rows[] = {
       {u"%1-%2%%%n%r%tX%0Y", "A-Bcd%\r\n\r\tX", "%1-%2%%\r\n\r\tX"},
       {u"a %1!5s!|%1!-3s!|%2!.2s!", "a     A|A  |Bc", "a %1!5s!|%1!-3s!|%2!.2s!"},
-      {u"%3!d! %4!X! %4!04x!", "42 FF 00ff", "%3!d! %4!X! %4!04x!"},
+      {u"%3!d! %3!u! %4!X! %4!04x!", "42 42 FF 00ff", "%3!d! %3!u! %4!X! %4!04x!"},
       {u"x\ny\r\nz", "x\r\ny\r\nz", "x\r\ny\r\nz"},
       {u"a%!b%.c% d", "a!b.c d", "a%!b%.c% d"}};
   for (const auto& [text, filled, kept] : rows) {

@@ -378,7 +378,7 @@ TEST_F(EventLogs, OfAServerAreThoseThatItsRegistryLists) {
   ASSERT_EQ(logs->Count(), 2);
   EXPECT_EQ(logs->ItemByIndex(1)->LogName(), u"Ledger");
   EXPECT_EQ(logs->ItemByKey(u"System")->GetNumberOfEntries(), 5);
-  EXPECT_EQ(logs->ItemByKey(u"System")->GetEventLogEntries2(9)->Count(), 2);
+  EXPECT_EQ(logs->ItemByKey(u"System")->GetEventLogEntries2(8)->Count(), 2);
   const Ref<CEventLog> last = logs->ItemByKey(u"System");
   EXPECT_TRUE(last->CloseLog());
   Apartment::Current().message_modules->Add(Variant(u"0"), CollectionKey::Plain(u"file"));
@@ -386,7 +386,7 @@ TEST_F(EventLogs, OfAServerAreThoseThatItsRegistryLists) {
   EXPECT_EQ(Apartment::Current().message_modules->Count(), 0) << "one log is left";
   server->ServerName = u"LANTERN";
   logs = server->GetEventLogs();
-  EXPECT_EQ(logs->Count(), 1) << "the other computer's registry";
+  EXPECT_EQ(logs->ItemByIndex(1)->LogName(), u"Security") << "in the other computer's registry";
   EXPECT_EQ(logs->ItemByKey(u"System")->GetNumberOfEntries(), 0);
 }
 

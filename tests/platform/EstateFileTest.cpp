@@ -56,6 +56,7 @@ TEST(EstateFile, DescribesComputersDrivesAndFiles) {
   EXPECT_EQ(estate.mapped_drives().at(u'Z'), u"\\\\HARBOUR\\D");
   EXPECT_EQ(estate.modules().size(), 1u);
   EXPECT_EQ(estate.system_messages().at(99999), u"ninety");
+  EXPECT_EQ(estate.module_folder(), u"C:\\VK");
   EXPECT_NE(local.FindShare(u"d"), nullptr);
   EXPECT_NE(local.FindShare(u"c$"), nullptr);
   const auto data = local.Find(u"c:\\data");
@@ -327,8 +328,8 @@ TEST(EstateFile, NamesThePlaceOfWhatIsWrong) {
        "/services/0/interactive"},
       {R"("services": [{"name": "x", "startTime": -1}])", "/services/0/startTime"},
       {R"("services": [{"name": "x", "startTime": 86400001}])", "/services/0/startTime"},
-      {R"("accounts": {"localGroups": [{"name": "A"}, {"name": "a"}]})",
-       "/accounts/localGroups/1/name"},
+      {R"("accounts": {"users": [{"name": "A"}], "localGroups": [{"name": "a"}]})",
+       "/accounts/localGroups/0/name"},
       {R"("printers": [{"name": ""}])", "/printers/0/name"},
       {R"("memberOf": "D")", "/memberOf"},
       {R"("about": {"version": "ten"})", "/about/version"},

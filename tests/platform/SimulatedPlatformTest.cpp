@@ -78,7 +78,8 @@ TEST_F(Simulation, ReachesTheFilesOfOtherComputersByTheirShares) {
   EXPECT_EQ(Read(u"C:\\Data\\busy"), 32u);
   const std::pair<const char16_t*, DWORD> lists[] = {
       {u"\\\\lantern\\public\\*", 0}, {u"\\\\lantern\\public", 67}, {u"\\\\lantern\\public\\", 2},
-      {u"C:\\Data\\closed\\*", 5},    {u"C:\\Data\\closed", 0},     {u"C:\\Data\\closed\\x", 5}};
+      {u"\\\\nobody\\public", 53},    {u"C:\\Data\\closed\\*", 5},  {u"C:\\Data\\closed", 0},
+      {u"C:\\Data\\closed\\x", 5}};
   for (const auto& [path, error] : lists) EXPECT_EQ(List(path), error) << ToUtf8(path);
   EXPECT_EQ(files_.GetDriveTypeW(u"Z:\\"), kDriveRemote);
   EXPECT_EQ(files_.GetDriveTypeW(u"\\\\lantern\\public\\"), kDriveRemote);

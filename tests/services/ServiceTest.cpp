@@ -129,6 +129,10 @@ TEST_F(Services, AreListedInSmallSlices) {
   EXPECT_EQ(list(SERVICE_WIN32, SERVICE_INACTIVE), "Db, Web");
   EXPECT_EQ(list(SERVICE_TYPE_ALL, SERVICE_STATE_ALL), "Db, Disk, Log, Web");
   EXPECT_EQ(list(SERVICE_KERNEL_DRIVER, SERVICE_STATE_ALL), "Disk");
+  const auto usual = std::exchange(service(u"Web").security,
+                                   simulated::SecurityBlock::Make(simulated::DescriptorOf(u"D:")));
+  EXPECT_EQ(list(SERVICE_WIN32, SERVICE_INACTIVE), "Db") << "Web may not be queried";
+  service(u"Web").security = usual;
   journal().Clear();
   service(u"Web").exit_code = 1066;
   service(u"Web").specific_exit_code = 99;
@@ -465,7 +469,9 @@ TEST_F(Services, HaveTheirChangesLoggedWhenTheyHappen) {
   service(u"Disk").start_error = 2;
   srv->AddService(u"Mount").dependencies = {u"Disk"};
   srv->AddService(u"Lonely").dependencies = {u"Nobody"};
-  srv->AddService(u"Going").is_marked_for_deletion = true;
+  Service& going = srv->AddService(u"Going");
+  going.SetState(kServiceRunning);
+  going.is_marked_for_deletion = true;
   srv->AddService(u"Last").dependencies = {u"Going"};
   // What is new, each with its type and second.
   auto logged = [&, first = 1]() mutable {

@@ -143,9 +143,10 @@ TEST_F(Folders, TakeNoOtherAttributesThanTheDiskAccepts) {
   const Ref<CFolder> folder = Engine().GetFolder(u"C:\\D");
   const simulated::Ticks noon = simulated::Estate::kDefaultTime;
   node->Times(noon, noon + 64 * simulated::kTicksPerSecond, noon + simulated::kTicksPerSecond);
+  SetZone(300);
   folder->PutAttributes(static_cast<FileAttribute>(FA_Directory | FA_System));
   EXPECT_EQ(ValuesOf(*folder, {u"DateCreated", u"DateLastAccessed", u"DateLastModified"}),
-            "3/5/2024 2:30:00 PM|3/5/2024 2:31:04 PM|3/5/2024 2:30:01 PM");
+            "3/5/2024 9:30:00 AM|3/5/2024 9:31:04 AM|3/5/2024 9:30:01 AM");
 }
 
 TEST_F(Folders, CountWhatTheirDeletionRemovesAndStopAtTheFirstItemThatStays) {

@@ -41,8 +41,8 @@ void Ledger::Misused(Resource resource, std::uintptr_t value, std::string_view o
 std::string Ledger::Report() const {
   std::string report;
   for (const auto& [item, origin] : open_) {
-    report += "open " + Name(item.resource) + " of " + origin.operation + "(" + origin.detail +
-              ")\n";
+    report +=
+        "open " + Name(item.resource) + " of " + origin.operation + "(" + origin.detail + ")\n";
   }
   for (const std::string& fault : faults_) report += "fault: " + fault + "\n";
   return report;
