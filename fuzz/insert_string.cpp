@@ -40,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Apartment& apartment = Apartment::Current();
   // A number that the file lacks frees it.
   apartment.message_files.clear();
-  apartment.known_modules.clear();
+  apartment.known_modules = nullptr;
   apartment.message_modules = Make<Collection>();
   for (const Text& form : {ByteArrayToString({data, size}), Text(data, data + size)}) {
     Try([&] { ResolveInsertString(form, source.server); });
