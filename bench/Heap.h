@@ -15,7 +15,7 @@ inline std::size_t HeapBytes() {
 /// Leaves what was freed with the program, so that no run pays for pages that the run before it
 /// gave back to the kernel.
 inline void KeepHeap() {
-  mallopt(M_MMAP_THRESHOLD, 1 << 30);
+  mallopt(M_MMAP_THRESHOLD, 32 << 20);  // the most that is taken
   mallopt(M_TRIM_THRESHOLD, 1 << 30);
   mallopt(M_TOP_PAD, 64 << 20);
 }

@@ -107,7 +107,7 @@ if(WIN32)
 
   # Automation scripts with the output that they must have; see tests/scripts/check.
   file(GLOB scripts CONFIGURE_DEPENDS ${tests}/scripts/*.vbs ${tests}/scripts/*.js)
-  # An output without a script beside it is that of one without ".sandbox", or of a sample.
+  # An output without a script beside it is that of a sample.
   file(GLOB outputs CONFIGURE_DEPENDS ${tests}/scripts/*.sandbox.out)
   foreach(output IN LISTS outputs)
     get_filename_component(name ${output} NAME_WLE)

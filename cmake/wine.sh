@@ -1,6 +1,6 @@
 # Shell functions around the project's private Wine prefixes; sourced by ./run, ./test and
 # wine-exec. Needs $root, the project's folder. Wine runs without a display, never touches the
-# user's own prefix or home folder, and ends by itself half a minute after its last program.
+# user's own prefix or home folder, and ends by itself two minutes after its last program.
 #
 # The prefix "real" has the server of the real platform registered, "sandbox" the one that works on
 # a simulated estate. Both are 64-bit; "real-x86" and "sandbox-x86" run 32-bit programs too, and

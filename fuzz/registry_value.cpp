@@ -1,5 +1,5 @@
-// Any bytes as the data of a registry value of any type: reading it ends within its bytes, by both
-// roads, and what is told keeps to the type. The same bytes as a path to be expanded.
+// Any bytes as the data of a registry value of any type: reading it ends within its bytes, in both
+// ways, and what is told keeps to the type. The same bytes as a path to be expanded.
 
 #include <cstddef>
 #include <cstdint>

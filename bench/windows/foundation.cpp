@@ -1,4 +1,4 @@
-// The hot roads of the foundation beside the bare platform calls, in one run:
+// The hot paths of the foundation beside the bare platform calls, in one run:
 //
 //   bench_foundation.exe SERVER.dll FOLDER [FILES]
 //

@@ -1,4 +1,4 @@
-// Security descriptors and SIDs beside the bare platform calls, in one run:
+// Security descriptors, their strings and SIDs beside the bare platform calls, in one run:
 //
 //   bench_security.exe SERVER.dll FOLDER
 //
@@ -9,6 +9,8 @@
 #include <oleauto.h>
 #include <sddl.h>
 
+#include <cstdlib>
+#include <string>
 #include <vector>
 
 #include "Measure.h"

@@ -63,7 +63,7 @@ class Apartment {
   std::vector<std::pair<UINT_PTR, std::unique_ptr<ModuleHold>>> running_timers;
   /// The message files that are loaded, one entry a load.
   std::vector<Module> message_files;
-  /// What the texts in `message_modules` say, read already.
+  /// What the texts in `message_modules` say, read already (see eventlog/EventMessages.cpp).
   Ref<ReferenceCounted> known_modules;
   /// Room for a message, kept from one look-up to the next.
   std::unique_ptr<char16_t[]> message_buffer;

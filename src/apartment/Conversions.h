@@ -48,7 +48,7 @@ std::optional<Text> TextToNul(std::span<const std::uint8_t> bytes);
 Text TrimAtNul(TextView text);
 /// The same without blanks at the end.
 Text TrimAtNulRight(TextView text);
-/// The part of the text that this is a copy of.
+/// What `TrimAtNulRight` copies, as a part of the text.
 TextView PartToNulRight(TextView text);
 /// Four bytes from an address of any alignment; 0 for null.
 std::int32_t ReadLongAt(const void* address);

@@ -32,7 +32,8 @@ enum class LastPage {
 /// Walks an enumeration that hands out blocks of records and is resumed while there are more:
 /// `ask(buffer, entries_read, total_entries, resume_handle)` calls the platform, and `each(record)`
 /// answers whether to go on. Each block is freed before the next is asked for. Raises any status
-/// but 0 and 234 as one of `source`, and 234 where the platform has more and no way to it.
+/// but 0 and 234 as one of `source`, and 234 where the platform says that there is more but hands
+/// out an empty page and leaves the resume handle where it was.
 ///
 ///     WalkNetworkPages<USER_INFO_0, DWORD>({}, [&](auto... page) {
 ///       return accounts.NetUserEnum(server, 0, 0, page...); }, [&](const USER_INFO_0& user) { …
@@ -57,6 +58,7 @@ void WalkNetworkPages(const std::optional<Text>& source, Ask&& ask, Each&& each)
     const bool is_last =
         kLastPage == LastPage::kByStatus ? status != kErrorMoreData : resume_handle == 0;
     if (is_last) return;
+    // A handle that was left alone is no end: records show that the platform goes on.
     const bool leads_nowhere = records.empty() && resume_handle == before;
     if (leads_nowhere) RaisePlatformError(kErrorMoreData, source);
   }

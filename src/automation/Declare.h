@@ -192,8 +192,8 @@ class Declare {
     constexpr auto kTarget = &Form::Target;
     Member::Thunk thunk = nullptr;
 #ifdef _WIN32
-    using Road = typename Form::template Apply<EarlyBound>;
-    thunk = reinterpret_cast<Member::Thunk>(&Road::template Thunk<kTarget>);
+    using Adapter = typename Form::template Apply<EarlyBound>;
+    thunk = reinterpret_cast<Member::Thunk>(&Adapter::template Thunk<kTarget>);
 #endif
     declaration::Append(table_, kind,
                         {Form::template Apply<declaration::SignatureOf>::kValue,

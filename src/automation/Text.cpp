@@ -41,7 +41,8 @@ Text ToText(std::int64_t number) {
 }
 
 std::size_t FindUnit(TextView text, char16_t unit) noexcept {
-  // Four at a time: the borrow of a difference reaches the top bit of a zero among them.
+  // Four at a time, where find() compares unit by unit: the borrow of a difference reaches the top
+  // bit of a zero among them.
   constexpr std::uint64_t kOnes = 0x0001'0001'0001'0001;
   constexpr std::uint64_t kTopBits = 0x8000'8000'8000'8000;
   std::size_t position = 0;

@@ -98,13 +98,16 @@ std::int16_t CEventLogEntry::FacilityCode() const {
   return static_cast<std::int16_t>(code);
 }
 
-const Text& CEventLogEntry::EventMessage() {
+Text CEventLogEntry::EventMessage() {
+  // The look-up lets the caller's messages in, and one of them may let go of the entry.
+  const Ref<CEventLogEntry> keep_alive(this);
   if (message_.empty()) ComputeMessage();
   Err().Clear();
   return message_;
 }
 
-const Text& CEventLogEntry::EventMessageRaw() {
+Text CEventLogEntry::EventMessageRaw() {
+  const Ref<CEventLogEntry> keep_alive(this);
   if (message_.empty()) EventMessage();
   return raw_message_;
 }
@@ -183,7 +186,7 @@ void CEventLogEntry::ResolveStrings() {
     const Text unresolved = element;
     element = GetParameterMessage(Source(), unresolved);
   }
-  strings_resolved_ = true;
+  strings_resolved_ = !fields_.strings.empty();
 }
 
 void CEventLogEntry::Trace(TextView tag) const {

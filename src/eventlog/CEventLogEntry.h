@@ -48,7 +48,7 @@ class CEventLogEntry : public Exported<CEventLogEntry>, Counted<Counter::kEventL
   std::int16_t FacilityCode() const;
   /// The text with its inserts filled in. Where no message file could be loaded, a text that says
   /// so and lists the inserts. Never raises.
-  const Text& EventMessage();
+  Text EventMessage();
   /// "None" or the category's number in parentheses where there is no text. Raises the platform's
   /// error on the first read: 2 for a file that can't be loaded, 317 for a number that it lacks.
   Text EventCategoryDescription();
@@ -58,7 +58,7 @@ class CEventLogEntry : public Exported<CEventLogEntry>, Counted<Counter::kEventL
   /// none. Raises the platform's error for a number that the parameter file lacks.
   Variant StringsArray();
   /// The text with its inserts left in place; empty where no file has the message. Never raises.
-  const Text& EventMessageRaw();
+  Text EventMessageRaw();
 
  private:
   /// A SID that was not asked for yet counts as one like those that were.

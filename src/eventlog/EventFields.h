@@ -27,6 +27,7 @@ struct EventOrigin : ReferenceCounted {
 
 /// What a raw record tells of an event, and where it was read: all that an entry begins with.
 struct EventFields {
+  // By size, without gaps: a log has many.
   Date time_generated;  // local time, as is `time_written`
   Date time_written;
   std::int32_t record_number = 0;

@@ -109,7 +109,8 @@ struct ModuleList : ReferenceCounted {
   const std::vector<HMODULE> modules;
 };
 
-/// The modules that the cache names, by the texts of their sources as they were spelled.
+/// The modules that the cache names, by the texts of their sources as they were spelled. They are
+/// found by views, so that a look-up copies no text.
 class KnownModules : public ReferenceCounted {
  public:
   static KnownModules& Current() {
@@ -139,7 +140,8 @@ class KnownModules : public ReferenceCounted {
   struct Hash {
     using is_transparent = void;
     std::size_t operator()(const View& view) const {
-      return std::hash<TextView>()(view.source.source);
+      const std::hash<TextView> hash;
+      return hash(view.source.source) ^ (hash(view.source.server) + view.kind.size());
     }
   };
   struct Equal {

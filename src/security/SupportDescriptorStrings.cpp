@@ -94,7 +94,7 @@ class AceFields {
   }
 
  private:
-  std::array<TextView, 6> fields_;  // what is behind them isn't looked at
+  std::array<TextView, 6> fields_;  // type, flags, rights, GUIDs, account
   std::size_t count_ = 0;
 };
 

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <filesystem>
 #include <string>
+#include <system_error>
 
 #include "automation/Error.h"
 #include "platform/simulated/estate_file/EstateFile.h"
@@ -39,7 +40,8 @@ simulated::Ticks RealTime() {
 
 simulated::Estate LoadEstate() {
   const std::filesystem::path path = EstateFile();
-  if (!std::filesystem::exists(path)) {
+  std::error_code ignored;
+  if (!std::filesystem::is_regular_file(path, ignored)) {
     Raise(kFileNotFound, {}, u"There is no estate file " + path.u16string());
   }
   try {

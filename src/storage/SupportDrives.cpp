@@ -9,6 +9,7 @@
 #include "storage/VolumeData.h"
 
 namespace veldmark {
+
 Ref<CDrives> CSupport::GetDrives() {
   return ReRaising([&] {
     auto drives = Make<CDrives>();

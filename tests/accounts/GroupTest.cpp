@@ -183,8 +183,8 @@ TEST_F(Groups, TellTheirSidByTheirKind) {
     return found->SidText() + u" " + found->ResidesOnServer();
   };
   EXPECT_EQ(sid(GT_LocalGroup, u"Ops", u"SRV", u""), accounts.SidOf(u"Ops").ToText() + u" SRV");
-  EXPECT_EQ(sid(GT_GlobalGroup, u"Staff", u"DC1", u"CORP"),
-            corp().SidOf(u"Staff").ToText() + u" DC1");
+  EXPECT_EQ(sid(GT_GlobalGroup, u"Staff", u"SRV", u"CORP"),
+            corp().SidOf(u"Staff").ToText() + u" SRV");
   EXPECT_EQ(sid(GT_WellKnownGroup, u"Everyone", u"SRV", u""), u"S-1-1-0 ");
   EXPECT_EQ(sid(GT_AccountUnknown, u"Everyone", u"SRV", u""), u" ");
 }

@@ -73,7 +73,7 @@ class Walks : public AccountsTest {
   }
 };
 
-TEST_F(Walks, ListAndNarrateTheSameInOnePageAndInPagesOfOneRecord) {
+TEST_F(Walks, ListTheSameInOnePageAndInPagesOfOneRecordAndNarrateIt) {
   std::string log;
   Log(log);
   for (const Walk& walk : kWalks) {

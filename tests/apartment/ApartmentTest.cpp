@@ -69,7 +69,7 @@ TEST(StartUp, GivesEachThreadItsOwnModuleStateWhichObjectsMayOutlive) {
   const SimulatedApartment here;
   const CStatus* other_status = nullptr;
   std::thread([&] {
-    Ref<SystemRoot> last;
+    Ref<SystemRoot> last;  // ends after the apartment
     const SimulatedApartment there;
     last = Make<SystemRoot>();
     other_status = &StatusObject();

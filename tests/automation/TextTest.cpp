@@ -67,5 +67,14 @@ TEST(CaseMapping, TextsCompareAndReplaceInAnyCase) {
   EXPECT_EQ(ToFolded(u"Straße Ω"), ToFolded(u"sTRAßE \u2126"));
 }
 
+TEST(Texts, AreSearchedForAUnitWhereverItStands) {
+  for (std::size_t at = 0; at < 12; ++at) {
+    Text text(12, u'\x8000');
+    text[at] = u'\0';
+    EXPECT_EQ(FindUnit(text, u'\0'), at);
+  }
+  EXPECT_EQ(FindUnit(u"\x0100\x8000\x0001\xFFFF!", u'\0'), 5u);
+}
+
 }  // namespace
 }  // namespace veldmark

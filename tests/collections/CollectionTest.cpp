@@ -169,7 +169,8 @@ TEST_P(CollectionFamily, LooksUpByPositionAndByNameAsItsRuleSays) {
   const bool swallows = GetParam().List().name == u"CDrives";
   for (const auto& [outcomes, indexes] : cases) {
     for (const Variant& index : indexes) {
-      SCOPED_TRACE("type " + std::to_string(static_cast<int>(index.Type())));
+      SCOPED_TRACE("type " + std::to_string(static_cast<int>(index.Type())) + " for " +
+                   testing::PrintToString(outcomes));
       const Ref<Object> list = NewList({u"Alpha", u"2", u"1.5", u"True"});
       const std::int32_t expected = outcomes[static_cast<std::size_t>(GetParam().names)];
       const bool found = expected < 5;

@@ -136,7 +136,7 @@ class WindowsWorld final : public World {
     static const std::map<Trait, const char*> missing_under_wine = {
         {Trait::ShortNames, "Wine makes short names of a hash"},
         {Trait::DosWildcards, "Wine's listings know \"*\" and \"?\" only"},
-        {Trait::FileGuards, "Wine leaves it to the host, which lets its superuser write"},
+        {Trait::FileGuards, "the host guards by mode bits alone and lets its superuser write"},
         {Trait::PathRules, "Wine takes what the host does, and normalises a listing's pattern"},
         {Trait::ListedFoldersStay, "Wine reads a listing at once and lets go of the folder"},
         {Trait::CreationTimes, "Wine takes the host's time of the last change for it"},

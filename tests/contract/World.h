@@ -21,8 +21,8 @@ constexpr DWORD kProtectedList = kDaclSecurityInformation | kProtectedDaclSecuri
 enum class Trait {
   ShortNames,           // 8.3 names are numbered
   DosWildcards,         // "*." and a "?" at the end of a name match as of old
-  FileGuards,           // attributes and the access asked for keep files from being written
-  PathRules,            // names and paths are held to their limits, long forms are not normalised
+  FileGuards,           // attributes can be set and cleared, and guard files with the access
+  PathRules,            // characters, limits, long forms and files in a folder's place count
   ListedFoldersStay,    // a folder isn't removed while it is listed
   CreationTimes,        // a change leaves the time of creation alone
   PublishedTexts,       // the texts of the system and netmsg.dll are the published English ones
@@ -111,6 +111,7 @@ class Contract : public testing::Test {
     return {name, size};
   }
 
+  // The descriptor of a string; false, and the thread's error, where it is none.
   BOOL Convert(LPCWSTR string, LocalMemory<std::uint8_t>& descriptor, DWORD* size = nullptr) {
     void* block = nullptr;
     const BOOL result = platform_.security.ConvertStringSecurityDescriptorToSecurityDescriptorW(

@@ -134,7 +134,7 @@ TEST(EstateFile, DescribesRegistryValuesOfEveryType) {
   EXPECT_NE(estate.current_user().FindValue(u"mine"), nullptr);
 }
 
-TEST(EstateFile, KnowsTheWordsOfEveryList) {
+TEST(EstateFile, TakesEachWordForItsNumber) {
   const auto task = [](Computer& computer) {
     return std::get<JobFile>(ReadJob(*computer.Find(u"C:\\Windows\\Tasks\\t.job")));
   };

@@ -338,9 +338,9 @@ TEST_F(Services, AreSavedInTheOrderThatOlderSystemsAccept) {
     journal().Clear();
     ours->SaveServiceInfo();
     // Between the lock of the database and its release.
-    EXPECT_EQ(Called({"OpenSCManagerW", "OpenServiceW", "LockService", "ChangeServiceConfigW",
-                      "UnlockService"}),
-              std::string("\\\\SRV - 983103;Db 2;Database;") + row.calls + "Database;");
+    EXPECT_EQ(
+        Called({"OpenSCManagerW", "OpenServiceW", "Lock", "ChangeServiceConfigW", "Un"}),
+        std::string("\\\\SRV - 983103;Db 2;ServiceDatabase;") + row.calls + "lockServiceDatabase;");
     EXPECT_EQ(ours->Password(), nullptr);
   }
   EXPECT_EQ(service(u"Db").description, u"Keeps the data");

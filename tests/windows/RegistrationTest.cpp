@@ -70,8 +70,10 @@ class Registration : public testing::Test {
   void SetUp() override {
     // Loaded before the keys are exchanged, so that its start-up sees the real ones.
     ASSERT_TRUE(server_.Factory(ObjectModel().front()->ClassIdentity()));
-    // What a test that was ended has left behind stands below another moment.
-    base_ = L"Software\\Veldmark2Tests\\" + std::to_wstring(GetTickCount64());
+    // A fresh name: what a test that was ended has left behind stands below another one.
+    GUID fresh{};
+    CoCreateGuid(&fresh);
+    base_ = L"Software\\Veldmark2Tests\\" + std::to_wstring(fresh.Data1);
     for (Root* root : {&machine_, &user_}) {
       root->key = MakeKey(HKEY_CURRENT_USER, base_ + root->name);
       for (const wchar_t* name : {L"CLSID", L"Interface", L"TypeLib"}) {

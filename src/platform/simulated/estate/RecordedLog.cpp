@@ -60,7 +60,7 @@ RecordedLog::RecordedLog(std::vector<RawRecord> records)
 }
 
 RecordedLog::Scheduled RecordedLog::Schedule(Ticks when, Event event) {
-  const Scheduled scheduled{when, ++schedulings_};
+  const Scheduled scheduled{when, ++last_turn_};
   scheduled_.emplace(scheduled, std::move(event));
   return scheduled;
 }

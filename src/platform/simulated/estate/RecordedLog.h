@@ -87,7 +87,7 @@ class RecordedLog {
   DWORD oldest_ = 1;
   std::deque<RawRecord> records_;
   std::map<Scheduled, Event> scheduled_;
-  std::uint64_t schedulings_ = 0;
+  std::uint64_t last_turn_ = 0;
   std::uint32_t clearings_ = 0;
   DWORD unreadable_ = 0;
 };
