@@ -194,7 +194,7 @@ TEST(EstateFile, TakesEachWordForItsNumber) {
       {trigger(R"("type": "monthlyWeekDay", "weekDays": [], "week": "@")"),
        "first second third fourth last",
        [&](Computer& computer) {
-         const TASK_TRIGGER& read = task(computer).triggers[0];
+         const TASK_TRIGGER read = task(computer).triggers[0];
          return read.Type[0] << 12 | read.Type[2];
        },
        "8191 12287 16383 20479 24575 "}};
