@@ -9,6 +9,10 @@
 wine_home="$root/build/wine"
 wine_x86="$root/build/wine-x86"
 wine64=/usr/lib/wine/wine64
+# With random addresses one start in some four hundred fails, since something of the process lies
+# where Wine needs a page of its own ("failed to map the shared user data"). Not every container lets
+# a process ask for others.
+! setarch -R true 2>/dev/null || wine64="setarch -R $wine64"
 wineserver=/usr/lib/wine/wineserver64
 
 # wine_use NAME: points the environment at the prefix of that name.
@@ -64,7 +68,7 @@ wine_fetch_x86() {
 wine_keep_server() {
   "$wineserver" -k0 </dev/null >/dev/null 2>&1 && return 0
   "$wineserver" -p120 </dev/null >/dev/null 2>&1 || true
-  "$wine64" wineboot </dev/null >/dev/null 2>&1 || true
+  $wine64 wineboot </dev/null >/dev/null 2>&1 || true
 }
 
 # wine_path PATH: the Windows path of an absolute one.
@@ -86,7 +90,7 @@ wine_make_prefix() {
   else
     (
       wine_use "$1.new"
-      "$wine64" wineboot -i </dev/null >/dev/null 2>&1
+      $wine64 wineboot -i </dev/null >/dev/null 2>&1
       "$wineserver" -w </dev/null >/dev/null 2>&1
     )
   fi
@@ -124,7 +128,7 @@ wine_register() {
     wine_keep_server
     folder=system32
     case $1 in *-x86) folder=syswow64 ;; esac
-    "$wine64" "C:\\windows\\$folder\\regsvr32.exe" /s "$(wine_path "$2")" </dev/null >/dev/null 2>&1
+    $wine64 "C:\\windows\\$folder\\regsvr32.exe" /s "$(wine_path "$2")" </dev/null >/dev/null 2>&1
   ) || {
     echo "$2 could not be registered." >&2
     return 1
