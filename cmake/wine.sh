@@ -12,7 +12,7 @@ wine64=/usr/lib/wine/wine64
 # With random addresses one start in some four hundred fails, since something of the process lies
 # where Wine needs a page of its own ("failed to map the shared user data"). Not every container lets
 # a process ask for others.
-! setarch -R true 2>/dev/null || wine64="setarch -R $wine64"
+if setarch -R true 2>/dev/null; then wine64="setarch -R $wine64"; fi
 wineserver=/usr/lib/wine/wineserver64
 
 # wine_use NAME: points the environment at the prefix of that name.
