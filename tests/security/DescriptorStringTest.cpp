@@ -30,7 +30,7 @@ TEST_F(DescriptorStrings, AreReadAsNarrowlyAsTheyAlwaysWere) {
       // The last character alone is no section.
       {u"D", "0"},
       {u"O:SYZ", "O:S-1-5-18 0"},
-      {u"D:(A;;;;;)Z", "4 (0;0;0;;;)"},
+      {u"D:(A;;;;;)(", "4 (0;0;0;;;)"},
       {u"", "0 "},
   };
   SystemRoot root;

@@ -75,6 +75,7 @@ TEST_F(Drives, TellTheirSpaceAsCurrencyOnceItIsAskedFor) {
   drive->PutAvailableSpace(Variant(1));
   EXPECT_EQ(ValuesOf(*drive, {u"TotalSize", u"FreeSpace", u"AvailableSpace"}), "|900|900")
       << "whatever the quota";
+  EXPECT_EQ(Drive(u"C")->AvailableSpace(), Bytes(900));
 }
 
 TEST_F(Drives, RaiseTheNumberThatTheirLoadLeftWhereTheSpaceCannotBeTold) {
