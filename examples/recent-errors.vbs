@@ -3,7 +3,8 @@
 '
 '   ./run --sandbox examples/recent-errors.vbs [COMPUTER | FILE.evt]
 '
-' A saved log is a file of this computer: C:\Windows\Logs\ledger-2023.evt is one on the sample estate.
+' A saved log is a file of this computer: C:\Windows\Logs\ledger-2023.evt is one on the sample estate. It doesn't tell
+' which log it was, and so whose sources' message files to ask: its messages come as their numbers and strings.
 Option Explicit
 
 Const ERROR_TYPE = 1
