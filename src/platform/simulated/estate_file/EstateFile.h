@@ -11,7 +11,8 @@
 namespace veldmark::simulated {
 
 // What is wrong with a described estate, and where: `place` is a JSON pointer such as
-// "/computers/0/drives/C:/children/2/size", or a line and column where the text is no JSON.
+// "/computers/0/drives/C:/children/2/size", "/" for the whole, or a line and column where the text
+// is no JSON; behind a file's name where one was read.
 class EstateFileError : public std::runtime_error {
  public:
   EstateFileError(const std::string& place, std::string problem)
